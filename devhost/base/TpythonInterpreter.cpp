@@ -1,0 +1,38 @@
+#include "host/base/TpythonInterpreter.h"
+
+#include <Python.h>
+#include <atomic>
+
+TpythonInterpreter *TpythonInterpreter::fsInterpreter = nullptr;
+
+namespace {
+std::atomic<unsigned> reported{0};
+std::atomic<bool> interrupted{false};
+} // namespace
+
+void TpythonInterpreter::catchAndReportException() {
+    if (!PyErr_Occurred())
+        return;
+    ++reported;
+    if (PyErr_ExceptionMatches(PyExc_KeyboardInterrupt))
+        interrupted = true;
+    if (!PyErr_ExceptionMatches(PyExc_SystemExit)) {
+        PyErr_Print();
+        return;
+    }
+    // PyErr_Print would end the process here.
+    PyObject *type, *value, *traceback;
+    PyErr_Fetch(&type, &value, &traceback);
+    PyErr_NormalizeException(&type, &value, &traceback);
+    PyErr_Display(type, value, traceback);
+    Py_XDECREF(type);
+    Py_XDECREF(value);
+    Py_XDECREF(traceback);
+}
+
+unsigned TpythonInterpreter::reportedCount() {
+    return reported;
+}
+bool TpythonInterpreter::interruptReported() {
+    return interrupted;
+}

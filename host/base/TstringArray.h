@@ -1,0 +1,8 @@
+// The base library's array of texts.
+#pragma once
+
+#include "host/base/TobjArray.h"
+#include "host/base/Tstring.h"
+
+/// A growable array of texts.
+class OPENQUIL_API TstringArray : public TobjArray<Tstring> {};

@@ -1,0 +1,22 @@
+#pragma once
+
+// What a wrapped class knows of its proxy class: how to build an instance around a pointer object
+// and how to destroy a native object that Python owns.
+
+#include <Python.h>
+
+struct SwigPyClientData {
+    PyObject *klass;   ///< the proxy class
+    PyObject *newraw;  ///< its "__new__", or null for a classic class
+    PyObject *newargs; ///< (klass,) where newraw is set, else klass itself
+    PyObject *destroy; ///< its "__swig_destroy__", or null
+    int delargs;       ///< 1: call destroy through the interpreter with a fresh pointer object
+    int implicitconv;  ///< set while an implicit conversion through klass runs
+};
+
+/// Client data for a proxy class, never freed; null for a null class or when memory is short.
+SwigPyClientData *SwigPyClientData_New(PyObject *klass);
+
+/// An instance of the proxy class that holds `pointer_object` as its "this", made without running
+/// "__init__"; null when it could not be made.
+PyObject *SWIG_Python_NewShadowInstance(SwigPyClientData *data, PyObject *pointer_object);

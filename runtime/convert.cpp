@@ -1,0 +1,171 @@
+#include "runtime/convert.h"
+#include "runtime/client_data.h"
+#include "runtime/result_codes.h"
+
+namespace {
+
+PyObject *this_name = nullptr;
+
+/// Keeps an exception that is pending while code runs that clears its own.
+class PendingError {
+  public:
+    PendingError() { PyErr_Fetch(&type_, &value_, &traceback_); }
+    ~PendingError() { PyErr_Restore(type_, value_, traceback_); }
+    PendingError(const PendingError &) = delete;
+
+  private:
+    PyObject *type_, *value_, *traceback_;
+};
+
+/// The "this" of a type without an instance dictionary (borrowed: its owner keeps it), or null.
+PyObject *this_attribute(PyObject *object) {
+    const PendingError keep;
+    PyObject *value = PyObject_GetAttr(object, SWIG_This());
+    if (!value) {
+        PyErr_Clear();
+        return nullptr;
+    }
+    Py_DECREF(value);
+    return value;
+}
+
+/// The next candidate on the way from a value to its pointer object (borrowed), or null.
+PyObject *candidate_behind(PyObject *object) {
+    if (PyInstance_Check(object)) {
+        const PendingError keep;
+        PyObject *value = _PyInstance_Lookup(object, SWIG_This());
+        PyErr_Clear();
+        return value;
+    }
+    if (PyObject **dictionary = _PyObject_GetDictPtr(object))
+        return *dictionary ? PyDict_GetItem(*dictionary, SWIG_This()) : nullptr;
+    if (PyWeakref_CheckProxy(object))
+        return PyWeakref_GET_OBJECT(object);
+    return this_attribute(object);
+}
+
+/// Tells when a walk along links that scripts can tie has come back to where it was: remembers
+/// one place at a time, at doubling distances.
+class LoopGuard {
+  public:
+    bool came_back(const void *place) {
+        if (place == mark_)
+            return true;
+        if (++steps_ == limit_) {
+            mark_ = place;
+            steps_ = 0;
+            limit_ *= 2;
+        }
+        return false;
+    }
+
+  private:
+    const void *mark_ = nullptr;
+    unsigned steps_ = 0, limit_ = 1;
+};
+
+/// The pointer that one pointer object yields for a type; false when it does not convert.
+bool pointer_of(SwigPyObject *self, swig_type_info *type, void **pointer) {
+    if (!type || self->ty == type) {
+        *pointer = self->ptr;
+        return true;
+    }
+    swig_cast_info *entry = SWIG_TypeCheck(self->ty->name, type);
+    if (!entry)
+        return false;
+    int new_memory = 0;
+    *pointer = SWIG_TypeCast(entry, self->ptr, &new_memory);
+    return true;
+}
+
+int convert_implicitly(PyObject *object, void **pointer, swig_type_info *type) {
+    auto *data = static_cast<SwigPyClientData *>(type->clientdata);
+    if (!data || data->implicitconv || !data->klass)
+        return SWIG_ERROR;
+    data->implicitconv = 1;
+    PyObject *made = PyObject_CallFunctionObjArgs(data->klass, object, nullptr);
+    data->implicitconv = 0;
+    if (PyErr_Occurred()) {
+        PyErr_Clear();
+        Py_XDECREF(made);
+        return SWIG_ERROR;
+    }
+    if (!made)
+        return SWIG_ERROR;
+    int code = SWIG_ERROR;
+    if (SwigPyObject *self = SWIG_Python_GetSwigThis(made)) {
+        void *converted = nullptr;
+        code =
+            SWIG_Python_ConvertPtrAndOwn(reinterpret_cast<PyObject *>(self), &converted, type, 0);
+        if (code >= 0) {
+            if (pointer)
+                *pointer = converted;
+            self->own = 0;
+            code += kNewObject;
+        }
+    }
+    Py_DECREF(made);
+    return code;
+}
+
+} // namespace
+
+PyObject *SWIG_This() {
+    if (!this_name)
+        this_name = PyString_InternFromString("this");
+    return this_name;
+}
+
+void SWIG_ForgetThis() {
+    this_name = nullptr;
+}
+
+SwigPyObject *SWIG_Python_GetSwigThis(PyObject *object) {
+    LoopGuard guard;
+    while (object && !SwigPyObject_Check(object)) {
+        if (guard.came_back(object))
+            return nullptr;
+        object = candidate_behind(object);
+    }
+    return reinterpret_cast<SwigPyObject *>(object);
+}
+
+int SWIG_Python_ConvertPtrAndOwn(PyObject *object, void **pointer, swig_type_info *type,
+                                 int flags) {
+    if (!object)
+        return SWIG_ERROR;
+    if (object == Py_None) {
+        if (pointer)
+            *pointer = nullptr;
+        return SWIG_OK;
+    }
+    LoopGuard guard;
+    for (SwigPyObject *self = SWIG_Python_GetSwigThis(object); self && !guard.came_back(self);
+         self = reinterpret_cast<SwigPyObject *>(self->next)) {
+        void *found;
+        if (!pointer_of(self, type, &found))
+            continue;
+        if (pointer)
+            *pointer = found;
+        if (flags & kReleaseOwnership)
+            self->own = 0;
+        return SWIG_OK;
+    }
+    if (type && (flags & kImplicitConversion))
+        return convert_implicitly(object, pointer, type);
+    return SWIG_ERROR;
+}
+
+PyObject *SWIG_Python_NewPointerObj(void *pointer, swig_type_info *type, int flags) {
+    if (!pointer)
+        Py_RETURN_NONE;
+    PyObject *bare = SwigPyObject_New(pointer, type, flags & kOwned ? 1 : 0);
+    auto *data = static_cast<SwigPyClientData *>(type ? type->clientdata : nullptr);
+    if (!bare || !data || (flags & kNoProxy))
+        return bare;
+    PyObject *proxy = SWIG_Python_NewShadowInstance(data, bare);
+    if (!proxy)
+        return bare;
+    Py_DECREF(bare);
+    return proxy;
+}

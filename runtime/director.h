@@ -1,0 +1,71 @@
+#pragma once
+
+// The native side of a Python instance that overrides a host class's virtual functions. A director
+// class derives from the host class and from Swig::Director; each virtual function it overrides
+// takes the interpreter lock and calls the Python method of the same name.
+
+#include "host/base/TpythonObjectWithLock.h"
+
+#include <exception>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace Swig {
+
+/// A Python object that is kept for a native one, and dropped under the lock.
+using GCItem_var = std::unique_ptr<TpythonObjectWithLock<TpythonLock>>;
+
+class Director {
+  public:
+    /// `self` receives the calls. No reference is taken until swig_disown.
+    explicit Director(PyObject *self);
+    virtual ~Director();
+    Director(const Director &) = delete;
+    Director &operator=(const Director &) = delete;
+
+    virtual bool swig_get_inner(const char *) const { return false; }
+    virtual void swig_set_inner(const char *, bool) const {}
+
+    PyObject *swig_get_self() const { return swig_self; }
+
+    /// Passes the native object to the host: from now on it keeps its Python instance alive.
+    /// Only the first call has an effect.
+    void swig_disown() const;
+
+    /// Calls the Python method `name` with a borrowed `argument` and returns the truth of its
+    /// result. The caller holds the lock. An exception that the method raises is reported by the
+    /// host and reads as false. Throws DirectorException when there is no instance to call,
+    /// DirectorTypeMismatchException when the result has no truth value.
+    bool swig_call_predicate(const char *class_name, PyObject *name, PyObject *argument) const;
+
+  private:
+    PyObject *swig_self;
+    mutable bool swig_disown_flag = false;
+    mutable std::map<void *, GCItem_var> swig_owner;
+};
+
+/// A call into Python that could not be completed. Its Python side is the pending exception.
+class DirectorException : public std::exception {
+  public:
+    /// Sets an exception of `type` with the message "header text" unless one is pending.
+    DirectorException(PyObject *type, const char *header, const char *text);
+    const char *what() const noexcept override { return swig_msg.c_str(); }
+
+    [[noreturn]] static void raise(const char *message);
+
+  private:
+    std::string swig_msg;
+};
+
+/// A Python method returned a value of the wrong type.
+class DirectorTypeMismatchException : public DirectorException {
+  public:
+    using DirectorException::DirectorException;
+    [[noreturn]] static void raise(PyObject *type, const char *message);
+};
+
+} // namespace Swig
+
+/// Number of holders that have the interpreter lock captured at this moment.
+int getLockCaptureCount();

@@ -1,0 +1,126 @@
+// This module's own instance of the host's locked readers. Every touch of the interpreter happens
+// under a TpythonLock, so that a wrapper may be entered from any host thread.
+
+#include "host/base/TpythonObjectWithLock.h"
+#include "runtime/object_holder.h"
+
+#include <memory>
+#include <new>
+
+using Holder = TpythonObjectWithLock<TpythonLock>;
+
+namespace {
+
+PyObject *decode(const char *bytes, Py_ssize_t size) {
+    return PyUnicode_Decode(bytes, size, Py_FileSystemDefaultEncoding, "strict");
+}
+
+bool offers_new_buffer(PyObject *object) {
+    return PyType_HasFeature(Py_TYPE(object), Py_TPFLAGS_HAVE_NEWBUFFER) &&
+           PyObject_CheckBuffer(object);
+}
+
+PyObject *decode_buffer(PyObject *object) {
+    Py_buffer view;
+    if (PyObject_GetBuffer(object, &view, PyBUF_SIMPLE) < 0)
+        return nullptr;
+    PyObject *text = decode(static_cast<const char *>(view.buf), view.len);
+    PyBuffer_Release(&view);
+    return text;
+}
+
+/// The object's text as a new unicode object; null with an exception set when it has none.
+PyObject *text_of(PyObject *object) {
+    if (PyString_Check(object))
+        return decode(PyString_AS_STRING(object), PyString_GET_SIZE(object));
+    if (PyUnicode_Check(object)) {
+        Py_INCREF(object);
+        return object;
+    }
+    if (!PyCallable_Check(object) && offers_new_buffer(object))
+        return decode_buffer(object);
+    return PyObject_Unicode(object);
+}
+
+/// The same, with the error indicator left as it was found: an earlier argument of the same call
+/// may have left its error there on purpose.
+PyObject *text_or_null(PyObject *object) {
+    PyObject *type, *value, *traceback;
+    PyErr_Fetch(&type, &value, &traceback);
+    PyObject *text = text_of(object);
+    PyErr_Restore(type, value, traceback);
+    return text;
+}
+
+bool copy_text(PyObject *text, Tstring &out) {
+    const Py_ssize_t size = PyUnicode_GET_SIZE(text);
+    wchar_t *buffer = sPythonObjectCharConvertBuffer;
+    std::unique_ptr<wchar_t[]> large;
+    if (size >= kPythonObjectCharConvertBufferSize) {
+        large.reset(new (std::nothrow) wchar_t[static_cast<size_t>(size) + 1]);
+        buffer = large.get();
+    }
+    if (!buffer)
+        return false;
+    const Py_ssize_t copied =
+        PyUnicode_AsWideChar(reinterpret_cast<PyUnicodeObject *>(text), buffer, size + 1);
+    if (copied < 0)
+        return false;
+    out.set(buffer, static_cast<unsigned>(copied));
+    return true;
+}
+
+} // namespace
+
+template <>
+Holder::TpythonObjectWithLock(PyObject *object) : TpythonObjectBase(object) {
+    if (!fObject)
+        return;
+    TpythonLock lock(kPythonLock);
+    Py_INCREF(fObject);
+}
+
+template <>
+Holder::~TpythonObjectWithLock() {
+    if (!fObject)
+        return;
+    TpythonLock lock(kPythonLock);
+    Py_DECREF(fObject);
+}
+
+template <>
+bool Holder::getValue(Tstring &out) const {
+    if (!fObject || fObject == Py_None)
+        return false;
+    // One lock for the whole read: it is all that makes the shared conversion buffer safe.
+    TpythonLock lock(kPythonLock);
+    Py_INCREF(fObject);
+    const swig::SwigPtr_PyObject object(fObject);
+    const swig::SwigPtr_PyObject text(text_or_null(object.get()));
+    return text && copy_text(text.get(), out);
+}
+
+template <>
+bool Holder::getValue(TstringArray &out) const {
+    TpythonLock lock(kPythonLock);
+    if (!fObject || !PySequence_Check(fObject) || PyString_Check(fObject) ||
+        PyUnicode_Check(fObject))
+        return false;
+    const Py_ssize_t size = PySequence_Size(fObject);
+    if (size < 0) {
+        PyErr_Clear();
+        return false;
+    }
+    out.changeLogicalSizeTo(static_cast<unsigned>(size));
+    for (Py_ssize_t i = 0; i < size; ++i) {
+        const swig::SwigPtr_PyObject object(PySequence_GetItem(fObject, i));
+        if (!object)
+            PyErr_Clear();
+        const Holder item(object.get());
+        Tstring text;
+        if (!item.getValue(text))
+            return false;
+        out[static_cast<unsigned>(i)] = text;
+    }
+    return true;
+}

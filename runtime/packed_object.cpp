@@ -1,0 +1,114 @@
+#include "runtime/packed_object.h"
+#include "runtime/hex.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr size_t kTextSize = 1024;
+
+SwigPyPacked *as_packed(PyObject *object) {
+    return reinterpret_cast<SwigPyPacked *>(object);
+}
+
+/// '_' and the digits of the pack as a string, or an empty one when they are too many to show.
+struct PackText {
+    char text[kTextSize];
+    explicit PackText(const SwigPyPacked *self) {
+        char *end = text;
+        if (2 * self->size + 2 <= sizeof(text)) {
+            *end++ = '_';
+            end = SWIG_PackData(end, self->pack, self->size);
+        }
+        *end = '\0';
+    }
+    explicit operator bool() const { return text[0]; }
+};
+
+PyObject *SwigPyPacked_repr(PyObject *object) {
+    const SwigPyPacked *self = as_packed(object);
+    const PackText pack(self);
+    return PyString_FromFormat("<Swig Packed %s%s%s>", pack ? "at " : "", pack.text,
+                               self->ty->name);
+}
+
+PyObject *SwigPyPacked_str(PyObject *object) {
+    const SwigPyPacked *self = as_packed(object);
+    return PyString_FromFormat("%s%s", PackText(self).text, self->ty->name);
+}
+
+int SwigPyPacked_print(PyObject *object, FILE *stream, int) {
+    const SwigPyPacked *self = as_packed(object);
+    const PackText pack(self);
+    std::fprintf(stream, "<Swig Packed %s%s%s>", pack ? "at " : "", pack.text, self->ty->name);
+    return 0;
+}
+
+/// Compares twice the packs' size; harmless because the comparison ends at the first difference or
+/// zero byte, and every pack is followed by a zero byte.
+int SwigPyPacked_compare(PyObject *a, PyObject *b) {
+    const SwigPyPacked *left = as_packed(a), *right = as_packed(b);
+    if (left->size != right->size)
+        return left->size < right->size ? -1 : 1;
+    const int order = std::strncmp(static_cast<const char *>(left->pack),
+                                   static_cast<const char *>(right->pack), 2 * left->size);
+    return order < 0 ? -1 : order > 0;
+}
+
+void SwigPyPacked_dealloc(PyObject *object) {
+    if (SwigPyPacked_Check(object))
+        std::free(as_packed(object)->pack);
+    PyObject_DEL(object);
+}
+
+constexpr PyTypeObject type_object() {
+    PyTypeObject type{};
+    type.ob_refcnt = 1;
+    type.ob_type = &PyType_Type;
+    type.tp_name = "SwigPyPacked";
+    type.tp_basicsize = sizeof(SwigPyPacked);
+    type.tp_dealloc = SwigPyPacked_dealloc;
+    type.tp_print = SwigPyPacked_print;
+    type.tp_compare = SwigPyPacked_compare;
+    type.tp_repr = SwigPyPacked_repr;
+    type.tp_str = SwigPyPacked_str;
+    type.tp_getattro = PyObject_GenericGetAttr;
+    type.tp_flags = Py_TPFLAGS_DEFAULT;
+    type.tp_doc = "Swig object carries a C/C++ instance pointer";
+    return type;
+}
+
+constinit PyTypeObject packed_object_type = type_object();
+
+} // namespace
+
+PyTypeObject *SwigPyPacked_type() {
+    static const bool ready = PyType_Ready(&packed_object_type) == 0;
+    (void)ready;
+    return &packed_object_type;
+}
+
+bool SwigPyPacked_Check(PyObject *object) {
+    const PyTypeObject *type = Py_TYPE(object);
+    return type == &packed_object_type || std::strcmp(type->tp_name, "SwigPyPacked") == 0;
+}
+
+PyObject *SwigPyPacked_New(const void *bytes, size_t size, swig_type_info *type) {
+    SwigPyPacked *self = PyObject_New(SwigPyPacked, SwigPyPacked_type());
+    if (!self)
+        return nullptr;
+    // One byte more than asked for: see SwigPyPacked_compare.
+    auto *pack = static_cast<char *>(std::malloc(size + 1));
+    if (!pack) {
+        PyObject_DEL(self);
+        return nullptr;
+    }
+    std::memcpy(pack, bytes, size);
+    pack[size] = '\0';
+    self->pack = pack;
+    self->ty = type;
+    self->size = size;
+    return reinterpret_cast<PyObject *>(self);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+// The interpreter object that holds one native pointer. A proxy instance keeps it as its "this".
+
+#include "runtime/type_registry.h"
+
+struct SwigPyObject {
+    PyObject_HEAD void *ptr; ///< the native object
+    swig_type_info *ty;      ///< its type record
+    int own;                 ///< 1 when dropping this object destroys the native one
+    PyObject *next;          ///< further pointer object of the same proxy instance, or null
+};
+
+/// The type object; made ready on first use.
+PyTypeObject *SwigPyObject_type();
+
+/// True for pointer objects of this module and, by the type's name, of any other module that
+/// carries a copy of the runtime.
+bool SwigPyObject_Check(PyObject *object);
+
+/// A new pointer object; null when memory is short.
+PyObject *SwigPyObject_New(void *pointer, swig_type_info *type, int own);
+
+/// Stores `next` (a new reference is taken) as the following pointer object of the chain.
+/// Null, with no exception set, when `next` is not a pointer object.
+PyObject *SwigPyObject_append(PyObject *self, PyObject *next);

@@ -1,0 +1,230 @@
+#pragma once
+
+// How one Python argument becomes a parameter of each declared type. An Argument<T> is a local of
+// the wrapper: it reads the Python object, keeps what the host call needs, and gives it back as T.
+
+#include "host/base/TpythonObjectWithLock.h"
+#include "host/core/ZStatus.h"
+#include "host/core/ZString.h"
+#include "runtime/char_strings.h"
+#include "runtime/convert.h"
+#include "runtime/module_types.h"
+#include "runtime/scalars.h"
+#include "wrappers/function.h"
+
+#include <cfloat>
+#include <type_traits>
+
+/// Every Argument<T> has: `read(object, position)`, which returns a result code; `use_default(d)`
+/// for an absent argument; `get()`; and `probe(object)`.
+template <class T>
+struct Argument;
+
+/// A pointer parameter that takes the native object over from its pointer object.
+template <class Pointer>
+struct Given;
+
+/// The object that a data member is set to: always a pointer object, for strings too.
+template <class Object>
+struct Embedded;
+
+// Numbers
+
+template <>
+struct Argument<int> {
+    int value = 0;
+    int read(PyObject *object, int) { return SWIG_AsVal_int(object, &value); }
+    void use_default(double d) { value = static_cast<int>(d); }
+    int get() const { return value; }
+    static bool probe(PyObject *object) { return SWIG_AsVal_int(object, nullptr) >= 0; }
+};
+
+/// Host enumerations are plain ints and never range-checked.
+template <class T>
+requires std::is_enum_v<T>
+struct Argument<T> : Argument<int> {
+    T get() const { return static_cast<T>(value); }
+};
+
+template <>
+struct Argument<unsigned int> {
+    unsigned int value = 0;
+    int read(PyObject *object, int) { return SWIG_AsVal_unsigned_SS_int(object, &value); }
+    void use_default(double d) { value = static_cast<unsigned int>(d); }
+    unsigned int get() const { return value; }
+    static bool probe(PyObject *object) { return SWIG_AsVal_unsigned_SS_int(object, nullptr) >= 0; }
+};
+
+/// Integers narrower than the interpreter's, on top of the next wider conversion.
+template <class T>
+requires std::is_same_v<T, short> || std::is_same_v<T, unsigned short>
+struct Argument<T> {
+    using Wide = std::conditional_t<std::is_signed_v<T>, int, unsigned int>;
+    Argument<Wide> wide;
+    int read(PyObject *object, int position) {
+        const int code = wide.read(object, position);
+        return code >= 0 && wide.value != static_cast<T>(wide.value) ? SWIG_OverflowError : code;
+    }
+    void use_default(double d) { wide.use_default(d); }
+    T get() const { return static_cast<T>(wide.value); }
+    static bool probe(PyObject *object) {
+        Argument<T> argument;
+        return argument.read(object, 0) >= 0;
+    }
+};
+
+template <>
+struct Argument<double> {
+    double value = 0;
+    int read(PyObject *object, int) { return SWIG_AsVal_double(object, &value); }
+    void use_default(double d) { value = d; }
+    double get() const { return value; }
+    static bool probe(PyObject *object) { return SWIG_AsVal_double(object, nullptr) >= 0; }
+};
+
+template <>
+struct Argument<float> {
+    double value = 0;
+    int read(PyObject *object, int) {
+        const int code = SWIG_AsVal_double(object, &value);
+        // NaN and the infinities: a NaN compares false and passes, an infinity is out of range.
+        return code >= 0 && (value < -FLT_MAX || value > FLT_MAX) ? SWIG_OverflowError : code;
+    }
+    void use_default(double d) { value = d; }
+    float get() const { return static_cast<float>(value); }
+    static bool probe(PyObject *object) {
+        Argument<float> argument;
+        return argument.read(object, 0) >= 0;
+    }
+};
+
+template <>
+struct Argument<bool> {
+    bool value = false;
+    int read(PyObject *object, int) {
+        const int truth = object == Py_True ? 1 : object == Py_False ? 0 : PyObject_IsTrue(object);
+        value = truth > 0;
+        return truth < 0 ? SWIG_TypeError : SWIG_OK;
+    }
+    void use_default(double d) { value = d != 0; }
+    const bool &get() const { return value; }
+    static bool probe(PyObject *object) {
+        return PyInt_Check(object) || PyLong_Check(object) || PyFloat_Check(object);
+    }
+};
+
+template <>
+struct Argument<bool const &> : Argument<bool> {};
+
+// Objects
+
+/// A type that crosses as a typed pointer object.
+template <class T>
+concept HasRecord = type_index<std::remove_cv_t<T>>
+>= 0 && !std::is_void_v<T>;
+
+template <class T>
+struct PointerArgument {
+    void *pointer = nullptr;
+    int read(PyObject *object, int, int flags = 0) {
+        return SWIG_Python_ConvertPtrAndOwn(object, &pointer, type_of<std::remove_cv_t<T>>(),
+                                            flags);
+    }
+    void use_default(double) {}
+    static bool probe(PyObject *object) {
+        return SWIG_Python_ConvertPtrAndOwn(object, nullptr, type_of<std::remove_cv_t<T>>(), 0) >=
+               0;
+    }
+};
+
+template <HasRecord T>
+struct Argument<T *> : PointerArgument<T> {
+    T *get() const { return static_cast<T *>(this->pointer); }
+};
+
+template <HasRecord T>
+struct Argument<Given<T *>> : Argument<T *> {
+    int read(PyObject *object, int position) {
+        return PointerArgument<T>::read(object, position, kReleaseOwnership);
+    }
+};
+
+template <class T>
+struct ReferenceArgument : PointerArgument<T> {
+    int read(PyObject *object, int position) {
+        const int code = PointerArgument<T>::read(object, position);
+        return code >= 0 && !this->pointer ? kNullReference : code;
+    }
+    T &get() const { return *static_cast<T *>(this->pointer); }
+};
+
+template <HasRecord T>
+struct Argument<T &> : ReferenceArgument<T> {};
+
+template <HasRecord T>
+struct Argument<Embedded<T>> : ReferenceArgument<T> {};
+
+/// By value: converted like a reference, then copied.
+template <HasRecord T>
+requires std::is_class_v<T>
+struct Argument<T> : ReferenceArgument<T> {
+};
+
+// Strings
+
+/// A host string from anything with a text. The position is needed because a failed read raises
+/// at once and the call goes on with the string empty.
+struct StringArgument {
+    ZString value;
+    int read(PyObject *object, int position) {
+        const TpythonObjectWithLock<TpythonLock> holder(object);
+        if (!holder.getValue(value))
+            raise_expected_string(position);
+        return SWIG_OK;
+    }
+    void use_default(double) {}
+    ZString &get() { return value; }
+    static bool probe(PyObject *object) {
+        return PyString_Check(object) || PyUnicode_Check(object);
+    }
+};
+
+template <>
+struct Argument<ZString> : StringArgument {};
+template <>
+struct Argument<ZString &> : StringArgument {};
+template <>
+struct Argument<ZString const &> : StringArgument {};
+
+template <>
+struct Argument<char const *> {
+    char *text = nullptr;
+    int read(PyObject *object, int) { return SWIG_AsCharPtrAndSize(object, &text, nullptr); }
+    void use_default(double) {}
+    const char *get() const { return text; }
+    static bool probe(PyObject *object) {
+        return SWIG_AsCharPtrAndSize(object, nullptr, nullptr) >= 0;
+    }
+};
+
+// Opaque host data: the Python object's own address, null for None.
+
+template <class T>
+requires std::is_void_v<T>
+struct Argument<T *> {
+    PyObject *object = nullptr;
+    int read(PyObject *given, int) {
+        object = given == Py_None ? nullptr : given;
+        return SWIG_OK;
+    }
+    void use_default(double) {}
+    void *get() const { return object; }
+    static bool probe(PyObject *) { return true; }
+};
+
+/// The status that many host operations report through: the wrapper's own, never an argument.
+template <>
+struct Argument<ZStatus *> {
+    ZStatus value;
+    ZStatus *get() { return &value; }
+};

@@ -1,0 +1,254 @@
+#pragma once
+
+// The work behind every wrapper, one instance per signature: receive the arguments, convert them
+// from left to right, call the host once, convert the result, look at the hidden status. A wrapper
+// itself is only a thin function that names its description and its target.
+
+#include "wrappers/argument.h"
+#include "wrappers/result.h"
+
+#include <initializer_list>
+#include <tuple>
+
+/// Number of arguments given, or -1 with an exception set.
+inline Py_ssize_t argument_count(const Function &function, PyObject *arguments) {
+    if (arguments && PyTuple_Check(arguments)) [[likely]] {
+        const Py_ssize_t count = PyTuple_GET_SIZE(arguments);
+        if (count >= function.min && count <= function.max) [[likely]]
+            return count;
+    }
+    return raise_argument_count(function, arguments);
+}
+
+template <class T>
+inline constexpr bool is_hidden_status = std::is_same_v<T, ZStatus *>;
+
+/// Parameters that Python sees.
+template <class... A>
+inline constexpr int parameter_count = (0 + ... + !is_hidden_status<A>);
+
+/// A list of types.
+template <class... A>
+struct Pack {};
+
+template <class T>
+constexpr Probe probe_of() {
+    if constexpr (is_hidden_status<T>)
+        return nullptr;
+    else
+        return &Argument<T>::probe;
+}
+
+template <class Parameters>
+inline constexpr Probe probes_of[] = {nullptr};
+template <class... A>
+inline constexpr Probe probes_of<Pack<A...>>[] = {probe_of<A>()..., nullptr};
+
+/// Reads one argument, or takes its default where it is absent.
+template <class T>
+bool read_argument(Argument<T> &argument, const Function &function, PyObject *object, int index) {
+    if constexpr (is_hidden_status<T>) {
+        return true;
+    } else {
+        if (!object) {
+            argument.use_default(function.defaults[index - function.min]);
+            return true;
+        }
+        const int code = argument.read(object, index + 1);
+        return code >= 0 || raise_argument(function, index + 1, code);
+    }
+}
+
+/// The status after the call. The result was made before the host's verdict is looked at; where
+/// the host reports failure it is abandoned as it is.
+template <class T>
+bool report_status(Argument<T> &argument) {
+    if constexpr (is_hidden_status<T>) {
+        if (argument.value.error()) {
+            raise_status(argument.value);
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Converts the arguments to A... and hands them to `invoke`, which makes the result object.
+template <int flags, class... A, class Invoke>
+PyObject *with_arguments(const Function &function, PyObject *arguments, Invoke invoke) {
+    [[maybe_unused]] Py_ssize_t count = 1;
+    if constexpr (flags == METH_O) {
+        if (!arguments)
+            return nullptr;
+    } else {
+        count = argument_count(function, arguments);
+        if (count < 0)
+            return nullptr;
+    }
+    const auto object_at = [&](int index) -> PyObject * {
+        if constexpr (flags == METH_O)
+            return arguments;
+        else
+            return index < count ? PyTuple_GET_ITEM(arguments, index) : nullptr;
+    };
+    return [&]<int... i>(std::integer_sequence<int, i...>)->PyObject * {
+        std::tuple<Argument<A>...> values;
+        if (!(read_argument<A>(std::get<i>(values), function, object_at(i), i) && ...))
+            return nullptr;
+        PyObject *result = invoke(std::get<i>(values)...);
+        return (report_status<A>(std::get<i>(values)) && ...) ? result : nullptr;
+    }
+    (std::make_integer_sequence<int, sizeof...(A)>());
+}
+
+template <class R, class Call>
+PyObject *result_of(Call call) {
+    if constexpr (std::is_void_v<R>) {
+        call();
+        Py_RETURN_NONE;
+    } else {
+        return to_python<R>(call());
+    }
+}
+
+/// A description. The parameters are those that Python sees, the object first, and the hidden
+/// status; a case of an overloaded function has probes.
+template <class... A>
+consteval Function describe(Pack<A...>, Kind kind, const char *text, size_t owner_size,
+                            PyCFunction native, const Probe *probes = nullptr,
+                            std::initializer_list<signed char> defaults = {}) {
+    constexpr int count = parameter_count<A...>;
+    static_assert(count <= kMaxParameters);
+    const auto default_count = static_cast<int>(defaults.size());
+    Function function{};
+    function.text = text;
+    function.native = native;
+    function.probes = probes;
+    function.kind = kind;
+    function.owner_size = static_cast<unsigned char>(owner_size);
+    function.max = count;
+    function.min = static_cast<unsigned char>(count - default_count);
+    function.flags = count == 0                         ? METH_NOARGS
+                     : count == 1 && default_count == 0 ? METH_O
+                                                        : METH_VARARGS;
+    int i = 0;
+    for (signed char value : defaults)
+        function.defaults[i++] = value;
+    return function;
+}
+
+template <class Signature>
+struct Static;
+
+/// A static host operation.
+template <class R, class... A>
+struct Static<R(A...)> {
+    using Parameters = Pack<A...>;
+    template <int flags>
+    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
+                                            R (*target)(A...)) {
+        return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
+            return result_of<R>([&]() -> R { return target(values.get()...); });
+        });
+    }
+};
+
+/// An operation on an object.
+template <class Object, class Target, class R, class... A>
+struct MethodCall {
+    using Parameters = Pack<Object *, A...>;
+    template <int flags>
+    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
+                                            Target target) {
+        return with_arguments<flags, Object *, A...>(
+            function, arguments, [=](Argument<Object *> &self, Argument<A> &...values) {
+                return result_of<R>([&]() -> R { return (self.get()->*target)(values.get()...); });
+            });
+    }
+};
+
+template <class Object, class Signature>
+struct Method;
+template <class Object, class R, class... A>
+struct Method<Object, R(A...)> : MethodCall<Object, R (Object::*)(A...), R, A...> {};
+template <class Object, class R, class... A>
+struct Method<Object, R(A...) const> : MethodCall<Object, R (Object::*)(A...) const, R, A...> {};
+
+template <class Signature>
+struct Constructor;
+
+/// A host constructor. The result is bare: the proxy's initialiser attaches it to the instance.
+template <class Object, class... A>
+struct Constructor<Object(A...)> {
+    using Parameters = Pack<A...>;
+    template <int flags>
+    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments) {
+        return with_arguments<flags, A...>(function, arguments, [](Argument<A> &...values) {
+            auto *object = new Object(values.get()...);
+            PyObject *result = SWIG_Python_NewPointerObj(object, type_of<Object>(), kConstructed);
+            if (!result)
+                delete object;
+            return result;
+        });
+    }
+};
+
+/// Deletes a native object whose pointer object gives up its ownership; None deletes nothing.
+template <class Object>
+PyObject *destroy(const Function &function, PyObject *argument) {
+    return with_arguments<METH_O, Given<Object *>>(function, argument,
+                                                   [](Argument<Given<Object *>> &object) {
+                                                       delete object.get();
+                                                       Py_RETURN_NONE;
+                                                   });
+}
+
+/// A public data member. Numbers are stored and returned as numbers; an embedded object is copied
+/// in and returned as a borrowed pointer to the member itself; a typed pointer is taken over.
+template <class Object, class Field>
+struct Member {
+    static constexpr bool is_object = std::is_class_v<Field>;
+    static constexpr bool is_typed_pointer =
+        std::is_pointer_v<Field> && !std::is_void_v<std::remove_pointer_t<Field>>;
+    using Value = std::conditional_t<is_object, Embedded<Field>,
+                                     std::conditional_t<is_typed_pointer, Given<Field>, Field>>;
+    using Result = std::conditional_t<is_object, Field &, Field>;
+    using SetParameters = Pack<Object *, Value>;
+
+    [[gnu::noinline]] static PyObject *set(const Function &function, PyObject *arguments,
+                                           Field Object::*field) {
+        return with_arguments<METH_VARARGS, Object *, Value>(
+            function, arguments, [=](Argument<Object *> &self, Argument<Value> &value) {
+                if (self.get())
+                    self.get()->*field = value.get();
+                Py_RETURN_NONE;
+            });
+    }
+    [[gnu::noinline]] static PyObject *get(const Function &function, PyObject *argument,
+                                           Field Object::*field) {
+        return with_arguments<METH_O, Object *>(function, argument, [=](Argument<Object *> &self) {
+            return result_of<Result>([&]() -> Result { return self.get()->*field; });
+        });
+    }
+};
+
+/// The description of the row in front of overloads.
+template <size_t count>
+consteval Function describe_dispatcher(const char *text, PyCFunction native,
+                                       const Function *const (&overloads)[count]) {
+    Function function = *overloads[0];
+    function.text = text;
+    function.native = native;
+    function.probes = nullptr;
+    function.overloads = overloads;
+    function.overload_count = count;
+    function.flags = METH_VARARGS;
+    return function;
+}
+
+/// The description of a function of the proxy protocol.
+consteval Function describe_proxy_row(Kind kind, const char *text, size_t owner_size,
+                                      PyCFunction native) {
+    Function function = describe(Pack<>(), kind, text, owner_size, native);
+    function.flags = METH_VARARGS;
+    return function;
+}

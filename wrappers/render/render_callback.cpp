@@ -1,0 +1,107 @@
+// Render callbacks, which Python classes may derive from.
+
+#include "host/render/ZRenderCallback.h"
+#include "wrappers/render/render_callback_director.h"
+#include "wrappers/wrapper_table.h"
+
+namespace {
+
+/// A callback together with the Python object it came from.
+struct CallbackAndObject {
+    ZRenderCallback *callback;
+    PyObject *object;
+
+    /// True when the object is the callback's own Python instance: then it is the instance's
+    /// method that calls, and the host's implementation is meant. A virtual call would come back
+    /// to the same method.
+    bool is_upcall() const {
+        const auto *director = dynamic_cast<const Swig::Director *>(callback);
+        return director && director->swig_get_self() == object;
+    }
+};
+
+/// Any object: the instance that a director is to call.
+struct Instance;
+
+} // namespace
+
+template <>
+struct Argument<CallbackAndObject> : Argument<ZRenderCallback *> {
+    PyObject *object = nullptr;
+    int read(PyObject *given, int position) {
+        object = given;
+        return Argument<ZRenderCallback *>::read(given, position);
+    }
+    CallbackAndObject get() const { return {Argument<ZRenderCallback *>::get(), object}; }
+};
+
+template <>
+struct Argument<Instance> : Argument<void *> {
+    PyObject *get() const { return object; }
+};
+
+ROWS_BEGIN
+
+/// Calls the host's own implementation on an upcall, else the virtual function; an exception that
+/// a director throws has its Python side set already.
+template <class Data>
+PyObject *call_callback(const Function &function, PyObject *arguments,
+                        bool (ZRenderCallback::*virtual_function)(Data const &),
+                        bool (*own)(ZRenderCallback *, Data const &)) {
+    return with_arguments<METH_VARARGS, CallbackAndObject, Data const &>(
+        function, arguments,
+        [=](Argument<CallbackAndObject> &self, Argument<Data const &> &data) -> PyObject * {
+            const CallbackAndObject target = self.get();
+            try {
+                return PyBool_FromLong(target.is_upcall()
+                                           ? own(target.callback, data.get())
+                                           : (target.callback->*virtual_function)(data.get()));
+            } catch (const Swig::DirectorException &) {
+                return nullptr;
+            }
+        });
+}
+
+#define CALLBACK(member, Data)                                                                    \
+    DESCRIBE_METHOD(ZRenderCallback, member, bool(Data const &))                                  \
+    PyObject *_wrap_ZRenderCallback_##member(PyObject *, PyObject *arguments) {                   \
+        return call_callback<Data>(ZRenderCallback_##member, arguments, &ZRenderCallback::member, \
+                                   [](ZRenderCallback *callback, Data const &data) {              \
+                                       return callback->ZRenderCallback::member(data);            \
+                                   });                                                            \
+    }                                                                                             \
+    ROW(ZRenderCallback_##member)
+
+DESCRIBE(new_ZRenderCallback, Constructor, Pack<Instance>(), ZRenderCallback,
+         "new_ZRenderCallback\0ZRenderCallback(PyObject *)")
+PyObject *_wrap_new_ZRenderCallback(PyObject *, PyObject *argument) {
+    return with_arguments<METH_O, Instance>(
+        new_ZRenderCallback, argument, [](Argument<Instance> &self) {
+            ZRenderCallback *callback =
+                self.get() ? new SwigDirector_ZRenderCallback(self.get()) : new ZRenderCallback;
+            return SWIG_Python_NewPointerObj(callback, type_of<ZRenderCallback>(), kConstructed);
+        });
+}
+ROW(new_ZRenderCallback)
+DESTRUCTOR(ZRenderCallback)
+
+DESCRIBE(disown_ZRenderCallback, Disown, Pack<ZRenderCallback *>(), ZRenderCallback,
+         "disown_ZRenderCallback\0void(ZRenderCallback *)")
+PyObject *_wrap_disown_ZRenderCallback(PyObject *, PyObject *argument) {
+    return with_arguments<METH_O, ZRenderCallback *>(
+        disown_ZRenderCallback, argument, [](Argument<ZRenderCallback *> &callback) {
+            if (const auto *director = dynamic_cast<const Swig::Director *>(callback.get()))
+                director->swig_disown();
+            Py_RETURN_NONE;
+        });
+}
+ROW(disown_ZRenderCallback)
+
+STATIC(ZRenderCallback, addCallback, void(ZRenderCallback *, int))
+STATIC(ZRenderCallback, removeCallback, void(ZRenderCallback *))
+CALLBACK(shadowCastCallback, ZRenderShadowData)
+CALLBACK(renderCallback, ZRenderData)
+CALLBACK(postProcessCallback, ZRenderData)
+PROXY(ZRenderCallback)
+
+ROWS_END(render_callback_rows)

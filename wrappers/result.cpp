@@ -1,0 +1,18 @@
+#include "wrappers/result.h"
+
+PyObject *status_result(const ZStatus &status) {
+    if (!status.error())
+        Py_RETURN_NONE;
+    if (status.statusCode() == ZStatus::kUnknownParameter)
+        return PyString_InternFromString("unknown");
+    return raise_status(status);
+}
+
+PyObject *raise_status(const ZStatus &status) {
+    PyErr_SetString(PyExc_RuntimeError, status.errorString().asChar());
+    return nullptr;
+}
+
+PyObject *string_result(const ZString &text) {
+    return PyUnicode_FromWideChar(text.asW(), static_cast<Py_ssize_t>(text.numChars()));
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+// How what a host operation returns becomes a Python object.
+
+#include "host/core/ZStatus.h"
+#include "host/core/ZString.h"
+#include "runtime/char_strings.h"
+#include "runtime/convert.h"
+#include "runtime/module_types.h"
+
+#include <type_traits>
+#include <utility>
+
+/// None on success, the string "unknown" for an unknown parameter, else RuntimeError with the
+/// status's text.
+PyObject *status_result(const ZStatus &status);
+
+/// Raises RuntimeError with the status's text; returns null.
+PyObject *raise_status(const ZStatus &status);
+
+/// Always a unicode object.
+PyObject *string_result(const ZString &text);
+
+template <class T>
+PyObject *owned_copy(T &&value) {
+    auto *copy = new std::remove_cvref_t<T>(std::forward<T>(value));
+    PyObject *object = SWIG_Python_NewPointerObj(copy, type_of<std::remove_cvref_t<T>>(), kOwned);
+    if (!object)
+        delete copy;
+    return object;
+}
+
+template <class T>
+PyObject *borrowed(const T *pointer) {
+    return SWIG_Python_NewPointerObj(const_cast<T *>(pointer), type_of<T>(), kBorrowed);
+}
+
+inline PyObject *borrowed(const void *pointer) {
+    return SWIG_Python_NewPointerObj(const_cast<void *>(pointer), type_of<void>(), kBorrowed);
+}
+
+/// R is the declared result type; the host's value arrives as R&&.
+template <class R>
+PyObject *to_python(std::type_identity_t<R> &&value) {
+    using Bare = std::remove_cvref_t<R>;
+    if constexpr (std::is_same_v<R, ZStatus>)
+        return status_result(value);
+    else if constexpr (std::is_same_v<R, ZString>)
+        return string_result(value);
+    else if constexpr (std::is_same_v<Bare, bool>)
+        return PyBool_FromLong(value);
+    else if constexpr (std::is_floating_point_v<Bare>)
+        return PyFloat_FromDouble(value);
+    else if constexpr (std::is_integral_v<R> || std::is_enum_v<R>)
+        return PyInt_FromLong(static_cast<long>(value));
+    else if constexpr (std::is_same_v<R, const char *>)
+        return SWIG_FromCharPtr(value);
+    else if constexpr (std::is_pointer_v<R>)
+        return borrowed(value);
+    else if constexpr (std::is_reference_v<R>)
+        return borrowed(&value);
+    else
+        return owned_copy(std::move(value));
+}
