@@ -29,25 +29,25 @@ PyObject *decode_buffer(PyObject *object) {
     return text;
 }
 
-/// The object's text as a new unicode object; null with an exception set when it has none.
-PyObject *text_of(PyObject *object) {
+/// The text of an object other than a unicode object; null with an exception set when it has none.
+PyObject *make_text(PyObject *object) {
     if (PyString_Check(object))
         return decode(PyString_AS_STRING(object), PyString_GET_SIZE(object));
-    if (PyUnicode_Check(object)) {
-        Py_INCREF(object);
-        return object;
-    }
     if (!PyCallable_Check(object) && offers_new_buffer(object))
         return decode_buffer(object);
     return PyObject_Unicode(object);
 }
 
-/// The same, with the error indicator left as it was found: an earlier argument of the same call
-/// may have left its error there on purpose.
-PyObject *text_or_null(PyObject *object) {
+/// The object's text as a new reference to a unicode object, or null. The error indicator is left
+/// as it was found: an earlier argument of the same call may have left its error there on purpose.
+PyObject *text_of(PyObject *object) {
+    if (PyUnicode_Check(object)) {
+        Py_INCREF(object);
+        return object;
+    }
     PyObject *type, *value, *traceback;
     PyErr_Fetch(&type, &value, &traceback);
-    PyObject *text = text_of(object);
+    PyObject *text = make_text(object);
     PyErr_Restore(type, value, traceback);
     return text;
 }
@@ -73,22 +73,6 @@ bool copy_text(PyObject *text, Tstring &out) {
 } // namespace
 
 template <>
-Holder::TpythonObjectWithLock(PyObject *object) : TpythonObjectBase(object) {
-    if (!fObject)
-        return;
-    TpythonLock lock(kPythonLock);
-    Py_INCREF(fObject);
-}
-
-template <>
-Holder::~TpythonObjectWithLock() {
-    if (!fObject)
-        return;
-    TpythonLock lock(kPythonLock);
-    Py_DECREF(fObject);
-}
-
-template <>
 bool Holder::getValue(Tstring &out) const {
     if (!fObject || fObject == Py_None)
         return false;
@@ -96,7 +80,7 @@ bool Holder::getValue(Tstring &out) const {
     TpythonLock lock(kPythonLock);
     Py_INCREF(fObject);
     const swig::SwigPtr_PyObject object(fObject);
-    const swig::SwigPtr_PyObject text(text_or_null(object.get()));
+    const swig::SwigPtr_PyObject text(text_of(object.get()));
     return text && copy_text(text.get(), out);
 }
 

@@ -1,19 +1,21 @@
 #include "host/base/TpythonLock.h"
 #include "host/base/TpythonObjectWithLock.h"
 
+#include <pythread.h>
 #include <unistd.h>
 
+__thread TpythonThread tPythonThread;
 bool pythonMainThreadIsLocked = false;
 std::atomic<int> TpythonLock::fsCapturedCount{0};
 wchar_t sPythonObjectCharConvertBuffer[kPythonObjectCharConvertBufferSize];
 
 namespace {
 
-/// Compares addresses only: the current state belongs to whichever thread has the lock and may go
-/// away at any moment, so a thread that does not have the lock must not look inside it.
+/// Compares addresses only: a thread that does not have the lock must not look into the state that
+/// runs.
 bool this_thread_has_lock() {
-    PyThreadState *current = _PyThreadState_Current;
-    return current && current == PyGILState_GetThisThreadState();
+    tPythonThread = {PyGILState_GetThisThreadState(), PyThread_get_thread_ident()};
+    return tPythonThread.state && tPythonThread.state == _PyThreadState_Current;
 }
 
 bool is_main_thread() {
@@ -26,6 +28,7 @@ void TpythonLock::initLock(TpythonLockingInfo info) {
     if (info == kPythonDontLock || fCaptured || !Py_IsInitialized() || this_thread_has_lock())
         return;
     fState = PyGILState_Ensure();
+    tPythonThread = {_PyThreadState_Current, PyThread_get_thread_ident()};
     fCaptured = true;
     ++fsCapturedCount;
     if (is_main_thread() && !pythonMainThreadIsLocked)

@@ -12,6 +12,14 @@ enum TpythonLockingInfo {
     kPythonLock = 2      ///< take the lock; the interpreter is known to run
 };
 
+/// What the lock remembers of this thread: see TpythonLock::isHeld.
+struct TpythonThread {
+    PyThreadState *state; ///< the interpreter's state of this thread when it was last looked up
+    long ident;           ///< the interpreter's number for this thread
+};
+
+extern OPENQUIL_API __thread TpythonThread tPythonThread __attribute__((tls_model("initial-exec")));
+
 /// True while a holder that runs on the main thread has captured the interpreter lock.
 extern OPENQUIL_API bool pythonMainThreadIsLocked;
 
@@ -19,12 +27,25 @@ extern OPENQUIL_API bool pythonMainThreadIsLocked;
 /// thread does not have it yet; a holder that captured nothing releases nothing.
 class OPENQUIL_API TpythonLock {
   public:
-    explicit TpythonLock(TpythonLockingInfo info) { initLock(info); }
+    explicit TpythonLock(TpythonLockingInfo info) {
+        if (!isHeld()) [[unlikely]]
+            initLock(info);
+    }
     ~TpythonLock() { release(); }
     TpythonLock(const TpythonLock &) = delete;
     TpythonLock &operator=(const TpythonLock &) = delete;
 
+    /// Captures the lock if this thread does not have it.
     void initLock(TpythonLockingInfo info);
+
+    /// True when this thread is known to have the lock. The state that runs may belong to another
+    /// thread and go away at any moment, so it is looked into only when it is the one that this
+    /// thread saw last; its thread then tells whether the address was given to another since.
+    static bool isHeld() {
+        PyThreadState *current = _PyThreadState_Current;
+        return current && current == tPythonThread.state &&
+               current->thread_id == tPythonThread.ident;
+    }
 
     /// Number of holders that have the lock captured at this moment, on all threads.
     static std::atomic<int> fsCapturedCount;

@@ -20,8 +20,18 @@ template <class Lock>
 class TpythonObjectWithLock : public TpythonObjectBase {
   public:
     TpythonObjectWithLock() = default;
-    explicit TpythonObjectWithLock(PyObject *object);
-    ~TpythonObjectWithLock();
+    explicit TpythonObjectWithLock(PyObject *object) : TpythonObjectBase(object) {
+        if (!fObject)
+            return;
+        Lock lock(kPythonLock);
+        Py_INCREF(fObject);
+    }
+    ~TpythonObjectWithLock() {
+        if (!fObject)
+            return;
+        Lock lock(kPythonLock);
+        Py_DECREF(fObject);
+    }
     TpythonObjectWithLock(const TpythonObjectWithLock &) = delete;
     TpythonObjectWithLock &operator=(const TpythonObjectWithLock &) = delete;
 
