@@ -1,0 +1,158 @@
+#include "devhost/app/CommandLine.h"
+
+#include "devhost/app/Errors.h"
+#include "devhost/app/FrameRange.h"
+#include "devhost/render/Picture.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace quilhost {
+namespace {
+
+constexpr const char *kFooter = R"(
+A script runs once. If it then has a function render(frame), that is called for every frame.
+Otherwise, if it finished a picture in the render view, that picture is the output. Otherwise the
+host renders the scene itself, with the render callbacks that the script registered, to --output.
+
+The name after --output ends in .png or .exr. A run of # is the place of the frame number, and
+<Scene> and <Camera> stand for their names. The folder must exist.
+
+What follows -- goes to the script as sys.argv[1:].
+
+Exit codes:
+    0  success
+    1  the script failed (or the number that it gave to sys.exit)
+    2  a mistake on the command line, or a file, folder or camera that it names is not there
+    3  the scene could not be read, rendered or written
+    4  a render callback failed; the pictures were rendered all the same
+  130  interrupted)";
+
+[[noreturn]] void usage(const std::string &line) {
+    throw Failure(kUsageError, line);
+}
+
+void checkReadableFile(const std::string &what, const std::string &path) {
+    std::error_code ignored;
+    if (!fs::exists(path, ignored))
+        usage(what + " '" + path + "' does not exist");
+    if (fs::is_directory(path, ignored))
+        usage(what + " '" + path + "' is a folder");
+    if (!std::ifstream(path))
+        usage("cannot read " + what + " '" + path + "': " + std::strerror(errno));
+}
+
+void checkOutput(const Options &options) {
+    const fs::path path = options.output;
+    if (!devhost::isPictureFileName(options.output))
+        usage("--output '" + options.output + "' does not end in .png or .exr");
+    if (options.frames.size() > 1 && path.filename().string().find('#') == std::string::npos)
+        usage("--output '" + options.output +
+              "' needs a place such as #### for the frame number, as there are " +
+              std::to_string(options.frames.size()) + " frames");
+    std::error_code ignored;
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    if (!fs::is_directory(folder, ignored))
+        usage("the output folder '" + folder.string() + "' does not exist");
+    if (access(folder.c_str(), W_OK | X_OK) != 0)
+        usage("cannot write to the output folder '" + folder.string() +
+              "': " + std::strerror(errno));
+    if (fs::is_directory(path, ignored))
+        usage("--output '" + options.output + "' is a folder");
+}
+
+void check(const Options &options) {
+    if (!options.hasScript() && options.output.empty())
+        usage("nothing to do: give a script with --python or --python-expr, or an --output");
+    if (!options.hasScript() && options.scene.empty())
+        usage("--output needs a scene or a script to render");
+    if (!options.pythonFile.empty())
+        checkReadableFile("script", options.pythonFile);
+    if (!options.scene.empty()) {
+        checkReadableFile("scene", options.scene);
+        std::string extension = fs::path(options.scene).extension().string();
+        std::transform(extension.begin(), extension.end(), extension.begin(),
+                       [](unsigned char c) { return std::tolower(c); });
+        if (extension != ".obj" && extension != ".gltf" && extension != ".glb")
+            usage("scene '" + options.scene + "' is no .obj, .gltf or .glb file");
+    }
+    if (!options.output.empty())
+        checkOutput(options);
+}
+
+std::string oneLine(std::string text) {
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return text;
+}
+
+} // namespace
+
+std::optional<Options> readCommandLine(int argc, char **argv) {
+    Options options;
+    // What follows -- is the script's alone, even where it looks like our options.
+    char **const end = argv + argc;
+    char **const dashes = std::find_if(argv + std::min(argc, 1), end,
+                                       [](const char *a) { return !std::strcmp(a, "--"); });
+    if (dashes != end)
+        options.scriptArguments.assign(dashes + 1, end);
+
+    CLI::App app("Runs render scripts and renders scenes without the host application.",
+                 "quilhost");
+    app.footer(kFooter);
+    bool background = false;
+    std::vector<unsigned> resolution;
+    std::string frames;
+    app.add_option("scene", options.scene, "The scene to load: a .obj, .gltf or .glb file");
+    app.add_flag("--background", background, "Accepted; the host has no windows");
+    auto *file = app.add_option("--python", options.pythonFile, "The Python script to run");
+    auto *expression =
+        app.add_option("--python-expr", options.pythonExpression, "The Python statements to run")
+            ->excludes(file);
+    app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
+    app.add_option("--output", options.output, "The picture to write, such as out.####.png");
+    app.add_option("--resolution", resolution, "Width and height in pixels (default 640 480)")
+        ->expected(2)
+        ->check(CLI::Range(1u, 16384u));
+    app.add_option("--camera", options.camera, "The camera to render from (default: the first)");
+    app.add_option("--threads", options.threads, "Threads to render with (default: one per core)")
+        ->check(CLI::Range(1u, 1024u));
+    app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
+    auto *quiet = app.add_flag("--quiet", options.quiet, "Tell errors only");
+    app.add_flag("--verbose", options.verbose, "Tell more")->excludes(quiet);
+    app.add_option("--progress", options.progress,
+                   "auto: a bar on a terminal, else plain; plain: a line for each step; json: one "
+                   "JSON object per line on standard error")
+        ->check(CLI::IsMember({"auto", "plain", "json"}));
+
+    try {
+        app.parse(static_cast<int>(dashes - argv), argv);
+    } catch (const CLI::CallForHelp &) {
+        std::fputs(app.help().c_str(), stdout);
+        return std::nullopt;
+    } catch (const CLI::ParseError &error) {
+        usage(oneLine(error.what()) + " (quilhost --help tells the options)");
+    }
+    options.hasExpression = expression->count() > 0;
+    if (!resolution.empty()) {
+        options.width = resolution[0];
+        options.height = resolution[1];
+    }
+    try {
+        if (app["--frames"]->count())
+            options.frames = parseFrames(frames);
+    } catch (const std::invalid_argument &error) {
+        usage(oneLine(error.what()));
+    }
+    check(options);
+    return options;
+}
+
+} // namespace quilhost

@@ -1,0 +1,33 @@
+// What the user asked for.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quilhost {
+
+struct Options {
+    std::string scene;
+    std::string pythonFile;
+    std::string pythonExpression;
+    bool hasExpression = false;
+    std::vector<std::string> scriptArguments;
+    std::vector<int> frames = {1};
+    std::string output;
+    unsigned width = 640, height = 480;
+    std::string camera;
+    unsigned threads = 0;
+    bool noGl = false;
+    bool quiet = false;
+    bool verbose = false;
+    std::string progress = "auto";
+
+    bool hasScript() const { return !pythonFile.empty() || hasExpression; }
+};
+
+/// Reads and checks the command line, including the files and folders that it names. Empty when
+/// the help was asked for and has been printed. Throws Failure with kUsageError.
+std::optional<Options> readCommandLine(int argc, char **argv);
+
+} // namespace quilhost

@@ -1,0 +1,28 @@
+// How the program ends.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace quilhost {
+
+enum ExitCode {
+    kOk = 0,
+    kScriptError = 1,
+    kUsageError = 2,
+    kRenderError = 3,
+    kCallbackError = 4,
+    kInterrupted = 130
+};
+
+/// Ends the program with one line on standard error.
+class Failure : public std::runtime_error {
+  public:
+    Failure(ExitCode code, const std::string &line) : std::runtime_error(line), code_(code) {}
+    ExitCode code() const { return code_; }
+
+  private:
+    ExitCode code_;
+};
+
+} // namespace quilhost

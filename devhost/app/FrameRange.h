@@ -1,0 +1,14 @@
+// Frame ranges as people write them: "1-10x2,20".
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quilhost {
+
+/// The frames of a list of numbers and ranges, each range with an optional step: "1-10x2,20" is 1,
+/// 3, 5, 7, 9, 20. A frame that is named again counts once. Numbers may be negative. Throws
+/// std::invalid_argument with a text for the user when the range is not well formed.
+std::vector<int> parseFrames(const std::string &text);
+
+} // namespace quilhost

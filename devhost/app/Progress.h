@@ -1,0 +1,37 @@
+// Tells the user how far the render is, on standard error.
+#pragma once
+
+#include <string>
+
+namespace quilhost {
+
+class Progress {
+  public:
+    /// A bar that is drawn over itself, a line for each step, one JSON object per line, or nothing.
+    enum Style { kBar, kPlain, kJson, kSilent };
+
+    Progress(Style style, size_t frames) : style_(style), frames_(frames) {}
+    ~Progress() { clearBar(); }
+
+    void beginFrame(int frame);
+    /// How far the frame is, 0 to 100.
+    void update(const std::string &message, int percent);
+    /// The frame is done; `output` is its file, or empty.
+    void endFrame(const std::string &output);
+    /// Takes the bar away, so that other lines can be written.
+    void clearBar();
+
+  private:
+    Style style_;
+    size_t frames_;
+    size_t done_ = 0;
+    int frame_ = 0;
+    bool barShown_ = false;
+    std::string lastMessage_;
+    int lastPercent_ = -1;
+};
+
+/// The style for "auto", "plain" or "json".
+Progress::Style progressStyle(const std::string &name, bool quiet);
+
+} // namespace quilhost

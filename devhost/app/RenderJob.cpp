@@ -1,0 +1,266 @@
+#include "devhost/app/RenderJob.h"
+
+#include "devhost/app/Errors.h"
+#include "devhost/app/Interrupt.h"
+#include "devhost/render/Picture.h"
+#include "devhost/render/RenderSession.h"
+#include "devhost/render/SoftwareRenderer.h"
+#include "devhost/scene/SceneLoader.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+
+namespace quilhost {
+namespace {
+
+/// The text of a failed status, "(kFailure): the text", without its code's name.
+std::string withoutCode(const std::string &text) {
+    const size_t end = text.find("): ");
+    return end == std::string::npos ? text : text.substr(end + 3);
+}
+
+/// Every picture of the render view goes to this file as long as it lives.
+class OutputScope {
+  public:
+    explicit OutputScope(const std::string &file) { devhost::renderSession().outputFile = file; }
+    ~OutputScope() { devhost::renderSession().outputFile.clear(); }
+};
+
+/// A batch render is going on as long as it lives.
+class RenderingScope {
+  public:
+    RenderingScope() { devhost::renderSession().state = ZRenderUtil::kBatchRender; }
+    ~RenderingScope() { devhost::renderSession().state = ZRenderUtil::kNotRendering; }
+};
+
+} // namespace
+
+void fillSettings(const Options &options, ZCommonRenderSettingsData &settings) {
+    settings.width = options.width;
+    settings.height = options.height;
+    settings.deviceAspectRatio = static_cast<float>(options.width) / options.height;
+    const auto [first, last] = std::minmax_element(options.frames.begin(), options.frames.end());
+    settings.frameStart = ZTime(*first);
+    settings.frameEnd = ZTime(*last);
+    settings.frameBy =
+        options.frames.size() > 1 ? float(std::max(1, options.frames[1] - options.frames[0])) : 1;
+    if (options.output.empty())
+        return;
+
+    const std::filesystem::path path = options.output;
+    const std::string file = path.filename().string();
+    const std::string extension = path.extension().string().substr(1);
+    settings.imageFormat = extension == "exr" ? 1 : 0;
+    if (extension != "exr" && extension != "png") {
+        settings.useCustomExt = true;
+        settings.customExt = extension.c_str();
+    }
+    const size_t hashes = file.find('#');
+    const size_t behind = file.find_first_not_of('#', hashes);
+    // What names of the schemes 1 to 3 look like: "name.####.ext", "name_####.ext", "name####.ext".
+    const bool isPlain = hashes != std::string::npos && "." + extension == file.substr(behind);
+    const bool hasMark = hashes > 0 && (file[hashes - 1] == '.' || file[hashes - 1] == '_');
+    const std::string name = file.substr(0, hasMark ? hashes - 1 : hashes);
+    if (hashes == std::string::npos) {
+        settings.namingScheme = 0;
+        settings.name = path.stem().c_str();
+    } else if (isPlain && !name.empty()) {
+        settings.namingScheme = !hasMark ? 3 : file[hashes - 1] == '.' ? 1 : 2;
+        settings.name = name.c_str();
+        settings.framePadding = static_cast<unsigned>(behind - hashes);
+    } else {
+        settings.namingScheme = 5;
+        settings.namePattern = file.c_str();
+    }
+}
+
+RenderJob::RenderJob(const Options &options)
+    : options_(options),
+      progress_(progressStyle(options.progress, options.quiet), options.frames.size()) {}
+
+RenderJob::~RenderJob() {
+    // Scripts may still tell progress while the interpreter ends.
+    script_.reset();
+    devhost::renderSession().progress = nullptr;
+}
+
+int RenderJob::run() {
+    auto &session = devhost::renderSession();
+    session.threads = options_.threads;
+    session.useGl = !options_.noGl;
+    session.frame = options_.frames.front();
+    session.progress = [this](const std::string &message, int percent) {
+        progress_.update(message, percent);
+    };
+    if (!options_.output.empty()) {
+        const auto folder = std::filesystem::path(options_.output).parent_path();
+        session.imagesFolder = folder.empty() ? "." : folder.string();
+    }
+    fillSettings(options_, session.settings);
+    {
+        const InterruptScope scope(false);
+        loadScene();
+        chooseCamera();
+    }
+    if (session.cancelled)
+        return kInterrupted;
+
+    if (options_.hasScript()) {
+        script_.emplace(options_);
+        const ScriptEnd end = runScript();
+        if (interrupted())
+            return kInterrupted;
+        if (const auto code = codeAfter(end, "the script"))
+            return *code;
+    }
+    if (const auto code = renderFrames())
+        return *code;
+    if (session.callbackErrors || (script_ && Script::reportedErrors()))
+        return kCallbackError;
+    return kOk;
+}
+
+void RenderJob::loadScene() {
+    if (options_.scene.empty()) {
+        devhost::newScene();
+        return;
+    }
+    const ZStatus status = devhost::loadScene(options_.scene);
+    if (status.error())
+        throw Failure(kRenderError, withoutCode(status.errorString().asChar()));
+    if (!options_.verbose)
+        return;
+    const auto &scene = devhost::scene();
+    size_t triangles = 0;
+    const auto meshes = scene.meshes();
+    for (const auto id : meshes)
+        triangles += scene.node(id)->mesh()->triangleCount();
+    std::fprintf(stderr, "quilhost: %s: %zu meshes, %zu triangles, %zu lights\n",
+                 options_.scene.c_str(), meshes.size(), triangles, scene.lights().size());
+}
+
+void RenderJob::chooseCamera() {
+    const auto &scene = devhost::scene();
+    const auto id = scene.findCamera(options_.camera);
+    if (id == devhost::kNoNode && !options_.camera.empty()) {
+        std::string known;
+        for (const auto camera : scene.cameras())
+            known += (known.empty() ? "" : ", ") + scene.node(camera)->name;
+        throw Failure(kUsageError,
+                      "there is no camera '" + options_.camera + "'; the scene has: " + known);
+    }
+    devhost::renderSession().camera = scene.object(id);
+}
+
+ScriptEnd RenderJob::runScript() {
+    firstOutput_ = outputFile(options_.frames.front());
+    const OutputScope output(firstOutput_);
+    const RenderingScope rendering;
+    progress_.beginFrame(options_.frames.front());
+    return script_->run();
+}
+
+std::optional<int> RenderJob::renderFrames() {
+    auto &session = devhost::renderSession();
+    const bool byScript = script_ && script_->definesRender();
+    if (!byScript && session.picturesFinished) {
+        if (options_.output.empty())
+            return std::nullopt;
+        progress_.endFrame(firstOutput_);
+        if (options_.frames.size() > 1 && !options_.quiet)
+            std::fprintf(stderr,
+                         "quilhost: the script rendered frame %d only; for all frames it "
+                         "has to define render(frame)\n",
+                         options_.frames.front());
+        return std::nullopt;
+    }
+    if (!byScript && options_.output.empty())
+        return std::nullopt;
+    if (!byScript && options_.scene.empty() && devhost::scene().meshes().empty())
+        throw Failure(kRenderError,
+                      "nothing to write: the script rendered no picture and there is no scene");
+
+    const RenderingScope rendering;
+    for (const int frame : options_.frames) {
+        const auto start = std::chrono::steady_clock::now();
+        session.frame = frame;
+        progress_.beginFrame(frame);
+        // Once: the script may change the camera, whose name may be in the file's name.
+        const std::string output = outputFile(frame);
+        if (byScript) {
+            const ScriptEnd end = renderByScript(frame, output);
+            if (interrupted())
+                return kInterrupted;
+            if (const auto code = codeAfter(end, "render(" + std::to_string(frame) + ")"))
+                return code;
+        } else {
+            renderByHost(output);
+            if (interrupted())
+                return kInterrupted;
+        }
+        progress_.endFrame(output);
+        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+        if (options_.verbose)
+            std::fprintf(stderr, "quilhost: frame %d took %.2f s\n", frame, seconds.count());
+    }
+    return std::nullopt;
+}
+
+ScriptEnd RenderJob::renderByScript(int frame, const std::string &outputFile) {
+    auto &session = devhost::renderSession();
+    const OutputScope output(outputFile);
+    const unsigned before = session.picturesFinished;
+    const ScriptEnd end = script_->render(frame);
+    if (end.kind == ScriptEnd::kDone && !options_.output.empty() && !devhost::viewIsOpen() &&
+        session.picturesFinished == before)
+        throw Failure(kRenderError, "render(" + std::to_string(frame) + ") finished no picture");
+    return end;
+}
+
+void RenderJob::renderByHost(const std::string &outputFile) {
+    devhost::Frame image;
+    ZStatus status;
+    {
+        std::optional<NativeSection> unlocked;
+        if (script_)
+            unlocked.emplace();
+        const InterruptScope scope(script_.has_value());
+        status = devhost::renderFrame(image);
+    }
+    if (interrupted())
+        return;
+    if (!status.error())
+        status = devhost::writeFrame(image, outputFile);
+    if (status.error())
+        throw Failure(kRenderError, withoutCode(status.errorString().asChar()));
+}
+
+std::optional<int> RenderJob::codeAfter(const ScriptEnd &end, const std::string &who) {
+    if (const auto &error = devhost::renderSession().outputError; !error.empty())
+        throw Failure(kRenderError, withoutCode(error));
+    if (end.kind != ScriptEnd::kDone)
+        return end.exitCode;
+    if (devhost::viewIsOpen()) {
+        devhost::abandonView();
+        throw Failure(kRenderError, who + " left its picture in the render view open");
+    }
+    return std::nullopt;
+}
+
+std::string RenderJob::outputFile(int frame) const {
+    if (options_.output.empty())
+        return {};
+    const auto &settings = devhost::renderSession().settings;
+    return settings
+        .getImageName(ZCommonRenderSettingsData::kFullPathImage, frame, ZString(), ZString(),
+                      ZString(), ZObject::kNullObj, false)
+        .asChar();
+}
+
+bool RenderJob::interrupted() const {
+    return devhost::renderSession().cancelled || (script_ && Script::wasInterrupted());
+}
+
+} // namespace quilhost

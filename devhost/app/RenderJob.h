@@ -1,0 +1,48 @@
+// One run of the program: loads the scene, runs the script and renders the frames.
+#pragma once
+
+#include "devhost/app/CommandLine.h"
+#include "devhost/app/Progress.h"
+#include "devhost/app/Script.h"
+#include "host/render/ZCommonRenderSettings.h"
+
+#include <optional>
+
+namespace quilhost {
+
+/// Puts the command line's image name, frames and size into the settings that scripts read.
+void fillSettings(const Options &options, ZCommonRenderSettingsData &settings);
+
+class RenderJob {
+  public:
+    explicit RenderJob(const Options &options);
+    ~RenderJob();
+    RenderJob(const RenderJob &) = delete;
+    RenderJob &operator=(const RenderJob &) = delete;
+
+    /// Returns the exit code. Throws Failure.
+    int run();
+    /// Makes room for other lines on the terminal.
+    void clearProgress() { progress_.clearBar(); }
+
+  private:
+    void loadScene();
+    void chooseCamera();
+    ScriptEnd runScript();
+    /// Renders all frames in the way that the script left open; empty to go on to the end.
+    std::optional<int> renderFrames();
+    ScriptEnd renderByScript(int frame, const std::string &outputFile);
+    void renderByHost(const std::string &outputFile);
+    /// The exit code when script code did not end well. Throws when it left a picture open, or one
+    /// could not be written.
+    std::optional<int> codeAfter(const ScriptEnd &end, const std::string &who);
+    std::string outputFile(int frame) const;
+    bool interrupted() const;
+
+    const Options &options_;
+    Progress progress_;
+    std::string firstOutput_;
+    std::optional<Script> script_;
+};
+
+} // namespace quilhost

@@ -1,0 +1,161 @@
+#include "devhost/app/Script.h"
+
+#include "devhost/app/Errors.h"
+#include "devhost/render/RenderSession.h"
+#include "host/base/TpythonInterpreter.h"
+#include "host/base/TpythonLock.h"
+
+#include <Python.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+
+namespace quilhost {
+namespace {
+
+struct Release {
+    void operator()(PyObject *object) const { Py_XDECREF(object); }
+};
+using Reference = std::unique_ptr<PyObject, Release>;
+
+/// build/python, beside the folder of this executable.
+std::string modulesFolder() {
+    const auto executable = std::filesystem::read_symlink("/proc/self/exe");
+    return (executable.parent_path().parent_path() / "python").string();
+}
+
+PyObject *mainNamespace() {
+    return PyModule_GetDict(PyImport_AddModule("__main__"));
+}
+
+/// The argument of SystemExit as the process's exit code, as the interpreter itself reads it.
+int exitCodeOf(PyObject *value) {
+    Reference attribute;
+    if (value && PyExceptionInstance_Check(value)) {
+        attribute.reset(PyObject_GetAttrString(value, "code"));
+        PyErr_Clear();
+        value = attribute.get();
+    }
+    if (!value || value == Py_None)
+        return 0;
+    if (PyInt_Check(value) || PyLong_Check(value)) {
+        const long code = PyInt_AsLong(value);
+        PyErr_Clear();
+        return static_cast<int>(code & 0xff);
+    }
+    PyObject *const standardError = PySys_GetObject(const_cast<char *>("stderr"));
+    if (standardError) {
+        PyFile_WriteObject(value, standardError, Py_PRINT_RAW);
+        PyFile_WriteString("\n", standardError);
+    }
+    PyErr_Clear();
+    return kScriptError;
+}
+
+/// Turns the result of a call, or the exception pending instead of it, into the end that it means.
+ScriptEnd endOf(const Reference &result) {
+    if (result)
+        return {};
+    if (PyErr_ExceptionMatches(PyExc_SystemExit)) {
+        PyObject *type, *value, *traceback;
+        PyErr_Fetch(&type, &value, &traceback);
+        PyErr_NormalizeException(&type, &value, &traceback);
+        const Reference heldType(type), heldValue(value), heldTraceback(traceback);
+        const int code = exitCodeOf(value);
+        return {code ? ScriptEnd::kExited : ScriptEnd::kDone, code};
+    }
+    const bool interrupted = PyErr_ExceptionMatches(PyExc_KeyboardInterrupt);
+    PyErr_Print();
+    return interrupted ? ScriptEnd{ScriptEnd::kInterrupted, kInterrupted}
+                       : ScriptEnd{ScriptEnd::kFailed, kScriptError};
+}
+
+/// Called on the render's thread, which gave the interpreter lock away.
+void reportCallbackError(const char *callback, const char *what) {
+    const TpythonLock lock(kPythonLock);
+    if (!PyErr_Occurred()) {
+        std::fprintf(stderr, "quilhost: %s failed: %s\n", callback, what);
+        return;
+    }
+    if (!TpythonInterpreter::fsInterpreter)
+        TpythonInterpreter::fsInterpreter = new TpythonInterpreter;
+    TpythonInterpreter::fsInterpreter->catchAndReportException();
+}
+
+void setArguments(const Options &options) {
+    std::vector<std::string> arguments{options.hasExpression ? "-c" : options.pythonFile};
+    arguments.insert(arguments.end(), options.scriptArguments.begin(),
+                     options.scriptArguments.end());
+    std::vector<char *> pointers;
+    for (auto &argument : arguments)
+        pointers.push_back(argument.data());
+    // This puts the script's folder first on the search path.
+    PySys_SetArgvEx(static_cast<int>(pointers.size()), pointers.data(), 1);
+}
+
+} // namespace
+
+Script::Script(const Options &options) : options_(options) {
+    // The interpreter keeps these pointers.
+    static char home[] = QUILHOST_PYTHON_HOME;
+    static char program[] = QUILHOST_PYTHON_PROGRAM;
+    Py_SetPythonHome(home);
+    Py_SetProgramName(program);
+    Py_InitializeEx(1);
+    PyEval_InitThreads();
+    setArguments(options);
+    const std::string folder = modulesFolder();
+    const Reference path(PyString_FromStringAndSize(folder.data(), Py_ssize_t(folder.size())));
+    PyList_Insert(PySys_GetObject(const_cast<char *>("path")), 1, path.get());
+    devhost::renderSession().onCallbackError = reportCallbackError;
+}
+
+Script::~Script() {
+    devhost::renderSession().onCallbackError = nullptr;
+    // An interrupt that has done its work must not reach the functions that run at exit.
+    PyErr_CheckSignals();
+    PyErr_Clear();
+    Py_Finalize();
+}
+
+ScriptEnd Script::run() {
+    PyObject *const names = mainNamespace();
+    if (options_.hasExpression)
+        return endOf(Reference(
+            PyRun_String(options_.pythonExpression.c_str(), Py_file_input, names, names)));
+    const std::string &file = options_.pythonFile;
+    std::FILE *const stream = std::fopen(file.c_str(), "rb");
+    if (!stream)
+        throw Failure(kUsageError, "cannot read script '" + file + "': " + std::strerror(errno));
+    const Reference name(PyString_FromString(file.c_str()));
+    PyDict_SetItemString(names, "__file__", name.get());
+    return endOf(Reference(PyRun_FileEx(stream, file.c_str(), Py_file_input, names, names, 1)));
+}
+
+bool Script::definesRender() const {
+    PyObject *const function = PyDict_GetItemString(mainNamespace(), "render");
+    return function && PyFunction_Check(function);
+}
+
+ScriptEnd Script::render(int frame) {
+    PyObject *const function = PyDict_GetItemString(mainNamespace(), "render");
+    Py_INCREF(function);
+    const Reference held(function);
+    return endOf(Reference(PyObject_CallFunction(function, const_cast<char *>("i"), frame)));
+}
+
+bool Script::wasInterrupted() {
+    return TpythonInterpreter::interruptReported();
+}
+unsigned Script::reportedErrors() {
+    return TpythonInterpreter::reportedCount();
+}
+
+NativeSection::NativeSection() : state_(PyEval_SaveThread()) {}
+NativeSection::~NativeSection() {
+    PyEval_RestoreThread(state_);
+}
+
+} // namespace quilhost

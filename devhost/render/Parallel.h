@@ -1,0 +1,16 @@
+// Work over a range of numbers on the threads of the render.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+
+#include "host/base/HostApi.h"
+
+namespace devhost {
+
+/// Calls work(begin, end) for blocks that together make up 0 to count, on several threads and on
+/// the calling one, and waits for all. `work` must not touch the interpreter.
+OPENQUIL_API void forBlocks(size_t count, size_t blockSize,
+                            const std::function<void(size_t begin, size_t end)> &work);
+
+} // namespace devhost

@@ -1,0 +1,53 @@
+// What render code of the host shares about the render that is going on.
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <string>
+
+#include "devhost/scene/SceneGraph.h"
+#include "host/base/HostApi.h"
+#include "host/render/ZCommonRenderSettings.h"
+#include "host/render/ZRenderUtil.h"
+
+namespace devhost {
+
+struct RenderSession {
+    ZRenderUtil::QuilRenderState state = ZRenderUtil::kNotRendering;
+    ZRenderUtil::RenderPass pass = ZRenderUtil::kAll;
+    bool generatingIprFile = false;
+    /// The settings in force; scripts read a copy of them.
+    ZCommonRenderSettingsData settings;
+    /// Threads that render code may use; 0 means as many as the machine has.
+    unsigned threads = 0;
+    /// The camera to render from; a null handle means the scene's first.
+    ZObject camera;
+    /// Gets each progress message and its percentage, 0 to 100; may be empty.
+    std::function<void(const std::string &message, int percent)> progress;
+
+    /// False when OpenGL must not be used.
+    bool useGl = true;
+    double frame = 1;
+    /// The folder that image names are relative to.
+    std::string imagesFolder = ".";
+    /// The file that a finished picture is written to; empty for none.
+    std::string outputFile;
+    /// Pictures finished, written or not.
+    unsigned picturesFinished = 0;
+    /// Why the last picture could not be written; empty when it could.
+    std::string outputError;
+    /// Callbacks that ended with a native exception.
+    unsigned callbackErrors = 0;
+    /// Told of each of those; when empty, they are written to standard error.
+    std::function<void(const char *callback, const char *what)> onCallbackError;
+    /// Set from any thread or signal handler to make the software renderer stop.
+    std::atomic<bool> cancelled = false;
+};
+
+/// The session of this process.
+OPENQUIL_API RenderSession &renderSession();
+
+/// The number of threads to render with, at least 1.
+OPENQUIL_API unsigned renderThreads();
+
+} // namespace devhost

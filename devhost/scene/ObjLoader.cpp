@@ -1,0 +1,136 @@
+// Reader of .obj files and their .mtl materials.
+#include <algorithm>
+#include <filesystem>
+
+#include <tiny_obj_loader.h>
+
+#include "devhost/scene/MeshBuilder.h"
+#include "devhost/scene/SceneGraph.h"
+#include "devhost/scene/SceneLoader.h"
+
+namespace devhost {
+
+namespace {
+
+ZVector color(const tinyobj::real_t value[3]) {
+    return ZVector(value[0], value[1], value[2]);
+}
+
+NodeId addMaterial(Scene &scene, const tinyobj::material_t &from) {
+    Material material;
+    material.diffuse = color(from.diffuse);
+    material.specular = color(from.specular);
+    material.emission = color(from.emission);
+    material.shininess = from.shininess;
+    material.opacity = from.dissolve;
+    if (from.illum >= 3 && from.illum <= 9 && from.illum != 4 && from.illum != 9)
+        material.reflectivity = material.specular; // the models that mirror the surroundings
+    if (!from.diffuse_texname.empty()) {
+        std::string file = from.diffuse_texname;
+        std::replace(file.begin(), file.end(), '\\', '/');
+        material.texture =
+            scene.add("file", std::filesystem::path(file).stem().string(), Texture{file, nullptr});
+    }
+    return scene.add("material", from.name, material);
+}
+
+/// What the file says is wrong, but the parser only warns of.
+bool lostFaces(const std::string &warning) {
+    return warning.find("out of bounds") != std::string::npos ||
+           warning.find("invalid vertex index") != std::string::npos;
+}
+
+std::string firstLine(const std::string &text) {
+    return text.substr(0, text.find('\n'));
+}
+
+/// Gathers what one shape uses of a pool that all shapes of the file share.
+class PoolSubset {
+  public:
+    PoolSubset(const std::vector<tinyobj::real_t> &pool, int width)
+        : fPool(pool), fWidth(width), fPlaces(pool.size() / width, -1) {}
+
+    /// Whether the file's index is an element of the pool, or an absent optional one.
+    bool accepts(int index, bool optional) const {
+        return (optional && index == -1) || (index >= 0 && size_t(index) < fPlaces.size());
+    }
+
+    /// The element's index in `target`, where it is copied to on first use; -1 stays -1.
+    int place(int index, std::vector<float> &target) {
+        if (index < 0)
+            return -1;
+        if (fPlaces[index] < 0) {
+            fPlaces[index] = int(target.size()) / fWidth;
+            fTouched.push_back(index);
+            const auto from = fPool.begin() + std::ptrdiff_t(index) * fWidth;
+            target.insert(target.end(), from, from + fWidth);
+        }
+        return fPlaces[index];
+    }
+
+    void startShape() {
+        for (int index : fTouched)
+            fPlaces[index] = -1;
+        fTouched.clear();
+    }
+
+  private:
+    const std::vector<tinyobj::real_t> &fPool;
+    int fWidth;
+    std::vector<int> fPlaces;
+    std::vector<int> fTouched;
+};
+
+} // namespace
+
+ZStatus loadObj(const std::string &path, Scene &scene) {
+    const auto failure = [&path](const std::string &why) {
+        return ZStatus(ZStatus::kFailure, "cannot load " + path + ": " + why);
+    };
+    const std::string badIndex = "a face has an index that is out of range";
+    tinyobj::ObjReaderConfig config;
+    config.triangulate = true;
+    config.vertex_color = false;
+    tinyobj::ObjReader reader;
+    if (!reader.ParseFromFile(path, config))
+        return failure(reader.Error().empty() ? "it is no .obj file" : firstLine(reader.Error()));
+    if (lostFaces(reader.Warning()))
+        return failure(badIndex);
+
+    std::vector<NodeId> materials;
+    for (const tinyobj::material_t &material : reader.GetMaterials())
+        materials.push_back(addMaterial(scene, material));
+    const tinyobj::attrib_t &pools = reader.GetAttrib();
+    PoolSubset positions(pools.vertices, 3), normals(pools.normals, 3), uvs(pools.texcoords, 2);
+    for (const tinyobj::shape_t &shape : reader.GetShapes()) {
+        if (shape.mesh.indices.empty())
+            continue; // lines or points only
+        MeshSource source;
+        positions.startShape();
+        normals.startShape();
+        uvs.startShape();
+        for (const tinyobj::index_t &index : shape.mesh.indices) {
+            if (!positions.accepts(index.vertex_index, false) ||
+                !normals.accepts(index.normal_index, true) ||
+                !uvs.accepts(index.texcoord_index, true))
+                return failure(badIndex);
+            source.corners.push_back({positions.place(index.vertex_index, source.positions),
+                                      normals.place(index.normal_index, source.normals),
+                                      uvs.place(index.texcoord_index, source.uvs)});
+        }
+        for (int material : shape.mesh.material_ids)
+            source.materials.push_back(material >= 0 && size_t(material) < materials.size()
+                                           ? materials[material]
+                                           : kNoNode);
+        auto mesh = std::make_shared<Mesh>();
+        if (const std::string wrong = buildMesh(std::move(source), *mesh); !wrong.empty())
+            return failure(wrong);
+        scene.add("mesh", shape.name.empty() ? "mesh" : shape.name,
+                  std::shared_ptr<const Mesh>(std::move(mesh)));
+    }
+    if (scene.meshes().empty())
+        return failure("it holds no triangles");
+    return ZStatus();
+}
+
+} // namespace devhost

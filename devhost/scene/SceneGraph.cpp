@@ -1,0 +1,422 @@
+// The scene graph: nodes, names, handles and attributes.
+#include "devhost/scene/SceneGraph.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <filesystem>
+#include <numbers>
+#include <type_traits>
+
+namespace devhost {
+
+namespace {
+
+// Shared by all scenes, so that a handle into one never fits a node of another.
+unsigned nextGeneration() {
+    static std::atomic<unsigned> last{0};
+    return ++last;
+}
+
+unsigned long nextRevision() {
+    static std::atomic<unsigned long> last{0};
+    return ++last;
+}
+
+using FieldRef =
+    std::variant<std::monostate, bool *, int *, double *, std::string *, ZVector *, ZMatrix *>;
+
+/// The part of a node that an attribute name stands for.
+FieldRef builtInField(Node &node, const std::string &name) {
+    if (node.inHierarchy()) {
+        if (name == "visibility")
+            return &node.visible;
+        if (name == "matrix")
+            return &node.local;
+    }
+    if (auto camera = std::get_if<Camera>(&node.payload)) {
+        if (name == "verticalFieldOfView")
+            return &camera->verticalFieldOfView;
+        if (name == "horizontalFieldOfView")
+            return &camera->horizontalFieldOfView;
+        if (name == "filmAspect")
+            return &camera->filmAspect;
+        if (name == "nearClip")
+            return &camera->nearClip;
+        if (name == "farClip")
+            return &camera->farClip;
+        if (name == "orthographic")
+            return &camera->orthographic;
+        if (name == "orthographicWidth")
+            return &camera->orthographicWidth;
+        if (name == "imageName")
+            return &camera->imageName;
+    } else if (auto light = std::get_if<Light>(&node.payload)) {
+        if (name == "color")
+            return &light->color;
+        if (name == "intensity")
+            return &light->intensity;
+        if (name == "decay")
+            return &light->decay;
+        if (name == "innerCone")
+            return &light->innerCone;
+        if (name == "outerCone")
+            return &light->outerCone;
+    } else if (auto material = std::get_if<Material>(&node.payload)) {
+        if (name == "diffuse")
+            return &material->diffuse;
+        if (name == "specular")
+            return &material->specular;
+        if (name == "shininess")
+            return &material->shininess;
+        if (name == "emission")
+            return &material->emission;
+        if (name == "reflectivity")
+            return &material->reflectivity;
+        if (name == "opacity")
+            return &material->opacity;
+    } else if (auto texture = std::get_if<Texture>(&node.payload)) {
+        if (name == "fileTextureName")
+            return &texture->fileName;
+    }
+    return {};
+}
+
+template <class T>
+inline constexpr bool isNumber = std::is_arithmetic_v<T>;
+
+/// Stores a value where the kinds agree; numbers and truth values convert to each other.
+template <class Target>
+bool store(Target &target, const AttributeValue &value) {
+    return std::visit(
+        [&target](const auto &given) {
+            using Given = std::decay_t<decltype(given)>;
+            if constexpr (std::is_same_v<Target, bool> && isNumber<Given>) {
+                target = given != Given(0);
+                return true;
+            } else if constexpr (std::is_same_v<Target, int> && std::is_same_v<Given, double>) {
+                if (!(given > -2147483649.0 && given < 2147483648.0))
+                    return false;
+                target = int(given);
+                return true;
+            } else if constexpr (isNumber<Target> && isNumber<Given>) {
+                target = Target(given);
+                return true;
+            } else if constexpr (std::is_same_v<Target, std::string> &&
+                                 std::is_same_v<Given, ZString>) {
+                target = given.asChar();
+                return true;
+            } else if constexpr (std::is_same_v<Target, Given>) {
+                target = given;
+                return true;
+            } else {
+                return false;
+            }
+        },
+        value);
+}
+
+bool endsWith(const std::string &text, const std::string &end) {
+    return text.size() >= end.size() &&
+           text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+/// A matrix that puts a node at `from`, its -Z axis towards `to`.
+ZMatrix lookAt(const ZVector &from, const ZVector &to) {
+    const ZVector back = (from - to).normal();
+    const ZVector side = (ZVector(0, 1, 0) ^ back).normal();
+    const ZVector rows[4] = {side, back ^ side, back, from};
+    ZMatrix result;
+    for (int row = 0; row < 4; ++row)
+        for (int column = 0; column < 3; ++column)
+            result.matrix[row][column] = rows[row][column];
+    return result;
+}
+
+} // namespace
+
+void Bounds::extend(const ZVector &point) {
+    if (empty)
+        low = high = point;
+    empty = false;
+    low = ZVector(std::min(low.x, point.x), std::min(low.y, point.y), std::min(low.z, point.z));
+    high = ZVector(std::max(high.x, point.x), std::max(high.y, point.y), std::max(high.z, point.z));
+}
+
+ZVector transformPoint(const ZVector &point, const ZMatrix &matrix) {
+    return point * matrix + ZVector(matrix[3][0], matrix[3][1], matrix[3][2]);
+}
+
+Scene::Scene() : fRevision(nextRevision()) {}
+
+void Scene::clear() {
+    fSlots.clear();
+    fOrder.clear();
+    fNames.clear();
+    fFileName.clear();
+    fRevision = nextRevision();
+}
+
+std::string Scene::folder() const {
+    namespace fs = std::filesystem;
+    std::error_code ignored;
+    if (fFileName.empty())
+        return fs::current_path(ignored).string();
+    return fs::path(fFileName).parent_path().string();
+}
+
+std::string Scene::uniqueName(const std::string &wanted, NodeId parent) {
+    std::string base = wanted.empty() ? "node" : wanted;
+    std::replace(base.begin(), base.end(), '|', '_'); // it separates the names of a path
+    auto [entry, isNew] = fNames.try_emplace({parent, base}, 1);
+    if (isNew)
+        return base;
+    for (unsigned &number = entry->second;;) {
+        std::string name = base + std::to_string(number++);
+        if (fNames.try_emplace({parent, name}, 1).second)
+            return name;
+    }
+}
+
+NodeId Scene::add(const std::string &type, const std::string &name, Payload payload,
+                  NodeId parent) {
+    auto node = std::make_unique<Node>();
+    node->type = type;
+    node->name = uniqueName(name.empty() ? type : name, parent);
+    node->parent = parent;
+    node->payload = std::move(payload);
+
+    const NodeId id = NodeId(fSlots.size());
+    fSlots.push_back({nextGeneration(), std::move(node)});
+    if (Node *above = parent == kNoNode ? nullptr : fSlots[parent].node.get())
+        above->children.push_back(id);
+    fOrder.push_back(id);
+    fRevision = nextRevision();
+    return id;
+}
+
+void Scene::remove(NodeId id) {
+    const Node *top = node(id);
+    if (!top)
+        return;
+    if (top->parent != kNoNode)
+        std::erase(fSlots[top->parent].node->children, id);
+    std::vector<NodeId> doomed{id};
+    for (size_t at = 0; at < doomed.size(); ++at) {
+        const Node &each = *node(doomed[at]);
+        doomed.insert(doomed.end(), each.children.begin(), each.children.end());
+    }
+    for (NodeId each : doomed) {
+        fNames.erase({node(each)->parent, node(each)->name});
+        std::erase(fOrder, each);
+    }
+    for (NodeId each : doomed)
+        fSlots[each].node.reset();
+    fRevision = nextRevision();
+}
+
+const Node *Scene::node(NodeId id) const {
+    return id >= 0 && size_t(id) < fSlots.size() ? fSlots[id].node.get() : nullptr;
+}
+
+Node *Scene::edit(NodeId id) {
+    fRevision = nextRevision();
+    return const_cast<Node *>(node(id));
+}
+
+std::vector<NodeId> Scene::nodes() const {
+    return fOrder;
+}
+
+std::vector<NodeId> Scene::select(bool (*wanted)(const Node &)) const {
+    std::vector<NodeId> found;
+    for (NodeId id : fOrder)
+        if (wanted(*fSlots[id].node))
+            found.push_back(id);
+    return found;
+}
+
+std::vector<NodeId> Scene::meshes() const {
+    return select([](const Node &node) { return node.mesh() != nullptr; });
+}
+
+std::vector<NodeId> Scene::cameras() const {
+    return select([](const Node &node) { return node.camera() != nullptr; });
+}
+
+std::vector<NodeId> Scene::lights() const {
+    return select([](const Node &node) { return node.light() != nullptr; });
+}
+
+std::vector<NodeId> Scene::materials() const {
+    return select([](const Node &node) { return node.material() != nullptr; });
+}
+
+NodeId Scene::find(const std::string &name) const {
+    if (name.empty())
+        return kNoNode;
+    const bool isPath = name.find('|') != std::string::npos;
+    const std::string end = name[0] == '|' ? name : "|" + name;
+    for (NodeId id : fOrder) {
+        if (!isPath) {
+            if (fSlots[id].node->name == name)
+                return id;
+        } else if (name[0] == '|' ? path(id) == name : endsWith(path(id), end)) {
+            return id;
+        }
+    }
+    return kNoNode;
+}
+
+NodeId Scene::findCamera(const std::string &name) const {
+    const std::vector<NodeId> all = cameras();
+    if (name.empty())
+        return all.empty() ? kNoNode : all.front();
+    const NodeId named = find(name);
+    for (NodeId id : all) {
+        const NodeId parent = fSlots[id].node->parent;
+        const bool ownName = id == named || fSlots[id].node->name == name;
+        if (ownName || (named != kNoNode && parent == named))
+            return id;
+    }
+    return kNoNode;
+}
+
+std::string Scene::path(NodeId id) const {
+    const Node *end = node(id);
+    if (!end)
+        return {};
+    if (!end->inHierarchy())
+        return end->name;
+    std::string result;
+    for (const Node *each = end; each; each = node(each->parent))
+        result = "|" + each->name + result;
+    return result;
+}
+
+ZMatrix Scene::worldMatrix(NodeId id) const {
+    ZMatrix result;
+    for (const Node *each = node(id); each; each = node(each->parent))
+        result = result * each->local;
+    return result;
+}
+
+bool Scene::isVisible(NodeId id) const {
+    if (!node(id))
+        return false;
+    for (const Node *each = node(id); each; each = node(each->parent))
+        if (!each->visible)
+            return false;
+    return true;
+}
+
+Bounds Scene::bounds() const {
+    Bounds result;
+    for (NodeId id : meshes()) {
+        if (!isVisible(id))
+            continue;
+        const Mesh &mesh = *node(id)->mesh();
+        const ZMatrix world = worldMatrix(id);
+        for (size_t at = 0; at + 2 < mesh.positions.size(); at += 3) {
+            const float *p = &mesh.positions[at];
+            result.extend(transformPoint(ZVector(p[0], p[1], p[2]), world));
+        }
+    }
+    return result;
+}
+
+std::optional<AttributeValue> Scene::attribute(NodeId id, const std::string &name) const {
+    const Node *found = node(id);
+    if (!found)
+        return {};
+    if (name == "worldMatrix" && found->inHierarchy())
+        return worldMatrix(id);
+    const FieldRef field = builtInField(const_cast<Node &>(*found), name);
+    if (auto text = std::get_if<std::string *>(&field))
+        return ZString((*text)->c_str());
+    if (!std::holds_alternative<std::monostate>(field))
+        return std::visit(
+            [](auto held) -> AttributeValue {
+                using Held = decltype(held);
+                if constexpr (std::is_same_v<Held, std::monostate> ||
+                              std::is_same_v<Held, std::string *>)
+                    return false; // handled above
+                else
+                    return *held;
+            },
+            field);
+    const auto further = found->attributes.find(name);
+    if (further == found->attributes.end())
+        return {};
+    return further->second;
+}
+
+bool Scene::setAttribute(NodeId id, const std::string &name, const AttributeValue &value) {
+    if (!node(id))
+        return false;
+    Node &found = *edit(id);
+    const FieldRef field = builtInField(found, name);
+    if (std::holds_alternative<std::monostate>(field)) {
+        const auto further = found.attributes.find(name);
+        return further != found.attributes.end() &&
+               std::visit([&value](auto &held) { return store(held, value); }, further->second);
+    }
+    const bool stored = std::visit(
+        [&value](auto held) {
+            if constexpr (std::is_same_v<decltype(held), std::monostate>)
+                return false; // handled above
+            else
+                return store(*held, value);
+        },
+        field);
+    if (auto texture = std::get_if<Texture>(&found.payload); stored && texture)
+        texture->pixels.reset(); // they belong to the old file
+    return stored;
+}
+
+ZObject Scene::object(NodeId id) const {
+    return node(id) ? ZObject(id, fSlots[id].generation) : ZObject();
+}
+
+NodeId Scene::id(const ZObject &object) const {
+    return node(object.fNode) && fSlots[object.fNode].generation == object.fGeneration
+               ? object.fNode
+               : kNoNode;
+}
+
+void Scene::addDefaults() {
+    if (cameras().empty()) {
+        const Bounds all = bounds();
+        const double radius = all.empty || all.radius() == 0 ? 5 : all.radius();
+        const ZVector center = all.empty ? ZVector() : all.center();
+        Camera camera;
+        camera.filmAspect = 4.0 / 3.0;
+        const double half = camera.verticalFieldOfView * std::numbers::pi / 360;
+        camera.horizontalFieldOfView =
+            2 * std::atan(std::tan(half) * camera.filmAspect) * 180 / std::numbers::pi;
+        const double distance = 1.05 * radius / std::sin(half);
+        camera.nearClip = distance * 0.001;
+        camera.farClip = distance * 100;
+        camera.orthographicWidth = 2 * radius * camera.filmAspect;
+        const NodeId id = add("camera", "persp", camera);
+        edit(id)->local = lookAt(center + ZVector(0.6, 0.45, 1).normal() * distance, center);
+    }
+    if (lights().empty()) {
+        Light light;
+        light.isDefault = true;
+        add("light", "headlight", light, findCamera());
+    }
+}
+
+void Scene::replaceBy(Scene &&other) {
+    *this = std::move(other);
+    fRevision = nextRevision();
+}
+
+Scene &scene() {
+    // Never destroyed: handles may be asked while the process exits.
+    static auto *const theScene = new Scene;
+    return *theScene;
+}
+
+} // namespace devhost

@@ -1,0 +1,207 @@
+// The scene that the host holds: a graph of named nodes with meshes, cameras, lights and materials.
+//
+// A node is named by a NodeId; a cleared scene uses the ids again, so whoever keeps one for long
+// keeps a ZObject, which also carries the generation. Rendering threads may read a scene at the
+// same time as long as nobody changes it.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "host/base/HostApi.h"
+#include "host/core/ZFloatVector.h"
+#include "host/core/ZMatrix.h"
+#include "host/core/ZObject.h"
+#include "host/core/ZString.h"
+#include "host/core/ZVector.h"
+
+namespace devhost {
+
+using NodeId = int;
+inline constexpr NodeId kNoNode = -1;
+
+/// Triangles in the node's own space. All arrays are flat; normals are always there, one for each
+/// position; uvs are empty or one pair for each position.
+struct Mesh {
+    std::vector<float> positions;
+    std::vector<float> normals;
+    std::vector<float> uvs;
+    std::vector<unsigned> triangles;
+    /// The material node of each triangle; kNoNode for the default grey.
+    std::vector<NodeId> materials;
+
+    unsigned vertexCount() const { return unsigned(positions.size() / 3); }
+    unsigned triangleCount() const { return unsigned(triangles.size() / 3); }
+};
+
+/// Looks down its own -Z axis, Y up.
+struct Camera {
+    double verticalFieldOfView = 45;   // degrees
+    double horizontalFieldOfView = 45; // degrees
+    double filmAspect = 1;             // width over height
+    double nearClip = 0.1;
+    double farClip = 10000;
+    bool orthographic = false;
+    double orthographicWidth = 10;
+    std::string imageName; // background image, may be empty
+};
+
+/// Directional and spot lights shine along their own -Z axis.
+struct Light {
+    enum Kind { kAmbient, kDirectional, kPoint, kSpot };
+    Kind kind = kDirectional;
+    ZVector color = ZVector(1, 1, 1);
+    double intensity = 1;
+    int decay = 0;          // exponent of the distance by which the light falls off
+    double innerCone = 0;   // radians from the axis to where a spot light begins to fade
+    double outerCone = 0.8; // radians from the axis to where it has faded out
+    bool isDefault = false; // put in because the file has no light
+};
+
+struct Material {
+    ZVector diffuse = ZVector(0.5, 0.5, 0.5);
+    ZVector specular = ZVector(0, 0, 0);
+    double shininess = 20; // cosine power of the highlight
+    ZVector emission = ZVector(0, 0, 0);
+    ZVector reflectivity = ZVector(0, 0, 0); // share of mirrored light
+    double opacity = 1;
+    NodeId texture = kNoNode; // multiplies the diffuse colour
+};
+
+/// An image in memory: 4 bytes for each pixel, row 0 at the top.
+struct Pixels {
+    unsigned width = 0, height = 0;
+    std::vector<unsigned char> rgba;
+};
+
+struct Texture {
+    std::string fileName;                 // as the scene file gives it; empty when embedded
+    std::shared_ptr<const Pixels> pixels; // null until loaded, see devhost/scene/TextureImage.h
+};
+
+using Payload =
+    std::variant<std::monostate, std::shared_ptr<const Mesh>, Camera, Light, Material, Texture>;
+using AttributeValue = std::variant<bool, int, double, ZString, ZVector, ZMatrix>;
+
+struct Node {
+    std::string name; // unique among its siblings
+    std::string type; // "transform", "mesh", "camera", "light", "material" or "file"
+    NodeId parent = kNoNode;
+    std::vector<NodeId> children;
+    ZMatrix local; // to the parent's space
+    bool visible = true;
+    Payload payload;
+    /// Further values by name, beside those that payload and hierarchy give.
+    std::map<std::string, AttributeValue> attributes;
+
+    bool inHierarchy() const { return type != "material" && type != "file"; }
+    const Mesh *mesh() const {
+        auto held = std::get_if<std::shared_ptr<const Mesh>>(&payload);
+        return held ? held->get() : nullptr;
+    }
+    const Camera *camera() const { return std::get_if<Camera>(&payload); }
+    const Light *light() const { return std::get_if<Light>(&payload); }
+    const Material *material() const { return std::get_if<Material>(&payload); }
+    const Texture *texture() const { return std::get_if<Texture>(&payload); }
+};
+
+struct Bounds {
+    ZVector low, high;
+    bool empty = true;
+    OPENQUIL_API void extend(const ZVector &point);
+    ZVector center() const { return (low + high) * 0.5; }
+    double radius() const { return (high - low).length() * 0.5; }
+};
+
+class OPENQUIL_API Scene {
+  public:
+    Scene();
+
+    /// Takes every node out; handles to them read as null from then on.
+    void clear();
+    /// Changes whenever the scene does.
+    unsigned long revision() const { return fRevision; }
+    /// The absolute name of the scene's file; empty when it has none.
+    const std::string &fileName() const { return fFileName; }
+    void setFileName(const std::string &name) { fFileName = name; }
+    /// The folder of the scene's file, else the working folder.
+    std::string folder() const;
+
+    /// Adds a node; the name gets a number behind it where a sibling has it already.
+    NodeId add(const std::string &type, const std::string &name, Payload payload = {},
+               NodeId parent = kNoNode);
+    /// Takes a node out with all below it.
+    void remove(NodeId id);
+
+    /// Null when there is no such node.
+    const Node *node(NodeId id) const;
+    /// As node, and counts as a change of the scene.
+    Node *edit(NodeId id);
+    /// The ids of all nodes, in the order in which they were added.
+    std::vector<NodeId> nodes() const;
+    std::vector<NodeId> meshes() const;
+    std::vector<NodeId> cameras() const;
+    std::vector<NodeId> lights() const;
+    std::vector<NodeId> materials() const;
+
+    /// A node by its name, or by any end of its path ("|group|mesh", "group|mesh"); the first that
+    /// was added where several match; kNoNode when none does.
+    NodeId find(const std::string &name) const;
+    /// A camera by its own or its transform's name; the first camera when `name` is empty.
+    NodeId findCamera(const std::string &name = {}) const;
+    /// The full path of a node of the hierarchy, the plain name of another.
+    std::string path(NodeId id) const;
+    ZMatrix worldMatrix(NodeId id) const;
+    /// True when the node and all nodes above it are visible.
+    bool isVisible(NodeId id) const;
+    /// World-space bounds of the visible meshes.
+    Bounds bounds() const;
+
+    /// A value by name: those of payload and hierarchy ("intensity", "visibility", "matrix" ...),
+    /// then the node's further attributes. Empty when the node has no such attribute.
+    std::optional<AttributeValue> attribute(NodeId id, const std::string &name) const;
+    /// Sets an attribute that exists; numbers and truth values convert to each other. False when
+    /// there is no such attribute, or it holds another kind of value.
+    bool setAttribute(NodeId id, const std::string &name, const AttributeValue &value);
+
+    /// The handle of a node, null for kNoNode.
+    ZObject object(NodeId id) const;
+    /// The node of a handle; kNoNode when it is null or the node was removed.
+    NodeId id(const ZObject &object) const;
+
+    /// Gives a scene that has no camera one named "persp", which frames the visible meshes, and a
+    /// scene that has no light a directional "headlight" that shines where the camera looks.
+    void addDefaults();
+
+    /// Puts the other scene's nodes in place of this scene's; handles to the old nodes read as
+    /// null.
+    void replaceBy(Scene &&other);
+
+  private:
+    struct Slot {
+        unsigned generation = 0;
+        std::unique_ptr<Node> node;
+    };
+    std::vector<NodeId> select(bool (*wanted)(const Node &)) const;
+    std::string uniqueName(const std::string &wanted, NodeId parent);
+
+    std::vector<Slot> fSlots;
+    std::vector<NodeId> fOrder;
+    /// Names taken below each parent, with the number to try next behind them.
+    std::map<std::pair<NodeId, std::string>, unsigned> fNames;
+    unsigned long fRevision = 0;
+    std::string fFileName;
+};
+
+/// A point carried by a matrix, its translation included.
+OPENQUIL_API ZVector transformPoint(const ZVector &point, const ZMatrix &matrix);
+
+/// The scene of this process.
+OPENQUIL_API Scene &scene();
+
+} // namespace devhost

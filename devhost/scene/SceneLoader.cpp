@@ -1,0 +1,64 @@
+// Choice of the reader by extension, and the change of scene.
+#include "devhost/scene/SceneLoader.h"
+
+#include <algorithm>
+#include <cctype>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+
+#include "devhost/scene/SceneGraph.h"
+
+namespace devhost {
+
+namespace {
+
+std::string lowerExtension(const std::filesystem::path &path) {
+    std::string extension = path.extension().string();
+    for (char &c : extension)
+        c = char(std::tolower((unsigned char)c));
+    return extension;
+}
+
+ZStatus load(const std::string &given) {
+    namespace fs = std::filesystem;
+    std::error_code problem;
+    const fs::path path = fs::absolute(given, problem).lexically_normal();
+    if (given.empty() || !fs::exists(path, problem))
+        return ZStatus(ZStatus::kNotFound, "scene file not found: " + given);
+    const std::string extension = lowerExtension(path);
+    if (extension != ".obj" && extension != ".gltf" && extension != ".glb")
+        return ZStatus(ZStatus::kInvalidParameter,
+                       "unsupported scene file (use .obj, .gltf or .glb): " + given);
+    if (!fs::is_regular_file(path, problem) || !std::ifstream(path).is_open())
+        return ZStatus(ZStatus::kFailure, "scene file cannot be read: " + given);
+
+    Scene fresh;
+    const ZStatus status = (extension == ".obj" ? loadObj : loadGltf)(path.string(), fresh);
+    if (!status)
+        return status;
+    fresh.setFileName(path.string());
+    fresh.addDefaults();
+    scene().replaceBy(std::move(fresh));
+    return ZStatus();
+}
+
+} // namespace
+
+ZStatus loadScene(const std::string &path) {
+    try {
+        return load(path);
+    } catch (const std::bad_alloc &) {
+        return ZStatus(ZStatus::kInsufficientMemory, "scene file is too large: " + path);
+    } catch (const std::exception &error) {
+        return ZStatus(ZStatus::kFailure, "cannot load " + path + ": " + error.what());
+    }
+}
+
+void newScene() {
+    Scene fresh;
+    fresh.addDefaults();
+    scene().replaceBy(std::move(fresh));
+}
+
+} // namespace devhost

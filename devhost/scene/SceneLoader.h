@@ -1,0 +1,25 @@
+// Reads scene files into the process's scene.
+#pragma once
+
+#include <string>
+
+#include "host/base/HostApi.h"
+#include "host/core/ZStatus.h"
+
+namespace devhost {
+
+class Scene;
+
+/// Replaces the scene by the contents of an .obj, .gltf or .glb file, with the default camera and
+/// light where the file has none. On failure the scene is unchanged and the status says in one line
+/// what is wrong.
+OPENQUIL_API ZStatus loadScene(const std::string &path);
+
+/// Replaces the scene by an empty one with the default camera and light.
+OPENQUIL_API void newScene();
+
+// The readers by format: each fills an empty scene.
+ZStatus loadObj(const std::string &path, Scene &scene);
+ZStatus loadGltf(const std::string &path, Scene &scene);
+
+} // namespace devhost

@@ -1,0 +1,32 @@
+// Reading of texture images.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "devhost/scene/SceneGraph.h"
+#include "host/base/HostApi.h"
+#include "host/core/ZStatus.h"
+
+namespace devhost {
+
+/// The absolute name of a file that a scene names: as it stands, else below the scene's folder,
+/// else below the working folder; empty when there is no such file.
+OPENQUIL_API std::string resolveFile(const std::string &name);
+
+/// Decodes an image in memory (PNG, JPEG, BMP, TGA, PSD); null when that fails.
+std::shared_ptr<const Pixels> decodeImage(const unsigned char *bytes, size_t count);
+
+/// Decodes an image file. Fails with kNotFound when there is no such file, with kFailure when it
+/// cannot be read.
+OPENQUIL_API ZStatus readImage(const std::string &fileName, std::shared_ptr<const Pixels> &pixels);
+
+/// The pixels of a texture node, read on first use. Fails with kInvalidParameter when the node is
+/// no texture, else as readImage does. Not for rendering threads: call it before they start.
+OPENQUIL_API ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels);
+
+/// The bilinear colour and alpha, each 0 to 1, at texture coordinates: the image repeats, v runs
+/// upwards, and the centres of the pixels have their exact colours.
+OPENQUIL_API void sampleImage(const Pixels &pixels, double u, double v, double rgba[4]);
+
+} // namespace devhost

@@ -1,0 +1,140 @@
+// Lists of nodes and plugs.
+#include "host/core/ZSelectionList.h"
+
+#include <algorithm>
+#include <string>
+
+#include "devhost/scene/SceneGraph.h"
+
+using devhost::kNoNode;
+using devhost::NodeId;
+using devhost::scene;
+
+namespace {
+
+ZStatus outOfRange() {
+    return ZStatus(ZStatus::kInvalidParameter, "the index is outside the selection list");
+}
+
+} // namespace
+
+unsigned ZSelectionList::length() const {
+    return unsigned(fEntries.size());
+}
+
+bool ZSelectionList::isEmpty() const {
+    return fEntries.empty();
+}
+
+ZStatus ZSelectionList::clear() {
+    fEntries.clear();
+    return ZStatus();
+}
+
+ZStatus ZSelectionList::add(const ZString &name) {
+    const std::string text = name.asChar();
+    if (const NodeId id = scene().find(text); id != kNoNode)
+        return add(scene().object(id));
+    if (const size_t dot = text.rfind('.'); dot != std::string::npos) {
+        const NodeId id = scene().find(text.substr(0, dot));
+        const ZPlug plug(scene().object(id), ZString(text.c_str() + dot + 1));
+        if (!plug.isNull())
+            return add(plug);
+    }
+    return ZStatus(ZStatus::kNotFound, "no such node or attribute: " + text);
+}
+
+ZStatus ZSelectionList::add(const ZObject &object) {
+    if (object.isNull())
+        return ZStatus(ZStatus::kInvalidParameter, "a null object cannot be selected");
+    if (!hasItem(object))
+        fEntries.push_back({object, {}});
+    return ZStatus();
+}
+
+ZStatus ZSelectionList::add(const ZDagPath &path) {
+    return add(path.node());
+}
+
+ZStatus ZSelectionList::addNodesOfType(const ZString &typeName) {
+    const std::string type = typeName.asChar();
+    bool found = false;
+    for (const NodeId id : scene().nodes()) {
+        if (scene().node(id)->type != type)
+            continue;
+        add(scene().object(id));
+        found = true;
+    }
+    return found ? ZStatus() : ZStatus(ZStatus::kNotFound, "no node of type " + type);
+}
+
+ZStatus ZSelectionList::add(const ZPlug &plug) {
+    if (plug.isNull())
+        return ZStatus(ZStatus::kInvalidParameter, "a null plug cannot be selected");
+    const auto same = [&plug](const Entry &entry) { return entry.plug == plug; };
+    if (std::none_of(fEntries.begin(), fEntries.end(), same))
+        fEntries.push_back({plug.node(), plug});
+    return ZStatus();
+}
+
+ZStatus ZSelectionList::remove(unsigned index) {
+    if (index >= length())
+        return outOfRange();
+    fEntries.erase(fEntries.begin() + index);
+    return ZStatus();
+}
+
+ZStatus ZSelectionList::getDependNode(unsigned index, ZObject &object) const {
+    if (index >= length())
+        return outOfRange();
+    if (fEntries[index].node.isNull())
+        return ZStatus(ZStatus::kInvalidParameter, "the selected node was deleted");
+    object = fEntries[index].node;
+    return ZStatus();
+}
+
+ZStatus ZSelectionList::getDagPath(unsigned index, ZDagPath &path) const {
+    ZObject object;
+    const ZStatus status = getDependNode(index, object);
+    return status ? ZDagPath::getAPathTo(object, path) : status;
+}
+
+ZStatus ZSelectionList::getPlug(unsigned index, ZPlug &plug) const {
+    if (index >= length())
+        return outOfRange();
+    if (fEntries[index].plug.isNull())
+        return ZStatus(ZStatus::kInvalidParameter, "the selection list's entry is no plug");
+    plug = fEntries[index].plug;
+    return ZStatus();
+}
+
+ZStatus ZSelectionList::getSelectionStrings(unsigned index, ZStringArray &names) const {
+    ZObject object;
+    if (const ZStatus status = getDependNode(index, object); !status)
+        return status;
+    const ZPlug &plug = fEntries[index].plug;
+    names.append(plug.isNull() ? ZString(scene().path(scene().id(object)).c_str()) : plug.name());
+    return ZStatus();
+}
+
+ZStatus ZSelectionList::getSelectionStrings(ZStringArray &names) const {
+    names.clear();
+    for (unsigned index = 0; index < length(); ++index)
+        getSelectionStrings(index, names); // one whose node is gone adds nothing
+    return ZStatus();
+}
+
+bool ZSelectionList::hasItem(const ZObject &object) const {
+    return !object.isNull() &&
+           std::any_of(fEntries.begin(), fEntries.end(), [&object](const Entry &entry) {
+               return entry.plug.isNull() && entry.node == object;
+           });
+}
+
+bool ZSelectionList::hasItem(const ZDagPath &path) const {
+    return hasItem(path.node());
+}
+
+const char *ZSelectionList::className() {
+    return "ZSelectionList";
+}

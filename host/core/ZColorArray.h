@@ -1,0 +1,11 @@
+// An array of colours.
+#pragma once
+
+#include "host/core/ZArray.h"
+#include "host/core/ZColor.h"
+
+/// A growable array of colours.
+class OPENQUIL_API ZColorArray : public ZArrayOf<ZColor> {
+  public:
+    using ZArrayOf<ZColor>::ZArrayOf;
+};

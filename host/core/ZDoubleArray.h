@@ -1,0 +1,10 @@
+// An array of 64-bit floating-point numbers.
+#pragma once
+
+#include "host/core/ZArray.h"
+
+/// A growable array of 64-bit floating-point numbers.
+class OPENQUIL_API ZDoubleArray : public ZArrayOf<double> {
+  public:
+    using ZArrayOf<double>::ZArrayOf;
+};

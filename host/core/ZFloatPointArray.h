@@ -1,0 +1,11 @@
+// An array of single-precision points.
+#pragma once
+
+#include "host/core/ZArray.h"
+#include "host/core/ZFloatPoint.h"
+
+/// A growable array of single-precision points.
+class OPENQUIL_API ZFloatPointArray : public ZArrayOf<ZFloatPoint> {
+  public:
+    using ZArrayOf<ZFloatPoint>::ZArrayOf;
+};

@@ -1,0 +1,11 @@
+// An array of single-precision vectors.
+#pragma once
+
+#include "host/core/ZArray.h"
+#include "host/core/ZFloatVector.h"
+
+/// A growable array of single-precision vectors.
+class OPENQUIL_API ZFloatVectorArray : public ZArrayOf<ZFloatVector> {
+  public:
+    using ZArrayOf<ZFloatVector>::ZArrayOf;
+};

@@ -1,0 +1,10 @@
+// An array of integers.
+#pragma once
+
+#include "host/core/ZArray.h"
+
+/// A growable array of integers.
+class OPENQUIL_API ZIntArray : public ZArrayOf<int> {
+  public:
+    using ZArrayOf<int>::ZArrayOf;
+};

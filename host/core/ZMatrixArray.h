@@ -1,0 +1,11 @@
+// An array of double-precision matrices.
+#pragma once
+
+#include "host/core/ZArray.h"
+#include "host/core/ZMatrix.h"
+
+/// A growable array of double-precision matrices.
+class OPENQUIL_API ZMatrixArray : public ZArrayOf<ZMatrix> {
+  public:
+    using ZArrayOf<ZMatrix>::ZArrayOf;
+};

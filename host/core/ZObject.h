@@ -1,0 +1,35 @@
+// A handle to one node of the scene. It stays safe after the node is gone: it then reads as null.
+#pragma once
+
+#include "host/base/HostApi.h"
+
+namespace devhost {
+class Scene;
+}
+
+/// A handle to one node of the scene. It stays safe after the node is gone: it then reads as null.
+class OPENQUIL_API ZObject {
+  public:
+    /// Makes a null handle, which names no node.
+    constexpr ZObject() = default;
+
+    /// True when the handle names no node, or names a node that was deleted since.
+    bool isNull() const;
+    /// The node's type as text, such as "transform", "mesh", "camera" or "material"; "invalid" for
+    /// a null handle.
+    const char *apiTypeStr() const;
+    /// True when both handles name the same node, or both are null.
+    bool operator==(const ZObject &other) const;
+    /// True when the handles name different nodes.
+    bool operator!=(const ZObject &other) const { return !(*this == other); }
+
+    /// The null handle.
+    static const ZObject kNullObj;
+
+  private:
+    friend class devhost::Scene;
+    constexpr ZObject(int node, unsigned generation) : fNode(node), fGeneration(generation) {}
+
+    int fNode = -1;
+    unsigned fGeneration = 0;
+};

@@ -1,0 +1,11 @@
+// An array of node handles.
+#pragma once
+
+#include "host/core/ZArray.h"
+#include "host/core/ZObject.h"
+
+/// An array of node handles.
+class OPENQUIL_API ZObjectArray : public ZArrayOf<ZObject> {
+  public:
+    using ZArrayOf<ZObject>::ZArrayOf;
+};

@@ -1,0 +1,11 @@
+// An array of plugs.
+#pragma once
+
+#include "host/core/ZArray.h"
+#include "host/core/ZPlug.h"
+
+/// An array of plugs.
+class OPENQUIL_API ZPlugArray : public ZArrayOf<ZPlug> {
+  public:
+    using ZArrayOf<ZPlug>::ZArrayOf;
+};

@@ -1,0 +1,11 @@
+// An array of double-precision points.
+#pragma once
+
+#include "host/core/ZArray.h"
+#include "host/core/ZPoint.h"
+
+/// A growable array of double-precision points.
+class OPENQUIL_API ZPointArray : public ZArrayOf<ZPoint> {
+  public:
+    using ZArrayOf<ZPoint>::ZArrayOf;
+};

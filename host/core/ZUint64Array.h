@@ -1,0 +1,10 @@
+// An array of 64-bit unsigned integers.
+#pragma once
+
+#include "host/core/ZArray.h"
+
+/// A growable array of 64-bit unsigned integers.
+class OPENQUIL_API ZUint64Array : public ZArrayOf<unsigned long> {
+  public:
+    using ZArrayOf<unsigned long>::ZArrayOf;
+};

@@ -1,0 +1,10 @@
+// An array of unsigned integers.
+#pragma once
+
+#include "host/core/ZArray.h"
+
+/// A growable array of unsigned integers.
+class OPENQUIL_API ZUintArray : public ZArrayOf<unsigned int> {
+  public:
+    using ZArrayOf<unsigned int>::ZArrayOf;
+};

@@ -1,0 +1,11 @@
+// An array of double-precision vectors.
+#pragma once
+
+#include "host/core/ZArray.h"
+#include "host/core/ZVector.h"
+
+/// A growable array of double-precision vectors.
+class OPENQUIL_API ZVectorArray : public ZArrayOf<ZVector> {
+  public:
+    using ZArrayOf<ZVector>::ZArrayOf;
+};

@@ -1,0 +1,236 @@
+#include "devhost/core/image_io.h"
+#include "devhost/render/Picture.h"
+#include "devhost/render/SoftwareRenderer.h"
+#include "host/render/ZRenderView.h"
+#include "test_scene.h"
+
+#include <filesystem>
+#include <numeric>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class RenderView : public apptest::SquareScene {
+  protected:
+    void SetUp() override {
+        SquareScene::SetUp();
+        folder_ = fs::temp_directory_path() / ("render_view_" + std::to_string(getpid()));
+        fs::create_directory(folder_);
+    }
+    void TearDown() override {
+        devhost::abandonView();
+        fs::remove_all(folder_);
+        SquareScene::TearDown();
+    }
+    std::string file(const char *name) const { return (folder_ / name).string(); }
+
+    /// A block whose pixels tell their place in the picture.
+    static std::vector<RV_PIXEL> block(unsigned left, unsigned right, unsigned bottom,
+                                       unsigned top) {
+        std::vector<RV_PIXEL> pixels;
+        for (unsigned y = bottom; y <= top; ++y)
+            for (unsigned x = left; x <= right; ++x) {
+                RV_PIXEL &pixel = pixels.emplace_back();
+                pixel.r = float(x);
+                pixel.g = float(y);
+            }
+        return pixels;
+    }
+    static ZStatus send(unsigned left, unsigned right, unsigned bottom, unsigned top,
+                        bool isHdr = false) {
+        auto pixels = block(left, right, bottom, top);
+        return ZRenderView::updatePixels(left, right, bottom, top, pixels.data(), isHdr);
+    }
+
+    fs::path folder_;
+};
+
+} // namespace
+
+TEST_F(RenderView, TilesOfAnySizeMakeUpThePicture) {
+    constexpr unsigned width = 37, height = 23;
+    for (const unsigned size : {1u, 5u, 16u, 64u}) {
+        ASSERT_TRUE(ZRenderView::startRender(width, height));
+        // From the top right down, the borders cut off.
+        for (int y = int((height - 1) / size * size); y >= 0; y -= int(size))
+            for (int x = int((width - 1) / size * size); x >= 0; x -= int(size))
+                ASSERT_TRUE(send(unsigned(x), std::min(x + size, width) - 1, unsigned(y),
+                                 std::min(y + size, height) - 1));
+        ASSERT_TRUE(ZRenderView::endRender());
+        const auto &picture = devhost::viewPicture();
+        ASSERT_EQ(picture.pixels.size(), size_t(width) * height);
+        for (unsigned y = 0; y < height; ++y)
+            for (unsigned x = 0; x < width; ++x) {
+                ASSERT_EQ(picture.pixels[y * width + x].r, float(x)) << size;
+                ASSERT_EQ(picture.pixels[y * width + x].g, float(y)) << size;
+            }
+    }
+}
+
+TEST_F(RenderView, RegionsKeepWhatIsOutside) {
+    ASSERT_TRUE(ZRenderView::startRender(8, 8));
+    ASSERT_TRUE(send(0, 7, 0, 7));
+    ASSERT_TRUE(ZRenderView::endRender());
+    unsigned left, right, bottom, top;
+    ASSERT_TRUE(ZRenderView::startRegionRender(8, 8, 2, 4, 3, 6));
+    ASSERT_TRUE(ZRenderView::getRenderRegion(left, right, bottom, top));
+    EXPECT_EQ((std::vector{left, right, bottom, top}), (std::vector{2u, 4u, 3u, 6u}));
+    const auto &pixels = devhost::viewPicture().pixels;
+    for (unsigned y = 0; y < 8; ++y)
+        for (unsigned x = 0; x < 8; ++x) {
+            const bool inside = x >= 2 && x <= 4 && y >= 3 && y <= 6;
+            EXPECT_EQ(pixels[y * 8 + x].r, inside ? 0.0f : float(x));
+        }
+    EXPECT_TRUE(ZRenderView::refresh(0, 7, 0, 7));
+    EXPECT_TRUE(send(2, 2, 3, 6));
+    EXPECT_TRUE(send(1, 2, 3, 6).error()); // reaches out of the region
+    ASSERT_TRUE(ZRenderView::endRender());
+
+    ASSERT_TRUE(ZRenderView::startRender(8, 8, true));
+    EXPECT_EQ(devhost::viewPicture().pixels[3 * 8 + 2].g, 3);
+    ASSERT_TRUE(ZRenderView::endRender());
+    ASSERT_TRUE(ZRenderView::startRender(8, 8));
+    EXPECT_EQ(devhost::viewPicture().pixels[3 * 8 + 2].g, 0);
+    ASSERT_TRUE(ZRenderView::endRender());
+    ASSERT_TRUE(ZRenderView::getRenderRegion(left, right, bottom, top));
+    EXPECT_EQ((std::vector{left, right, bottom, top}), (std::vector{0u, 63u, 0u, 47u}));
+}
+
+TEST_F(RenderView, InconsistentCallsFail) {
+    using Status = ZStatus::ZStatusCode;
+    const auto code = [](const ZStatus &status) { return status.statusCode(); };
+    RV_PIXEL pixels[64];
+    EXPECT_EQ(code(ZRenderView::updatePixels(0, 1, 0, 1, pixels)), Status::kFailure);
+    EXPECT_EQ(code(ZRenderView::refresh(0, 1, 0, 1)), Status::kFailure);
+    EXPECT_EQ(code(ZRenderView::endRender()), Status::kFailure);
+    for (const auto &[width, height] :
+         {std::pair(0u, 4u), {4u, 0u}, {16385u, 4u}, {4u, 4294967295u}})
+        EXPECT_EQ(code(ZRenderView::startRender(width, height)), Status::kInvalidParameter);
+    const unsigned badRegions[][4] = {{3, 2, 0, 1}, {0, 1, 3, 2}, {0, 8, 0, 1}, {0, 1, 0, 8}};
+    for (const auto &r : badRegions)
+        EXPECT_EQ(code(ZRenderView::startRegionRender(8, 8, r[0], r[1], r[2], r[3])),
+                  Status::kInvalidParameter);
+
+    ASSERT_TRUE(ZRenderView::startRender(8, 8));
+    EXPECT_EQ(code(ZRenderView::startRender(8, 8)), Status::kFailure);
+    for (const auto &r : badRegions) {
+        EXPECT_EQ(code(ZRenderView::updatePixels(r[0], r[1], r[2], r[3], pixels)),
+                  Status::kInvalidParameter);
+        EXPECT_EQ(code(ZRenderView::refresh(r[0], r[1], r[2], r[3])), Status::kInvalidParameter);
+    }
+    EXPECT_EQ(code(ZRenderView::updatePixels(0, 7, 0, 7, nullptr)), Status::kInvalidParameter);
+    EXPECT_EQ(code(ZRenderView::updatePixels(0, 7, 0, 7, pixels, false, 1, nullptr)),
+              Status::kInvalidParameter);
+    std::vector<float> values(128);
+    RV_AOV good[2];
+    good[0].name = "z";
+    good[0].numberOfChannels = 1;
+    good[0].pPixels = values.data();
+    good[1] = good[0];
+    good[1].name = "n";
+    const auto withBad = [&](auto change) {
+        RV_AOV bad[2] = {good[0], good[1]};
+        change(bad[1]);
+        return code(ZRenderView::updatePixels(0, 7, 0, 7, pixels, false, 2, bad));
+    };
+    EXPECT_EQ(withBad([](RV_AOV &) {}), Status::kSuccess);
+    EXPECT_EQ(withBad([](RV_AOV &a) { a.name = ""; }), Status::kInvalidParameter);
+    EXPECT_EQ(withBad([](RV_AOV &a) { a.name = "z"; }), Status::kInvalidParameter);
+    EXPECT_EQ(withBad([](RV_AOV &a) { a.pPixels = nullptr; }), Status::kInvalidParameter);
+    EXPECT_EQ(withBad([](RV_AOV &a) { a.numberOfChannels = 0; }), Status::kInvalidParameter);
+    EXPECT_EQ(withBad([](RV_AOV &a) { a.numberOfChannels = 2; }), Status::kInvalidParameter);
+    EXPECT_EQ(code(send(0, 7, 0, 7, true)), Status::kInvalidParameter); // not linear so far
+    EXPECT_TRUE(ZRenderView::endRender());
+    EXPECT_EQ(code(send(0, 7, 0, 7)), Status::kFailure);
+}
+
+TEST_F(RenderView, OnlyCamerasCanBeCurrent) {
+    ZDagPath path;
+    EXPECT_TRUE(ZRenderView::setCurrentCamera(path).error());
+    const auto &scene = devhost::scene();
+    ASSERT_TRUE(ZDagPath::getAPathTo(scene.object(scene.find("square")), path));
+    EXPECT_TRUE(ZRenderView::setCurrentCamera(path).error());
+    session().camera = ZObject();
+    ASSERT_TRUE(ZDagPath::getAPathTo(scene.object(scene.find("cam")), path));
+    EXPECT_TRUE(ZRenderView::setCurrentCamera(path));
+    EXPECT_TRUE(session().camera == path.node());
+}
+
+TEST_F(RenderView, PngFilesHoldClampedColoursAndTheOpacity) {
+    RV_PIXEL pixels[2];
+    pixels[0] = {-1.0f, 0.5f, 2.0f, 0.25f};
+    pixels[1] = {1.0f, 0.0f, 0.2f, 1.0f};
+    // 188 and 124 are the sRGB codes of 0.5 and 0.2 in linear light.
+    const std::pair<bool, std::vector<unsigned char>> cases[] = {
+        {false, {0, 128, 255, 64, 255, 0, 51, 255}}, {true, {0, 188, 255, 64, 255, 0, 124, 255}}};
+    for (const auto &[isHdr, expected] : cases) {
+        session().outputFile = file("view.png");
+        ASSERT_TRUE(ZRenderView::startRender(1, 2));
+        ASSERT_TRUE(ZRenderView::updatePixels(0, 0, 0, 1, pixels, isHdr));
+        ASSERT_TRUE(ZRenderView::endRender());
+        unsigned width, height;
+        std::vector<unsigned char> bytes;
+        ASSERT_TRUE(devhost::readPng(session().outputFile, width, height, bytes));
+        EXPECT_EQ(width, 1u);
+        EXPECT_EQ(bytes, expected);
+    }
+}
+
+TEST_F(RenderView, ExrFilesHoldAllValuesAndTheExtraLayers) {
+    std::vector<RV_PIXEL> pixels(4, {-1.0f, 2.5f, 1e6f, 0.5f});
+    std::vector<float> normals(12);
+    std::iota(normals.begin(), normals.end(), 0.0f);
+    RV_AOV layer;
+    layer.name = "normals";
+    layer.numberOfChannels = 3;
+    layer.pPixels = normals.data();
+    session().outputFile = file("view.EXR");
+    ASSERT_TRUE(ZRenderView::startRender(4, 2));
+    // The right half only; the left one stays clear.
+    ASSERT_TRUE(ZRenderView::updatePixels(2, 3, 0, 1, pixels.data(), true, 1, &layer));
+    ASSERT_TRUE(ZRenderView::endRender());
+    unsigned width, height;
+    std::vector<float> rgba, aov;
+    ASSERT_TRUE(devhost::readExr(session().outputFile, width, height, rgba));
+    ASSERT_TRUE(devhost::readExr(session().outputFile, width, height, aov, "normals"));
+    ASSERT_EQ(rgba.size(), 32u);
+    EXPECT_EQ((std::vector<float>(rgba.begin() + 4, rgba.begin() + 12)),
+              (std::vector<float>{0, 0, 0, 0, -1.0f, 2.5f, 1e6f, 0.5f}));
+    for (unsigned channel = 0; channel < 3; ++channel) {
+        EXPECT_EQ(aov[(0 * 4 + 3) * 4 + channel], normals[1 * 3 + channel]);
+        EXPECT_EQ(aov[(1 * 4 + 2) * 4 + channel], normals[2 * 3 + channel]);
+        EXPECT_EQ(aov[0 + channel], 0);
+    }
+}
+
+TEST_F(RenderView, APictureThatCannotBeWrittenIsAFailure) {
+    session().outputFile = file("missing/view.png");
+    ASSERT_TRUE(ZRenderView::startRender(1, 1));
+    EXPECT_TRUE(ZRenderView::endRender().error());
+    EXPECT_FALSE(session().outputError.empty());
+    EXPECT_FALSE(devhost::viewIsOpen());
+    session().outputFile = file("view.jpg");
+    ASSERT_TRUE(ZRenderView::startRender(1, 1));
+    EXPECT_TRUE(ZRenderView::endRender().error());
+    EXPECT_TRUE(fs::is_empty(folder_));
+    session().outputFile = file("view.png");
+    ASSERT_TRUE(ZRenderView::startRender(1, 1));
+    EXPECT_TRUE(ZRenderView::endRender());
+    EXPECT_EQ(session().outputError, "");
+}
+
+TEST_F(RenderView, FramesAreWrittenAsTheyAre) {
+    devhost::Frame frame;
+    ASSERT_TRUE(devhost::renderFrame(frame));
+    frame.rgba[0] = 17;
+    unsigned width, height;
+    std::vector<unsigned char> bytes;
+    ASSERT_TRUE(devhost::writeFrame(frame, file("frame.png")));
+    ASSERT_TRUE(devhost::readPng(file("frame.png"), width, height, bytes));
+    EXPECT_EQ(bytes, frame.rgba);
+    std::vector<float> values;
+    ASSERT_TRUE(devhost::writeFrame(frame, file("frame.exr")));
+    ASSERT_TRUE(devhost::readExr(file("frame.exr"), width, height, values));
+    EXPECT_EQ(devhost::toBytes(values.data(), values.size()), frame.rgba);
+}

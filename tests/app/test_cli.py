@@ -1,0 +1,401 @@
+"""Drives the quilhost program in child processes: what it writes, tells and returns."""
+import json
+import os
+import pty
+import shutil
+import signal
+import struct
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+import zlib
+
+QUILHOST = os.path.abspath(sys.argv.pop(1))
+LIMIT = 60  # seconds for one child
+
+TRIANGLE = "v -1 -1 0\nv 1 -1 0\nv 0 1 0\nvn 0 0 1\nf 1//1 2//1 3//1\n"
+
+# A script that sends a 1 x 1 picture of the given red to the render view.
+PICTURE = """
+import _OpenQuilRender as r
+def picture(red):
+    r.ZRenderView_startRender(1, 1)
+    pixel = r.new_RV_PIXEL()
+    r.RV_PIXEL_r_set(pixel, red)
+    r.RV_PIXEL_a_set(pixel, 1.0)
+    r.ZRenderView_updatePixels(0, 0, 0, 0, pixel)
+    r.ZRenderView_endRender()
+    r.delete_RV_PIXEL(pixel)
+"""
+
+CALLBACK = """
+import OpenQuilRender as r
+class Callback(r.ZRenderCallback):
+    def renderCallback(self, data):
+        {body}
+callback = Callback()
+r.ZRenderCallback.addCallback(callback, 0)
+"""
+
+
+def png_pixels(path):
+    """Width, height and the rows, from the top, of a PNG file with 8-bit RGBA pixels."""
+    with open(path, "rb") as stream:
+        data = stream.read()
+    assert data[:8] == b"\x89PNG\r\n\x1a\n"
+    place, packed = 8, b""
+    while place < len(data):
+        length, kind = struct.unpack(">I4s", data[place:place + 8])
+        body = data[place + 8:place + 8 + length]
+        if kind == b"IHDR":
+            width, height, depth, color = struct.unpack(">IIBB", body[:10])
+            assert (depth, color) == (8, 6)
+        elif kind == b"IDAT":
+            packed += body
+        place += length + 12
+    raw, rows, above = zlib.decompress(packed), [], bytearray(width * 4)
+    for y in range(height):
+        start = y * (width * 4 + 1)
+        method, row = raw[start], bytearray(raw[start + 1:start + 1 + width * 4])
+        for i in range(len(row)):
+            a = row[i - 4] if i >= 4 else 0
+            b, c = above[i], above[i - 4] if i >= 4 else 0
+            nearest = min((abs(b - c), 0, a), (abs(a - c), 1, b), (abs(a + b - 2 * c), 2, c))[2]
+            row[i] = (row[i] + (0, a, b, (a + b) // 2, nearest)[method]) & 255
+        rows.append(bytes(row))
+        above = row
+    return width, height, rows
+
+
+class Case(unittest.TestCase):
+    def setUp(self):
+        self.folder = os.path.realpath(tempfile.mkdtemp(prefix="quilhost_cli_"))
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.write("tri.obj", TRIANGLE)
+
+    def write(self, name, text):
+        with open(os.path.join(self.folder, name), "w") as stream:
+            stream.write(text)
+        return name
+
+    def files(self):
+        return sorted(os.listdir(self.folder))
+
+    def start(self, *arguments, **options):
+        return subprocess.Popen([QUILHOST] + list(arguments), cwd=self.folder,
+                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                stderr=subprocess.PIPE, text=True, **options)
+
+    def run_host(self, *arguments, code=0):
+        child = self.start(*arguments)
+        try:
+            out, err = child.communicate(timeout=LIMIT)
+        except subprocess.TimeoutExpired:
+            child.kill()
+            child.communicate()
+            self.fail("quilhost did not end: %r" % (arguments,))
+        self.assertEqual(child.returncode, code, (arguments, out, err))
+        return out, err
+
+    def png(self, name):
+        return png_pixels(os.path.join(self.folder, name))
+
+
+class BadInput(Case):
+    """Each mistake: one line that names what is wrong, the exit code, and no file left behind."""
+
+    def refuses(self, code, words, *arguments):
+        before = self.files()
+        out, err = self.run_host(*arguments, code=code)
+        self.assertEqual(out, "")
+        self.assertEqual(len(err.splitlines()), 1, err)
+        self.assertTrue(err.startswith("quilhost: "), err)
+        for word in words.split("|"):
+            self.assertIn(word, err)
+        self.assertEqual(self.files(), before)
+
+    def test_options(self):
+        png = ("--output", "a.png")
+        for words, arguments in [
+                ("nothing to do", ()),
+                ("nothing to do", ("tri.obj",)),
+                ("needs a scene", png),
+                ("--wrong", ("tri.obj", "--wrong") + png),
+                ("more.obj", ("tri.obj", "more.obj") + png),
+                ("--resolution", ("tri.obj", "--resolution", "0", "10") + png),
+                ("--resolution", ("tri.obj", "--resolution", "10", "99999") + png),
+                ("--resolution", ("tri.obj", "--resolution", "10") + png),
+                ("--resolution", ("tri.obj", "--resolution", "ten", "10") + png),
+                ("--threads", ("tri.obj", "--threads", "0") + png),
+                ("--progress", ("tri.obj", "--progress", "loud") + png),
+                ("--quiet", ("tri.obj", "--quiet", "--verbose") + png),
+                ("--python", ("--python", "a.py", "--python-expr", "1")),
+                ("'5-1'|backwards", ("tri.obj", "--frames", "5-1") + png),
+                ("'1-5x0'|step", ("tri.obj", "--frames", "1-5x0") + png),
+                ("'one'", ("tri.obj", "--frames", "1,one") + png),
+                ("a.png|####|3 frames", ("tri.obj", "--frames", "1-3") + png),
+                ("a.jpg|.png", ("tri.obj", "--output", "a.jpg")),
+                ("'out'|.png", ("tri.obj", "--output", "out")),
+        ]:
+            with self.subTest(arguments=arguments):
+                self.refuses(2, words, *arguments)
+
+    def test_files_and_names(self):
+        os.mkdir(os.path.join(self.folder, "folder.obj"))
+        os.mkdir(os.path.join(self.folder, "folder.png"))
+        self.write("scene.abc", "?")
+        for words, arguments in [
+                ("scene 'no.obj' does not exist", ("no.obj", "--output", "a.png")),
+                ("folder.obj|folder", ("folder.obj", "--output", "a.png")),
+                ("scene.abc|.gltf", ("scene.abc", "--output", "a.png")),
+                ("script 'no.py' does not exist", ("--python", "no.py")),
+                ("script '.' is a folder", ("--python", ".")),
+                ("output folder 'no' does not exist", ("tri.obj", "--output", "no/a.png")),
+                ("folder.png|folder", ("tri.obj", "--output", "folder.png")),
+                ("'nobody'|persp", ("tri.obj", "--camera", "nobody", "--output", "a.png")),
+        ]:
+            with self.subTest(arguments=arguments):
+                self.refuses(2, words, *arguments)
+
+    @unittest.skipIf(os.geteuid() == 0, "nothing is forbidden to this user")
+    def test_forbidden(self):
+        os.chmod(os.path.join(self.folder, self.write("shut.obj", TRIANGLE)), 0)
+        os.mkdir(os.path.join(self.folder, "shut"), 0o500)
+        self.refuses(2, "shut.obj|ermission", "shut.obj", "--output", "a.png")
+        self.refuses(2, "'shut'|ermission", "tri.obj", "--output", "shut/a.png")
+
+    def test_damaged_scenes(self):
+        self.write("cut.gltf", '{"asset": {"version"')
+        self.write("empty.obj", "")
+        self.write("wild.obj", "v 0 0 0\nf 1 2 999\n")
+        self.write("text.glb", "this is no scene")
+        for scene in ("cut.gltf", "empty.obj", "wild.obj", "text.glb"):
+            with self.subTest(scene=scene):
+                self.refuses(3, scene, scene, "--output", "a.png")
+
+    def test_nothing_rendered(self):
+        self.refuses(3, "no scene", "--python-expr", "pass", "--output", "a.png")
+        self.refuses(3, "render(1)|no picture", "--python", self.write("a.py", """
+def render(frame):
+    pass
+"""), "--output", "a.png")
+        self.refuses(3, "left its picture", "--python-expr",
+                     "import _OpenQuilRender as r; r.ZRenderView_startRender(4, 4)",
+                     "--output", "a.png")
+
+
+class Scripts(Case):
+    def test_surroundings(self):
+        os.mkdir(os.path.join(self.folder, "sub"))
+        self.write("sub/helper.py", "value = 5")
+        self.write("sub/a.py", """
+import sys, helper
+print(__name__, __file__, sys.argv, helper.value, sys.version_info[:2])
+print(sys.path[1])
+""")
+        out, err = self.run_host("--background", "--no-gl", "--python", "sub/a.py", "--",
+                                 "--frames", "x y")
+        names, path = out.splitlines()
+        self.assertEqual(names, repr(("__main__", "sub/a.py",
+                                      ["sub/a.py", "--frames", "x y"], 5, (2, 7))))
+        build = os.path.dirname(os.path.dirname(os.path.realpath(QUILHOST)))
+        self.assertEqual(path, os.path.join(build, "python"))
+        out, err = self.run_host("--python-expr", "import sys; print sys.argv", "--", "a")
+        self.assertEqual(out, "['-c', 'a']\n")
+
+    def test_ends(self):
+        for source, code, last in [
+                ("raise ValueError('bad thing')", 1, "ValueError: bad thing"),
+                ("this is no python", 1, "SyntaxError: invalid syntax"),
+                ("import sys; sys.exit(7)", 7, None),
+                ("import sys; sys.exit()", 0, None),
+                ("import sys; sys.exit('so long')", 1, "so long"),
+                ("raise KeyboardInterrupt", 130, "quilhost: interrupted"),
+                ("import atexit, sys\ndef bye(): sys.stderr.write('bye')\natexit.register(bye)",
+                 0, "bye"),
+        ]:
+            with self.subTest(source=source):
+                out, err = self.run_host("--python", self.write("a.py", source), code=code)
+                self.assertEqual(err.splitlines()[-1:], [last] if last else [])
+                self.assertEqual("Traceback" in err or "SyntaxError" in err,
+                                 source.startswith(("raise", "this")), err)
+
+    def test_failing_script_leaves_no_picture(self):
+        self.run_host("tri.obj", "--python-expr", "1/0", "--output", "a.png", code=1)
+        self.assertEqual(self.files(), ["tri.obj"])
+
+    def test_render_function_is_called_for_every_frame(self):
+        self.write("a.py", PICTURE + """
+import OpenQuilRender
+def render(frame):
+    print(frame, OpenQuilRender.ZRenderUtil.quilRenderState())
+    picture(frame / 255.0)
+""")
+        out, err = self.run_host("tri.obj", "--python", "a.py", "--frames", "1-5x2,9",
+                                 "--output", "a.##.png", "--progress", "plain")
+        self.assertEqual(out.splitlines(), ["(%d, 1)" % f for f in (1, 3, 5, 9)])
+        for frame in (1, 3, 5, 9):
+            name = "a.%02d.png" % frame
+            self.assertEqual(self.png(name), (1, 1, [bytes([frame, 0, 0, 255])]))
+            self.assertIn(os.path.join(self.folder, name), err)
+        self.assertEqual(len(self.files()), 6)
+
+    def test_failing_frame_ends_the_run(self):
+        self.write("a.py", PICTURE + """
+def render(frame):
+    if frame == 2:
+        raise RuntimeError("frame two")
+    picture(1.0)
+""")
+        out, err = self.run_host("--python", "a.py", "--frames", "1-3", "--output", "a.#.png",
+                                 code=1)
+        self.assertIn("RuntimeError: frame two", err)
+        self.assertEqual(self.files(), ["a.1.png", "a.py", "tri.obj"])
+
+    def test_picture_of_the_script_is_the_output(self):
+        self.write("a.py", PICTURE + "picture(1.0)")
+        self.run_host("tri.obj", "--python", "a.py", "--output", "a.png")
+        self.assertEqual(self.png("a.png"), (1, 1, [bytes([255, 0, 0, 255])]))
+
+    def test_picture_that_cannot_be_written(self):
+        os.mkdir(os.path.join(self.folder, "out"))
+        self.write("a.py", "import os\nos.rmdir('out')\n" + PICTURE + "picture(1.0)")
+        out, err = self.run_host("--python", "a.py", "--output", "out/a.png", code=3)
+        self.assertIn("out/a.png", err.splitlines()[-1])
+
+    def test_settings_tell_the_command_line(self):
+        self.write("a.py", """
+import OpenQuilRender as r
+s = r.ZCommonRenderSettingsData()
+r.ZRenderUtil.getCommonRenderSettings(s)
+print((s.width, s.height, s.framePadding, s.isAnimated()))
+""")
+        out, err = self.run_host("--python", "a.py", "--resolution", "320", "200", "--frames",
+                                 "1-3", "--output", "a.####.exr", code=3)
+        self.assertEqual(out, "(320, 200, 4, True)\n")
+
+
+class HostRenders(Case):
+    def test_picture(self):
+        self.run_host("tri.obj", "--output", "a.png", "--resolution", "60", "40")
+        width, height, rows = self.png("a.png")
+        self.assertEqual((width, height), (60, 40))
+        covered = [sum(row[3::4]) / 255.0 for row in rows]
+        shown = [c for c in covered if c]
+        # The point of the triangle is up.
+        self.assertGreater(len(shown), 10)
+        self.assertLess(shown[0], 3)
+        self.assertGreater(covered.index(max(covered)), 20)
+        self.assertGreater(max(shown), 5 * shown[0])
+        middle = rows[20][30 * 4:30 * 4 + 4]
+        self.assertEqual(middle[3], 255)
+        self.assertGreater(min(middle[:3]), 60)
+
+    def test_threads_do_not_change_the_picture(self):
+        for threads in ("1", "7"):
+            self.run_host("tri.obj", "--output", threads + ".png", "--threads", threads)
+        self.assertEqual(self.png("1.png"), self.png("7.png"))
+
+    def test_frames_and_progress(self):
+        out, err = self.run_host("tri.obj", "--frames", "8-10x2", "--output", "<Scene>.###.png",
+                                 "--resolution", "16", "16", "--progress", "json")
+        events = [json.loads(line) for line in err.splitlines()]
+        done = [e for e in events if e["event"] == "frame"]
+        self.assertEqual([(e["frame"], e["done"], e["frames"], os.path.basename(e["output"]))
+                          for e in done], [(8, 1, 2, "tri.008.png"), (10, 2, 2, "tri.010.png")])
+        percents = [e["percent"] for e in events if e["event"] == "progress" and e["frame"] == 8]
+        self.assertEqual(percents, sorted(percents))
+        self.assertEqual(percents[-1], 100)
+        self.assertEqual(self.files(), ["tri.008.png", "tri.010.png", "tri.obj"])
+        out, err = self.run_host("tri.obj", "--output", "q.png", "--quiet")
+        self.assertEqual((out, err), ("", ""))
+
+    def test_bar_on_a_terminal(self):
+        master, slave = pty.openpty()
+        child = subprocess.Popen([QUILHOST, "tri.obj", "--output", "a.png"], cwd=self.folder,
+                                 stderr=slave, stdin=subprocess.DEVNULL)
+        os.close(slave)
+        text = b""
+        try:
+            while True:
+                text += os.read(master, 65536)
+        except OSError:  # the other end is closed
+            os.close(master)
+        self.assertEqual(child.wait(LIMIT), 0)
+        self.assertIn(b"\r\x1b[K[", text)
+        self.assertTrue(text.rstrip().endswith(b"a.png"), text)
+
+    def test_callbacks_change_the_picture(self):
+        self.write("a.py", CALLBACK.format(body="print((data.xsize, data.ysize)); return True"))
+        out, err = self.run_host("tri.obj", "--python", "a.py", "--output", "a.png",
+                                 "--resolution", "31", "17")
+        self.assertEqual(out, "(31, 17)\n")
+
+    def test_failing_callback(self):
+        self.write("a.py", CALLBACK.format(body="raise ValueError('in the callback')"))
+        out, err = self.run_host("tri.obj", "--python", "a.py", "--frames", "1-2", "--output",
+                                 "a.#.png", "--quiet", code=4)
+        self.assertEqual(err.count("ValueError: in the callback"), 2)
+        self.assertEqual(self.files(), ["a.1.png", "a.2.png", "a.py", "tri.obj"])
+
+    def test_callback_without_a_truth_value(self):
+        self.write("a.py", """
+class Odd(object):
+    def __nonzero__(self):
+        raise ZeroDivisionError
+""" + CALLBACK.format(body="return Odd()"))
+        out, err = self.run_host("tri.obj", "--python", "a.py", "--output", "a.png", code=4)
+        self.assertIn("a.png", self.files())
+        self.assertIn("TypeError: SWIG director type mismatch in output value of type 'bool'", err)
+
+
+class Interrupts(Case):
+    def interrupted(self, *arguments):
+        child = self.start(*arguments)
+        try:
+            # The script tells when it is time.
+            self.assertEqual(child.stdout.readline(), "now\n")
+            time.sleep(0.2)
+            child.send_signal(signal.SIGINT)
+            out, err = child.communicate(timeout=LIMIT)
+        finally:
+            child.kill()
+            child.wait()
+        self.assertEqual(child.returncode, 130, err)
+        self.assertEqual(err.splitlines()[-1], "quilhost: interrupted")
+
+    def test_in_a_script(self):
+        self.write("a.py", "import sys, time\nprint('now')\nsys.stdout.flush()\ntime.sleep(60)")
+        self.interrupted("--python", "a.py")
+
+    def test_in_the_render(self):
+        self.write("a.py", "import sys\nprint('now')\nsys.stdout.flush()")
+        self.interrupted("tri.obj", "--python", "a.py", "--output", "a.png", "--resolution",
+                         "16000", "16000", "--threads", "1")
+        self.assertEqual(self.files(), ["a.py", "tri.obj"])
+
+    def test_in_a_callback(self):
+        self.write("a.py", CALLBACK.format(body="""
+        import sys, time
+        print('now')
+        sys.stdout.flush()
+        time.sleep(60)"""))
+        self.interrupted("tri.obj", "--python", "a.py", "--output", "a.png", "--resolution", "9",
+                         "9")
+        self.assertEqual(self.files(), ["a.py", "tri.obj"])
+
+
+class Help(Case):
+    def test_help_tells_the_options_and_the_exit_codes(self):
+        out, err = self.run_host("--help")
+        for word in ("--background --python --python-expr --frames --output --resolution --camera "
+                     "--threads --no-gl --quiet --verbose --progress").split():
+            self.assertIn(word, out)
+        for code in (0, 1, 2, 3, 4, 130):
+            self.assertRegex(out, r"(?m)^ +%d  \w" % code)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,185 @@
+// The conversions of render data and shadow data, against pictures worked out by hand.
+#include "devhost/render/RenderCallbacks.h"
+#include "devhost/render/SoftwareRenderer.h"
+#include "test_scene.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+using ViewData = apptest::SquareScene;
+
+void expectNear(const ZFloatPoint &actual, const ZFloatPoint &expected, float tolerance = 1e-3f) {
+    EXPECT_NEAR(actual.x, expected.x, tolerance);
+    EXPECT_NEAR(actual.y, expected.y, tolerance);
+    EXPECT_NEAR(actual.z, expected.z, tolerance);
+    EXPECT_NEAR(actual.w, expected.w, tolerance);
+}
+
+/// Both ways for points all over the view.
+void expectRoundTrips(const ZRenderData &data) {
+    for (float x = -20; x <= 90; x += 11)
+        for (float y = -20; y <= 90; y += 11)
+            for (const float depth : {0.5f, 3.0f, 40.0f}) {
+                ZFloatPoint world, screen;
+                data.screenToWorld({x, y, depth}, world);
+                data.worldToScreen(world, screen);
+                expectNear(screen, {x, y, depth}, 2e-3f);
+            }
+}
+
+/// Keeps what the callback sees of each light.
+struct ShadowKeeper : ZRenderCallback {
+    ShadowKeeper() { addCallback(this); }
+    bool shadowCastCallback(ZRenderShadowData const &data) override {
+        seen.push_back(data);
+        const unsigned maps = data.lightType == ZRenderShadowData::kPoint ? 6 : 1;
+        depths.emplace_back(data.depthMaps,
+                            data.depthMaps + size_t(data.shadowResX) * data.shadowResY * maps);
+        return false;
+    }
+    std::vector<ZRenderShadowData> seen;
+    std::vector<std::vector<float>> depths;
+};
+
+} // namespace
+
+TEST_F(ViewData, PerspectivePointsLandWhereTheyBelong) {
+    devhost::Frame frame;
+    ASSERT_TRUE(devhost::renderFrame(frame));
+    const ZRenderData &data = frame.data;
+    // 90 degrees both ways on a square film: the image is widened to 4:3, so at depth 5 it shows
+    // 5 units up and 5 * 4 / 3 to the side.
+    EXPECT_NEAR(data.fieldOfView, std::atan(4.0 / 3) * 360 / std::numbers::pi, 1e-3);
+    const std::pair<ZFloatPoint, ZFloatPoint> cases[] = {
+        {{0, 0, -1}, {32, 24, 5}},
+        {{0, 5, -1}, {32, 48, 5}},
+        {{0, -5, -1}, {32, 0, 5}},
+        {{5 * 4.0f / 3, 0, -1}, {64, 24, 5}},
+        {{2, 2, -1}, {32 + 9.6f, 24 + 9.6f, 5}},
+        {{4, 4, -2, 2}, {32 + 9.6f, 24 + 9.6f, 5}},
+    };
+    for (const auto &[world, screen] : cases) {
+        ZFloatPoint result;
+        data.worldToScreen(world, result);
+        expectNear(result, screen);
+    }
+    expectRoundTrips(data);
+    expectNear(data.eyePoint, {0, 0, 4});
+    EXPECT_NEAR(data.viewDirection.z, -1, 1e-6);
+}
+
+TEST_F(ViewData, ANarrowImageStillShowsTheFilmsWidth) {
+    build(48, 64, false);
+    devhost::Frame frame;
+    ASSERT_TRUE(devhost::renderFrame(frame));
+    ZFloatPoint screen;
+    frame.data.worldToScreen({5, 5, -1}, screen);
+    expectNear(screen, {48, 32 + 24, 5});
+}
+
+TEST_F(ViewData, OrthographicPointsLandWhereTheyBelong) {
+    build(64, 48, true);
+    devhost::Frame frame;
+    ASSERT_TRUE(devhost::renderFrame(frame));
+    ZFloatPoint screen;
+    EXPECT_FALSE(frame.data.perspective);
+    // The film is 8 units high, the image 8 * 4 / 3 wide: 6 pixels a unit.
+    frame.data.worldToScreen({2, -1, -1}, screen);
+    expectNear(screen, {32 + 12, 24 - 6, 5});
+    expectRoundTrips(frame.data);
+    EXPECT_NEAR(frame.depth[24 * 64 + 32], 5, 1e-4);
+}
+
+TEST_F(ViewData, DepthsAreWhereTheSquareIs) {
+    // Off the middle and turned, so that exchanged axes and signs show.
+    const auto camera = devhost::scene().findCamera();
+    ZMatrix &matrix = devhost::scene().edit(camera)->local;
+    const double c = std::cos(0.3), s = std::sin(0.3);
+    matrix(0, 0) = c, matrix(0, 2) = -s, matrix(2, 0) = s, matrix(2, 2) = c;
+    place(camera, 2.5, 1, 4);
+    devhost::Frame frame;
+    ASSERT_TRUE(devhost::renderFrame(frame));
+    unsigned hits = 0;
+    for (unsigned y = 0; y < 48; ++y)
+        for (unsigned x = 0; x < 64; ++x) {
+            const float depth = frame.data.depthArr[y * frame.data.xsize + x];
+            ZFloatPoint world, corner;
+            if (std::isinf(depth)) {
+                // Seen from here, the point of the square's plane lies outside the square.
+                ZFloatPoint near, far;
+                frame.data.screenToWorld({x + 0.5f, y + 0.5f, 1}, near);
+                frame.data.screenToWorld({x + 0.5f, y + 0.5f, 2}, far);
+                const float t = (-1 - near.z) / (far.z - near.z);
+                const ZFloatVector way = far - near;
+                EXPECT_TRUE(t < 0 || std::fmax(std::abs(near.x + way.x * t),
+                                               std::abs(near.y + way.y * t)) > 2 - 1e-3);
+                continue;
+            }
+            ++hits;
+            frame.data.screenToWorld({x + 0.5f, y + 0.5f, depth}, world);
+            EXPECT_NEAR(world.z, -1, 1e-3);
+            EXPECT_LE(std::fmax(std::abs(world.x), std::abs(world.y)), 2 + 1e-3);
+        }
+    EXPECT_GT(hits, 200u);
+}
+
+TEST_F(ViewData, ThePictureHasRowZeroAtTheBottom) {
+    // The upper half of the square only.
+    auto mesh = *devhost::scene().node(devhost::scene().find("square"))->mesh();
+    mesh.positions = {-2, 0, -1, 2, 0, -1, 2, 2, -1, -2, 2, -1};
+    devhost::scene().edit(devhost::scene().find("square"))->payload =
+        std::make_shared<const devhost::Mesh>(mesh);
+    devhost::Frame frame;
+    ASSERT_TRUE(devhost::renderFrame(frame));
+    EXPECT_EQ(frame.data.rgbaArr[(20 * 64 + 32) * 4 + 3], 0);
+    EXPECT_EQ(frame.data.rgbaArr[(28 * 64 + 32) * 4 + 3], 255);
+}
+
+TEST_F(ViewData, ShadowMapsShowTheSquare) {
+    addLight(devhost::Light::kDirectional, 0, 0, 0);
+    addLight(devhost::Light::kSpot, 0.5, 0.25, 3);
+    addLight(devhost::Light::kPoint, 0.5, 0.25, 3);
+    addLight(devhost::Light::kAmbient, 0, 0, 0);
+    ShadowKeeper keeper;
+    devhost::Frame frame;
+    ASSERT_TRUE(devhost::renderFrame(frame));
+    ASSERT_EQ(keeper.seen.size(), 3u); // an ambient light casts no shadows
+    const ZRenderShadowData::LightType types[] = {
+        ZRenderShadowData::kDirectional, ZRenderShadowData::kSpot, ZRenderShadowData::kPoint};
+    for (size_t i = 0; i < 3; ++i) {
+        const auto &data = keeper.seen[i];
+        EXPECT_EQ(data.lightType, types[i]);
+        EXPECT_EQ(data.perspective, i != 0);
+        EXPECT_FALSE(data.useMidDistMap);
+        if (i != 0) {
+            expectNear(data.lightPosition, {0.5f, 0.25f, 3});
+        }
+        // Points of the square: the map's depth there is the point's own.
+        for (float x = -1.4f; x < 1.5f; x += 0.7f)
+            for (float y = -1.4f; y < 1.5f; y += 0.7f) {
+                ZFloatPoint buffer, back;
+                data.worldToZbuffer({x, y, -1}, buffer);
+                const size_t index = size_t(buffer.y) * data.shadowResX + size_t(buffer.x);
+                ASSERT_LT(index, keeper.depths[i].size());
+                EXPECT_NEAR(keeper.depths[i][index], buffer.z, 1e-3) << "light " << i;
+                if (i != 0) {
+                    EXPECT_NEAR(buffer.z, 4, 1e-3);
+                }
+                data.zbufferToWorld(buffer, back);
+                expectNear(back, {x, y, -1});
+            }
+    }
+    // All round a point light, each direction has its own map.
+    const auto &point = keeper.seen[2];
+    const ZFloatPoint around[] = {{5, 0.5f, 3.2f},  {-5, 0.5f, 3.2f}, {0.6f, 5, 3.2f},
+                                  {0.6f, -5, 3.2f}, {0.6f, 0.5f, 9},  {0.6f, 0.5f, -9}};
+    for (unsigned face = 0; face < 6; ++face) {
+        ZFloatPoint buffer, back;
+        point.worldToZbuffer(around[face], buffer);
+        EXPECT_EQ(unsigned(buffer.y / point.shadowResY), face);
+        point.zbufferToWorld(buffer, back);
+        expectNear(back, around[face], 5e-3f);
+    }
+}

@@ -1,0 +1,304 @@
+// Images: formats, orientation against the libraries' own readers, and writes that fail.
+#include "devhost/core/image_io.h"
+#include "host/core/ZImage.h"
+
+#include <OpenEXR/ImfChannelList.h>
+#include <OpenEXR/ImfFrameBuffer.h>
+#include <OpenEXR/ImfHeader.h>
+#include <OpenEXR/ImfInputFile.h>
+#include <gtest/gtest.h>
+#include <png.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Each test has a folder of its own.
+class Images : public testing::Test {
+  protected:
+    void SetUp() override {
+        std::string pattern = (fs::temp_directory_path() / "images-XXXXXX").string();
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        folder_ = pattern;
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    std::string path(const std::string &name) const { return (folder_ / name).string(); }
+    std::size_t fileCount() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), {}));
+    }
+    static ZString text(const std::string &s) { return ZString(s.c_str()); }
+
+    fs::path folder_;
+};
+
+/// Pixels that all differ and do not compress.
+std::vector<unsigned char> noise(std::size_t count) {
+    std::vector<unsigned char> bytes(count);
+    unsigned state = 12345;
+    for (auto &byte : bytes)
+        byte = static_cast<unsigned char>((state = state * 1664525u + 1013904223u) >> 24);
+    return bytes;
+}
+
+std::string contents(const std::string &path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST_F(Images, PngKeepsBytesAndHasTheTopRowFirst) {
+    const auto pixels = noise(5 * 3 * 4);
+    ZImage image;
+    ASSERT_TRUE(image.setPixels(pixels.data(), 5, 3));
+    ASSERT_TRUE(image.writeToFile(text(path("a.png"))));
+
+    png_image file{};
+    file.version = PNG_IMAGE_VERSION;
+    ASSERT_TRUE(png_image_begin_read_from_file(&file, path("a.png").c_str()));
+    file.format = PNG_FORMAT_RGBA;
+    std::vector<unsigned char> topDown(PNG_IMAGE_SIZE(file));
+    ASSERT_TRUE(png_image_finish_read(&file, nullptr, topDown.data(), 0, nullptr));
+    ASSERT_EQ(topDown.size(), pixels.size());
+    for (int row = 0; row < 3; ++row)
+        EXPECT_EQ(std::memcmp(&topDown[row * 20], &pixels[(2 - row) * 20], 20), 0) << row;
+
+    ZImage read;
+    ASSERT_TRUE(read.readFromFile(text(path("a.png"))));
+    unsigned width = 0, height = 0;
+    read.getSize(width, height);
+    EXPECT_EQ(width, 5u);
+    EXPECT_EQ(height, 3u);
+    EXPECT_EQ(read.depth(), 4u);
+    EXPECT_EQ(std::memcmp(read.pixels(), pixels.data(), pixels.size()), 0);
+    ASSERT_TRUE(read.readFromFile(text(path("a.png")), ZImage::kFloat));
+    EXPECT_EQ(read.floatPixels()[7], static_cast<float>(pixels[7]) / 255.0f);
+    EXPECT_EQ(read.pixels(), nullptr);
+    EXPECT_EQ(read.depth(), 16u);
+}
+
+TEST_F(Images, ExrKeepsFloatsAndNamedLayers) {
+    const std::vector<float> rgba = {-1.5f, 2e6f, 0.25f, 1, 1, 2, 3, 0, 5, 6, 7, 1, 8, 9, 10, 0.5f};
+    const std::vector<float> depth = {1, 2, 3, 4};
+    ASSERT_TRUE(devhost::writeExr(path("a.exr"), 2, 2,
+                                  {{"", {"R", "G", "B", "A"}, rgba.data()},
+                                   {"depth", {"Z"}, depth.data()},
+                                   {"diffuse", {"R", "G", "B", "A"}, rgba.data()}}));
+    Imf::InputFile file(path("a.exr").c_str());
+    float topDown[4] = {};
+    Imf::FrameBuffer frame;
+    frame.insert("depth.Z",
+                 Imf::Slice(Imf::FLOAT, reinterpret_cast<char *>(topDown), 4, 2 * sizeof(float)));
+    file.setFrameBuffer(frame);
+    file.readPixels(0, 1);
+    EXPECT_EQ(std::vector<float>(topDown, topDown + 4), (std::vector<float>{3, 4, 1, 2}));
+    EXPECT_NE(file.header().channels().findChannel("diffuse.B"), nullptr);
+
+    ZImage image;
+    ASSERT_TRUE(image.readFromFile(text(path("a.exr"))));
+    ASSERT_EQ(image.pixelType(), ZImage::kFloat);
+    EXPECT_EQ(std::vector<float>(image.floatPixels(), image.floatPixels() + 16), rgba);
+    unsigned width = 0, height = 0;
+    std::vector<float> layer;
+    ASSERT_TRUE(devhost::readExr(path("a.exr"), width, height, layer, "diffuse"));
+    EXPECT_EQ(layer, rgba);
+    EXPECT_EQ(devhost::readExr(path("a.exr"), width, height, layer, "specular").statusCode(),
+              ZStatus::kNotFound);
+    EXPECT_EQ(layer, rgba);
+
+    EXPECT_EQ(devhost::writeExr(path("b.exr"), 2, 2,
+                                {{"x", {"R"}, depth.data()}, {"x", {"R"}, depth.data()}})
+                  .statusCode(),
+              ZStatus::kInvalidParameter);
+    EXPECT_EQ(
+        devhost::writeExr(path("b.exr"), 2, 2, std::vector<devhost::ImageLayer>()).statusCode(),
+        ZStatus::kInvalidParameter);
+    EXPECT_EQ(fileCount(), 1u);
+}
+
+TEST_F(Images, FewerChannelsAreSpreadToFour) {
+    const float grey[] = {0.5f, 0.25f};
+    const struct {
+        unsigned channels;
+        std::vector<unsigned char> expected;
+    } cases[] = {
+        {1, {128, 128, 128, 255, 64, 64, 64, 255}},
+        {2, {128, 128, 128, 64}},
+    };
+    for (const auto &c : cases) {
+        ZImage image;
+        ASSERT_TRUE(image.setFloatPixels(grey, 2 / c.channels, 1, c.channels));
+        ASSERT_TRUE(image.writeToFile(text(path("grey.png")), "png"));
+        ASSERT_TRUE(image.readFromFile(text(path("grey.png"))));
+        EXPECT_EQ(std::vector<unsigned char>(image.pixels(), image.pixels() + c.expected.size()),
+                  c.expected);
+    }
+}
+
+TEST_F(Images, FloatsAreClampedAndRounded) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float infinity = std::numeric_limits<float>::infinity();
+    const float values[] = {-1,           0,           1, 2, 0.5f, nan, infinity, -infinity,
+                            254.4f / 255, 254.6f / 255};
+    const unsigned char expected[] = {0, 0, 255, 255, 128, 0, 255, 0, 254, 255};
+    for (std::size_t i = 0; i < std::size(values); ++i)
+        EXPECT_EQ(devhost::toByte(values[i]), expected[i]) << values[i];
+    for (int byte = 0; byte < 256; ++byte)
+        EXPECT_EQ(devhost::toByte(static_cast<float>(byte) / 255.0f), byte);
+}
+
+/// Runs a write while no file may grow past the limit, which stands in for a full disk.
+template <class Write>
+ZStatus withFileSizeLimit(std::size_t limit, Write write) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    rlimit small = old;
+    small.rlim_cur = limit;
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const ZStatus status = write();
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &old), 0);
+    return status;
+}
+
+TEST_F(Images, FailedWritesLeaveTheFolderAsItWas) {
+    for (const char *format : {"png", "exr"})
+        for (const unsigned side : {2u, 256u}) {
+            ZImage image;
+            ASSERT_TRUE(image.setPixels(noise(side * side * 4).data(), side, side));
+            const ZString name = text(path(std::string("old.") + format));
+            ASSERT_TRUE(image.writeToFile(name, format));
+            const std::string before = contents(name.asUTF8());
+            const std::size_t files = fileCount();
+            for (const std::size_t limit : {before.size() / 2, before.size() - 1}) {
+                const auto writeTo = [&](const ZString &target) {
+                    return withFileSizeLimit(limit,
+                                             [&] { return image.writeToFile(target, format); });
+                };
+                EXPECT_EQ(writeTo(name).statusCode(), ZStatus::kFailure) << format << limit;
+                const ZStatus fresh = writeTo(text(path("new")));
+                EXPECT_EQ(fresh.statusCode(), ZStatus::kFailure) << format << limit;
+                EXPECT_GE(fresh.errorString().indexW(text(path("new"))), 0);
+                EXPECT_EQ(contents(name.asUTF8()), before);
+                EXPECT_EQ(fileCount(), files);
+            }
+        }
+}
+
+TEST_F(Images, UnsuitableTargetsAndFormatsAreRefused) {
+    ZImage image;
+    ASSERT_TRUE(image.create(1, 1));
+    for (const char *format : {"png", "exr"}) {
+        const ZString missing = text(path("no/such/folder.x"));
+        EXPECT_EQ(image.writeToFile(missing, format).statusCode(), ZStatus::kFailure);
+        EXPECT_EQ(image.writeToFile(text(folder_.string()), format).statusCode(),
+                  ZStatus::kFailure);
+        EXPECT_TRUE(fs::is_directory(folder_));
+    }
+    EXPECT_EQ(image.writeToFile(text(path("a.bmp")), "bmp").statusCode(),
+              ZStatus::kInvalidParameter);
+    EXPECT_EQ(ZImage().writeToFile(text(path("a.png"))).statusCode(), ZStatus::kFailure);
+    EXPECT_EQ(fileCount(), 0u);
+}
+
+TEST_F(Images, WritesThroughALinkAndUnderTheLongestName) {
+    ZImage image;
+    ASSERT_TRUE(image.create(1, 1));
+    std::ofstream(path("real.png")) << "old";
+    fs::create_symlink("real.png", path("link.png"));
+    ASSERT_TRUE(image.writeToFile(text(path("link.png"))));
+    EXPECT_TRUE(fs::is_symlink(path("link.png")));
+    EXPECT_EQ(contents(path("real.png")).substr(1, 3), "PNG");
+    EXPECT_TRUE(image.writeToFile(text(path(std::string(255, 'n')))));
+}
+
+TEST_F(Images, UnreadableFilesLeaveTheImageAsItWas) {
+    ZImage image;
+    ASSERT_TRUE(image.setPixels(noise(64 * 64 * 4).data(), 64, 64));
+    ASSERT_TRUE(image.writeToFile(text(path("a.png"))));
+    ASSERT_TRUE(image.writeToFile(text(path("a.exr")), "exr"));
+    for (const char *name : {"a.png", "a.exr"}) {
+        const std::string whole = contents(path(name));
+        for (const std::size_t length : {whole.size() / 2, std::size_t{12}, std::size_t{0}}) {
+            std::ofstream(path("cut"), std::ios::binary) << whole.substr(0, length);
+            ZImage kept;
+            ASSERT_TRUE(kept.create(2, 1));
+            EXPECT_EQ(kept.readFromFile(text(path("cut"))).statusCode(), ZStatus::kFailure)
+                << name << " " << length;
+            unsigned width = 0, height = 0;
+            kept.getSize(width, height);
+            EXPECT_EQ(width, 2u);
+        }
+    }
+    EXPECT_EQ(image.readFromFile(text(path("none"))).statusCode(), ZStatus::kNotFound);
+    EXPECT_EQ(image.readFromFile(text(folder_.string())).statusCode(), ZStatus::kFailure);
+}
+
+TEST_F(Images, CreateChecksItsArguments) {
+    ZImage image;
+    ASSERT_TRUE(image.create(2, 2, 3, ZImage::kFloat));
+    EXPECT_EQ(image.create(0, 2).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(image.create(2, 2, 5).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(image.create(2, 2, 4, ZImage::kUnknown).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(image.create(~0u, ~0u).statusCode(), ZStatus::kInsufficientMemory);
+    EXPECT_EQ(image.setPixels(nullptr, 2, 2).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(image.channels(), 3u);
+    image.release();
+    EXPECT_EQ(image.channels(), 0u);
+    EXPECT_EQ(image.resize(2, 2).statusCode(), ZStatus::kFailure);
+}
+
+TEST_F(Images, ResizeAveragesInterpolatesAndKeepsProportions) {
+    const float steps[] = {0, 1, 2, 3, 4, 5, 6, 7};
+    ZImage image;
+    ASSERT_TRUE(image.setFloatPixels(steps, 8, 1, 1));
+    ASSERT_TRUE(image.resize(16, 1, false));
+    EXPECT_FLOAT_EQ(image.floatPixels()[0], 0.0f);
+    EXPECT_FLOAT_EQ(image.floatPixels()[7], 3.25f); // between the pixels 3 and 4
+    EXPECT_FLOAT_EQ(image.floatPixels()[15], 7.0f);
+
+    const float checks[] = {0, 1, 0, 1, 0, 1, 0, 1};
+    ASSERT_TRUE(image.setFloatPixels(checks, 8, 1, 1));
+    ASSERT_TRUE(image.resize(4, 1, false));
+    EXPECT_NEAR(image.floatPixels()[1], 0.5f, 1e-6);
+
+    ASSERT_TRUE(image.create(400, 200));
+    std::fill_n(image.pixels(), 400 * 200 * 4, 200);
+    ASSERT_TRUE(image.resize(100, 100));
+    unsigned width = 0, height = 0;
+    image.getSize(width, height);
+    EXPECT_EQ(width, 100u);
+    EXPECT_EQ(height, 50u);
+    EXPECT_EQ(image.pixels()[0], 200);
+    EXPECT_EQ(image.pixels()[100 * 50 * 4 - 1], 200);
+    EXPECT_EQ(image.resize(0, 5).statusCode(), ZStatus::kInvalidParameter);
+}
+
+TEST_F(Images, FlipsPixelsAndDepthMap) {
+    const unsigned char pixels[] = {1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3};
+    const float depths[] = {10, 20};
+    ZImage image;
+    ASSERT_TRUE(image.setPixels(pixels, 1, 3));
+    ASSERT_TRUE(image.setDepthMap(depths, 1, 2));
+    image.verticalFlip();
+    EXPECT_EQ(image.pixels()[0], 3);
+    EXPECT_EQ(image.pixels()[4], 2);
+    EXPECT_EQ(image.pixels()[8], 1);
+    EXPECT_EQ(image.depthMap()[0], 20.0f);
+    unsigned width = 0, height = 0;
+    image.getDepthMapSize(width, height);
+    EXPECT_EQ(height, 2u);
+    EXPECT_EQ(image.setDepthMap(nullptr, 1, 1).statusCode(), ZStatus::kInvalidParameter);
+    ASSERT_TRUE(image.create(1, 1));
+    EXPECT_EQ(image.depthMap(), nullptr);
+}
+
+} // namespace

@@ -1,0 +1,263 @@
+// Texts: storage, Unicode, searching, numbers; statuses and their texts.
+#include "host/base/TapiCast.h"
+#include "host/core/ZString.h"
+#include "host/core/ZStringArray.h"
+#include "tests/core/allocation_count.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+std::wstring wide(const Tstring &text) {
+    return {text.asW(), text.numChars()};
+}
+
+TEST(Text, ShortTextsAndSuccessfulStatusesDoNotAllocate) {
+    const auto before = allocationCount();
+    {
+        ZString text;
+        text.set(L"twenty-three characters", 23);
+        const ZString copy(text);
+        const ZString ascii("defaultRenderGlobals");
+        const ZStatus status;
+        EXPECT_TRUE(status);
+    }
+    const auto afterShort = allocationCount();
+    const ZString longer(L"twenty-four characters !");
+    EXPECT_EQ(afterShort, before);
+    // The counter is live: one character more needs memory.
+    EXPECT_EQ(allocationCount(), before + 1);
+}
+
+TEST(Text, KeepsEveryLengthThroughAssignmentCopyMoveAndUtf8) {
+    for (const unsigned count : {0u, 1u, 22u, 23u, 24u, 1023u, 1024u, 5000u}) {
+        std::wstring characters(count, L'a');
+        if (count)
+            characters.back() = L'\U0001F3A8';
+        Tstring text(L"an earlier text that is longer than the room inside");
+        text.asUTF8();
+        text.set(characters.data(), count);
+        EXPECT_EQ(wide(text), characters);
+        EXPECT_EQ(text.asW()[count], L'\0');
+        Tstring copy;
+        copy = text;
+        EXPECT_EQ(copy, text);
+        Tstring moved(std::move(copy));
+        EXPECT_EQ(wide(moved), characters);
+        EXPECT_EQ(copy.numChars(), 0u);
+        EXPECT_EQ(Tstring(moved.asUTF8()), text);
+        text = Tstring(L"b");
+        EXPECT_EQ(wide(text), L"b");
+        EXPECT_STREQ(text.asUTF8(), "b");
+    }
+}
+
+TEST(Text, SetAndAppendMayUseTheTextItself) {
+    Tstring text(L"0123456789");
+    text.set(text.asW() + 2, 5);
+    EXPECT_EQ(wide(text), L"23456");
+    for (int i = 0; i < 4; ++i)
+        text.append(text.asW(), text.numChars());
+    EXPECT_EQ(text.numChars(), 80u);
+    EXPECT_EQ(wide(text).substr(70), L"2345623456");
+    const Tstring &self = text;
+    text = self;
+    EXPECT_EQ(text.numChars(), 80u);
+}
+
+TEST(Text, Utf8IsCurrentAfterEveryChange) {
+    ZString text("a");
+    EXPECT_STREQ(text.asChar(), "a");
+    text.set(L"\u00E9", 1);
+    EXPECT_STREQ(text.asChar(), "\xC3\xA9");
+    text += "b";
+    EXPECT_STREQ(text.asChar(), "\xC3\xA9"
+                                "b");
+    text.clear();
+    EXPECT_STREQ(text.asChar(), "");
+}
+
+TEST(Text, ConvertsUtf8BothWays) {
+    const struct {
+        std::wstring characters;
+        std::string bytes;
+    } pairs[] = {
+        {L"\x7F\x80\u07FF", "\x7F\xC2\x80\xDF\xBF"},
+        {L"\u0800\uFFFD\uFFFF", "\xE0\xA0\x80\xEF\xBF\xBD\xEF\xBF\xBF"},
+        {L"\U00010000\U0010FFFF", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
+        {std::wstring(1, wchar_t{0xD800}), "\xED\xA0\x80"},
+    };
+    for (const auto &pair : pairs) {
+        const ZString fromBytes(pair.bytes.c_str());
+        EXPECT_EQ(wide(fromBytes), pair.characters);
+        const ZString fromWide(pair.characters.c_str());
+        EXPECT_EQ(fromWide.asUTF8(), pair.bytes);
+        EXPECT_EQ(fromWide.numBytes(), pair.bytes.size());
+    }
+}
+
+TEST(Text, InvalidUtf8BecomesReplacementCharacters) {
+    const struct {
+        const char *bytes;
+        std::wstring characters;
+    } cases[] = {
+        {"a\x80z", L"a\uFFFDz"},                             // a lone continuation
+        {"\xC0\x80z", L"\uFFFD\uFFFDz"},                     // an overlong null
+        {"\xE0\x80\x80", L"\uFFFD\uFFFD\uFFFD"},             // overlong, three bytes
+        {"\xF4\x90\x80\x80z", L"\uFFFD\uFFFD\uFFFD\uFFFDz"}, // past the last code point
+        {"ab\xE2\x82", L"ab\uFFFD\uFFFD"},                   // cut short
+        {"\xE2z", L"\uFFFDz"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(wide(ZString(c.bytes)), c.characters) << c.bytes;
+    const wchar_t beyond[] = {wchar_t{0x110000}, 0};
+    EXPECT_STREQ(ZString(beyond).asUTF8(), "\xEF\xBF\xBD");
+    EXPECT_EQ(ZString(beyond).numBytes(), 3u);
+}
+
+TEST(Text, SeveralReadersMayAskForUtf8AtOnce) {
+    const ZString shared(L"\u00E9t\u00E9");
+    std::vector<std::thread> readers;
+    std::vector<const char *> answers(4);
+    for (auto &answer : answers)
+        readers.emplace_back([&] { answer = shared.asUTF8(); });
+    for (auto &reader : readers)
+        reader.join();
+    for (const char *answer : answers)
+        EXPECT_EQ(answer, shared.asUTF8());
+}
+
+TEST(Text, NullsCountAndNullPointersAreEmpty) {
+    const ZString withNull(L"a\0b", 3);
+    EXPECT_EQ(withNull.length(), 3u);
+    EXPECT_NE(withNull, ZString("a"));
+    EXPECT_EQ(ZString(static_cast<const char *>(nullptr)).length(), 0u);
+    EXPECT_EQ(ZString(static_cast<const wchar_t *>(nullptr)).length(), 0u);
+    EXPECT_LT(ZString(L"\uFFFF"), ZString(L"\U00010000"));
+    EXPECT_LT(ZString("a"), ZString("ab"));
+    EXPECT_FALSE(ZString("ab") < ZString("ab"));
+}
+
+TEST(ZString, SearchesAndCuts) {
+    const ZString path(L"|grp|\U0001F3A8|shape");
+    EXPECT_EQ(path.index('|'), 0);
+    EXPECT_EQ(path.rindex('|'), 6);
+    EXPECT_EQ(path.indexW(L'\U0001F3A8'), 5);
+    EXPECT_EQ(path.index('!'), -1);
+    EXPECT_EQ(path.indexW(ZString("shape")), 7);
+    EXPECT_EQ(path.substring(1, 3), ZString("grp"));
+    EXPECT_EQ(path.substring(7, 99), ZString("shape"));
+    EXPECT_EQ(path.substring(-4, 0), ZString("|"));
+    EXPECT_EQ(path.substring(12, 12).length(), 0u);
+    EXPECT_EQ(path.substring(3, 1).length(), 0u);
+
+    ZStringArray parts;
+    ASSERT_TRUE(path.split('|', parts));
+    ASSERT_EQ(parts.length(), 3u);
+    EXPECT_EQ(parts[2], ZString("shape"));
+    EXPECT_EQ(parts.join("."), ZString(L"grp.\U0001F3A8.shape"));
+    ASSERT_TRUE(parts[2].split('a', parts)); // the text is one of the results
+    EXPECT_EQ(parts.join("/"), ZString("sh/pe"));
+
+    ZString text("a.b.a");
+    EXPECT_TRUE(text.substitute("a", "long replacement of some length"));
+    EXPECT_EQ(text, ZString("long replacement of some length.b.a"));
+    EXPECT_EQ(text.substitute("zz", "").statusCode(), ZStatus::kNotFound);
+    EXPECT_EQ(text.substitute("", "x").statusCode(), ZStatus::kNotFound);
+    EXPECT_EQ("x" + ZString("y") + "z", ZString("xyz"));
+}
+
+TEST(ZString, ReadsAndWritesNumbers) {
+    const struct {
+        const char *text;
+        bool isInt, isUnsigned, isDouble;
+        double value;
+    } cases[] = {
+        {"0", true, true, true, 0},
+        {"-12", true, false, true, -12},
+        {"+7", true, true, true, 7},
+        {"2147483647", true, true, true, 2147483647.0},
+        {"2147483648", false, true, true, 2147483648.0},
+        {"4294967296", false, false, true, 4294967296.0},
+        {"1.5e3", false, false, true, 1500},
+        {"1e999", false, false, false, 0},
+        {"nan", false, false, false, 0},
+        {"", false, false, false, 0},
+        {"+-3", false, false, false, 0},
+        {"3 ", false, false, false, 0},
+        {"0x10", false, false, false, 0},
+    };
+    for (const auto &c : cases) {
+        const ZString text(c.text);
+        EXPECT_EQ(text.isInt(), c.isInt) << c.text;
+        EXPECT_EQ(text.asInt(), c.isInt ? static_cast<int>(c.value) : 0) << c.text;
+        EXPECT_EQ(text.isUnsigned(), c.isUnsigned) << c.text;
+        EXPECT_EQ(text.asUnsigned(), c.isUnsigned ? static_cast<unsigned>(c.value) : 0u) << c.text;
+        EXPECT_EQ(text.isDouble(), c.isDouble) << c.text;
+        EXPECT_EQ(text.asDouble(), c.value) << c.text;
+    }
+    EXPECT_FALSE(ZString("1e39").isFloat());
+    EXPECT_EQ(ZString("0.5").asFloat(), 0.5f);
+
+    ZString number;
+    number.set(0.1);
+    EXPECT_EQ(number, ZString("0.1"));
+    EXPECT_TRUE(number.set(-2.0 / 3.0, 3));
+    EXPECT_EQ(number, ZString("-0.667"));
+    EXPECT_TRUE(number.set(1.7e308, 99));
+    EXPECT_EQ(number.length(), 309u + 1u + 99u);
+    EXPECT_EQ(number.set(1.0, 100).statusCode(), ZStatus::kInvalidParameter);
+}
+
+TEST(ZString, ChangesLetterCaseBeyondAscii) {
+    ZString text(L"Stra\u00DFe \u00C9\u03A9 1");
+    EXPECT_EQ(text.toLowerCase(), ZString(L"stra\u00DFe \u00E9\u03C9 1"));
+    EXPECT_EQ(text.toUpperCase().substring(7, 8), ZString(L"\u00C9\u03A9"));
+}
+
+TEST(ZStringArray, IsTheBaseArrayAndChecksIndices) {
+    ZStringArray array(1, "one");
+    TstringArray &base = TapiCast::stringArray(array);
+    base.changeLogicalSizeTo(3);
+    base[2] = Tstring(L"three");
+    ASSERT_EQ(array.length(), 3u);
+    EXPECT_EQ(array[0], ZString("one"));
+    EXPECT_EQ(array[1].length(), 0u);
+    EXPECT_EQ(array[2], ZString("three"));
+
+    EXPECT_TRUE(array.insert("zero", 0));
+    EXPECT_TRUE(array.insert("last", 4));
+    EXPECT_EQ(array.join(","), ZString("zero,one,,three,last"));
+    EXPECT_EQ(array.insert("x", 6).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(array.set("x", 5).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(array.remove(5).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_TRUE(array.remove(2));
+    EXPECT_TRUE(array.append(array[0]));
+    EXPECT_EQ(array.join(","), ZString("zero,one,three,last,zero"));
+}
+
+TEST(ZStatus, TellsCodeAndText) {
+    EXPECT_TRUE(ZStatus());
+    EXPECT_FALSE(ZStatus().error());
+    EXPECT_EQ(ZStatus::kUnknownParameter, 5);
+    const ZStatus failed(ZStatus::kInvalidParameter, "the width is 0");
+    EXPECT_TRUE(failed.error());
+    EXPECT_FALSE(failed);
+    EXPECT_EQ(failed.statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_STREQ(failed.errorString().asChar(), "(kInvalidParameter): the width is 0");
+    EXPECT_TRUE(failed == ZStatus::kInvalidParameter);
+    EXPECT_EQ(
+        std::string(ZStatus(ZStatus::kEndOfFile).errorString().asChar()).find("(kEndOfFile): "),
+        0u);
+    ZStatus copy = failed;
+    copy.clear();
+    EXPECT_TRUE(copy);
+    EXPECT_STREQ(ZStatus(ZStatus::kSuccess, "ignored").errorString().asChar(),
+                 ZStatus().errorString().asChar());
+}
+
+} // namespace

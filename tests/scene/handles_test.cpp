@@ -1,0 +1,181 @@
+// Handles, paths, plugs and selection lists.
+#include "host/core/ZDagPath.h"
+#include "host/core/ZFileIO.h"
+#include "host/core/ZPlug.h"
+#include "host/core/ZSelectionList.h"
+#include "host/core/ZStringArray.h"
+#include "tests/scene/scene_files.h"
+
+using namespace devhost;
+
+namespace {
+
+ZObject find(const char *name) {
+    return scene().object(scene().find(name));
+}
+
+/// |a|shape and |b|c|shape, and a material.
+class HandlesTest : public SceneTest {
+  protected:
+    HandlesTest() {
+        a = scene().add("transform", "a");
+        aShape = scene().add("mesh", "shape", std::make_shared<const Mesh>(), a);
+        b = scene().add("transform", "b");
+        c = scene().add("transform", "c", {}, b);
+        bShape = scene().add("mesh", "shape", std::make_shared<const Mesh>(), c);
+        paint = scene().add("material", "paint", Material());
+        scene().edit(b)->local[3][0] = 5;
+        scene().edit(c)->local[0][0] = 2;
+        scene().edit(bShape)->local[3][0] = 1;
+    }
+    ZDagPath path(NodeId id) const {
+        ZDagPath result;
+        EXPECT_TRUE(ZDagPath::getAPathTo(scene().object(id), result));
+        return result;
+    }
+    NodeId a, aShape, b, c, bShape, paint;
+};
+
+TEST_F(HandlesTest, ObjectsReadAsNullOnceTheirNodeIsGone) {
+    EXPECT_TRUE(ZObject().isNull());
+    EXPECT_TRUE(ZObject::kNullObj == ZObject());
+    EXPECT_STREQ(ZObject().apiTypeStr(), "invalid");
+    const ZObject top = scene().object(b), below = scene().object(bShape), other = find("a");
+    EXPECT_STREQ(below.apiTypeStr(), "mesh");
+    EXPECT_TRUE(below == scene().object(bShape));
+    EXPECT_TRUE(below != top);
+    scene().remove(b);
+    EXPECT_TRUE(top.isNull());
+    EXPECT_TRUE(below.isNull()) << "what lies below goes too";
+    EXPECT_FALSE(other.isNull());
+    scene().add("transform", "again");
+    EXPECT_TRUE(top.isNull());
+    // The ids of a new scene start over; old handles must not fit its nodes.
+    ASSERT_TRUE(ZFileIO::newScene());
+    for (NodeId id : scene().nodes())
+        EXPECT_TRUE(other != scene().object(id));
+    EXPECT_TRUE(other.isNull());
+}
+
+TEST_F(HandlesTest, PathsNameAndMove) {
+    ZDagPath at = path(bShape);
+    EXPECT_STREQ(at.fullPathName().asChar(), "|b|c|shape");
+    EXPECT_STREQ(at.partialPathName().asChar(), "c|shape");
+    EXPECT_STREQ(path(c).partialPathName().asChar(), "c");
+    EXPECT_EQ(at.length(), 3u);
+    // Row vectors: own matrix first. x = 0 moves to 1, doubles to 2, moves to 7.
+    EXPECT_TRUE(near(transformPoint(ZVector(), at.inclusiveMatrix()), ZVector(7, 0, 0)));
+    EXPECT_TRUE(near(transformPoint(ZVector(), at.exclusiveMatrix()), ZVector(5, 0, 0)));
+
+    EXPECT_EQ(at.pop(3).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(at.length(), 3u) << "unchanged";
+    ASSERT_TRUE(at.pop(2));
+    EXPECT_TRUE(at == path(b));
+    EXPECT_EQ(at.push(scene().object(bShape)).statusCode(), ZStatus::kInvalidParameter);
+    ASSERT_EQ(at.childCount(), 1u);
+    ASSERT_TRUE(at.push(at.child(0)));
+    EXPECT_TRUE(at == path(c));
+    ZStatus status;
+    EXPECT_TRUE(at.child(1, &status).isNull());
+    EXPECT_EQ(status.statusCode(), ZStatus::kInvalidParameter);
+
+    EXPECT_FALSE(ZDagPath().isValid());
+    EXPECT_EQ(ZDagPath().length(), 0u);
+    EXPECT_STREQ(ZDagPath().fullPathName().asChar(), "");
+    EXPECT_EQ(ZDagPath::getAPathTo(ZObject(), at).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(ZDagPath::getAPathTo(find("paint"), at).statusCode(), ZStatus::kInvalidParameter);
+}
+
+TEST_F(HandlesTest, PlugsReadAndWriteWhatNodesHold) {
+    ZStatus status;
+    ZPlug plug(find("headlight"), "intensity", &status);
+    ASSERT_TRUE(status);
+    EXPECT_STREQ(plug.name().asChar(), "headlight.intensity");
+    EXPECT_EQ(plug.asDouble(), 1);
+    const unsigned long revision = scene().revision();
+    EXPECT_TRUE(plug.setDouble(2.5));
+    EXPECT_NE(scene().revision(), revision) << "renderers must notice";
+    EXPECT_EQ(node("headlight").light()->intensity, 2.5);
+    EXPECT_EQ(plug.asInt(), 2);
+    EXPECT_TRUE(plug.asBool());
+    EXPECT_EQ(plug.setString("bright").statusCode(), ZStatus::kFailure);
+    plug.asString(&status);
+    EXPECT_EQ(status.statusCode(), ZStatus::kFailure);
+    EXPECT_EQ(plug.asDouble(), 2.5) << "unchanged";
+
+    EXPECT_TRUE(ZPlug(find("paint"), "diffuse").setVector(ZVector(1, 2, 3)));
+    EXPECT_TRUE(near(node("paint").material()->diffuse, ZVector(1, 2, 3)));
+    EXPECT_TRUE(ZPlug(find("persp"), "imageName").setString(L"\x00e9.png"));
+    EXPECT_EQ(node("persp").camera()->imageName, "\xc3\xa9.png");
+    EXPECT_TRUE(ZPlug(scene().object(bShape), "visibility").setInt(0));
+    EXPECT_FALSE(scene().isVisible(bShape));
+    EXPECT_TRUE(ZPlug(find("c"), "worldMatrix").asMatrix() == path(c).inclusiveMatrix());
+    EXPECT_FALSE(ZPlug(find("c"), "worldMatrix").setMatrix(ZMatrix()));
+
+    EXPECT_TRUE(ZPlug(find("paint"), "missing", &status).isNull());
+    EXPECT_EQ(status.statusCode(), ZStatus::kNotFound);
+    EXPECT_TRUE(ZPlug(ZObject(), "intensity", &status).isNull());
+    EXPECT_EQ(status.statusCode(), ZStatus::kInvalidParameter);
+    newScene();
+    EXPECT_TRUE(plug.isNull());
+    EXPECT_EQ(plug.setDouble(1).statusCode(), ZStatus::kFailure);
+}
+
+TEST_F(HandlesTest, SelectionListsHoldEachNodeOnce) {
+    ZSelectionList list;
+    EXPECT_TRUE(list.add(ZString("paint")));
+    EXPECT_TRUE(list.add(ZString("c|shape")));
+    EXPECT_TRUE(list.add(path(bShape)));
+    EXPECT_TRUE(list.add(ZString("|a|shape.visibility")));
+    EXPECT_EQ(list.add(ZString("nothing")).statusCode(), ZStatus::kNotFound);
+    EXPECT_EQ(list.add(ZObject()).statusCode(), ZStatus::kInvalidParameter);
+    ASSERT_EQ(list.length(), 3u);
+
+    ZDagPath found;
+    EXPECT_TRUE(list.getDagPath(1, found));
+    EXPECT_TRUE(found == path(bShape));
+    EXPECT_EQ(list.getDagPath(0, found).statusCode(), ZStatus::kInvalidParameter);
+    ZPlug plug;
+    EXPECT_TRUE(list.getPlug(2, plug));
+    EXPECT_TRUE(plug.node() == scene().object(aShape));
+    EXPECT_EQ(list.getPlug(1, plug).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_TRUE(list.hasItem(find("paint")));
+    EXPECT_FALSE(list.hasItem(scene().object(aShape))) << "only its plug";
+
+    scene().remove(b);
+    ZObject object;
+    EXPECT_EQ(list.getDependNode(1, object).statusCode(), ZStatus::kInvalidParameter);
+    ZStringArray names;
+    EXPECT_TRUE(list.getSelectionStrings(names));
+    ASSERT_EQ(names.length(), 2u);
+    EXPECT_STREQ(names[0].asChar(), "paint");
+    EXPECT_STREQ(names[1].asChar(), "shape.visibility");
+    EXPECT_TRUE(list.remove(0));
+    EXPECT_EQ(list.remove(2).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(list.length(), 2u);
+}
+
+TEST_F(HandlesTest, NamesAreUniqueAmongSiblingsAndFound) {
+    const NodeId second = scene().add("transform", "a");
+    const NodeId odd = scene().add("transform", "left|right");
+    EXPECT_EQ(scene().node(second)->name, "a1");
+    EXPECT_EQ(scene().node(odd)->name, "left_right") << "the bar separates names of a path";
+    EXPECT_EQ(scene().find("shape"), aShape) << "the first that was added";
+    EXPECT_EQ(scene().find("|b|c|shape"), bShape);
+    EXPECT_EQ(scene().find("|c|shape"), kNoNode) << "no whole path";
+    EXPECT_EQ(scene().find(""), kNoNode);
+}
+
+TEST_F(HandlesTest, FilesOpenThroughTheCoreClass) {
+    const std::string path = write("cube.obj", kCubeObj);
+    ASSERT_TRUE(ZFileIO::open(path.c_str()));
+    EXPECT_EQ(ZFileIO::currentFile().asChar(), path);
+    EXPECT_EQ(ZFileIO::open("missing.obj").statusCode(), ZStatus::kNotFound);
+    EXPECT_EQ(ZFileIO::currentFile().asChar(), path) << "the scene is still there";
+    ASSERT_TRUE(ZFileIO::newScene());
+    EXPECT_EQ(ZFileIO::currentFile().length(), 0u);
+    EXPECT_TRUE(scene().meshes().empty());
+    EXPECT_NE(scene().findCamera(), kNoNode);
+}
+
+} // namespace
