@@ -1,0 +1,321 @@
+# -*- coding: utf-8 -*-
+"""The measured calls, for Python 2.7. run.py starts this script; its commands are
+
+    bench.py time ROUNDS            print the nanoseconds per call, as JSON
+    bench.py count SHAPE WHO N      make N calls of one shape through one implementation
+    bench.py names                  print the shapes and the implementations, as JSON
+
+The folders of the module and of the built bench modules come in PYTHONPATH.
+"""
+import ctypes
+import gc
+import itertools
+import json
+import os
+import sys
+import time
+
+# Short and not absolute, so that the host gives it back at once and the conversions stand out.
+NAME = u"wood.png"
+LIGHT, POINT, NORMAL, RAY = (0, 1, 1), (1, 2, 3), (0, 0, 1), (0, 0, -1)
+EMPTY_LOOP = "empty loop"
+
+# A pair of a key and what the call is.
+SHAPES = [
+    ("none", "no argument: ZRenderUtil_noiseTableSize"),
+    ("float", "one float: ZRenderUtil_noise1"),
+    ("numbers", "five numbers: ZRenderUtil_noise4"),
+    ("get", "pointer: RV_PIXEL_r_get"),
+    ("set", "pointer and int: RV_AOV_numberOfChannels_set"),
+    ("string", "string in and out: ZRenderUtil_relativeFileName"),
+    ("value", "by-value result: ZRenderUtil_maximumSpecularReflection"),
+    ("proxy", "the same, results in proxies everywhere"),
+    ("callback", "host to Python: ZRenderCallback.renderCallback"),
+]
+
+
+class Callback(object):
+    """What the host calls; any object with the method will do."""
+
+    def __init__(self):
+        self.calls = 0
+
+    def renderCallback(self, data):
+        return False
+
+
+class CountingCallback(Callback):
+    def renderCallback(self, data):
+        self.calls += 1
+        return True
+
+
+def load_shims():
+    """The shims, with the interpreter lock kept during calls, as the module keeps it."""
+    for folder in os.environ["PYTHONPATH"].split(":"):
+        path = os.path.join(folder, "libbench_shims.so")
+        if os.path.exists(path):
+            break
+    shims = ctypes.PyDLL(path)
+    shims.call_render_callback.argtypes = [ctypes.c_void_p, ctypes.c_uint]
+    return shims
+
+
+class Calls(object):
+    """One implementation: self.shapes maps a shape to (function, arguments); self.callback_loop
+    makes, for a Python object, a function that has the host call it so many times."""
+
+    def loop(self, shape):
+        if shape == "callback":
+            return self.callback_loop(Callback())
+        function, arguments = self.shapes[shape]
+        return make_loop(function, arguments)
+
+
+class FlatCalls(Calls):
+    """The floor and Cython spell their functions alike."""
+
+    def __init__(self, module):
+        light, point, normal, ray = [module.new_vector(*v) for v in (LIGHT, POINT, NORMAL, RAY)]
+        self.new_callback = module.new_callback
+        self.vector_tuple = module.vector_tuple
+        self.shapes = {
+            "none": (module.noise_table_size, ()),
+            "float": (module.noise1, (0.3,)),
+            "numbers": (module.noise4, (0.1, 0.2, 0.3, 0.4, 7)),
+            "get": (module.pixel_r_get, (module.new_pixel(),)),
+            "set": (module.aov_channels_set, (module.new_aov(), 3)),
+            "string": (module.relative_file_name, (NAME,)),
+            "value": (module.maximum_specular_reflection, (None, light, point, normal, ray)),
+        }
+
+    def callback_loop(self, target):
+        return callback_loop(self.new_callback(target), target)
+
+
+class FloorCalls(FlatCalls):
+    def __init__(self):
+        import _floor
+
+        class FloatVector(object):
+            pass
+
+        FlatCalls.__init__(self, _floor)
+        _floor.set_vector_proxy(FloatVector)
+        arguments = self.shapes["value"][1]
+        self.shapes["proxy"] = (_floor.maximum_specular_reflection_in_proxy, arguments)
+
+
+class CythonCalls(FlatCalls):
+    def __init__(self):
+        import cython_floor
+        FlatCalls.__init__(self, cython_floor)
+
+
+class CtypesCalls(Calls):
+    class Vector(ctypes.Structure):
+        _fields_ = [(name, ctypes.c_float) for name in "xyz"]
+
+    def __init__(self):
+        self.shims = shims = load_shims()
+        vector, reference = self.Vector, ctypes.POINTER(self.Vector)
+        for name, result, arguments in [
+                ("noise_table_size", ctypes.c_uint, []),
+                ("noise1", ctypes.c_float, [ctypes.c_float]),
+                ("noise4", ctypes.c_float, [ctypes.c_float] * 4 + [ctypes.c_ushort]),
+                ("new_pixel", ctypes.c_void_p, []),
+                ("pixel_r_get", ctypes.c_float, [ctypes.c_void_p]),
+                ("new_aov", ctypes.c_void_p, []),
+                ("aov_channels_set", None, [ctypes.c_void_p, ctypes.c_uint]),
+                ("relative_file_name", ctypes.c_wchar_p, [ctypes.c_wchar_p]),
+                ("maximum_specular_reflection", vector, [ctypes.c_void_p] + [reference] * 4)]:
+            function = getattr(shims, name)
+            function.restype, function.argtypes = result, arguments
+        light, point, normal, ray = [vector(*v) for v in (LIGHT, POINT, NORMAL, RAY)]
+        self.shapes = {
+            "none": (shims.noise_table_size, ()),
+            "float": (shims.noise1, (0.3,)),
+            "numbers": (shims.noise4, (0.1, 0.2, 0.3, 0.4, 7)),
+            "get": (shims.pixel_r_get, (shims.new_pixel(),)),
+            "set": (shims.aov_channels_set, (shims.new_aov(), 3)),
+            "string": (shims.relative_file_name, (NAME,)),
+            "value": (shims.maximum_specular_reflection, (None, light, point, normal, ray)),
+        }
+
+    def vector_tuple(self, vector):
+        return vector.x, vector.y, vector.z
+
+    def callback_loop(self, target):
+        function_type = ctypes.PYFUNCTYPE(ctypes.c_bool, ctypes.c_void_p)
+        function = function_type(target.renderCallback)
+        self.shims.call_function.argtypes = [function_type, ctypes.c_uint]
+        return lambda count: self.shims.call_function(function, count)
+
+
+class ModuleCalls(Calls):
+    def __init__(self):
+        import _OpenQuil as core
+        import _OpenQuilRender as render
+
+        # The least that a proxy class must have, so that owned objects are destroyed.
+        class FloatVector(object):
+            __swig_destroy__ = core.delete_ZFloatVector
+
+        class Pixel(object):
+            __swig_destroy__ = render.delete_RV_PIXEL
+
+        class Layer(object):
+            __swig_destroy__ = render.delete_RV_AOV
+
+        class RenderCallback(object):
+            __swig_destroy__ = render.delete_ZRenderCallback
+
+        core.ZFloatVector_swigregister(FloatVector)
+        render.RV_PIXEL_swigregister(Pixel)
+        render.RV_AOV_swigregister(Layer)
+        render.ZRenderCallback_swigregister(RenderCallback)
+
+        light, point, normal, ray = [
+            core.new_ZFloatVector(*map(float, v)) for v in (LIGHT, POINT, NORMAL, RAY)]
+        reflection = (render.ZRenderUtil_maximumSpecularReflection,
+                      (None, light, point, normal, ray))
+        self.core = core
+        self.new_callback = render.new_ZRenderCallback
+        self.shapes = {
+            "none": (render.ZRenderUtil_noiseTableSize, ()),
+            "float": (render.ZRenderUtil_noise1, (0.3,)),
+            "numbers": (render.ZRenderUtil_noise4, (0.1, 0.2, 0.3, 0.4, 7)),
+            "get": (render.RV_PIXEL_r_get, (render.new_RV_PIXEL(),)),
+            "set": (render.RV_AOV_numberOfChannels_set, (render.new_RV_AOV(), 3)),
+            "string": (render.ZRenderUtil_relativeFileName, (NAME,)),
+            "value": reflection,
+            "proxy": reflection,
+        }
+
+    def vector_tuple(self, vector):
+        core = self.core
+        return (core.ZFloatVector_x_get(vector), core.ZFloatVector_y_get(vector),
+                core.ZFloatVector_z_get(vector))
+
+    def callback_loop(self, target):
+        return callback_loop(self.new_callback(target), target)
+
+
+IMPLEMENTATIONS = [("module", ModuleCalls), ("floor", FloorCalls), ("cython", CythonCalls),
+                   ("ctypes", CtypesCalls)]
+
+
+def make_loop(function, arguments):
+    """A function that calls the given one so many times, its arguments in local variables."""
+    names = ["a%d" % i for i in range(len(arguments))]
+    source = """
+def loop(count, repeat=repeat, function=function%s):
+    for _ in repeat(None, count):
+        function(%s)
+""" % ("".join(", %s=%s" % (n, n) for n in names), ", ".join(names))
+    scope = dict(zip(names, arguments), repeat=itertools.repeat, function=function)
+    exec(source, scope)
+    return scope["loop"]
+
+
+def empty_loop(count):
+    for _ in itertools.repeat(None, count):
+        pass
+
+
+def callback_loop(native, target):
+    call, address = load_shims().call_render_callback, long(native)
+    # The default values keep both objects alive as long as the loop.
+    return lambda count, native=native, target=target: call(address, count)
+
+
+def has(calls, shape):
+    return shape == "callback" or shape in calls.shapes
+
+
+def available():
+    """The implementations that were built (Cython may be missing), made ready."""
+    result = []
+    for name, make in IMPLEMENTATIONS:
+        try:
+            result.append((name, make()))
+        except ImportError as error:
+            if name != "cython" or "No module named" not in str(error):
+                raise
+    return result
+
+
+def check(implementations):
+    """All implementations must do the same: a faster wrong answer is no measurement."""
+    def answers(calls):
+        result = {}
+        for shape, (function, arguments) in calls.shapes.items():
+            result[shape] = function(*arguments)
+        result["value"] = calls.vector_tuple(result["value"])
+        result.pop("proxy", None)
+        target = CountingCallback()
+        result["callback"] = calls.callback_loop(target)(10), target.calls
+        return result
+
+    expected = answers(implementations[0][1])
+    for name, calls in implementations[1:]:
+        found = answers(calls)
+        if found != expected:
+            sys.exit("bench: %s answers %r, the module %r" % (name, found, expected))
+    if expected["callback"] != (10, 10):
+        sys.exit("bench: ten callbacks gave (true answers, calls) = %r" % (expected["callback"],))
+
+
+def seconds(loop, count):
+    start = time.time()
+    loop(count)
+    return time.time() - start
+
+
+def measure(rounds):
+    """Nanoseconds per call: the least of many batches, all implementations in turn, so that a
+    slow moment of the machine touches them alike; the loop's own time is taken off."""
+    implementations = available()
+    check(implementations)
+    batches = [((EMPTY_LOOP, EMPTY_LOOP), empty_loop)]
+    for shape, _ in SHAPES:
+        for name, calls in implementations:
+            if has(calls, shape):
+                batches.append(((shape, name), calls.loop(shape)))
+    counts, best = {}, {}
+    for key, loop in batches:
+        loop(100)
+        counts[key] = max(100, int(0.002 / max(seconds(loop, 1000) / 1000, 1e-9)))
+        best[key] = float("inf")
+    gc.collect()
+    gc.disable()
+    for _ in range(rounds):
+        for key, loop in batches:
+            best[key] = min(best[key], seconds(loop, counts[key]) / counts[key])
+    overhead = best.pop((EMPTY_LOOP, EMPTY_LOOP))
+    result = {}
+    for (shape, name), value in best.items():
+        # The callback's loop is native.
+        own = value if shape == "callback" else value - overhead
+        result.setdefault(shape, {})[name] = own * 1e9
+    return result
+
+
+def main(command, *arguments):
+    if command == "names":
+        print(json.dumps({"shapes": SHAPES, "implementations": [n for n, _ in available()]}))
+    elif command == "time":
+        print(json.dumps(measure(int(arguments[0]))))
+    elif command == "count":
+        shape, name, count = arguments
+        loop = empty_loop if shape == EMPTY_LOOP else dict(IMPLEMENTATIONS)[name]().loop(shape)
+        gc.disable()
+        loop(50)
+        loop(int(count))
+        # Leaving at once keeps the interpreter's teardown out of the count.
+        sys.stdout.flush()
+        os._exit(0)
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])

@@ -1,0 +1,116 @@
+// Prints the wrapper tables of the module it is linked with as JSON, for generate.py. The tables
+// are constant data: no interpreter is started.
+
+#include "runtime/type_registry.h"
+#include "wrappers/module_tables.h"
+
+#include <iostream>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <string_view>
+#include <vector>
+
+using Json = nlohmann::ordered_json;
+
+static const char *name_of(Kind kind) {
+    switch (kind) {
+    case Kind::Static:
+        return "static";
+    case Kind::Method:
+        return "method";
+    case Kind::Constructor:
+        return "constructor";
+    case Kind::Destructor:
+        return "destructor";
+    case Kind::Disown:
+        return "disown";
+    case Kind::Setter:
+        return "setter";
+    case Kind::Getter:
+        return "getter";
+    case Kind::Register:
+        return "register";
+    case Kind::Initialise:
+        return "initialise";
+    case Kind::Runtime:
+        return "runtime";
+    }
+    return "unknown";
+}
+
+static bool has_member(Kind kind) {
+    return kind == Kind::Static || kind == Kind::Method || kind == Kind::Setter ||
+           kind == Kind::Getter;
+}
+
+/// "member" of "Class_member", without the "_set" and "_get" of accessors.
+static std::string member_of(const Function &function) {
+    std::string_view member = function.member();
+    if (function.kind == Kind::Setter || function.kind == Kind::Getter)
+        member.remove_suffix(4);
+    return std::string(member);
+}
+
+static Json describe_case(const Function &function) {
+    const int default_count = function.max - function.min;
+    return {{"declaration", function.declaration()},
+            {"min", function.min},
+            {"max", function.max},
+            {"defaults", std::vector<int>(function.defaults, function.defaults + default_count)}};
+}
+
+static Json describe_row(const Function &function) {
+    Json overloads = Json::array();
+    for (const Function *overload : function.cases())
+        overloads.push_back(describe_case(*overload));
+    if (overloads.empty())
+        overloads.push_back(describe_case(function));
+    return {{"name", function.name()},
+            {"kind", name_of(function.kind)},
+            {"class", function.owner()},
+            {"member", has_member(function.kind) ? member_of(function) : ""},
+            {"flags", function.flags},
+            {"overloads", overloads}};
+}
+
+static Json describe_functions() {
+    Json functions = Json::array();
+    for (const Rows *rows : method_tables)
+        for (const Row row : *rows)
+            functions.push_back(describe_row(*row));
+    return functions;
+}
+
+static Json describe_constants() {
+    Json result = Json::array();
+    for (const Constants *constants : constant_tables)
+        for (const Constant &constant : *constants)
+            result.push_back({{"name", constant.name}, {"value", constant.value}});
+    return result;
+}
+
+/// The types, each with the types that its pointers convert to.
+static Json describe_types() {
+    std::map<std::string_view, std::set<std::string_view>> bases;
+    for (size_t i = 0; i < swig_module.size; ++i)
+        for (const swig_cast_info *entry = swig_cast_initial[i]; entry->type; ++entry)
+            if (entry->type != swig_type_initial[i])
+                bases[entry->type->name].insert(swig_type_initial[i]->name);
+    Json types = Json::array();
+    for (size_t i = 0; i < swig_module.size; ++i) {
+        const swig_type_info &type = *swig_type_initial[i];
+        types.push_back({{"mangled", type.name},
+                         {"readable", type.str ? type.str : ""},
+                         {"bases", bases[type.name]}});
+    }
+    return types;
+}
+
+int main() {
+    const Json description = {{"functions", describe_functions()},
+                              {"constants", describe_constants()},
+                              {"types", describe_types()}};
+    std::cout << description.dump(1) << '\n';
+    return std::cout ? 0 : 1;
+}

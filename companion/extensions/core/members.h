@@ -1,0 +1,137 @@
+// What the core module's classes have for scripts beyond the host's C++ interface. Only the
+// companion layer's generator reads this file: for documentation and parameter names.
+
+/// What all buffers have.
+template <class Item>
+class Buffer {
+    /// Makes a buffer of the given number of zeros.
+    Buffer(unsigned int count);
+    /// Makes a buffer from a sequence of items, or from the bytes of a str, bytearray or buffer.
+    Buffer(PyObject *data);
+    /// Returns the number of items; -1 where it is not known.
+    long length() const;
+    /// Returns the item at the index. Raises IndexError when there is none.
+    Item get(long index) const;
+    /// Replaces the item at the index. Raises IndexError when there is none.
+    void set(long index, PyObject *value);
+    /// Returns `count` items from `start` on: characters and unsigned characters as a str, all
+    /// others as a list.
+    PyObject *read(long start, long count) const;
+    /// Returns the bytes of `count` items from `start` on as a str.
+    PyObject *readBytes(long start, long count) const;
+    /// Replaces the items from `start` on by a sequence of items, or by the bytes of a str,
+    /// bytearray or buffer.
+    void write(long start, PyObject *data);
+    /// Returns the number of items. Raises TypeError where it is not known.
+    long __len__() const;
+    /// Returns the item at the index. Raises IndexError when there is none.
+    Item __getitem__(long index) const;
+    /// Replaces the item at the index. Raises IndexError when there is none.
+    void __setitem__(long index, PyObject *value);
+    /// Iterates over the items. Raises TypeError where the length is not known.
+    PyObject *__iter__() const;
+};
+
+/// Characters side by side: `char *`. See FloatBuffer for how buffers work.
+class CharBuffer : public Buffer<char> {};
+/// Signed characters side by side: `signed char *`. See FloatBuffer for how buffers work.
+class SignedCharBuffer : public Buffer<signed char> {};
+/// Bytes side by side, such as pixels: `unsigned char *`. See FloatBuffer for how buffers work.
+class UnsignedCharBuffer : public Buffer<unsigned char> {};
+/// 16-bit integers side by side: `short *`. See FloatBuffer for how buffers work.
+class ShortBuffer : public Buffer<short> {};
+/// Unsigned 16-bit integers side by side: `unsigned short *`. See FloatBuffer for how buffers work.
+class UnsignedShortBuffer : public Buffer<unsigned short> {};
+/// 32-bit integers side by side: `int *` and `int &`. See FloatBuffer for how buffers work.
+class IntBuffer : public Buffer<int> {};
+/// Unsigned 32-bit integers side by side: `unsigned int *` and `unsigned int &`. See FloatBuffer
+/// for how buffers work.
+class UnsignedIntBuffer : public Buffer<unsigned int> {};
+/// 64-bit integers side by side: `long *`. See FloatBuffer for how buffers work.
+class LongBuffer : public Buffer<long> {};
+/// Unsigned 64-bit integers side by side: `unsigned long *`. See FloatBuffer for how buffers work.
+class UnsignedLongBuffer : public Buffer<unsigned long> {};
+/// Single-precision numbers side by side, such as depths: `float *` and `float &`.
+///
+/// A buffer that a script makes owns its memory. One that the host returns is borrowed: it is
+/// valid while its owner lives, and its length is not known, so that only negative indices are
+/// refused. A buffer of one item serves as the cell that an operation writes a result to.
+class FloatBuffer : public Buffer<float> {};
+/// Double-precision numbers side by side: `double *` and `double &`. See FloatBuffer for how
+/// buffers work.
+class DoubleBuffer : public Buffer<double> {};
+/// Pointers to characters: `char **`. What they point to is not kept. See FloatBuffer for how
+/// buffers work.
+class CharPointerBuffer : public Buffer<char *> {};
+/// Pointers to unsigned integers: `unsigned int **`. What they point to is not kept. See
+/// FloatBuffer for how buffers work.
+class UnsignedIntPointerBuffer : public Buffer<unsigned int *> {};
+/// Pointers to anything: `void **`. What they point to is not kept. See FloatBuffer for how
+/// buffers work.
+class VoidPointerBuffer : public Buffer<void *> {};
+
+/// A fixed number of pixels for ZRenderView.updatePixels, filled in bulk. The buffer itself can be
+/// passed where an RV_PIXEL pointer is expected.
+class PixelBuffer {
+    /// Makes a buffer of transparent black pixels.
+    PixelBuffer(unsigned int count);
+    /// Returns the number of pixels.
+    unsigned int length() const;
+    /// Returns the pixel at `start`, which stands for all those behind it as well.
+    RV_PIXEL *pixels(long start = 0);
+    /// Makes all pixels the colour.
+    void fill(ZColor const &color);
+    /// Sets the pixels from `start` on to the colours. Raises IndexError when they do not fit.
+    void setColors(long start, ZColorArray const &colors);
+    /// Sets the pixels from `start` on to the colours, all with the same opacity.
+    void setColors(long start, ZFloatVectorArray const &colors, float alpha = 1);
+};
+
+class ZImage {
+    /// Returns the number of columns.
+    unsigned int width() const;
+    /// Returns the number of rows.
+    unsigned int height() const;
+    /// Returns the bytes of all pixels as a str, rows from the bottom up.
+    PyObject *readPixels() const;
+    /// Replaces all pixels by the bytes of a str, bytearray or buffer, laid out as readPixels
+    /// returns them. Raises ValueError when their number differs.
+    void writePixels(PyObject *data);
+};
+
+class ZString {
+    /// Returns the text as a Python unicode object.
+    ZString asUnicode() const;
+    /// Adds the text at the end.
+    void append(ZString const &text);
+    /// Replaces the text.
+    ZStatus set(ZString const &text);
+};
+
+class ZMatrix {
+    /// Makes a matrix from 16 numbers, row by row, or from 4 rows of 4.
+    ZMatrix(PyObject *items);
+    /// Returns the element at the row and column. Raises IndexError when there is none.
+    double getElement(long row, long column) const;
+    /// Replaces the element at the row and column. Raises IndexError when there is none.
+    void setElement(long row, long column, double value);
+    /// Returns a list of the four elements of the row. Changing the list does not change the
+    /// matrix.
+    PyObject *__getitem__(long row) const;
+    /// Returns the number of rows, 4.
+    unsigned int __len__() const;
+};
+
+class ZFloatMatrix {
+    /// Makes a matrix from 16 numbers, row by row, or from 4 rows of 4.
+    ZFloatMatrix(PyObject *items);
+    /// Returns the element at the row and column. Raises IndexError when there is none.
+    float getElement(long row, long column) const;
+    /// Replaces the element at the row and column. Raises IndexError when there is none.
+    void setElement(long row, long column, float value);
+    /// Returns a list of the four elements of the row. Changing the list does not change the
+    /// matrix.
+    PyObject *__getitem__(long row) const;
+    /// Returns the number of rows, 4.
+    unsigned int __len__() const;
+};

@@ -1,0 +1,77 @@
+"""What all proxy classes have in common.
+
+A proxy instance carries its native object in the instance attribute "this". Proxies that wrap a
+result are made without __init__."""
+
+import weakref
+
+
+class _MissingThis(object):
+    """Found instead of "this" where an instance has none: its __init__ did not call the base's."""
+
+    def __get__(self, instance, owner):
+        if instance is None:
+            return self
+        raise RuntimeError("'self' uninitialized, maybe you forgot to call %s.__init__."
+                           % owner._native_class)
+
+
+class Proxy(object):
+    """The base of all proxy classes."""
+
+    _native_class = 'Proxy'
+    this = _MissingThis()
+
+    @property
+    def thisown(self):
+        """True when Python destroys the native object together with its last proxy."""
+        return self.this.own()
+
+    @thisown.setter
+    def thisown(self, value):
+        self.this.own(value)
+
+    def __repr__(self):
+        name = '%s.%s' % (type(self).__module__, type(self).__name__)
+        if 'this' not in self.__dict__:
+            return '<%s; not initialised>' % name
+        # The pointer object shows its type between quotation marks, and is the address as a number.
+        return "<%s; proxy of native '%s' at 0x%x>" % (name, repr(self.this).split("'")[1],
+                                                        int(self.this))
+
+
+def part(whole, result):
+    """A borrowed object that may lie inside another native object. Its proxy keeps the proxy of the
+    whole, and with it the memory of both."""
+    try:
+        result._whole = whole
+    except AttributeError:
+        pass  # None, or a pointer object without a proxy
+    return result
+
+
+def part_getter(native_get):
+    """The getter of an object inside another native object."""
+    def get(self):
+        return part(self, native_get(self))
+    return get
+
+
+def text_setter(native_set, text_class):
+    """The setter of a native string, which also takes Python's strings."""
+    def set(self, value):
+        native_set(self, text_class(value) if isinstance(value, basestring) else value)
+    return set
+
+
+def address(proxy):
+    """The address of the native object, 0 for None."""
+    return 0 if proxy is None else int(proxy.this)
+
+
+def disown(native_disown, proxy):
+    """Passes a director's native object to the host, which keeps the Python instance alive from
+    now on. Returns a weak proxy, so that the caller's reference does not count."""
+    proxy.this.disown()
+    native_disown(proxy)
+    return weakref.proxy(proxy)

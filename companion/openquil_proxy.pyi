@@ -1,0 +1,5 @@
+from typing import Any
+
+class Proxy(object):
+    this: Any
+    thisown: bool

@@ -1,0 +1,93 @@
+"""Compares the stubs with the proxies and with the native tables. Run by Python 3 with the folder
+of the companion layer and NAME=DESCRIPTION for every module."""
+
+import ast
+import json
+import pathlib
+import sys
+import unittest
+
+FOLDER = pathlib.Path(sys.argv.pop(1))
+DESCRIPTIONS = dict(argument.split('=', 1) for argument in sys.argv[1:])
+del sys.argv[1:]
+
+
+def classes_of(path):
+    """The members of each class in a module, by name; overloads make lists."""
+    result = {}
+    for node in ast.parse(path.read_text(encoding='utf-8')).body:
+        if isinstance(node, ast.ClassDef):
+            members = result[node.name] = {}
+            for item in node.body:
+                if isinstance(item, ast.FunctionDef):
+                    members.setdefault(item.name, []).append(item)
+                elif isinstance(item, ast.AnnAssign):
+                    members.setdefault(item.target.id, []).append(item)
+                elif isinstance(item, ast.Assign):
+                    for target in item.targets:
+                        members.setdefault(target.id, []).append(item)
+    return result
+
+
+class StubTest(unittest.TestCase):
+    def each_module(self):
+        for name, description in DESCRIPTIONS.items():
+            data = json.loads(pathlib.Path(description).read_text())
+            self.assertGreater(len(data['functions']), 100)
+            yield data, classes_of(FOLDER / (name + '.py')), classes_of(FOLDER / (name + '.pyi'))
+
+    def test_stubs_and_proxies_name_the_same_members(self):
+        for _, proxies, stubs in self.each_module():
+            self.assertEqual(sorted(proxies), sorted(stubs))
+            for name, members in proxies.items():
+                # What every proxy class has, or inherits, is not told again.
+                expected = {member for member in members
+                            if not member.startswith('_') or member == '__disown__' or
+                            member.endswith('__') and member in stubs[name]}
+                self.assertEqual(expected, set(stubs[name]), name)
+
+    def test_every_native_function_has_its_overloads(self):
+        for data, _, stubs in self.each_module():
+            checked = 0
+            for function in data['functions']:
+                if function['kind'] not in ('static', 'method'):
+                    continue
+                found = stubs[function['class']][function['member']]
+                self.assertEqual(len(function['overloads']), len(found), function['name'])
+                for overload, stub in zip(function['overloads'], found):
+                    arguments = stub.args.args
+                    self.assertEqual(overload['max'], len(arguments), function['name'])
+                    self.assertEqual(overload['max'] - overload['min'], len(stub.args.defaults),
+                                     function['name'])
+                    checked += 1
+            self.assertGreater(checked, 50)
+
+    def test_every_constant_is_an_int(self):
+        for data, _, stubs in self.each_module():
+            listed = {'%s_%s' % (name, member) for name, members in stubs.items()
+                      for member, items in members.items()
+                      if isinstance(items[0], ast.AnnAssign)
+                      and ast.unparse(items[0].annotation) == 'int'}
+            names = {constant['name'] for constant in data['constants']}
+            self.assertEqual(names, names & listed)
+
+    def test_every_type_is_known(self):
+        """Names in annotations are builtins, imports, or classes of the stub."""
+        for name in DESCRIPTIONS:
+            tree = ast.parse((FOLDER / (name + '.pyi')).read_text())
+            known = {'int', 'bool', 'float', 'str', 'None', 'property', 'staticmethod'}
+            for node in tree.body:
+                if isinstance(node, (ast.Import, ast.ImportFrom)):
+                    known.update(alias.name for alias in node.names)
+                elif isinstance(node, ast.ClassDef):
+                    known.add(node.name)
+            for node in ast.walk(tree):
+                for annotation in (getattr(node, 'annotation', None),
+                                   getattr(node, 'returns', None)):
+                    names = {n.id for n in ast.walk(annotation) if isinstance(n, ast.Name)} \
+                        if annotation else set()
+                    self.assertLessEqual(names, known)
+
+
+if __name__ == '__main__':
+    unittest.main()
