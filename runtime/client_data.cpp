@@ -33,8 +33,25 @@ void set_destructor(SwigPyClientData *data) {
     data->delargs = data->destroy && needs_fresh_argument(data->destroy);
 }
 
+/// True for a class whose "__new__" is object's own. Most proxy classes are such, and their
+/// instances are made without the detour through the callable.
+bool has_plain_new(SwigPyClientData *data) {
+    return PyCFunction_Check(data->newraw) &&
+           PyCFunction_GET_SELF(data->newraw) == reinterpret_cast<PyObject *>(&PyBaseObject_Type) &&
+           PyType_Check(data->klass) &&
+           reinterpret_cast<PyTypeObject *>(data->klass)->tp_new == PyBaseObject_Type.tp_new;
+}
+
+PyObject *make_instance(SwigPyClientData *data) {
+    if (!has_plain_new(data))
+        return PyObject_Call(data->newraw, data->newargs, nullptr);
+    static PyObject *const no_arguments = PyTuple_New(0);
+    return PyBaseObject_Type.tp_new(reinterpret_cast<PyTypeObject *>(data->klass), no_arguments,
+                                    nullptr);
+}
+
 PyObject *new_style_instance(SwigPyClientData *data, PyObject *pointer_object) {
-    PyObject *instance = PyObject_Call(data->newraw, data->newargs, nullptr);
+    PyObject *instance = make_instance(data);
     PyObject **dictionary = instance ? _PyObject_GetDictPtr(instance) : nullptr;
     if (dictionary && !*dictionary) {
         *dictionary = PyDict_New();

@@ -25,8 +25,10 @@ PyObject *this_attribute(PyObject *object) {
         PyErr_Clear();
         return nullptr;
     }
+    // A property may have made the value just now: then nobody keeps it.
+    const bool is_kept = value->ob_refcnt > 1;
     Py_DECREF(value);
-    return value;
+    return is_kept ? value : nullptr;
 }
 
 /// The next candidate on the way from a value to its pointer object (borrowed), or null.

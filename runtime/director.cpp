@@ -31,6 +31,31 @@ static void report_exception() {
     TpythonInterpreter::fsInterpreter->catchAndReportException();
 }
 
+/// The function behind a method that the instance's class defines and the instance itself does not
+/// hide (borrowed), or null: calling it spares the bound method.
+static PyObject *plain_method(PyObject *self, PyObject *name) {
+    PyTypeObject *type = Py_TYPE(self);
+    if (type->tp_getattro != PyObject_GenericGetAttr)
+        return nullptr;
+    PyObject *function = _PyType_Lookup(type, name);
+    if (!function || !PyFunction_Check(function))
+        return nullptr;
+    PyObject **dictionary = _PyObject_GetDictPtr(self);
+    return dictionary && *dictionary && PyDict_GetItem(*dictionary, name) ? nullptr : function;
+}
+
+/// self.name(argument): a new reference, or null with an exception set.
+static PyObject *call_method(PyObject *self, PyObject *name, PyObject *argument) {
+    PyObject *function = plain_method(self, name);
+    if (!function)
+        return PyObject_CallMethodObjArgs(self, name, argument, nullptr);
+    const swig::SwigPtr_PyObject arguments(PyTuple_Pack(2, self, argument));
+    if (!arguments)
+        return nullptr;
+    const swig::SwigPtr_PyObject keep((Py_INCREF(function), function));
+    return PyObject_Call(function, arguments.get(), nullptr);
+}
+
 bool Director::swig_call_predicate(const char *class_name, PyObject *name,
                                    PyObject *argument) const {
     if (!swig_self) {
@@ -38,8 +63,7 @@ bool Director::swig_call_predicate(const char *class_name, PyObject *name,
                                     class_name + ".__init__.";
         DirectorException::raise(message.c_str());
     }
-    const swig::SwigPtr_PyObject result(
-        PyObject_CallMethodObjArgs(swig_self, name, argument, nullptr));
+    const swig::SwigPtr_PyObject result(call_method(swig_self, name, argument));
     if (!result) {
         report_exception();
         return false;

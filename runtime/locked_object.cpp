@@ -4,6 +4,7 @@
 #include "host/base/TpythonObjectWithLock.h"
 #include "runtime/object_holder.h"
 
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -62,11 +63,10 @@ bool copy_text(PyObject *text, Tstring &out) {
     }
     if (!buffer)
         return false;
-    const Py_ssize_t copied =
-        PyUnicode_AsWideChar(reinterpret_cast<PyUnicodeObject *>(text), buffer, size + 1);
-    if (copied < 0)
-        return false;
-    out.set(buffer, static_cast<unsigned>(copied));
+    // What the interpreter's own copy to wide characters does in a UCS4 build, in one move.
+    static_assert(sizeof(Py_UNICODE) == sizeof(wchar_t));
+    std::memcpy(buffer, PyUnicode_AS_UNICODE(text), static_cast<size_t>(size) * sizeof(wchar_t));
+    out.set(buffer, static_cast<unsigned>(size));
     return true;
 }
 
@@ -95,8 +95,15 @@ bool Holder::getValue(TstringArray &out) const {
         PyErr_Clear();
         return false;
     }
-    out.changeLogicalSizeTo(static_cast<unsigned>(size));
-    for (Py_ssize_t i = 0; i < size; ++i) {
+    // The array counts in 32 bits, and a script's __len__ may claim more, or more than there is
+    // memory for.
+    const auto count = static_cast<unsigned>(size);
+    try {
+        out.changeLogicalSizeTo(count);
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+    for (unsigned i = 0; i < count; ++i) {
         const swig::SwigPtr_PyObject object(PySequence_GetItem(fObject, i));
         if (!object)
             PyErr_Clear();
@@ -104,7 +111,7 @@ bool Holder::getValue(TstringArray &out) const {
         Tstring text;
         if (!item.getValue(text))
             return false;
-        out[static_cast<unsigned>(i)] = text;
+        out[i] = text;
     }
     return true;
 }

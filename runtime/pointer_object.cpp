@@ -101,8 +101,9 @@ PyObject *SwigPyObject_hex(PyObject *object) {
 /// Calls the class's destroy callable for an object that is being deallocated. An exception that
 /// was pending before stays; one that the destructor raises stays where none was.
 void destroy_native(SwigPyObject *self, const SwigPyClientData *data) {
-    PyObject *type, *value, *traceback;
-    PyErr_Fetch(&type, &value, &traceback);
+    PyObject *type = nullptr, *value, *traceback;
+    if (PyThreadState_GET()->curexc_type)
+        PyErr_Fetch(&type, &value, &traceback);
     PyObject *result = nullptr;
     if (data->delargs) {
         // The callable may keep or drop its argument: hand it a stand-in, not the dying object.
@@ -213,9 +214,10 @@ constexpr PyTypeObject type_object() {
     return type;
 }
 
-constinit PyTypeObject pointer_object_type = type_object();
-
 } // namespace
+
+constinit PyTypeObject pointer_object_type = type_object();
+constinit PyTypeObject *other_pointer_object_type = nullptr;
 
 PyTypeObject *SwigPyObject_type() {
     // The attribute table is made ready once; a failure leaves its exception for the caller.
@@ -225,8 +227,14 @@ PyTypeObject *SwigPyObject_type() {
 }
 
 bool SwigPyObject_Check(PyObject *object) {
-    const PyTypeObject *type = Py_TYPE(object);
-    return type == &pointer_object_type || std::strcmp(type->tp_name, "SwigPyObject") == 0;
+    PyTypeObject *type = Py_TYPE(object);
+    if (type == &pointer_object_type || type == other_pointer_object_type)
+        return true;
+    if (std::strcmp(type->tp_name, "SwigPyObject") != 0 ||
+        PyType_HasFeature(type, Py_TPFLAGS_HEAPTYPE))
+        return false;
+    other_pointer_object_type = type;
+    return true;
 }
 
 PyObject *SwigPyObject_New(void *pointer, swig_type_info *type, int own) {

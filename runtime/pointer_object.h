@@ -14,8 +14,22 @@ struct SwigPyObject {
 /// The type object; made ready on first use.
 PyTypeObject *SwigPyObject_type();
 
+/// The type object's storage, for comparisons only.
+extern PyTypeObject pointer_object_type;
+
+/// The type object of the last other module that a pointer object came from, or null. Most host
+/// objects are made by the core module.
+extern PyTypeObject *other_pointer_object_type;
+
+/// True for a pointer object of exactly that type, the usual argument, which needs no conversion.
+inline bool is_bare_pointer(PyObject *object, const swig_type_info *type) {
+    const PyTypeObject *kind = Py_TYPE(object);
+    return (kind == &pointer_object_type || kind == other_pointer_object_type) &&
+           reinterpret_cast<SwigPyObject *>(object)->ty == type;
+}
+
 /// True for pointer objects of this module and, by the type's name, of any other module that
-/// carries a copy of the runtime.
+/// carries a copy of the runtime. A Python class of that name is none.
 bool SwigPyObject_Check(PyObject *object);
 
 /// A new pointer object; null when memory is short.

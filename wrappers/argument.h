@@ -126,9 +126,13 @@ concept HasRecord = type_index<std::remove_cv_t<T>>
 template <class T>
 struct PointerArgument {
     void *pointer = nullptr;
-    int read(PyObject *object, int, int flags = 0) {
-        return SWIG_Python_ConvertPtrAndOwn(object, &pointer, type_of<std::remove_cv_t<T>>(),
-                                            flags);
+    int read(PyObject *object, int) {
+        swig_type_info *type = type_of<std::remove_cv_t<T>>();
+        if (is_bare_pointer(object, type)) {
+            pointer = reinterpret_cast<SwigPyObject *>(object)->ptr;
+            return SWIG_OK;
+        }
+        return SWIG_Python_ConvertPtrAndOwn(object, &pointer, type, 0);
     }
     void use_default(double) {}
     static bool probe(PyObject *object) {
@@ -144,8 +148,15 @@ struct Argument<T *> : PointerArgument<T> {
 
 template <HasRecord T>
 struct Argument<Given<T *>> : Argument<T *> {
-    int read(PyObject *object, int position) {
-        return PointerArgument<T>::read(object, position, kReleaseOwnership);
+    int read(PyObject *object, int) {
+        swig_type_info *type = type_of<std::remove_cv_t<T>>();
+        if (is_bare_pointer(object, type)) {
+            auto *self = reinterpret_cast<SwigPyObject *>(object);
+            this->pointer = self->ptr;
+            self->own = 0;
+            return SWIG_OK;
+        }
+        return SWIG_Python_ConvertPtrAndOwn(object, &this->pointer, type, kReleaseOwnership);
     }
 };
 
@@ -219,6 +230,19 @@ struct Argument<T *> {
     }
     void use_default(double) {}
     void *get() const { return object; }
+    static bool probe(PyObject *) { return true; }
+};
+
+/// Any Python object (borrowed), as it is.
+template <>
+struct Argument<PyObject *> {
+    PyObject *object = nullptr;
+    int read(PyObject *given, int) {
+        object = given;
+        return SWIG_OK;
+    }
+    void use_default(double) {}
+    PyObject *get() const { return object; }
     static bool probe(PyObject *) { return true; }
 };
 

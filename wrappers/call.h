@@ -46,7 +46,8 @@ inline constexpr Probe probes_of<Pack<A...>>[] = {probe_of<A>()..., nullptr};
 
 /// Reads one argument, or takes its default where it is absent.
 template <class T>
-bool read_argument(Argument<T> &argument, const Function &function, PyObject *object, int index) {
+[[gnu::always_inline]] inline bool read_argument(Argument<T> &argument, const Function &function,
+                                                 PyObject *object, int index) {
     if constexpr (is_hidden_status<T>) {
         return true;
     } else {
@@ -55,7 +56,9 @@ bool read_argument(Argument<T> &argument, const Function &function, PyObject *ob
             return true;
         }
         const int code = argument.read(object, index + 1);
-        return code >= 0 || raise_argument(function, index + 1, code);
+        if (code >= 0) [[likely]]
+            return true;
+        return raise_argument(function, index + 1, code);
     }
 }
 
@@ -74,12 +77,13 @@ bool report_status(Argument<T> &argument) {
 
 /// Converts the arguments to A... and hands them to `invoke`, which makes the result object.
 template <int flags, class... A, class Invoke>
-PyObject *with_arguments(const Function &function, PyObject *arguments, Invoke invoke) {
-    [[maybe_unused]] Py_ssize_t count = 1;
+[[gnu::always_inline]] inline PyObject *with_arguments(const Function &function,
+                                                       PyObject *arguments, Invoke invoke) {
+    [[maybe_unused]] Py_ssize_t count = 0;
     if constexpr (flags == METH_O) {
         if (!arguments)
             return nullptr;
-    } else {
+    } else if (flags != METH_NOARGS || arguments) {
         count = argument_count(function, arguments);
         if (count < 0)
             return nullptr;
@@ -173,6 +177,36 @@ struct Method<Object, R(A...)> : MethodCall<Object, R (Object::*)(A...), R, A...
 template <class Object, class R, class... A>
 struct Method<Object, R(A...) const> : MethodCall<Object, R (Object::*)(A...) const, R, A...> {};
 
+/// True when an extension has to be given up: unlike a host operation it is not called without its
+/// text.
+template <class... A>
+bool lacks_text() {
+    constexpr bool has_text = (false || ... || std::is_same_v<std::remove_cvref_t<A>, ZString>);
+    return has_text && PyErr_Occurred();
+}
+
+/// A free function that acts on an object. Its result is the declared one, or a finished Python
+/// object.
+template <class Object, class Signature>
+struct Extension;
+template <class Object, class R, class... A>
+struct Extension<Object, R(A...)> {
+    using Parameters = Pack<Embedded<Object>, A...>;
+    template <int flags, class Result = R>
+    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
+                                            Result (*target)(Object &, A...)) {
+        static_assert(std::is_same_v<Result, R> || std::is_same_v<Result, PyObject *>);
+        return with_arguments<flags, Embedded<Object>, A...>(
+            function, arguments, [=](Argument<Embedded<Object>> &self, Argument<A> &...values) {
+                return lacks_text<A...>() ? nullptr : result_of<Result>([&]() -> Result {
+                    return target(self.get(), values.get()...);
+                });
+            });
+    }
+};
+template <class Object, class R, class... A>
+struct Extension<Object, R(A...) const> : Extension<Object, R(A...)> {};
+
 template <class Signature>
 struct Constructor;
 
@@ -188,6 +222,14 @@ struct Constructor<Object(A...)> {
             if (!result)
                 delete object;
             return result;
+        });
+    }
+    /// With a function that makes the pointer object.
+    template <int flags>
+    [[gnu::noinline]] static PyObject *make(const Function &function, PyObject *arguments,
+                                            PyObject *(*maker)(A...)) {
+        return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
+            return lacks_text<A...>() ? nullptr : maker(values.get()...);
         });
     }
 };

@@ -122,6 +122,12 @@ bool fits(std::span<const Function *const> candidates, const Function &function,
     return true;
 }
 
+/// Calls a case the way the interpreter would call a row with its flags.
+PyObject *call_case(const Function &function, PyObject *self, PyObject *arguments) {
+    return function.native(self,
+                           function.flags == METH_O ? PyTuple_GET_ITEM(arguments, 0) : arguments);
+}
+
 /// What stands before the class in the names of constructors and the like.
 size_t prefix_size(Kind kind) {
     switch (kind) {
@@ -206,6 +212,6 @@ PyObject *dispatch(std::span<const Function *const> overloads, PyObject *self,
     const std::span<const Function *const> all(candidates, count);
     for (const Function *function : all.first(count - 1))
         if (fits(all, *function, arguments))
-            return function->native(self, arguments);
-    return all.back()->native(self, arguments);
+            return call_case(*function, self, arguments);
+    return call_case(*all.back(), self, arguments);
 }

@@ -8,6 +8,7 @@
 #include "runtime/convert.h"
 #include "runtime/module_types.h"
 
+#include <climits>
 #include <type_traits>
 #include <utility>
 
@@ -43,7 +44,9 @@ inline PyObject *borrowed(const void *pointer) {
 template <class R>
 PyObject *to_python(std::type_identity_t<R> &&value) {
     using Bare = std::remove_cvref_t<R>;
-    if constexpr (std::is_same_v<R, ZStatus>)
+    if constexpr (std::is_same_v<R, PyObject *>)
+        return value;
+    else if constexpr (std::is_same_v<R, ZStatus>)
         return status_result(value);
     else if constexpr (std::is_same_v<R, ZString>)
         return string_result(value);
@@ -51,7 +54,12 @@ PyObject *to_python(std::type_identity_t<R> &&value) {
         return PyBool_FromLong(value);
     else if constexpr (std::is_floating_point_v<Bare>)
         return PyFloat_FromDouble(value);
-    else if constexpr (std::is_integral_v<R> || std::is_enum_v<R>)
+    else if constexpr (std::is_same_v<R, unsigned long>)
+        return value > LONG_MAX ? PyLong_FromUnsignedLong(value)
+                                : PyInt_FromLong(static_cast<long>(value));
+    else if constexpr (std::is_enum_v<R>)
+        return PyInt_FromLong(static_cast<int>(value)); // signed, whatever the compiler chose
+    else if constexpr (std::is_integral_v<R>)
         return PyInt_FromLong(static_cast<long>(value));
     else if constexpr (std::is_same_v<R, const char *>)
         return SWIG_FromCharPtr(value);

@@ -24,6 +24,17 @@
 //     STATIC_CASE(ZRenderUtil, raytrace, 2, ZStatus(ZFloatVectorArray const &, ...), true)
 //     OVERLOADS(ZRenderUtil, raytrace, &ZRenderUtil_raytrace_1, &ZRenderUtil_raytrace_2)
 //
+// An extension is a free function that is presented as a method, or as a constructor. It takes the
+// object as a reference (None raises) and may return PyObject * in place of the declared result;
+// null then stands for the exception that it has set:
+//
+//     EXTENSION(ZTimeArray, __len__, unsigned int() const, length<ZTimeArray>)
+//     EXTENSION(ZTimeArray, __getitem__, ZTime(long) const, item_at<ZTimeArray>)
+//     CONSTRUCTOR_EXTENSION_CASE(ZTimeArray, 2, ZTimeArray(PyObject *), from_items<ZTimeArray>)
+//
+// A parameter of the type PyObject * is any Python object, as it is. A text that cannot be read
+// raises without a call.
+//
 // A function whose body is written by hand takes DESCRIBE or DESCRIBE_METHOD before it and ROW
 // behind it. All names of native functions are "_wrap_" and the Python name.
 
@@ -70,6 +81,28 @@
 #define CONSTRUCTOR_CASE(Class, number, declared, ...)                                         \
     CONSTRUCTOR_FUNCTION(new_##Class##_##number, probes_of<Constructor<declared>::Parameters>, \
                          Class, declared, __VA_ARGS__)
+#define EXTENSION_FUNCTION(function, probes, Class, member, declared, implementation, ...) \
+    DESCRIBE(function, Method, (Extension<Class, declared>::Parameters()), Class,          \
+             #Class "_" #member "\0" #declared, probes, {__VA_ARGS__})                     \
+    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                          \
+        return Extension<Class, declared>::call<function.flags>(function, arguments,       \
+                                                                implementation);           \
+    }
+#define CONSTRUCTOR_EXTENSION_FUNCTION(function, probes, Class, declared, implementation, ...)   \
+    DESCRIBE(function, Constructor, Constructor<declared>::Parameters(), Class,                  \
+             "new_" #Class "\0" #declared, probes, {__VA_ARGS__})                                \
+    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                                \
+        return Constructor<declared>::make<function.flags>(function, arguments, implementation); \
+    }
+
+#define EXTENSION_CASE(Class, member, number, declared, implementation, ...)               \
+    EXTENSION_FUNCTION(Class##_##member##_##number,                                        \
+                       (probes_of<Extension<Class, declared>::Parameters>), Class, member, \
+                       declared, implementation, __VA_ARGS__)
+#define CONSTRUCTOR_EXTENSION_CASE(Class, number, declared, implementation, ...)                  \
+    CONSTRUCTOR_EXTENSION_FUNCTION(new_##Class##_##number,                                        \
+                                   probes_of<Constructor<declared>::Parameters>, Class, declared, \
+                                   implementation, __VA_ARGS__)
 
 // Rows
 
@@ -79,8 +112,16 @@
 #define METHOD(Class, member, declared, ...)                                         \
     METHOD_FUNCTION(Class##_##member, nullptr, Class, member, declared, __VA_ARGS__) \
     ROW(Class##_##member)
+#define EXTENSION(Class, member, declared, implementation, ...)                            \
+    EXTENSION_FUNCTION(Class##_##member, nullptr, Class, member, declared, implementation, \
+                       __VA_ARGS__)                                                        \
+    ROW(Class##_##member)
 #define CONSTRUCTOR(Class, declared, ...)                                    \
     CONSTRUCTOR_FUNCTION(new_##Class, nullptr, Class, declared, __VA_ARGS__) \
+    ROW(new_##Class)
+#define CONSTRUCTOR_EXTENSION(Class, declared, implementation, ...)                       \
+    CONSTRUCTOR_EXTENSION_FUNCTION(new_##Class, nullptr, Class, declared, implementation, \
+                                   __VA_ARGS__)                                           \
     ROW(new_##Class)
 #define DESTRUCTOR(Class)                                               \
     DESCRIBE(delete_##Class, Destructor, Pack<Given<Class *>>(), Class, \
