@@ -11,7 +11,7 @@
 class OPENQUIL_API ZEulerRotation {
   public:
     /// The order in which the axes turn: with kXYZ x is first and z last.
-    enum RotationOrder { kXYZ = 0, kYZX = 1, kZXY = 2, kXZY = 3, kYXZ = 4, kZYX = 5 };
+    enum RotationOrder : int { kXYZ = 0, kYZX = 1, kZXY = 2, kXZY = 3, kYXZ = 4, kZYX = 5 };
 
     /// The angle around the x axis in radians.
     double x;

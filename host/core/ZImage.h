@@ -12,7 +12,7 @@
 class OPENQUIL_API ZImage {
   public:
     /// How a channel's value is kept: a byte 0 to 255, or a float.
-    enum ZPixelType { kUnknown = 0, kByte = 1, kFloat = 2 };
+    enum ZPixelType : int { kUnknown = 0, kByte = 1, kFloat = 2 };
 
     /// Makes an image of no size.
     ZImage() = default;

@@ -10,7 +10,7 @@ class OPENQUIL_API ZTime {
   public:
     /// What the value counts: hours to milliseconds, or frames at 15, 24, 25, 30, 48, 50 or 60 a
     /// second.
-    enum Unit {
+    enum Unit : int {
         kInvalid = 0,
         kHours = 1,
         kMinutes = 2,

@@ -13,7 +13,7 @@
 class OPENQUIL_API ZCommonRenderSettingsData {
   public:
     /// How much of the path getImageName returns.
-    enum ZpathType {
+    enum ZpathType : int {
         /// The file name and its sub-folders below the images folder.
         kRelativePath = 0,
         /// The full path of the finished image.

@@ -12,7 +12,7 @@
 class OPENQUIL_API ZRenderShadowData {
   public:
     /// The kind of a light.
-    enum LightType {
+    enum LightType : int {
         /// Not a light that casts shadows.
         kInvalid = 0,
         /// Shines from a point in all directions.

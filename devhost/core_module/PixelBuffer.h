@@ -1,0 +1,17 @@
+#pragma once
+
+#include "host/render/ZRenderView.h"
+
+#include <vector>
+
+/// A fixed number of pixels for the render view, filled in bulk.
+class PixelBuffer {
+  public:
+    explicit PixelBuffer(unsigned int count) : pixels_(count) {}
+
+    unsigned int length() const { return static_cast<unsigned int>(pixels_.size()); }
+    RV_PIXEL *data() { return pixels_.data(); }
+
+  private:
+    std::vector<RV_PIXEL> pixels_;
+};

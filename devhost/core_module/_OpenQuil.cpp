@@ -1,0 +1,12 @@
+// The core module's entry function. Nothing else is exported.
+
+#include "host/base/HostApi.h"
+#include "wrappers/module_tables.h"
+
+extern "C" {
+
+OPENQUIL_API void init_OpenQuil();
+void init_OpenQuil() {
+    initialise_module("_OpenQuil");
+}
+}

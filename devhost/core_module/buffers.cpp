@@ -1,0 +1,214 @@
+// Buffers: native numbers side by side, and single cells for out-arguments. A buffer that a script
+// makes owns its block and knows its length. A pointer that the host returns (the pixels of an
+// image, say) is a buffer of the same class, borrowed and of unknown length: its indices are
+// checked against zero only, and a script must know how many items there are.
+
+#include "devhost/core_module/blocks.h"
+#include "devhost/core_module/items.h"
+#include "wrappers/wrapper_table.h"
+
+#include <cstring>
+#include <vector>
+
+// A buffer's class is the type that its pointers point to.
+using CharBuffer = char;
+using SignedCharBuffer = signed char;
+using UnsignedCharBuffer = unsigned char;
+using ShortBuffer = short;
+using UnsignedShortBuffer = unsigned short;
+using IntBuffer = int;
+using UnsignedIntBuffer = unsigned int;
+using LongBuffer = long;
+using UnsignedLongBuffer = unsigned long;
+using FloatBuffer = float;
+using DoubleBuffer = double;
+using CharPointerBuffer = char *;
+using UnsignedIntPointerBuffer = unsigned int *;
+using VoidPointerBuffer = void *;
+
+/// Frees the block of a buffer; memory that is not ours stays.
+template <class T>
+requires std::is_scalar_v<T> PyObject *destroy(const Function &function, PyObject *argument) {
+    return with_arguments<METH_O, Given<T *>>(function, argument, [](Argument<Given<T *>> &buffer) {
+        free_block(buffer.get());
+        Py_RETURN_NONE;
+    });
+}
+
+ROWS_BEGIN
+
+template <class T>
+PyObject *new_buffer(const T *items, size_t count) {
+    void *block = make_block(count, sizeof(T));
+    if (!block)
+        return nullptr;
+    if (items && count)
+        std::memcpy(block, items, count * sizeof(T));
+    PyObject *result = SWIG_Python_NewPointerObj(block, type_of<T>(), kConstructed);
+    if (!result)
+        free_block(block);
+    return result;
+}
+
+template <class T>
+PyObject *buffer_of_length(unsigned int count) {
+    return new_buffer<T>(nullptr, count);
+}
+
+/// Reads bytes as they are, or a sequence of items; false with an exception set.
+template <class T>
+bool read_data(PyObject *data, std::vector<T> &items) {
+    const char *bytes;
+    size_t size;
+    if (!std::is_pointer_v<T> && raw_bytes(data, bytes, size)) {
+        if (size % sizeof(T)) {
+            PyErr_Format(PyExc_ValueError, "the number of bytes is not a multiple of %d",
+                         static_cast<int>(sizeof(T)));
+            return false;
+        }
+        items.resize(size / sizeof(T));
+        if (size)
+            std::memcpy(items.data(), bytes, size);
+        return true;
+    }
+    const swig::SwigPtr_PyObject tuple(PySequence_Tuple(data));
+    if (!tuple)
+        return false;
+    items.resize(static_cast<size_t>(PyTuple_GET_SIZE(tuple.get())));
+    return read_items(tuple.get(), items);
+}
+
+template <class T>
+PyObject *buffer_from_data(PyObject *data) {
+    std::vector<T> items;
+    return read_data(data, items) ? new_buffer(items.data(), items.size()) : nullptr;
+}
+
+/// The number of items; -1 where it is not known.
+template <class T>
+long length_of(const T &buffer) {
+    const auto size = block_size(&buffer);
+    return size ? static_cast<long>(*size / sizeof(T)) : -1;
+}
+
+template <class T>
+long buffer_length(T &buffer) {
+    return length_of(buffer);
+}
+
+/// The length, where something would need it that was not given; -1 with an exception set.
+template <class T>
+long known_length(const T &buffer) {
+    const long length = length_of(buffer);
+    if (length < 0)
+        PyErr_SetString(PyExc_TypeError, "the length of memory that the host made is not known");
+    return length;
+}
+
+/// Checks that the items lie inside the buffer, as far as its length is known.
+template <class T>
+bool check_range(const T &buffer, long start, long count) {
+    const long length = length_of(buffer);
+    if (start >= 0 && count >= 0 && (length < 0 || (start <= length && count <= length - start)))
+        return true;
+    PyErr_SetString(PyExc_IndexError, "buffer index out of range");
+    return false;
+}
+
+template <class T>
+PyObject *buffer_item(T &buffer, long index) {
+    return check_range(buffer, index, 1) ? make_item((&buffer)[index]) : nullptr;
+}
+
+template <class T>
+PyObject *set_buffer_item(T &buffer, long index, PyObject *object) {
+    T value;
+    if (!check_range(buffer, index, 1))
+        return nullptr;
+    if (const int code = read_item(object, value); code < 0) {
+        PyErr_SetString(SWIG_Python_ErrorType(code == SWIG_ERROR ? SWIG_TypeError : code),
+                        "the value does not fit the buffer's type");
+        return nullptr;
+    }
+    (&buffer)[index] = value;
+    Py_RETURN_NONE;
+}
+
+template <class T>
+PyObject *read_bytes(T &buffer, long start, long count) {
+    if (!check_range(buffer, start, count))
+        return nullptr;
+    if (count > PY_SSIZE_T_MAX / static_cast<long>(sizeof(T)))
+        return PyErr_NoMemory();
+    return PyString_FromStringAndSize(reinterpret_cast<const char *>(&buffer + start),
+                                      count * static_cast<Py_ssize_t>(sizeof(T)));
+}
+
+/// Characters and bytes as a str, everything else as a list.
+template <class T>
+PyObject *read_buffer(T &buffer, long start, long count) {
+    if constexpr (std::is_same_v<T, char> || std::is_same_v<T, unsigned char>)
+        return read_bytes(buffer, start, count);
+    else
+        return check_range(buffer, start, count)
+                   ? make_list(count, [&](Py_ssize_t i) { return (&buffer)[start + i]; })
+                   : nullptr;
+}
+
+template <class T>
+PyObject *write_buffer(T &buffer, long start, PyObject *data) {
+    std::vector<T> items;
+    if (!read_data(data, items) || !check_range(buffer, start, static_cast<long>(items.size())))
+        return nullptr;
+    if (!items.empty())
+        std::memcpy(&buffer + start, items.data(), items.size() * sizeof(T));
+    Py_RETURN_NONE;
+}
+
+template <class T>
+PyObject *len(T &buffer) {
+    const long length = known_length(buffer);
+    return length < 0 ? nullptr : PyInt_FromLong(length);
+}
+
+template <class T>
+PyObject *buffer_iterator(T &buffer) {
+    const long length = known_length(buffer);
+    return length < 0 ? nullptr : iterate(read_buffer(buffer, 0, length));
+}
+
+#define BUFFER(Class, Item)                                                            \
+    CONSTRUCTOR_EXTENSION_CASE(Class, 1, Class(unsigned int), buffer_of_length<Class>) \
+    CONSTRUCTOR_EXTENSION_CASE(Class, 2, Class(PyObject *), buffer_from_data<Class>)   \
+    CONSTRUCTOR_OVERLOADS(Class, &new_##Class##_1, &new_##Class##_2)                   \
+    EXTENSION(Class, length, long() const, buffer_length)                              \
+    EXTENSION(Class, get, Item(long) const, buffer_item<Class>)                        \
+    EXTENSION(Class, set, void(long, PyObject *), set_buffer_item<Class>)              \
+    EXTENSION(Class, read, PyObject *(long, long) const, read_buffer<Class>)           \
+    EXTENSION(Class, readBytes, PyObject *(long, long) const, read_bytes<Class>)       \
+    EXTENSION(Class, write, void(long, PyObject *), write_buffer<Class>)               \
+    EXTENSION(Class, __len__, long() const, len<Class>)                                \
+    EXTENSION(Class, __getitem__, Item(long) const, buffer_item<Class>)                \
+    EXTENSION(Class, __setitem__, void(long, PyObject *), set_buffer_item<Class>)      \
+    EXTENSION(Class, __iter__, PyObject *() const, buffer_iterator<Class>)             \
+    DESTRUCTOR(Class)                                                                  \
+    PROXY(Class)
+
+BUFFER(CharBuffer, char)
+BUFFER(SignedCharBuffer, signed char)
+BUFFER(UnsignedCharBuffer, unsigned char)
+BUFFER(ShortBuffer, short)
+BUFFER(UnsignedShortBuffer, unsigned short)
+BUFFER(IntBuffer, int)
+BUFFER(UnsignedIntBuffer, unsigned int)
+BUFFER(LongBuffer, long)
+BUFFER(UnsignedLongBuffer, unsigned long)
+BUFFER(FloatBuffer, float)
+BUFFER(DoubleBuffer, double)
+
+// The pointers in a buffer do not keep what they point to.
+BUFFER(CharPointerBuffer, char *)
+BUFFER(UnsignedIntPointerBuffer, unsigned int *)
+BUFFER(VoidPointerBuffer, void *)
+
+ROWS_END(buffer_rows)

@@ -1,0 +1,117 @@
+#include "devhost/core_module/items.h"
+
+#include <climits>
+
+int as_long(PyObject *object, long *value) {
+    long result;
+    if (PyInt_Check(object)) {
+        result = PyInt_AS_LONG(object);
+    } else if (PyLong_Check(object)) {
+        int overflow;
+        result = PyLong_AsLongAndOverflow(object, &overflow);
+        if (overflow)
+            return SWIG_OverflowError;
+    } else {
+        return SWIG_TypeError;
+    }
+    if (value)
+        *value = result;
+    return SWIG_OK;
+}
+
+int as_unsigned_long(PyObject *object, unsigned long *value) {
+    unsigned long result;
+    if (PyInt_Check(object)) {
+        if (PyInt_AS_LONG(object) < 0)
+            return SWIG_OverflowError;
+        result = static_cast<unsigned long>(PyInt_AS_LONG(object));
+    } else if (PyLong_Check(object)) {
+        if (_PyLong_Sign(object) < 0 || _PyLong_NumBits(object) > sizeof(unsigned long) * CHAR_BIT)
+            return SWIG_OverflowError;
+        result = PyLong_AsUnsignedLong(object);
+    } else {
+        return SWIG_TypeError;
+    }
+    if (value)
+        *value = result;
+    return SWIG_OK;
+}
+
+int read_item(PyObject *object, char &value) {
+    if (!PyString_Check(object) || PyString_GET_SIZE(object) != 1)
+        return SWIG_TypeError;
+    value = PyString_AS_STRING(object)[0];
+    return SWIG_OK;
+}
+
+template <class T>
+static int read_small_integer(PyObject *object, T &value) {
+    long wide;
+    const int code = as_long(object, &wide);
+    if (code < 0)
+        return code;
+    value = static_cast<T>(wide);
+    return value == wide ? SWIG_OK : SWIG_OverflowError;
+}
+
+int read_item(PyObject *object, signed char &value) {
+    return read_small_integer(object, value);
+}
+
+int read_item(PyObject *object, unsigned char &value) {
+    return read_small_integer(object, value);
+}
+
+int read_item(PyObject *object, ZString &value) {
+    const TpythonObjectWithLock<TpythonLock> holder(object);
+    return holder.getValue(value) ? SWIG_OK : SWIG_TypeError;
+}
+
+int read_item(PyObject *object, void *&value) {
+    return SWIG_Python_ConvertPtrAndOwn(object, &value, nullptr, 0);
+}
+
+bool raise_item(Py_ssize_t index, int code) {
+    PyObject *type = code == kNullReference || code == SWIG_ERROR ? PyExc_TypeError
+                                                                  : SWIG_Python_ErrorType(code);
+    PyErr_Format(type, "item %zd of the sequence does not fit", index);
+    return false;
+}
+
+bool find_index(long &index, unsigned long length) {
+    if (index < 0)
+        index += static_cast<long>(length);
+    if (index >= 0 && static_cast<unsigned long>(index) < length)
+        return true;
+    PyErr_SetString(PyExc_IndexError, "index out of range");
+    return false;
+}
+
+bool raw_bytes(PyObject *object, const char *&bytes, size_t &size) {
+    if (!PyString_Check(object) && !PyByteArray_Check(object) && !PyBuffer_Check(object))
+        return false;
+    const void *start;
+    Py_ssize_t length;
+    if (PyObject_AsReadBuffer(object, &start, &length) < 0) {
+        PyErr_Clear();
+        return false;
+    }
+    bytes = static_cast<const char *>(start);
+    size = static_cast<size_t>(length);
+    return true;
+}
+
+PyObject *represent(const swig_type_info *type, PyObject *items) {
+    const swig::SwigPtr_PyObject owned(items);
+    const swig::SwigPtr_PyObject text(items ? PyObject_Repr(items) : nullptr);
+    if (!text)
+        return nullptr;
+    // The mangled name is "_p_" and the class.
+    return PyString_FromFormat(PyTuple_Check(items) ? "%s%s" : "%s(%s)", type->name + 3,
+                               PyString_AS_STRING(text.get()));
+}
+
+PyObject *iterate(PyObject *items) {
+    const swig::SwigPtr_PyObject owned(items);
+    return items ? PyObject_GetIter(items) : nullptr;
+}

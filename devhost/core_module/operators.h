@@ -1,0 +1,28 @@
+#pragma once
+
+// Operators as functions, for rows. The row's declared type chooses the instance.
+
+template <class A, class B>
+auto plus(A &a, B b) {
+    return a + b;
+}
+template <class A, class B>
+auto minus(A &a, B b) {
+    return a - b;
+}
+template <class A, class B>
+auto times(A &a, B b) {
+    return a * b;
+}
+template <class A, class B>
+auto divided_by(A &a, B b) {
+    return a / b;
+}
+template <class A, class B>
+auto cross(A &a, B b) {
+    return a ^ b;
+}
+template <class A>
+auto negative(A &a) {
+    return -a;
+}

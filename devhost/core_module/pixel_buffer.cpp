@@ -1,0 +1,105 @@
+// Pixels for the render view. The pixel's class belongs to the render module, whose proxies delete
+// one pixel at a time, so a block of pixels cannot be an owned RV_PIXEL pointer. Instead a
+// PixelBuffer owns the block, and behind its pointer object is chained a borrowed RV_PIXEL pointer
+// to the first pixel: where the render view takes RV_PIXEL *, the buffer itself can be passed.
+// Borrowed pointers are valid while the buffer lives; it never moves its pixels.
+
+#include "devhost/core_module/PixelBuffer.h"
+#include "devhost/core_module/items.h"
+#include "host/core/ZColorArray.h"
+#include "host/core/ZFloatVectorArray.h"
+#include "wrappers/wrapper_table.h"
+
+#include <algorithm>
+#include <exception>
+
+ROWS_BEGIN
+
+static PyObject *new_pixels(unsigned int count) {
+    PixelBuffer *buffer;
+    try {
+        buffer = new PixelBuffer(count);
+    } catch (const std::exception &) {
+        return PyErr_NoMemory();
+    }
+    swig::SwigPtr_PyObject first(
+        SWIG_Python_NewPointerObj(buffer->data(), type_of<RV_PIXEL>(), kBorrowed | kNoProxy));
+    swig::SwigPtr_PyObject result(first ? constructed(buffer) : nullptr);
+    if (!first)
+        delete buffer;
+    if (!result)
+        return nullptr;
+    // An empty buffer has no first pixel.
+    if (first.get() != Py_None)
+        const swig::SwigPtr_PyObject none(SwigPyObject_append(result.get(), first.get()));
+    return result.release();
+}
+
+static bool check_range(const PixelBuffer &buffer, long start, unsigned int count) {
+    const long length = buffer.length();
+    if (start >= 0 && start <= length && static_cast<long>(count) <= length - start)
+        return true;
+    PyErr_SetString(PyExc_IndexError, "pixel index out of range");
+    return false;
+}
+
+static RV_PIXEL pixel_of(const ZColor &color) {
+    return {color.r, color.g, color.b, color.a};
+}
+
+static PyObject *pixels_from(PixelBuffer &self, long start) {
+    return check_range(self, start, 1) ? borrowed(self.data() + start) : nullptr;
+}
+
+static PyObject *color_at(PixelBuffer &self, long index) {
+    if (!find_index(index, self.length()))
+        return nullptr;
+    const RV_PIXEL &pixel = self.data()[index];
+    return make_item(ZColor(pixel.r, pixel.g, pixel.b, pixel.a));
+}
+
+static PyObject *set_color_at(PixelBuffer &self, long index, ZColor const &color) {
+    if (!find_index(index, self.length()))
+        return nullptr;
+    self.data()[index] = pixel_of(color);
+    Py_RETURN_NONE;
+}
+
+static void fill(PixelBuffer &self, ZColor const &color) {
+    std::fill_n(self.data(), self.length(), pixel_of(color));
+}
+
+static PyObject *set_colors(PixelBuffer &self, long start, ZColorArray const &colors) {
+    if (!check_range(self, start, colors.length()))
+        return nullptr;
+    std::transform(colors.begin(), colors.end(), self.data() + start, pixel_of);
+    Py_RETURN_NONE;
+}
+
+static PyObject *set_opaque(PixelBuffer &self, long start, ZFloatVectorArray const &colors,
+                            float alpha) {
+    if (!check_range(self, start, colors.length()))
+        return nullptr;
+    std::transform(colors.begin(), colors.end(), self.data() + start, [=](const ZFloatVector &c) {
+        return RV_PIXEL{c.x, c.y, c.z, alpha};
+    });
+    Py_RETURN_NONE;
+}
+
+CONSTRUCTOR_EXTENSION(PixelBuffer, PixelBuffer(unsigned int), new_pixels)
+EXTENSION(
+    PixelBuffer, length, unsigned int() const, +[](PixelBuffer &self) { return self.length(); })
+EXTENSION(
+    PixelBuffer, __len__, unsigned int() const, +[](PixelBuffer &self) { return self.length(); })
+EXTENSION(PixelBuffer, pixels, RV_PIXEL *(long), pixels_from, 0)
+EXTENSION(PixelBuffer, __getitem__, ZColor(long) const, color_at)
+EXTENSION(PixelBuffer, __setitem__, void(long, ZColor const &), set_color_at)
+EXTENSION(PixelBuffer, fill, void(ZColor const &), fill)
+EXTENSION_CASE(PixelBuffer, setColors, 1, void(long, ZColorArray const &), set_colors)
+EXTENSION_CASE(PixelBuffer, setColors, 2, void(long, ZFloatVectorArray const &, float), set_opaque,
+               1)
+OVERLOADS(PixelBuffer, setColors, &PixelBuffer_setColors_1, &PixelBuffer_setColors_2)
+DESTRUCTOR(PixelBuffer)
+PROXY(PixelBuffer)
+
+ROWS_END(pixel_buffer_rows)

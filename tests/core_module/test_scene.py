@@ -1,0 +1,157 @@
+# -*- coding: utf-8 -*-
+"""Texts, images, and the scene's nodes, paths and plugs as scripts see them."""
+
+import os
+import shutil
+import struct
+import sys
+import tempfile
+import unittest
+
+import _OpenQuil
+from proxies import make_proxies
+
+core = make_proxies(_OpenQuil)
+globals().update({name: core[name] for name in core})
+
+TRIANGLE = 'o shape\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n'
+
+
+class Texts(unittest.TestCase):
+    def test_constructors_and_conversions(self):
+        for given in (u'h\u00e9llo \U0001f600', 'héllo 😀'):
+            text = ZString(given)
+            self.assertEqual(text.asUnicode(), u'h\u00e9llo \U0001f600')
+            self.assertEqual((text.asChar(), str(text), unicode(text)),
+                             ('héllo 😀', 'héllo 😀', u'h\u00e9llo \U0001f600'))
+            self.assertEqual((len(text), text.length(), text.numBytes()), (7, 7, 11))
+        self.assertEqual(ZString().asUnicode(), u'')
+        self.assertEqual(ZString(ZString(u'x')), u'x')
+        self.assertEqual(ZString(5).asInt(), 5)
+        for call in (ZString, ZString('a').append, ZString('a').set, ZString('a').index):
+            self.assertRaises(TypeError, call, None)
+        self.assertEqual(repr(ZString(u'a')), "ZString(u'a')")
+
+    def test_set_and_compare(self):
+        text = ZString('abc')
+        text.set(2.5)
+        self.assertEqual(text, '2.5')
+        text.set(2.0, 3)
+        self.assertEqual(text, u'2.000')
+        text.set('two')
+        self.assertTrue(text == ZString('two') and text != 'three' and text != 2)
+        self.assertTrue(ZString('a') < ZString('b'))
+        self.assertRaises(RuntimeError, text.set, 1.0, 100)
+
+    def test_parts(self):
+        text, parts = ZString('one,two,three'), ZStringArray()
+        text.split(',', parts)
+        self.assertEqual(list(parts), ['one', 'two', 'three'])
+        self.assertEqual(parts.join(u'\u00b7'), u'one\u00b7two\u00b7three')
+        self.assertRaises(RuntimeError, text.split, 'ab', parts)
+        self.assertEqual((text.index('two'), text.rindex(','), text.index('x')), (4, 7, -1))
+        self.assertEqual(text.substring(4, 6), 'two')
+        self.assertEqual((text[0], text[-1]), ('o', 'e'))
+        self.assertRaises(IndexError, lambda: text[13])
+        self.assertEqual(ZString('a') + 'b', 'ab')
+        text.substitute('two', '2')
+        text.toUpperCase()
+        self.assertEqual(text, 'ONE,2,THREE')
+
+
+class Images(unittest.TestCase):
+    def test_pixels_in_and_out(self):
+        image = ZImage()
+        image.create(2, 2)
+        self.assertEqual((image.width(), image.height(), image.channels(), image.depth()),
+                         (2, 2, 4, 4))
+        image.writePixels(''.join(map(chr, range(16))))
+        image.verticalFlip()
+        self.assertEqual(image.readPixels(), ''.join(map(chr, range(8, 16) + range(8))))
+        self.assertRaises(ValueError, image.writePixels, 'short')
+        self.assertRaises(TypeError, image.writePixels, u'x' * 16)
+        image.setPixels(UnsignedCharBuffer([255] * 4), 1, 1)
+        image.convertPixelFormat(_OpenQuil.ZImage_kFloat)
+        self.assertEqual(struct.unpack('4f', image.readPixels()), (1, 1, 1, 1))
+        width, height = UnsignedIntBuffer(1), UnsignedIntBuffer(1)
+        image.getSize(width, height)
+        self.assertEqual((width[0], height[0]), (1, 1))
+
+    def test_short_buffers_are_refused(self):
+        image = ZImage()
+        self.assertRaises(ValueError, image.setPixels, UnsignedCharBuffer(15), 2, 2)
+        self.assertRaises(ValueError, image.setFloatPixels, FloatBuffer(11), 2, 2, 3)
+        self.assertRaises(ValueError, image.setDepthMap, FloatBuffer(3), 2, 2)
+        self.assertRaises(RuntimeError, image.setPixels, UnsignedCharBuffer(15), 2 ** 31, 2 ** 31)
+        self.assertEqual((image.width(), image.readPixels()), (0, ''))
+        image.setDepthMap(FloatBuffer([1, 2, 3, 4]), 2, 2)
+        self.assertEqual(image.depthMap().read(0, 4), [1, 2, 3, 4])
+        self.assertRaises(RuntimeError, image.setPixels, None, 2, 2)
+
+    def test_files(self):
+        folder = tempfile.mkdtemp()
+        try:
+            path = os.path.join(folder, 'picture.png')
+            image, copy = ZImage(), ZImage()
+            image.setPixels(UnsignedCharBuffer(range(0, 240, 10)), 3, 2)
+            image.writeToFile(path)
+            copy.readFromFile(path)
+            self.assertEqual(copy.readPixels(), image.readPixels())
+            self.assertRaisesRegexp(RuntimeError, 'kNotFound', copy.readFromFile, path + 'x')
+        finally:
+            shutil.rmtree(folder)
+
+
+class Scene(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.mkdtemp()
+        self.file = os.path.join(self.folder, 'scene.obj')
+        with open(self.file, 'w') as stream:
+            stream.write(TRIANGLE)
+        _OpenQuil.ZFileIO_open(self.file)
+
+    def tearDown(self):
+        _OpenQuil.ZFileIO_newScene()
+        shutil.rmtree(self.folder)
+
+    def test_paths_and_nodes(self):
+        self.assertEqual(_OpenQuil.ZFileIO_currentFile(), os.path.realpath(self.file))
+        selection, path, node = ZSelectionList(), ZDagPath(), ZObject()
+        selection.add('shape')
+        selection.getDagPath(0, path)
+        selection.getDependNode(0, node)
+        self.assertTrue(path.isValid() and path.fullPathName().endswith(u'|shape'))
+        self.assertTrue(path.node() == node and not node.isNull())
+        again = ZDagPath()
+        _OpenQuil.ZDagPath_getAPathTo(node, again)
+        self.assertEqual(again, path)
+        self.assertTrue(selection.hasItem(path) and selection.hasItem(node))
+        names = ZStringArray()
+        selection.getSelectionStrings(names)
+        self.assertEqual(list(names), [path.fullPathName()])
+        self.assertRaisesRegexp(RuntimeError, 'kNotFound', selection.add, 'nothing')
+        self.assertRaisesRegexp(RuntimeError, 'kInvalidParameter', path.child, 99)
+        # A handle outlives its node and then reads as null.
+        _OpenQuil.ZFileIO_newScene()
+        self.assertTrue(node.isNull() and not path.isValid())
+        self.assertRaisesRegexp(RuntimeError, 'kNotFound', _OpenQuil.ZFileIO_open, '/no/such.obj')
+
+    def test_plugs(self):
+        selection, node = ZSelectionList(), ZObject()
+        selection.add('shape')
+        selection.getDependNode(0, node)
+        plug = ZPlug(node, 'visibility')
+        plug.setBool(False)
+        self.assertFalse(plug.asBool())
+        self.assertEqual(plug.name(), 'shape.visibility')
+        selection.add(plug)
+        other = ZPlug()
+        selection.getPlug(1, other)
+        self.assertEqual(other, plug)
+        self.assertRaises(RuntimeError, plug.asString)
+        # The proxy's initialiser never sees an object for a plug that does not exist.
+        self.assertRaisesRegexp(RuntimeError, 'kNotFound', ZPlug, node, 'nothing')
+
+
+if __name__ == '__main__':
+    unittest.main(argv=sys.argv[:1])
