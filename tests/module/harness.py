@@ -1,0 +1,142 @@
+"""What the tests of the built module share: the module itself, found beside the host program or on
+the search path, native layouts, and pointer objects of any type, made without the host."""
+import csv
+import ctypes
+import os
+import subprocess
+
+IMPORTED_FIRST = os.environ.get('IMPORT_FIRST', '').split()
+for _name in IMPORTED_FIRST:
+    __import__(_name)
+
+import _OpenQuilRender as module
+
+ROWS_FILE = os.path.join(os.path.dirname(os.path.abspath(__file__)), 'rows.tsv')
+NOARGS, O, VARARGS = 4, 8, 1
+
+
+class TypeInfo(ctypes.Structure):
+    _fields_ = [('name', ctypes.c_char_p), ('readable', ctypes.c_char_p),
+                ('dcast', ctypes.c_void_p), ('cast', ctypes.c_void_p),
+                ('clientdata', ctypes.c_void_p), ('owndata', ctypes.c_int)]
+
+
+class ModuleInfo(ctypes.Structure):
+    pass
+
+
+ModuleInfo._fields_ = [('types', ctypes.POINTER(ctypes.POINTER(TypeInfo))),
+                       ('size', ctypes.c_size_t), ('next', ctypes.POINTER(ModuleInfo))]
+
+
+class CastInfo(ctypes.Structure):
+    _fields_ = [('type', ctypes.c_void_p), ('converter', ctypes.c_void_p),
+                ('next', ctypes.c_void_p), ('prev', ctypes.c_void_p)]
+
+
+class PointerObject(ctypes.Structure):
+    _fields_ = [('refcount', ctypes.c_ssize_t), ('type', ctypes.c_void_p),
+                ('ptr', ctypes.c_void_p), ('ty', ctypes.POINTER(TypeInfo)),
+                ('own', ctypes.c_int), ('next', ctypes.c_void_p)]
+
+
+class MethodDef(ctypes.Structure):
+    _fields_ = [('name', ctypes.c_char_p), ('function', ctypes.c_void_p),
+                ('flags', ctypes.c_int), ('doc', ctypes.c_char_p)]
+
+
+class BuiltinFunction(ctypes.Structure):
+    _fields_ = [('refcount', ctypes.c_ssize_t), ('type', ctypes.c_void_p),
+                ('definition', ctypes.POINTER(MethodDef))]
+
+
+def ring():
+    """The modules of the interpreter's type ring."""
+    import swig_runtime_data4
+    as_pointer = ctypes.pythonapi.PyCObject_AsVoidPtr
+    as_pointer.restype, as_pointer.argtypes = ctypes.c_void_p, [ctypes.py_object]
+    head = ModuleInfo.from_address(as_pointer(swig_runtime_data4.type_pointer))
+    modules, current = [head], head.next.contents
+    while ctypes.addressof(current) != ctypes.addressof(head):
+        modules.append(current)
+        current = current.next.contents
+    return modules
+
+
+def names_of(entry):
+    return [entry.types[i].contents.name for i in range(entry.size)]
+
+
+def type_records():
+    """Mangled names and records of all types that modules of the ring know."""
+    return dict((m.types[i].contents.name, m.types[i]) for m in ring() for i in range(m.size))
+
+
+def own_module():
+    """The ring's entry of the module under test."""
+    found, = [m for m in ring() if '_p_ZRenderCallback' in names_of(m)]
+    return found
+
+
+def cast_list(record):
+    entries, address = [], record.contents.cast
+    while address and len(entries) < 1000:
+        entries.append(address)
+        address = CastInfo.from_address(address).next
+    return entries
+
+
+def definition(function):
+    return BuiltinFunction.from_address(id(function)).definition.contents
+
+
+def pointer(class_name, address):
+    """A borrowed pointer object of the type "class_name *"."""
+    made = module.new_RV_PIXEL()
+    layout = PointerObject.from_address(id(made))
+    layout.ptr, layout.own = address, 0
+    layout.ty = type_records()['_p_' + class_name.replace(' ', '_')]
+    return made
+
+
+room = ctypes.create_string_buffer(4096)  # stands in for objects that no call ever reaches
+
+
+def placeholder(class_name):
+    return pointer(class_name, ctypes.addressof(room))
+
+
+_pending = ctypes.pythonapi.PyErr_Occurred
+
+
+def call(function, *arguments):
+    """The result, and the text of the TypeError that the call left pending beside it, or None. The
+    string arguments of host operations are the one place where both come together."""
+    pending = _pending
+    try:
+        result = function(*arguments)
+        pending()
+    except TypeError as error:
+        return result, str(error)
+    return result, None
+
+
+def run(code):
+    """Runs statements in another process of the running program, the host or the interpreter, which
+    finds the module and these tests; returns its exit status, output and errors."""
+    program = os.readlink('/proc/self/exe')
+    option = '--python-expr' if os.path.basename(program) == 'quilhost' else '-c'
+    folders = os.path.dirname(os.path.abspath(module.__file__)), os.path.dirname(ROWS_FILE)
+    child = subprocess.Popen([program, option, code], stdout=subprocess.PIPE,
+                             stderr=subprocess.PIPE,
+                             env=dict(os.environ, PYTHONPATH=':'.join(folders)))
+    output, errors = child.communicate()
+    return child.returncode, output, errors
+
+
+def rows():
+    """Every function of the table: name, flag, least and most arguments, declared types."""
+    with open(ROWS_FILE, 'rb') as table:
+        for line in csv.reader((l for l in table if not l.startswith('#')), delimiter='\t'):
+            name, flag, least, most, types = line
+            yield name, globals()[flag], int(least), int(most), types.split('; ') if types else []

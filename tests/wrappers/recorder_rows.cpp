@@ -1,0 +1,93 @@
+// The recording host as a module: every shape of row that the language knows.
+
+#include "tests/wrappers/recorder.h"
+#include "wrappers/module_tables.h"
+#include "wrappers/wrapper_table.h"
+
+ROWS_BEGIN
+
+STATIC(Recorder, anInt, void(int))
+STATIC(Recorder, anUnsigned, void(unsigned int))
+STATIC(Recorder, aShort, void(short const))
+STATIC(Recorder, anUnsignedShort, void(unsigned short))
+STATIC(Recorder, aFloat, void(float))
+STATIC(Recorder, aDouble, void(double))
+STATIC(Recorder, aBool, void(bool))
+STATIC(Recorder, aBoolReference, void(bool const &))
+STATIC(Recorder, aKind, void(Recorder::Kind))
+STATIC(Recorder, aString, void(ZString const &))
+STATIC(Recorder, aStringReference, void(ZString &))
+STATIC(Recorder, aStringValue, void(ZString))
+STATIC(Recorder, chars, void(char const *))
+STATIC(Recorder, aPointer, void(Item const *))
+STATIC(Recorder, aReference, void(Item &))
+STATIC(Recorder, aValue, void(Item const))
+STATIC(Recorder, opaque, void(void const *))
+STATIC(Recorder, nothing, void())
+STATIC(Recorder, everything,
+       void(int, unsigned int, short const, unsigned short, float, double, bool, Recorder::Kind,
+            ZString const &, char const *, Item *, Item const &, Item const, void const *))
+STATIC(Recorder, absent, void(int, bool, unsigned int, double, ZString const &, Item *), true, 9,
+       -7, 0, 0)
+STATIC(Recorder, absentOnly, void(int), -3)
+STATIC(Recorder, twoStrings, void(ZString const &, ZString const &, int))
+STATIC(Recorder, throws, void(Item const &, Item const, ZString const &))
+STATIC(Recorder, verdict, ZStatus(int))
+STATIC(Recorder, stringAndStatus, ZString(int, ZStatus *))
+STATIC(Recorder, itemAndStatus, Item(ZString const &, int, ZStatus *))
+STATIC(Recorder, boolResult, bool(int))
+STATIC(Recorder, intResult, int())
+STATIC(Recorder, shortResult, short())
+STATIC(Recorder, kindResult, Recorder::Kind())
+STATIC(Recorder, unsignedResult, unsigned int())
+STATIC(Recorder, unsignedShortResult, unsigned short())
+STATIC(Recorder, floatResult, float())
+STATIC(Recorder, doubleResult, double())
+STATIC(Recorder, stringResult, ZString())
+STATIC(Recorder, charsResult, char const *(bool))
+STATIC(Recorder, valueResult, Item())
+STATIC(Recorder, pointerResult, Item *(bool))
+STATIC(Recorder, referenceResult, Item const &())
+STATIC(Recorder, opaqueResult, void *(void *))
+METHOD(Recorder, plain, int(int))
+METHOD(Recorder, constant, int() const)
+METHOD(Recorder, withDefault, void(Item const &, bool) const, true)
+STATIC_CASE(Recorder, byCount, 1, void(int))
+STATIC_CASE(Recorder, byCount, 2, void(int, int))
+STATIC_CASE(Recorder, byCount, 3, void(int, int, Item const &, ZStatus *))
+OVERLOADS(Recorder, byCount, &Recorder_byCount_1, &Recorder_byCount_2, &Recorder_byCount_3)
+STATIC_CASE(Recorder, byFirst, 1, void(Item const &, int, bool const), true)
+STATIC_CASE(Recorder, byFirst, 2, void(ZString *, int, bool const), true)
+STATIC_CASE(Recorder, byFirst, 3, void(Recorder &, int, bool const), true)
+OVERLOADS(Recorder, byFirst, &Recorder_byFirst_1, &Recorder_byFirst_2, &Recorder_byFirst_3)
+METHOD_CASE(Recorder, byLast, 1, void(double, bool const) const, true)
+METHOD_CASE(Recorder, byLast, 2, void(double, ZString const &, bool const) const, true)
+OVERLOADS(Recorder, byLast, &Recorder_byLast_1, &Recorder_byLast_2)
+MEMBER(Recorder, flag, bool)
+MEMBER(Recorder, small, unsigned short)
+MEMBER(Recorder, large, unsigned int)
+MEMBER(Recorder, level, float)
+MEMBER(Recorder, kind, Recorder::Kind)
+MEMBER(Recorder, title, ZString)
+MEMBER(Recorder, item, Item)
+MEMBER(Recorder, samples, float *)
+MEMBER(Recorder, data, void *)
+CONSTRUCTOR_CASE(Recorder, 1, Recorder())
+CONSTRUCTOR_CASE(Recorder, 2, Recorder(int))
+CONSTRUCTOR_CASE(Recorder, 3, Recorder(Item const &, ZStatus *))
+CONSTRUCTOR_OVERLOADS(Recorder, &new_Recorder_1, &new_Recorder_2, &new_Recorder_3)
+DESTRUCTOR(Recorder)
+CONSTRUCTOR(Item, Item(int))
+DESTRUCTOR(Item)
+MEMBER(Item, number, int)
+PROXY(Item)
+
+ROWS_END(recorder_rows)
+
+CONSTANTS(recorder_constants, ENUMERATOR(Recorder, kNone), ENUMERATOR(Recorder, kLow),
+          ENUMERATOR(Recorder, kHigh))
+
+static constexpr const Rows *row_tables[] = {&recorder_rows};
+static constexpr const Constants *constants[] = {&recorder_constants};
+constinit const std::span<const Rows *const> method_tables = row_tables;
+constinit const std::span<const Constants *const> constant_tables = constants;
