@@ -3,11 +3,12 @@
     quilhost MODEL.obj --python examples/raytrace.py --output picture.png
 
 It reads the resolution from the render settings, sends the rays of each tile to the host in one
-call, paints a cloudy sky where they hit nothing, and pushes the tile to the render view.
+call, paints a floor with the model's shadow and a sky where they hit nothing, and pushes the tile
+to the render view.
 """
 import math
 
-from OpenQuil import (PixelBuffer, ZDagPath, ZFloatVector, ZFloatVectorArray, ZPlug,
+from OpenQuil import (PixelBuffer, ZDagPath, ZFloatVector, ZFloatVectorArray, ZIntArray, ZPlug,
                       ZSelectionList)
 from OpenQuilRender import ZCommonRenderSettingsData, ZRenderUtil, ZRenderView
 
@@ -33,33 +34,58 @@ class Camera(object):
         distance = width / 2.0 / math.tan(field_of_view / 2)
         self.forward = [-axis * distance for axis in backwards]
 
-    def rays(self, left, right, bottom, top):
+    def rays(self, left, right, bottom, top, step=1):
         """Directions through the pixel centres of a tile, row by row from the bottom."""
-        for y in range(bottom, top + 1):
+        for y in range(bottom, top + 1, step):
             up = y + 0.5 - self.height / 2.0
             row = [self.forward[i] + up * self.up[i] for i in range(3)]
-            for x in range(left, right + 1):
+            for x in range(left, right + 1, step):
                 across = x + 0.5 - self.width / 2.0
                 yield tuple(row[i] + across * self.right[i] for i in range(3))
 
 
-def sky(direction):
-    """The colour that is seen along a direction that hits nothing."""
-    x, y, z = direction
-    length = math.sqrt(x * x + y * y + z * z)
-    height = y / length
-    cloud = 0.0
-    if height > 0:
-        for octave in (1, 2, 4):
-            scale = 3.0 * octave / (height + 0.15) / length
-            cloud += ZRenderUtil.noise2(x * scale + 7, z * scale + 7) / octave
-        cloud = min(max(cloud - 0.75, 0.0) * 1.4, 1.0) * min(height * 4, 1.0)
-    shade = min(max(0.5 + height / 2, 0.0), 1.0)
-    blue = (0.85 - 0.55 * shade, 0.88 - 0.38 * shade, 0.92 - 0.12 * shade)
-    return ZFloatVector(*[c + (1 - c) * cloud for c in blue])
+class Surroundings(object):
+    """What is seen where a ray misses the model: a floor under it, and the sky."""
+
+    UP = ZFloatVector(0, 1, 0)
+
+    def __init__(self, camera):
+        self.eye = [camera.origin.x, camera.origin.y, camera.origin.z]
+        self.height = self.eye[1] - self.lowest_point(camera)
+
+    @staticmethod
+    def lowest_point(camera):
+        """The height of the model's lowest point on a grid of rays from the camera."""
+        directions = list(camera.rays(0, camera.width - 1, 0, camera.height - 1, step=4))
+        points, numbers = ZFloatVectorArray(), ZIntArray()
+        ZRenderUtil.raytraceFirstGeometryIntersections(
+            ZFloatVectorArray(len(directions), camera.origin), ZFloatVectorArray(directions),
+            None, None, points, numbers)
+        return min([point.y for point in points] or [camera.origin.y - 1])
+
+    def color(self, direction):
+        if direction[1] < 0 and self.height > 0:
+            return self.floor(direction)
+        return self.sky(direction)
+
+    def sky(self, direction):
+        height = direction[1] / math.sqrt(sum(d * d for d in direction))
+        shade = 0.5 + 0.5 * max(height, 0.0)
+        return ZFloatVector(0.95 - 0.55 * shade, 0.97 - 0.38 * shade, 1.0 - 0.16 * shade)
+
+    def floor(self, direction):
+        """A plane with soft marble veins, lit by the scene's first light; far off it fades."""
+        distance = self.height / -direction[1]
+        point = ZFloatVector(*[e + distance * d for e, d in zip(self.eye, direction)])
+        x, z = 8 * point.x / self.height, 8 * point.z / self.height
+        veins = 0.72 + 0.16 * ZRenderUtil.noise2(x + 90, z + 90)
+        light = 0.45 + 0.55 * ZRenderUtil.lightAttenuation(None, point, self.UP, True)
+        near = math.exp(-0.02 * (x * x + z * z) ** 0.5)
+        sky = self.sky(direction)
+        return ZFloatVector(*[near * veins * light + (1 - near) * c for c in (sky.x, sky.y, sky.z)])
 
 
-def render_tile(camera, left, right, bottom, top):
+def render_tile(camera, surroundings, left, right, bottom, top):
     directions = list(camera.rays(left, right, bottom, top))
     origins = ZFloatVectorArray(len(directions), camera.origin)
     points, colors = ZFloatVectorArray(), ZFloatVectorArray()
@@ -68,7 +94,7 @@ def render_tile(camera, left, right, bottom, top):
     nothing = ZFloatVector()
     for i, direction in enumerate(directions):
         if colors[i] == nothing and points[i] == nothing:
-            colors[i] = sky(direction)
+            colors[i] = surroundings.color(direction)
     pixels = PixelBuffer(len(directions))
     pixels.setColors(0, colors)
     ZRenderView.updatePixels(left, right, bottom, top, pixels, True)
@@ -85,11 +111,12 @@ def main():
     ZRenderUtil.getCommonRenderSettings(settings)
     width, height = settings.width, settings.height
     camera = Camera(width, height)
+    surroundings = Surroundings(camera)
     ZRenderView.setCurrentCamera(camera.path)
     ZRenderView.startRender(width, height)
     all_tiles = list(tiles(width, height))
     for number, tile in enumerate(all_tiles):
-        render_tile(camera, *tile)
+        render_tile(camera, surroundings, *tile)
         ZRenderUtil.sendRenderProgressInfo("tile %d of %d" % (number + 1, len(all_tiles)),
                                            100 * (number + 1) // len(all_tiles))
     ZRenderView.endRender()
