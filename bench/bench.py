@@ -72,22 +72,27 @@ class Calls(object):
         return make_loop(function, arguments)
 
 
+def flat_shapes(module, new_vector):
+    """The shapes of an implementation that spells its functions as the floor does."""
+    vectors = tuple(new_vector(*v) for v in (LIGHT, POINT, NORMAL, RAY))
+    return {
+        "none": (module.noise_table_size, ()),
+        "float": (module.noise1, (0.3,)),
+        "numbers": (module.noise4, (0.1, 0.2, 0.3, 0.4, 7)),
+        "get": (module.pixel_r_get, (module.new_pixel(),)),
+        "set": (module.aov_channels_set, (module.new_aov(), 3)),
+        "string": (module.relative_file_name, (NAME,)),
+        "value": (module.maximum_specular_reflection, (None,) + vectors),
+    }
+
+
 class FlatCalls(Calls):
     """The floor and Cython spell their functions alike."""
 
     def __init__(self, module):
-        light, point, normal, ray = [module.new_vector(*v) for v in (LIGHT, POINT, NORMAL, RAY)]
         self.new_callback = module.new_callback
         self.vector_tuple = module.vector_tuple
-        self.shapes = {
-            "none": (module.noise_table_size, ()),
-            "float": (module.noise1, (0.3,)),
-            "numbers": (module.noise4, (0.1, 0.2, 0.3, 0.4, 7)),
-            "get": (module.pixel_r_get, (module.new_pixel(),)),
-            "set": (module.aov_channels_set, (module.new_aov(), 3)),
-            "string": (module.relative_file_name, (NAME,)),
-            "value": (module.maximum_specular_reflection, (None, light, point, normal, ray)),
-        }
+        self.shapes = flat_shapes(module, module.new_vector)
 
     def callback_loop(self, target):
         return callback_loop(self.new_callback(target), target)
@@ -131,16 +136,7 @@ class CtypesCalls(Calls):
                 ("maximum_specular_reflection", vector, [ctypes.c_void_p] + [reference] * 4)]:
             function = getattr(shims, name)
             function.restype, function.argtypes = result, arguments
-        light, point, normal, ray = [vector(*v) for v in (LIGHT, POINT, NORMAL, RAY)]
-        self.shapes = {
-            "none": (shims.noise_table_size, ()),
-            "float": (shims.noise1, (0.3,)),
-            "numbers": (shims.noise4, (0.1, 0.2, 0.3, 0.4, 7)),
-            "get": (shims.pixel_r_get, (shims.new_pixel(),)),
-            "set": (shims.aov_channels_set, (shims.new_aov(), 3)),
-            "string": (shims.relative_file_name, (NAME,)),
-            "value": (shims.maximum_specular_reflection, (None, light, point, normal, ray)),
-        }
+        self.shapes = flat_shapes(shims, vector)
 
     def vector_tuple(self, vector):
         return vector.x, vector.y, vector.z

@@ -13,7 +13,7 @@ import pathlib
 import re
 import textwrap
 
-from headers import find_declarations, read_headers
+from headers import find_declarations, read_aliases, read_headers
 from signatures import Signatures, Types, is_borrowed, mangled, split_declaration, wrapped
 
 DIVISIONS = {'__div__': '__truediv__', '__idiv__': '__itruediv__', '__rdiv__': '__rtruediv__'}
@@ -63,10 +63,13 @@ class Module(object):
 
     def type_name(self, class_name):
         """The mangled name of a class's type. A class XyzBuffer that is no type itself stands for
-        the pointers to the native type "xyz"."""
+        the pointers to the native type "xyz", or to the type Xyz or ZXyz inside a
+        class."""
         words = re.sub(r'Buffer$', '', class_name)
         words = re.sub(r'(?<!^)([A-Z])', r' \1', words).lower().replace(' pointer', ' *')
-        for name in (mangled(class_name), mangled(words)):
+        item = re.sub(r'Buffer$', '', class_name)
+        nested = [name for name in self.bases if name.endswith(('__' + item, '__Z' + item))]
+        for name in [mangled(class_name), mangled(words)] + nested:
             if name in self.bases:
                 return name
         raise SystemExit('%s: no type of the class %s' % (self.name, class_name))
@@ -89,7 +92,7 @@ class Module(object):
 
 
 class Generator(object):
-    def __init__(self, module, used_modules, header_classes, extensions):
+    def __init__(self, module, used_modules, header_classes, aliases, extensions):
         self.module = module
         self.used_modules = used_modules
         self.header_classes = header_classes
@@ -97,12 +100,19 @@ class Generator(object):
         self.class_names = {}  # mangled -> how generated code names the proxy class
         for used in used_modules:
             for used_class in used.classes.values():
-                self.class_names[used_class.type_name] = '%s.%s' % (used.name, used_class.name)
+                self.add_name(used_class, '%s.%s' % (used.name, used_class.name))
         for own in module.classes.values():
-            self.class_names[own.type_name] = own.name
+            self.add_name(own, own.name)
         enumerations = {enumeration.name for found in header_classes.values()
                         for enumeration in found.enumerations}
-        self.signatures = Signatures(Types(self.class_names, enumerations), header_classes)
+        self.signatures = Signatures(
+            Types(self.class_names, enumerations, aliases), header_classes)
+
+    def add_name(self, target, shown):
+        self.class_names[target.type_name] = shown
+        scope, nested, name = target.type_name.partition('__')
+        if nested:  # declarations are compared without scopes
+            self.class_names[mangled(name)] = shown
 
     # What both outputs need
 
@@ -308,7 +318,8 @@ class Generator(object):
     # The types
 
     def stubs(self):
-        blocks = ['from typing import Any, Iterable, Iterator, Optional, Text, Union, overload\n']
+        blocks = ['from typing import (Any, Iterable, Iterator, List, Optional, Text, Union,\n'
+                  '                    overload)\n']
         blocks[0] += ''.join('import %s\n' % used.name for used in self.used_modules)
         blocks[0] += 'from openquil_proxy import Proxy\n'
         if self.module.constants:
@@ -384,7 +395,7 @@ def main():
     arguments = parser.parse_args()
     generator = Generator(arguments.module, arguments.uses,
                           read_headers([arguments.headers, arguments.extensions]),
-                          arguments.extensions)
+                          read_aliases([arguments.headers]), arguments.extensions)
     name = arguments.module.name
     arguments.output.mkdir(parents=True, exist_ok=True)
     (arguments.output / (name + '.py')).write_text(generator.proxies(), encoding='utf-8')

@@ -198,7 +198,9 @@ class Reader(object):
     def add_enumeration(self, name, doc, body):
         enumeration = Enumeration(name, doc)
         pending = []
-        for line in re.split(r'\n|(?<=,)(?![^\n]*//)', body):
+        for line in body.split('\n'):
+            if line.startswith('#'):
+                continue
             line, _, comment = line.partition('//')
             trailing = comment.startswith('/<')
             if comment.startswith('/') and not trailing:
@@ -220,16 +222,61 @@ class Reader(object):
             self.scopes[-1].members.setdefault(declaration.name, []).append(declaration)
 
 
+def expand_lists(text, folders):
+    """Included lists: their lines become declarations."""
+    def lines_of(include):
+        for folder in folders:
+            path = folder.parent / include.group(1)
+            if path.exists():
+                lines = path.read_text(encoding='utf-8').splitlines()
+                return '\n'.join(filter(None, map(declaration_of_line, lines)))
+        return ''
+    return re.sub(r'^#include "([^"]+\.def)"$', lines_of, text, flags=re.MULTILINE)
+
+
+def declaration_of_line(line):
+    """A documented declaration from `GL(since, result, member, (type) parameter, ...)` and its
+    variants, an enumerator from `GL_EXTENSION(name, "what brings it")`; None for other lines."""
+    match = re.match(r'GL_EXTENSION\((\w+),', line)
+    if match:
+        return 'kZGLext_%s,' % match.group(1)
+    match = re.match(r'(GL|GL_AS|GL_WITH_OUTCOME)\((.*)\)$', line)
+    if not match:
+        return None
+    kind, fields = match.group(1), split_list(match.group(2))
+    entry = fields.pop(0) if kind == 'GL_AS' else None
+    since = fields.pop(0)
+    result = 'bool' if kind == 'GL_WITH_OUTCOME' else fields.pop(0)
+    member = fields.pop(0)
+    source = re.sub(r'VERSION_(\d)_(\d)$', r'OpenGL \1.\2', since)
+    doc = '%s of %s.' % (entry or member, source if source != since else 'GL_' + since)
+    if kind == 'GL_WITH_OUTCOME':
+        doc += ' True when it succeeded.'
+    parameters = ', '.join(re.sub(r'^\((.*)\) *', r'\1 ', field) for field in fields)
+    return '/// %s\n%s %s(%s);' % (doc, result, member, parameters)
+
+
 def read_headers(folders):
     """All documented classes below the folders, by name. A class that comes again gets the further
     members."""
     classes = {}
     for path in [path for folder in folders for path in sorted(folder.rglob('*.h'))]:
         try:
-            Reader(path.read_text(encoding='utf-8'), classes).read()
+            text = expand_lists(path.read_text(encoding='utf-8'), folders)
+            Reader(text, classes).read()
         except (ValueError, IndexError) as error:
             raise SystemExit('%s: cannot be read as a header: %s' % (path, error))
     return classes
+
+
+def read_aliases(folders):
+    """What the names of types outside classes stand for, enumerations as int."""
+    texts = [path.read_text(encoding='utf-8') for folder in folders for path in folder.rglob('*.h')]
+    aliases = dict(match for text in texts
+                   for match in re.findall(r'^using (\w+) = ([\w: ]+);', text, re.MULTILINE))
+    aliases.update((name, 'int') for text in texts
+                   for name in re.findall(r'^enum (\w+)', text, re.MULTILINE))
+    return aliases
 
 
 def find_declarations(classes, class_name, member):

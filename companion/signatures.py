@@ -6,7 +6,8 @@ import textwrap
 
 from headers import find_declarations, normal_type, split_list
 
-INTEGER = re.compile(r'(?:unsigned|signed) char|(?:unsigned ?|signed ?)?(?:short|int|long)?')
+INTEGER = re.compile(r'(?:unsigned|signed) char|(?:unsigned ?|signed ?)?(?:short|int|long)?|'
+                     r'std::ptrdiff_t')
 RESERVED = set('and as assert break class continue def del elif else except exec finally for from '
                'global if import in is lambda not or pass print raise return try while with yield '
                'None self'.split())
@@ -18,7 +19,7 @@ OPERATORS = {
     '__isub__': 'operator-=', '__imul__': 'operator*=', '__idiv__': 'operator/=',
     '__eq__': 'operator==', '__ne__': 'operator!=', '__lt__': 'operator<', '__le__': 'operator<=',
     '__gt__': 'operator>', '__ge__': 'operator>=', '__call__': 'operator()', '__len__': 'length',
-    '__rmul__': 'operator*', '__truediv__': 'operator/',
+    '__rmul__': 'operator*', '__truediv__': 'operator/', 'assign': 'operator=',
 }
 # ... and what Python itself says about them: parameter names, result and meaning.
 SPECIAL_METHODS = {
@@ -45,24 +46,32 @@ SPECIAL_METHODS = {
 
 class Types(object):
     """Python types of native types. `classes` tells how to name the proxy class of a type, which
-    is given by its mangled name; `enumerations` are the names of all enumerations."""
+    is given by its mangled name; `enumerations` are the names of all enumerations, `aliases` what
+    other names of types stand for."""
 
-    def __init__(self, classes, enumerations):
+    def __init__(self, classes, enumerations, aliases):
         self.classes = classes
         self.enumerations = enumerations
+        self.aliases = aliases
+
+    def bare(self, native):
+        return normal_type(re.sub(r'\w+', lambda name: self.aliases.get(name.group(), name.group()),
+                                  native))
 
     def shown(self, native, python):
         bare = normal_type(native)
         return bare if bare in self.enumerations else python
 
     def parameter(self, native):
-        bare = normal_type(native)
+        bare = self.bare(native)
         if bare in ('ZString', 'ZString&', 'ZString const&'):
             return 'Text'
+        if bare == 'NameList':
+            return 'List[Text]'
         return self.common(bare) or self.pointer(bare)
 
     def result(self, native):
-        bare = normal_type(native)
+        bare = self.bare(native)
         if bare in ('void', 'ZStatus'):
             return 'None'
         if bare == 'ZString':
@@ -80,6 +89,15 @@ class Types(object):
         if re.fullmatch(r'char|char( const)?\*', bare):
             return 'str'
         return None
+
+    def object_default(self, native, expression):
+        """A default of a class, from the header's expression: "Class(numbers)" as it is, the name
+        of a constant as an object without arguments. None for other types."""
+        found = self.classes.get(mangled(re.sub(r'( const)?&$', '', normal_type(native))))
+        if not native.endswith('&') or not found or found.endswith('.ZString'):
+            return None
+        match = re.fullmatch(r'\w+\((.*)\)', expression or '')
+        return '%s(%s)' % (found, re.sub(r'(?<=\d)f\b', '', match.group(1)) if match else '')
 
     def pointer(self, bare):
         target = re.sub(r' const\b', '', bare)
@@ -157,10 +175,10 @@ def parameter_types(natives):
 
 def default_source(native, value):
     bare = normal_type(native)
-    if 'ZString' in bare:
-        return "''"
     if bare.endswith('*'):
         return 'None'
+    if 'ZString' in bare:
+        return "''"
     if bare.startswith('bool'):
         return 'True' if value else 'False'
     if bare.startswith(('float', 'double')):
@@ -224,7 +242,9 @@ class Signatures(object):
             name = names[i] if i < len(names) and names[i] else 'argument%d' % (i + 1)
             default = None
             if i >= first_default:
-                default = default_source(native, overload['defaults'][i - first_default])
+                expression = declaration and declaration.parameters[i].default
+                default = (self.types.object_default(native, expression) or
+                           default_source(native, overload['defaults'][i - first_default]))
             python = self.types.parameter(native)
             if function['kind'] == 'constructor' and native == 'PyObject *':
                 python = 'Iterable[Any]'

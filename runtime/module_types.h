@@ -7,6 +7,10 @@
 
 #include <iosfwd>
 
+namespace ZHWRender {
+class ZDrawContext;
+}
+
 /// Places in the module's type table, named like the types.
 enum TypeIndex {
 #define TYPE(id, readable, bases, ...) k##id,

@@ -16,6 +16,18 @@ int long_as_int(PyObject *object, int *value) {
     return SWIG_OK;
 }
 
+int long_as_long(PyObject *object, long *value) {
+    if (!PyLong_Check(object))
+        return SWIG_TypeError;
+    int overflow;
+    const long result = PyLong_AsLongAndOverflow(object, &overflow);
+    if (overflow)
+        return SWIG_OverflowError;
+    if (value)
+        *value = result;
+    return SWIG_OK;
+}
+
 int long_as_unsigned_int(PyObject *object, unsigned int *value) {
     if (!PyLong_Check(object) || _PyLong_Sign(object) < 0 ||
         _PyLong_NumBits(object) > sizeof(unsigned long) * CHAR_BIT)

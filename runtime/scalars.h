@@ -10,6 +10,7 @@
 
 namespace scalars {
 int long_as_int(PyObject *object, int *value);
+int long_as_long(PyObject *object, long *value);
 int long_as_unsigned_int(PyObject *object, unsigned int *value);
 int number_as_double(PyObject *object, double *value);
 } // namespace scalars
@@ -23,6 +24,15 @@ inline int SWIG_AsVal_int(PyObject *object, int *value) {
         return SWIG_OverflowError;
     if (value)
         *value = static_cast<int>(wide);
+    return SWIG_OK;
+}
+
+/// int or long to a native long; a long that exceeds it overflows.
+inline int SWIG_AsVal_long(PyObject *object, long *value) {
+    if (!PyInt_Check(object))
+        return scalars::long_as_long(object, value);
+    if (value)
+        *value = PyInt_AS_LONG(object);
     return SWIG_OK;
 }
 

@@ -8,6 +8,7 @@
 #include "host/core/ZString.h"
 #include "runtime/char_strings.h"
 #include "runtime/convert.h"
+#include "runtime/function_pointer.h"
 #include "runtime/module_types.h"
 #include "runtime/scalars.h"
 #include "wrappers/function.h"
@@ -24,6 +25,12 @@ struct Argument;
 template <class Pointer>
 struct Given;
 
+/// The host's own type of a parameter that rows spell in another way, to convert it in another way.
+template <class T>
+struct NativeOf : std::type_identity<T> {};
+template <class T>
+using Native = typename NativeOf<T>::type;
+
 /// The object that a data member is set to: always a pointer object, for strings too.
 template <class Object>
 struct Embedded;
@@ -37,6 +44,15 @@ struct Argument<int> {
     void use_default(double d) { value = static_cast<int>(d); }
     int get() const { return value; }
     static bool probe(PyObject *object) { return SWIG_AsVal_int(object, nullptr) >= 0; }
+};
+
+/// By reference in the host only: a plain number for scripts, and in messages.
+template <>
+struct Argument<int const &> : Argument<int> {
+    int read(PyObject *object, int position) {
+        const int code = Argument<int>::read(object, position);
+        return code >= 0 ? code : kNamedByValue + code;
+    }
 };
 
 /// Host enumerations are plain ints and never range-checked.
@@ -55,9 +71,19 @@ struct Argument<unsigned int> {
     static bool probe(PyObject *object) { return SWIG_AsVal_unsigned_SS_int(object, nullptr) >= 0; }
 };
 
+template <>
+struct Argument<long> {
+    long value = 0;
+    int read(PyObject *object, int) { return SWIG_AsVal_long(object, &value); }
+    void use_default(double d) { value = static_cast<long>(d); }
+    long get() const { return value; }
+    static bool probe(PyObject *object) { return SWIG_AsVal_long(object, nullptr) >= 0; }
+};
+
 /// Integers narrower than the interpreter's, on top of the next wider conversion.
 template <class T>
-requires std::is_same_v<T, short> || std::is_same_v<T, unsigned short>
+requires std::is_same_v<T, short> || std::is_same_v<T, unsigned short> ||
+         std::is_same_v<T, signed char> || std::is_same_v<T, unsigned char>
 struct Argument<T> {
     using Wide = std::conditional_t<std::is_signed_v<T>, int, unsigned int>;
     Argument<Wide> wide;
@@ -146,6 +172,21 @@ struct Argument<T *> : PointerArgument<T> {
     T *get() const { return static_cast<T *>(this->pointer); }
 };
 
+/// A native function, in the forms that native code hands it out; no Python callable.
+template <HasRecord T>
+requires std::is_function_v<T>
+struct Argument<T *> {
+    void *pointer = nullptr;
+    int read(PyObject *object, int) {
+        return SWIG_Python_ConvertFunctionPtr(object, &pointer, type_of<T>());
+    }
+    void use_default(double) {}
+    T *get() const { return reinterpret_cast<T *>(pointer); }
+    static bool probe(PyObject *object) {
+        return SWIG_Python_ConvertFunctionPtr(object, nullptr, type_of<T>()) >= 0;
+    }
+};
+
 template <HasRecord T>
 struct Argument<Given<T *>> : Argument<T *> {
     int read(PyObject *object, int) {
@@ -174,6 +215,12 @@ struct Argument<T &> : ReferenceArgument<T> {};
 
 template <HasRecord T>
 struct Argument<Embedded<T>> : ReferenceArgument<T> {};
+
+/// An address that the host finds: it is written into the caller's "void **".
+template <>
+struct Argument<void const *&> : ReferenceArgument<void *> {
+    void const *&get() const { return *static_cast<void const **>(this->pointer); }
+};
 
 /// By value: converted like a reference, then copied.
 template <HasRecord T>

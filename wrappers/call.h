@@ -45,15 +45,17 @@ template <class... A>
 inline constexpr Probe probes_of<Pack<A...>>[] = {probe_of<A>()..., nullptr};
 
 /// Reads one argument, or takes its default where it is absent.
-template <class T>
+template <bool may_be_absent, class T>
 [[gnu::always_inline]] inline bool read_argument(Argument<T> &argument, const Function &function,
                                                  PyObject *object, int index) {
     if constexpr (is_hidden_status<T>) {
         return true;
     } else {
-        if (!object) {
-            argument.use_default(function.defaults[index - function.min]);
-            return true;
+        if constexpr (may_be_absent) {
+            if (!object) {
+                argument.use_default(function.defaults[index - function.min]);
+                return true;
+            }
         }
         const int code = argument.read(object, index + 1);
         if (code >= 0) [[likely]]
@@ -76,9 +78,11 @@ bool report_status(Argument<T> &argument) {
 }
 
 /// Converts the arguments to A... and hands them to `invoke`, which makes the result object.
-template <int flags, class... A, class Invoke>
+template <int shape, class... A, class Invoke>
 [[gnu::always_inline]] inline PyObject *with_arguments(const Function &function,
                                                        PyObject *arguments, Invoke invoke) {
+    constexpr int flags = shape & ~kAllGiven;
+    constexpr bool may_be_absent = !(shape & kAllGiven);
     [[maybe_unused]] Py_ssize_t count = 0;
     if constexpr (flags == METH_O) {
         if (!arguments)
@@ -92,11 +96,12 @@ template <int flags, class... A, class Invoke>
         if constexpr (flags == METH_O)
             return arguments;
         else
-            return index < count ? PyTuple_GET_ITEM(arguments, index) : nullptr;
+            return !may_be_absent || index < count ? PyTuple_GET_ITEM(arguments, index) : nullptr;
     };
     return [&]<int... i>(std::integer_sequence<int, i...>)->PyObject * {
         std::tuple<Argument<A>...> values;
-        if (!(read_argument<A>(std::get<i>(values), function, object_at(i), i) && ...))
+        if (!(read_argument<may_be_absent, A>(std::get<i>(values), function, object_at(i), i) &&
+              ...))
             return nullptr;
         PyObject *result = invoke(std::get<i>(values)...);
         return (report_status<A>(std::get<i>(values)) && ...) ? result : nullptr;
@@ -147,10 +152,10 @@ struct Static;
 template <class R, class... A>
 struct Static<R(A...)> {
     using Parameters = Pack<A...>;
-    template <int flags>
+    template <int shape>
     [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
                                             R (*target)(A...)) {
-        return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
+        return with_arguments<shape, A...>(function, arguments, [=](Argument<A> &...values) {
             return result_of<R>([&]() -> R { return target(values.get()...); });
         });
     }
@@ -160,10 +165,10 @@ struct Static<R(A...)> {
 template <class Object, class Target, class R, class... A>
 struct MethodCall {
     using Parameters = Pack<Object *, A...>;
-    template <int flags>
+    template <int shape>
     [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
                                             Target target) {
-        return with_arguments<flags, Object *, A...>(
+        return with_arguments<shape, Object *, A...>(
             function, arguments, [=](Argument<Object *> &self, Argument<A> &...values) {
                 return result_of<R>([&]() -> R { return (self.get()->*target)(values.get()...); });
             });
@@ -173,9 +178,11 @@ struct MethodCall {
 template <class Object, class Signature>
 struct Method;
 template <class Object, class R, class... A>
-struct Method<Object, R(A...)> : MethodCall<Object, R (Object::*)(A...), R, A...> {};
+struct Method<Object, R(A...)>
+    : MethodCall<Object, Native<R> (Object::*)(Native<A>...), Native<R>, A...> {};
 template <class Object, class R, class... A>
-struct Method<Object, R(A...) const> : MethodCall<Object, R (Object::*)(A...) const, R, A...> {};
+struct Method<Object, R(A...) const>
+    : MethodCall<Object, Native<R> (Object::*)(Native<A>...) const, Native<R>, A...> {};
 
 /// True when an extension has to be given up: unlike a host operation it is not called without its
 /// text.
@@ -192,11 +199,11 @@ struct Extension;
 template <class Object, class R, class... A>
 struct Extension<Object, R(A...)> {
     using Parameters = Pack<Embedded<Object>, A...>;
-    template <int flags, class Result = R>
+    template <int shape, class Result = R>
     [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
                                             Result (*target)(Object &, A...)) {
         static_assert(std::is_same_v<Result, R> || std::is_same_v<Result, PyObject *>);
-        return with_arguments<flags, Embedded<Object>, A...>(
+        return with_arguments<shape, Embedded<Object>, A...>(
             function, arguments, [=](Argument<Embedded<Object>> &self, Argument<A> &...values) {
                 return lacks_text<A...>() ? nullptr : result_of<Result>([&]() -> Result {
                     return target(self.get(), values.get()...);
@@ -214,9 +221,9 @@ struct Constructor;
 template <class Object, class... A>
 struct Constructor<Object(A...)> {
     using Parameters = Pack<A...>;
-    template <int flags>
+    template <int shape>
     [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments) {
-        return with_arguments<flags, A...>(function, arguments, [](Argument<A> &...values) {
+        return with_arguments<shape, A...>(function, arguments, [](Argument<A> &...values) {
             auto *object = new Object(values.get()...);
             PyObject *result = SWIG_Python_NewPointerObj(object, type_of<Object>(), kConstructed);
             if (!result)
@@ -225,10 +232,10 @@ struct Constructor<Object(A...)> {
         });
     }
     /// With a function that makes the pointer object.
-    template <int flags>
+    template <int shape>
     [[gnu::noinline]] static PyObject *make(const Function &function, PyObject *arguments,
                                             PyObject *(*maker)(A...)) {
-        return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
+        return with_arguments<shape, A...>(function, arguments, [=](Argument<A> &...values) {
             return lacks_text<A...>() ? nullptr : maker(values.get()...);
         });
     }

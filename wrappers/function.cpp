@@ -67,13 +67,16 @@ void add_object_type(Message &message, const Function &function) {
     message.add(is_const(function) ? " const *" : " *");
 }
 
-void add_parameter_type(Message &message, const Function &function, int position) {
+void add_parameter_type(Message &message, const Function &function, int position,
+                        bool named_by_value) {
     if (function.has_object() && position-- == 1)
         return add_object_type(message, function);
     ParameterTypes types(function.declaration());
     std::string_view type;
     while (position-- > 0)
         types.next(type);
+    if (named_by_value)
+        type.remove_suffix(std::strlen(" const &"));
     message.add(type);
 }
 
@@ -170,11 +173,16 @@ Py_ssize_t raise_argument_count(const Function &function, PyObject *arguments) {
 }
 
 bool raise_argument(const Function &function, int position, int code) {
+    if (code == kRaised)
+        return false;
+    const bool named_by_value = code < kNamedByValue;
+    if (named_by_value)
+        code -= kNamedByValue;
     Message message;
     if (code == kNullReference)
         message.add("invalid null reference ");
     message.format("in method '%s', argument %d of type '", function.name(), position);
-    add_parameter_type(message, function, position);
+    add_parameter_type(message, function, position, named_by_value);
     message.add("'");
     const int type = code == kNullReference ? SWIG_ValueError
                      : code == SWIG_ERROR   ? SWIG_TypeError

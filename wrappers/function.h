@@ -28,6 +28,9 @@ inline constexpr int kMaxParameters = 16;
 /// Most parameters with a default.
 inline constexpr int kMaxDefaults = 6;
 
+/// Added to the flags in Function::shape().
+inline constexpr int kAllGiven = 0x100;
+
 /// One native function. There are well over a thousand of them, and what weighs in the module are
 /// the pointers, which the loader has to relocate: hence one text for name and declaration.
 struct Function {
@@ -43,6 +46,8 @@ struct Function {
     unsigned char flags;                ///< METH_NOARGS, METH_O or METH_VARARGS
     signed char defaults[kMaxDefaults]; ///< of the last max - min parameters
 
+    /// What the code of a call depends on: the flags, and whether no argument may be absent.
+    constexpr int shape() const { return flags | (min == max ? kAllGiven : 0); }
     /// The Python name, used in every message.
     const char *name() const { return text; }
     /// The declared type, as written in the row: "ZStatus(unsigned int, bool) const".
@@ -62,12 +67,6 @@ struct Function {
 /// One row of the method table: a function, or the dispatcher of its overloads.
 using Row = const Function *;
 
-/// One integer constant.
-struct Constant {
-    const char *name;
-    long value;
-};
-
 // Failures. Each sets the exception and returns what its caller is to return.
 
 /// Wrong number of arguments, or no tuple: returns -1.
@@ -75,6 +74,12 @@ Py_ssize_t raise_argument_count(const Function &function, PyObject *arguments);
 
 /// In place of a result code: None where the host expects a reference.
 inline constexpr int kNullReference = -100;
+
+/// In place of a result code: the exception is set already.
+inline constexpr int kRaised = -101;
+
+/// Added to a result code where the message tells `T` for a parameter declared `T const &`.
+inline constexpr int kNamedByValue = -200;
 
 /// An argument (counted from 1, the object included) did not convert: returns false.
 bool raise_argument(const Function &function, int position, int code);

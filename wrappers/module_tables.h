@@ -3,10 +3,10 @@
 // What a module consists of. Every module defines the two lists, in the order in which its rows
 // and constants are installed.
 
+#include "wrappers/constants.h"
 #include "wrappers/function.h"
 
 using Rows = std::span<const Row>;
-using Constants = std::span<const Constant>;
 
 extern const std::span<const Rows *const> method_tables;
 extern const std::span<const Constants *const> constant_tables;

@@ -63,6 +63,9 @@ PyObject *to_python(std::type_identity_t<R> &&value) {
         return PyInt_FromLong(static_cast<long>(value));
     else if constexpr (std::is_same_v<R, const char *>)
         return SWIG_FromCharPtr(value);
+    else if constexpr (std::is_pointer_v<R> && std::is_function_v<std::remove_pointer_t<R>>)
+        return SWIG_Python_NewPointerObj(reinterpret_cast<void *>(value),
+                                         type_of<std::remove_pointer_t<R>>(), kBorrowed);
     else if constexpr (std::is_pointer_v<R>)
         return borrowed(value);
     else if constexpr (std::is_reference_v<R>)

@@ -40,6 +40,7 @@
 
 #include "runtime/registration.h"
 #include "wrappers/call.h"
+#include "wrappers/constants.h"
 
 // Descriptions: a constant named like the function, and the function's declaration.
 
@@ -53,23 +54,24 @@
 
 // Functions: a description and a body, without a row.
 
-#define STATIC_FUNCTION(function, probes, Class, member, declared, ...)                     \
-    DESCRIBE(function, Static, Static<declared>::Parameters(), Class,                       \
-             #Class "_" #member "\0" #declared, probes, {__VA_ARGS__})                      \
-    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                           \
-        return Static<declared>::call<function.flags>(function, arguments, &Class::member); \
+#define STATIC_FUNCTION(function, probes, Class, member, declared, ...)                       \
+    DESCRIBE(function, Static, Static<declared>::Parameters(), Class,                         \
+             #Class "_" #member "\0" #declared, probes, {__VA_ARGS__})                        \
+    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                             \
+        return Static<declared>::call<function.shape()>(function, arguments, &Class::member); \
     }
-#define METHOD_FUNCTION(function, probes, Class, member, declared, ...)                            \
-    DESCRIBE(function, Method, (Method<Class, declared>::Parameters()), Class,                     \
-             #Class "_" #member "\0" #declared, probes, {__VA_ARGS__})                             \
-    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                                  \
-        return Method<Class, declared>::call<function.flags>(function, arguments, &Class::member); \
+#define METHOD_FUNCTION(function, probes, Class, member, declared, ...)             \
+    DESCRIBE(function, Method, (Method<Class, declared>::Parameters()), Class,      \
+             #Class "_" #member "\0" #declared, probes, {__VA_ARGS__})              \
+    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                   \
+        return Method<Class, declared>::call<function.shape()>(function, arguments, \
+                                                               &Class::member);     \
     }
-#define CONSTRUCTOR_FUNCTION(function, probes, Class, declared, ...)             \
-    DESCRIBE(function, Constructor, Constructor<declared>::Parameters(), Class,  \
-             "new_" #Class "\0" #declared, probes, {__VA_ARGS__})                \
-    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                \
-        return Constructor<declared>::call<function.flags>(function, arguments); \
+#define CONSTRUCTOR_FUNCTION(function, probes, Class, declared, ...)               \
+    DESCRIBE(function, Constructor, Constructor<declared>::Parameters(), Class,    \
+             "new_" #Class "\0" #declared, probes, {__VA_ARGS__})                  \
+    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                  \
+        return Constructor<declared>::call<function.shape()>(function, arguments); \
     }
 
 #define STATIC_CASE(Class, member, number, declared, ...)                                        \
@@ -85,14 +87,14 @@
     DESCRIBE(function, Method, (Extension<Class, declared>::Parameters()), Class,          \
              #Class "_" #member "\0" #declared, probes, {__VA_ARGS__})                     \
     PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                          \
-        return Extension<Class, declared>::call<function.flags>(function, arguments,       \
-                                                                implementation);           \
+        return Extension<Class, declared>::call<function.shape()>(function, arguments,     \
+                                                                  implementation);         \
     }
-#define CONSTRUCTOR_EXTENSION_FUNCTION(function, probes, Class, declared, implementation, ...)   \
-    DESCRIBE(function, Constructor, Constructor<declared>::Parameters(), Class,                  \
-             "new_" #Class "\0" #declared, probes, {__VA_ARGS__})                                \
-    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                                \
-        return Constructor<declared>::make<function.flags>(function, arguments, implementation); \
+#define CONSTRUCTOR_EXTENSION_FUNCTION(function, probes, Class, declared, implementation, ...)     \
+    DESCRIBE(function, Constructor, Constructor<declared>::Parameters(), Class,                    \
+             "new_" #Class "\0" #declared, probes, {__VA_ARGS__})                                  \
+    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                                  \
+        return Constructor<declared>::make<function.shape()>(function, arguments, implementation); \
     }
 
 #define EXTENSION_CASE(Class, member, number, declared, implementation, ...)               \
@@ -123,6 +125,14 @@
     CONSTRUCTOR_EXTENSION_FUNCTION(new_##Class, nullptr, Class, declared, implementation, \
                                    __VA_ARGS__)                                           \
     ROW(new_##Class)
+/// "Class_assign": the host's assignment, whose result is the object itself.
+#define ASSIGNMENT(Class)                                                 \
+    DESCRIBE_METHOD(Class, assign, Class &(Class const &))                \
+    PyObject *_wrap_##Class##_assign(PyObject *, PyObject *arguments) {   \
+        return Method<Class, Class &(Class const &)>::call<METH_VARARGS>( \
+            Class##_assign, arguments, &Class::operator=);                \
+    }                                                                     \
+    ROW(Class##_assign)
 #define DESTRUCTOR(Class)                                               \
     DESCRIBE(delete_##Class, Destructor, Pack<Given<Class *>>(), Class, \
              "delete_" #Class "\0void(" #Class " *)")                   \
@@ -205,6 +215,6 @@ constexpr Row row_table<std::integer_sequence<int, i...>>[] = {row_at<i>...};
 /// A constant named after its class and enumerator.
 #define ENUMERATOR(Class, enumerator) \
     { #Class "_" #enumerator, Class::enumerator }
-#define CONSTANTS(name, ...)                                  \
-    static constexpr Constant name##_table[] = {__VA_ARGS__}; \
-    extern constinit const std::span<const Constant> name = name##_table;
+#define CONSTANTS(name, ...)                                 \
+    static constexpr Constant name##_list[] = {__VA_ARGS__}; \
+    PACK_CONSTANTS(name, name##_list)

@@ -24,14 +24,14 @@ Otherwise, if it finished a picture in the render view, that picture is the outp
 host renders the scene itself, with the render callbacks that the script registered, to --output.
 
 The name after --output ends in .png or .exr. A run of # is the place of the frame number, and
-<Scene> and <Camera> stand for their names. The folder must exist.
+<Scene>, <Camera> and <RenderLayer> stand for their names. The folder must exist.
 
 What follows -- goes to the script as sys.argv[1:].
 
 Exit codes:
     0  success
     1  the script failed (or the number that it gave to sys.exit)
-    2  a mistake on the command line, or a file, folder or camera that it names is not there
+    2  a mistake on the command line, or a file, folder, camera or layer that it names is not there
     3  the scene could not be read, rendered or written
     4  a render callback failed; the pictures were rendered all the same
   130  interrupted)";
@@ -122,6 +122,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         ->expected(2)
         ->check(CLI::Range(1u, 16384u));
     app.add_option("--camera", options.camera, "The camera to render from (default: the first)");
+    app.add_option("--layer", options.layer, "The render layer to render (default: all objects)");
     app.add_option("--threads", options.threads, "Threads to render with (default: one per core)")
         ->check(CLI::Range(1u, 1024u));
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");

@@ -17,6 +17,7 @@ struct Options {
     std::string output;
     unsigned width = 640, height = 480;
     std::string camera;
+    std::string layer;
     unsigned threads = 0;
     bool noGl = false;
     bool quiet = false;

@@ -2,6 +2,7 @@
 
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
+#include "devhost/render/HardwareRendering.h"
 #include "devhost/render/Picture.h"
 #include "devhost/render/RenderSession.h"
 #include "devhost/render/SoftwareRenderer.h"
@@ -81,6 +82,7 @@ RenderJob::RenderJob(const Options &options)
       progress_(progressStyle(options.progress, options.quiet), options.frames.size()) {}
 
 RenderJob::~RenderJob() {
+    devhost::closeHardwareDevice();
     // Scripts may still tell progress while the interpreter ends.
     script_.reset();
     devhost::renderSession().progress = nullptr;
@@ -103,6 +105,7 @@ int RenderJob::run() {
         const InterruptScope scope(false);
         loadScene();
         chooseCamera();
+        chooseLayer();
     }
     if (session.cancelled)
         return kInterrupted;
@@ -152,6 +155,23 @@ void RenderJob::chooseCamera() {
                       "there is no camera '" + options_.camera + "'; the scene has: " + known);
     }
     devhost::renderSession().camera = scene.object(id);
+}
+
+void RenderJob::chooseLayer() {
+    if (options_.layer.empty())
+        return;
+    auto &scene = devhost::scene();
+    std::string known;
+    for (const auto layer : scene.layers()) {
+        const std::string &name = scene.node(layer)->name;
+        if (name == options_.layer) {
+            scene.setCurrentLayer(layer);
+            return;
+        }
+        known += (known.empty() ? "" : ", ") + name;
+    }
+    throw Failure(kUsageError,
+                  "there is no layer '" + options_.layer + "'; the scene has: " + known);
 }
 
 ScriptEnd RenderJob::runScript() {

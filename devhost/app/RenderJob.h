@@ -28,6 +28,7 @@ class RenderJob {
   private:
     void loadScene();
     void chooseCamera();
+    void chooseLayer();
     ScriptEnd runScript();
     /// Renders all frames in the way that the script left open; empty to go on to the end.
     std::optional<int> renderFrames();

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <cwctype>
 #include <locale.h>
+#include <optional>
 #include <string_view>
 
 namespace {
@@ -26,9 +27,9 @@ int place(std::wstring_view::size_type found) {
     return found == std::wstring_view::npos ? -1 : static_cast<int>(found);
 }
 
-/// Reads the whole text as one number; false leaves the value as it was.
+/// The whole text read as one number; nothing when it is something else.
 template <class Number>
-bool parse(const ZString &text, Number &value) {
+std::optional<Number> parse(const ZString &text) {
     std::string_view digits(text.asUTF8(), text.numBytes());
     if (digits.starts_with('+') && !digits.starts_with("+-"))
         digits.remove_prefix(1);
@@ -36,9 +37,8 @@ bool parse(const ZString &text, Number &value) {
     const char *const end = digits.data() + digits.size();
     const auto [stop, failure] = std::from_chars(digits.data(), end, parsed);
     if (failure != std::errc() || stop != end || !std::isfinite(static_cast<double>(parsed)))
-        return false;
-    value = parsed;
-    return true;
+        return std::nullopt;
+    return parsed;
 }
 
 /// Letter case in every language, whatever the locale of the process.
@@ -152,47 +152,35 @@ ZStatus ZString::substitute(const ZString &oldText, const ZString &newText) {
 }
 
 bool ZString::isInt() const {
-    int value;
-    return parse(*this, value);
+    return parse<int>(*this).has_value();
 }
 
 int ZString::asInt() const {
-    int value = 0;
-    parse(*this, value);
-    return value;
+    return parse<int>(*this).value_or(0);
 }
 
 bool ZString::isUnsigned() const {
-    unsigned value;
-    return parse(*this, value);
+    return parse<unsigned>(*this).has_value();
 }
 
 unsigned ZString::asUnsigned() const {
-    unsigned value = 0;
-    parse(*this, value);
-    return value;
+    return parse<unsigned>(*this).value_or(0);
 }
 
 bool ZString::isDouble() const {
-    double value;
-    return parse(*this, value);
+    return parse<double>(*this).has_value();
 }
 
 double ZString::asDouble() const {
-    double value = 0.0;
-    parse(*this, value);
-    return value;
+    return parse<double>(*this).value_or(0);
 }
 
 bool ZString::isFloat() const {
-    float value;
-    return parse(*this, value);
+    return parse<float>(*this).has_value();
 }
 
 float ZString::asFloat() const {
-    float value = 0.0f;
-    parse(*this, value);
-    return value;
+    return parse<float>(*this).value_or(0);
 }
 
 ZString &ZString::toLowerCase() {

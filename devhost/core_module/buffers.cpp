@@ -1,10 +1,14 @@
 // Buffers: native numbers side by side, and single cells for out-arguments. A buffer that a script
 // makes owns its block and knows its length. A pointer that the host returns (the pixels of an
 // image, say) is a buffer of the same class, borrowed and of unknown length: its indices are
-// checked against zero only, and a script must know how many items there are.
+// checked against zero only, and a script must know how many items there are. Untyped memory of the
+// host ("void *") has no class; a buffer is made as a copy of so many items of it.
 
 #include "devhost/core_module/blocks.h"
 #include "devhost/core_module/items.h"
+#include "host/core/ZImageFileInfo.h"
+#include "host/render/ZHardwareRenderer.h"
+#include "host/render/ZPxRenderPassImpl.h"
 #include "wrappers/wrapper_table.h"
 
 #include <cstring>
@@ -25,6 +29,19 @@ using DoubleBuffer = double;
 using CharPointerBuffer = char *;
 using UnsignedIntPointerBuffer = unsigned int *;
 using VoidPointerBuffer = void *;
+using ZHwTextureTypeBuffer = ZImageFileInfo::ZHwTextureType;
+
+template <>
+inline constexpr int type_index<ZImageFileInfo::ZHwTextureType> =
+    k_p_ZImageFileInfo__ZHwTextureType;
+
+// Enumerations inside classes, which get their places in the type table here.
+using BufferPixelFormatBuffer = ZHardwareRenderer::BufferPixelFormat;
+template <>
+inline constexpr int type_index<BufferPixelFormatBuffer> = k_p_ZHardwareRenderer__BufferPixelFormat;
+using PassTypeBitBuffer = ZPxRenderPassImpl::PassTypeBit;
+template <>
+inline constexpr int type_index<PassTypeBitBuffer> = k_p_ZPxRenderPassImpl__PassTypeBit;
 
 /// Frees the block of a buffer; memory that is not ours stays.
 template <class T>
@@ -82,6 +99,23 @@ template <class T>
 PyObject *buffer_from_data(PyObject *data) {
     std::vector<T> items;
     return read_data(data, items) ? new_buffer(items.data(), items.size()) : nullptr;
+}
+
+/// A copy of so many items of native memory, untyped or of the buffer's own type.
+template <class T>
+PyObject *buffer_from_memory(PyObject *memory, unsigned int count) {
+    void *address = nullptr;
+    if (SWIG_Python_ConvertPtrAndOwn(memory, &address, type_of<void>(), 0) < 0 &&
+        SWIG_Python_ConvertPtrAndOwn(memory, &address, type_of<T>(), 0) < 0) {
+        PyErr_SetString(PyExc_TypeError, "expected a pointer to untyped memory, or a buffer");
+        return nullptr;
+    }
+    const auto known = address ? block_size(address) : std::optional<size_t>(0);
+    if (known && *known / sizeof(T) < count) {
+        PyErr_SetString(PyExc_IndexError, "the memory has fewer items");
+        return nullptr;
+    }
+    return new_buffer(static_cast<const T *>(address), count);
 }
 
 /// The number of items; -1 where it is not known.
@@ -180,7 +214,9 @@ PyObject *buffer_iterator(T &buffer) {
 #define BUFFER(Class, Item)                                                            \
     CONSTRUCTOR_EXTENSION_CASE(Class, 1, Class(unsigned int), buffer_of_length<Class>) \
     CONSTRUCTOR_EXTENSION_CASE(Class, 2, Class(PyObject *), buffer_from_data<Class>)   \
-    CONSTRUCTOR_OVERLOADS(Class, &new_##Class##_1, &new_##Class##_2)                   \
+    CONSTRUCTOR_EXTENSION_CASE(Class, 3, Class(PyObject *, unsigned int),              \
+                               buffer_from_memory<Class>)                              \
+    CONSTRUCTOR_OVERLOADS(Class, &new_##Class##_1, &new_##Class##_2, &new_##Class##_3) \
     EXTENSION(Class, length, long() const, buffer_length)                              \
     EXTENSION(Class, get, Item(long) const, buffer_item<Class>)                        \
     EXTENSION(Class, set, void(long, PyObject *), set_buffer_item<Class>)              \
@@ -205,6 +241,9 @@ BUFFER(LongBuffer, long)
 BUFFER(UnsignedLongBuffer, unsigned long)
 BUFFER(FloatBuffer, float)
 BUFFER(DoubleBuffer, double)
+BUFFER(BufferPixelFormatBuffer, ZHardwareRenderer::BufferPixelFormat)
+BUFFER(PassTypeBitBuffer, ZPxRenderPassImpl::PassTypeBit)
+BUFFER(ZHwTextureTypeBuffer, ZImageFileInfo::ZHwTextureType)
 
 // The pointers in a buffer do not keep what they point to.
 BUFFER(CharPointerBuffer, char *)

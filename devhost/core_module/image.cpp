@@ -3,6 +3,7 @@
 #include "devhost/core_module/blocks.h"
 #include "devhost/core_module/items.h"
 #include "host/core/ZImage.h"
+#include "host/core/ZImageFileInfo.h"
 #include "wrappers/wrapper_table.h"
 
 #include <cstring>
@@ -118,7 +119,14 @@ METHOD(ZImage, verticalFlip, void())
 DESTRUCTOR(ZImage)
 PROXY(ZImage)
 
+REGISTRATION(ZImageFileInfo)
+
 ROWS_END(image_rows)
 
 CONSTANTS(image_constants, ENUMERATOR(ZImage, kUnknown), ENUMERATOR(ZImage, kByte),
-          ENUMERATOR(ZImage, kFloat))
+          ENUMERATOR(ZImage, kFloat), ENUMERATOR(ZImageFileInfo, kImageTypeUnknown),
+          ENUMERATOR(ZImageFileInfo, kImageTypeColor), ENUMERATOR(ZImageFileInfo, kImageTypeNormal),
+          ENUMERATOR(ZImageFileInfo, kImageTypeBump), ENUMERATOR(ZImageFileInfo, kHwTextureUnknown),
+          ENUMERATOR(ZImageFileInfo, kHwTexture1D), ENUMERATOR(ZImageFileInfo, kHwTexture2D),
+          ENUMERATOR(ZImageFileInfo, kHwTexture3D), ENUMERATOR(ZImageFileInfo, kHwTextureRectangle),
+          ENUMERATOR(ZImageFileInfo, kHwTextureCubeMap))

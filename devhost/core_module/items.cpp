@@ -2,23 +2,6 @@
 
 #include <climits>
 
-int as_long(PyObject *object, long *value) {
-    long result;
-    if (PyInt_Check(object)) {
-        result = PyInt_AS_LONG(object);
-    } else if (PyLong_Check(object)) {
-        int overflow;
-        result = PyLong_AsLongAndOverflow(object, &overflow);
-        if (overflow)
-            return SWIG_OverflowError;
-    } else {
-        return SWIG_TypeError;
-    }
-    if (value)
-        *value = result;
-    return SWIG_OK;
-}
-
 int as_unsigned_long(PyObject *object, unsigned long *value) {
     unsigned long result;
     if (PyInt_Check(object)) {
@@ -47,7 +30,7 @@ int read_item(PyObject *object, char &value) {
 template <class T>
 static int read_small_integer(PyObject *object, T &value) {
     long wide;
-    const int code = as_long(object, &wide);
+    const int code = SWIG_AsVal_long(object, &wide);
     if (code < 0)
         return code;
     value = static_cast<T>(wide);

@@ -11,19 +11,8 @@
 
 // Integers beyond those that the render module's signatures have
 
-/// int or long in the range of a native long.
-int as_long(PyObject *object, long *value);
 /// int or long in the range of a native unsigned long.
 int as_unsigned_long(PyObject *object, unsigned long *value);
-
-template <>
-struct Argument<long> {
-    long value = 0;
-    int read(PyObject *object, int) { return as_long(object, &value); }
-    void use_default(double d) { value = static_cast<long>(d); }
-    long get() const { return value; }
-    static bool probe(PyObject *object) { return as_long(object, nullptr) >= 0; }
-};
 
 template <>
 struct Argument<unsigned long> {

@@ -97,12 +97,38 @@ struct RayTracer::Impl {
     }
 };
 
+namespace {
+
+/// What the ray library hands back to the filter.
+template <class Meshes>
+struct QueryContext {
+    RTCIntersectContext base;
+    const Meshes *meshes;
+    const PassThrough *through;
+
+    QueryContext(const Meshes &theMeshes, const PassThrough *meshesToPass)
+        : meshes(&theMeshes), through(meshesToPass) {
+        rtcInitIntersectContext(&base);
+        if (through)
+            base.filter = filter;
+    }
+    /// Takes back the hit of a mesh that the ray passes through.
+    static void filter(const RTCFilterFunctionNArguments *hit) {
+        const auto *self = reinterpret_cast<const QueryContext *>(hit->context);
+        const auto node = size_t((*self->meshes)[RTCHitN_geomID(hit->hit, hit->N, 0)].node);
+        if (node < self->through->size() && (*self->through)[node])
+            hit->valid[0] = 0; // rays come one by one
+    }
+};
+
+} // namespace
+
 RayTracer::RayTracer(const Scene &scene) : fImpl(std::make_unique<Impl>()) {
     fImpl->scene = rtcNewScene(device());
     // Rays that graze an edge must not slip between the two triangles.
-    rtcSetSceneFlags(fImpl->scene, RTC_SCENE_FLAG_ROBUST);
+    rtcSetSceneFlags(fImpl->scene, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_CONTEXT_FILTER_FUNCTION);
     for (NodeId id : scene.meshes())
-        if (scene.isVisible(id))
+        if (scene.isRendered(id))
             fImpl->add(scene, id);
     rtcCommitScene(fImpl->scene);
     if (rtcGetDeviceError(device()) == RTC_ERROR_OUT_OF_MEMORY)
@@ -113,16 +139,15 @@ RayTracer::RayTracer(const Scene &scene) : fImpl(std::make_unique<Impl>()) {
 RayTracer::~RayTracer() = default;
 
 bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direction, Hit &hit,
-                          float maxDistance) const {
+                          float maxDistance, const PassThrough *through) const {
     hit = Hit();
     RTCRayHit query;
     const ZFloatVector unit = direction.normal();
     setRay(query.ray, origin, unit, maxDistance);
     query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
     query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
-    RTCIntersectContext context;
-    rtcInitIntersectContext(&context);
-    rtcIntersect1(fImpl->scene, &context, &query);
+    QueryContext context(fImpl->meshes, through);
+    rtcIntersect1(fImpl->scene, &context.base, &query);
     if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
         return false;
 
@@ -153,12 +178,11 @@ bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direct
 }
 
 bool RayTracer::occluded(const ZFloatVector &origin, const ZFloatVector &direction,
-                         float maxDistance) const {
+                         float maxDistance, const PassThrough *through) const {
     RTCRay ray;
     setRay(ray, origin, direction.normal(), maxDistance);
-    RTCIntersectContext context;
-    rtcInitIntersectContext(&context);
-    rtcOccluded1(fImpl->scene, &context, &ray);
+    QueryContext context(fImpl->meshes, through);
+    rtcOccluded1(fImpl->scene, &context.base, &ray);
     return ray.tfar < 0;
 }
 

@@ -1,4 +1,4 @@
-// Rays into the scene's visible meshes.
+// Rays into the meshes that are rendered: the visible ones of the current render layer.
 #pragma once
 
 #include <limits>
@@ -24,7 +24,11 @@ struct Hit {
     NodeId material = kNoNode;
 };
 
-/// A snapshot of a scene's meshes, ready for rays. Rays may come from several threads at once.
+/// Whether a ray passes through a mesh, by node; meshes beyond its end stop rays.
+using PassThrough = std::vector<bool>;
+
+/// A snapshot of a scene's rendered meshes, ready for rays. Rays may come from several threads at
+/// once.
 class OPENQUIL_API RayTracer {
   public:
     explicit RayTracer(const Scene &scene);
@@ -34,10 +38,12 @@ class OPENQUIL_API RayTracer {
 
     /// The nearest hit nearer than maxDistance. The direction may have any length but zero.
     bool intersect(const ZFloatVector &origin, const ZFloatVector &direction, Hit &hit,
-                   float maxDistance = std::numeric_limits<float>::infinity()) const;
+                   float maxDistance = std::numeric_limits<float>::infinity(),
+                   const PassThrough *through = nullptr) const;
     /// Whether anything lies between the origin and maxDistance.
     bool occluded(const ZFloatVector &origin, const ZFloatVector &direction,
-                  float maxDistance = std::numeric_limits<float>::infinity()) const;
+                  float maxDistance = std::numeric_limits<float>::infinity(),
+                  const PassThrough *through = nullptr) const;
 
     /// How far to move a ray's origin off a surface at that point, so that it does not hit it
     /// again.

@@ -21,6 +21,19 @@ ZFloatVector fromRow(const ZMatrix &matrix, int row) {
     return ZFloatVector(float(matrix[row][0]), float(matrix[row][1]), float(matrix[row][2]));
 }
 
+/// The meshes that are not chosen, by node; empty when all are.
+std::vector<bool> meshesOutside(const Scene &scene, const NodeChoice &choice) {
+    std::vector<bool> result;
+    if (choice.except && choice.nodes.empty())
+        return result;
+    for (NodeId id : scene.meshes())
+        if (!scene.isChosen(id, choice)) {
+            result.resize(std::max(result.size(), size_t(id) + 1));
+            result[size_t(id)] = true;
+        }
+    return result;
+}
+
 } // namespace
 
 float WorldLight::attenuation(const ZFloatVector &point) const {
@@ -55,10 +68,12 @@ std::vector<WorldLight> worldLights(const Scene &scene, bool defaultLight) {
     std::vector<WorldLight> result;
     for (NodeId id : scene.lights()) {
         const Light &light = *scene.node(id)->light();
-        if (!scene.isVisible(id) || (light.isDefault && !defaultLight))
+        if (!scene.isRendered(id) || (light.isDefault && !defaultLight))
             continue;
         const ZMatrix world = scene.worldMatrix(id);
-        result.push_back({light, fromRow(world, 3), -fromRow(world, 2).normal()});
+        result.push_back({light, fromRow(world, 3), -fromRow(world, 2).normal(),
+                          meshesOutside(scene, light.illuminated),
+                          meshesOutside(scene, light.shadowCasters)});
     }
     return result;
 }
@@ -69,7 +84,7 @@ Shader::Shader(const Scene &scene, const RayTracer &tracer, bool castShadows, bo
     for (NodeId id : scene.materials()) {
         const NodeId texture = scene.node(id)->material()->texture;
         std::shared_ptr<const Pixels> pixels;
-        if (scene.node(texture) && texturePixels(texture, pixels))
+        if (scene.node(texture) && texturePixels(texture, pixels, scene))
             fTextures[texture] = pixels; // one that cannot be read leaves the plain colour
     }
 }
@@ -96,7 +111,7 @@ bool Shader::shadowed(const WorldLight &light, const ZFloatVector &point,
     const ZFloatVector way = light.towards(point, distance);
     const float offset = fTracer.offset(point);
     const ZFloatVector origin = point + normal * (way * normal < 0 ? -offset : offset);
-    return fTracer.occluded(origin, way, distance - 2 * offset);
+    return fTracer.occluded(origin, way, distance - 2 * offset, light.passThrough());
 }
 
 ZFloatVector Shader::surface(const Material &material, const SurfacePoint &at) const {
@@ -104,6 +119,8 @@ ZFloatVector Shader::surface(const Material &material, const SurfacePoint &at) c
     const ZFloatVector specular(material.specular);
     ZFloatVector result(material.emission);
     for (const WorldLight &light : fLights) {
+        if (!light.lights(at.mesh))
+            continue;
         const ZFloatVector color = ZFloatVector(light.light.color) * float(light.light.intensity);
         if (light.light.kind == Light::kAmbient) {
             result += multiply(diffuse, color);
@@ -140,6 +157,7 @@ ZFloatVector Shader::trace(const ZFloatVector &origin, const ZFloatVector &direc
     at.normal = inside ? -hit.normal : hit.normal;
     at.viewDirection = unit;
     std::copy_n(hit.uv, 2, at.uv);
+    at.mesh = hit.mesh;
     ZFloatVector result = surface(material, at);
     if (depth <= 0)
         return result;

@@ -17,16 +17,24 @@ namespace devhost {
 struct WorldLight {
     Light light;
     ZFloatVector position;
-    ZFloatVector direction; // unit, the way the light shines
+    ZFloatVector direction;      // unit, the way the light shines
+    std::vector<bool> ignored;   // by node, the meshes that it does not light
+    PassThrough shadowless = {}; // the meshes that cast no shadow in its light
 
     /// The share of the light that reaches a point if nothing is in the way: decay and cone.
     float attenuation(const ZFloatVector &point) const;
     /// Unit vector from the point towards the light, and how far the light is (infinite for
     /// directional lights).
     ZFloatVector towards(const ZFloatVector &point, float &distance) const;
+    /// False for meshes that the light is linked not to light.
+    bool lights(NodeId mesh) const {
+        return mesh < 0 || size_t(mesh) >= ignored.size() || !ignored[mesh];
+    }
+    /// What its shadow rays pass through; null for nothing.
+    const PassThrough *passThrough() const { return shadowless.empty() ? nullptr : &shadowless; }
 };
 
-/// The scene's visible lights; the default light only when `defaultLight` is true.
+/// The scene's rendered lights; the default light only when `defaultLight` is true.
 OPENQUIL_API std::vector<WorldLight> worldLights(const Scene &scene, bool defaultLight = true);
 
 /// A point of a surface to shade.
@@ -34,6 +42,7 @@ struct SurfacePoint {
     ZFloatVector point, normal; // world space, the normal unit and turned to the viewer
     ZFloatVector viewDirection; // unit, from the viewer to the point
     float uv[2] = {0, 0};
+    NodeId mesh = kNoNode; // whose light links count; every light lights a point of none
 };
 
 /// Shades with a snapshot of the lights and textures; may be used from several threads at once, as

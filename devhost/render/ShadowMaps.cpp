@@ -31,16 +31,18 @@ ZVector faceDirection(unsigned face) {
 
 const ZVector kUp(0, 1, 0);
 
-void fillMap(float *depths, const ViewRays &rays, const RayTracer &tracer) {
+void fillMap(float *depths, const ViewRays &rays, const RayTracer &tracer,
+             const PassThrough *through) {
     forBlocks(kShadowMapSize, 8, [&](size_t begin, size_t end) {
         for (size_t i = begin * kShadowMapSize; i < end * kShadowMapSize; ++i) {
             const double x = (i % kShadowMapSize + 0.5) * 2 / kShadowMapSize - 1;
             const double y = (i / kShadowMapSize + 0.5) * 2 / kShadowMapSize - 1;
             const ZFloatVector direction = rays.direction(x, y);
             Hit hit;
-            depths[i] = tracer.intersect(rays.origin(x, y), direction, hit)
+            constexpr float nothing = std::numeric_limits<float>::infinity();
+            depths[i] = tracer.intersect(rays.origin(x, y), direction, hit, nothing, through)
                             ? hit.distance / direction.length()
-                            : std::numeric_limits<float>::infinity();
+                            : nothing;
         }
     });
 }
@@ -98,7 +100,7 @@ ShadowMaps makeShadowMaps(const WorldLight &light, const Scene &scene, const Ray
     maps.depths.resize(mapSize * views.size());
     data.depthMaps = maps.depths.data();
     for (size_t i = 0; i < views.size(); ++i)
-        fillMap(data.depthMaps + i * mapSize, views[i], tracer);
+        fillMap(data.depthMaps + i * mapSize, views[i], tracer, light.passThrough());
     return maps;
 }
 

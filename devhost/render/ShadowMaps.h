@@ -19,7 +19,8 @@ struct ShadowMaps {
 /// The size of one map in pixels, both ways.
 inline constexpr unsigned kShadowMapSize = 256;
 
-/// Makes a light's maps from the visible meshes. The light must not be an ambient one.
+/// Makes a light's maps from the rendered meshes that cast shadows in its light. The light must not
+/// be an ambient one.
 OPENQUIL_API ShadowMaps makeShadowMaps(const WorldLight &light, const Scene &scene,
                                        const RayTracer &tracer);
 

@@ -1,11 +1,11 @@
 #include "devhost/render/SoftwareRenderer.h"
 
 #include "devhost/core/image_io.h"
+#include "devhost/render/CameraView.h"
 #include "devhost/render/Parallel.h"
 #include "devhost/render/RenderCallbacks.h"
 #include "devhost/render/RenderSession.h"
 #include "devhost/render/ShadowMaps.h"
-#include "devhost/render/ViewFrame.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,46 +28,8 @@ ZStatus cancelled() {
     return {ZStatus::kFailure, "the render was interrupted"};
 }
 
-/// The camera that a render looks through.
-struct View {
-    ViewRays rays;
-    double aspect;
-};
-
-ZStatus findView(std::optional<View> &view) {
-    const auto &session = renderSession();
-    const unsigned width = session.settings.width, height = session.settings.height;
-    if (!width || !height || width > 16384 || height > 16384)
-        return {ZStatus::kInvalidParameter, "the image size is not 1 to 16384 pixels"};
-
-    const Scene &world = scene();
-    NodeId id = world.id(session.camera);
-    if (id == kNoNode)
-        id = world.findCamera();
-    const Node *node = world.node(id);
-    const Camera *camera = node ? node->camera() : nullptr;
-    if (!camera)
-        return {ZStatus::kNotFound, "the scene has no camera to render from"};
-
-    // The camera's own axes, without any scale or shear of its matrix.
-    const ZMatrix matrix = world.worldMatrix(id);
-    const ViewFrame frame(ZVector(matrix(3, 0), matrix(3, 1), matrix(3, 2)),
-                          ZVector(-matrix(2, 0), -matrix(2, 1), -matrix(2, 2)),
-                          ZVector(matrix(1, 0), matrix(1, 1), matrix(1, 2)));
-    // The image shows all of the camera's film and, where the proportions differ, more beside it.
-    const double aspect = double(width) / height * session.settings.pixelAspectRatio;
-    const double film = camera->filmAspect > 0 ? camera->filmAspect : aspect;
-    const double filmWidth =
-        camera->orthographic
-            ? camera->orthographicWidth / 2
-            : std::tan(camera->verticalFieldOfView * std::numbers::pi / 360) * film;
-    const double halfWidth = filmWidth * std::max(1.0, aspect / film);
-    view = View{{frame, !camera->orthographic, halfWidth, halfWidth / aspect}, aspect};
-    return {};
-}
-
-void describe(const View &view, ZRenderData &data) {
-    const auto &[rays, aspect] = view;
+void describe(const CameraView &view, ZRenderData &data) {
+    const ViewRays &rays = view.rays;
     const auto &settings = renderSession().settings;
     data.perspective = rays.perspective;
     data.resX = data.xsize = static_cast<unsigned short>(settings.width);
@@ -78,7 +40,7 @@ void describe(const View &view, ZRenderData &data) {
     data.bytesPerChannel = 1;
     data.fieldOfView = static_cast<float>(
         rays.perspective ? std::atan(rays.halfWidth) * 360 / std::numbers::pi : rays.halfWidth * 2);
-    data.aspectRatio = static_cast<float>(aspect);
+    data.aspectRatio = static_cast<float>(view.aspect);
     data.viewDirection = ZFloatVector(rays.frame.forward);
     data.eyePoint = ZFloatPoint(ZFloatVector(rays.frame.eye));
     data.worldToEyeMatrix = ZFloatMatrix(rays.frame.worldToView());
@@ -141,8 +103,11 @@ ZStatus renderPixels(Frame &frame, const ViewRays &rays, const Shader &shader,
 
 ZStatus renderFrame(Frame &frame) try {
     auto &session = renderSession();
-    std::optional<View> view;
-    if (const ZStatus status = findView(view); status.error())
+    const auto &settings = session.settings;
+    std::optional<CameraView> view;
+    if (const ZStatus status =
+            findCameraView(settings.width, settings.height, settings.pixelAspectRatio, view);
+        status.error())
         return status;
     describe(*view, frame.data);
     const size_t pixels = size_t(frame.data.xsize) * frame.data.ysize;

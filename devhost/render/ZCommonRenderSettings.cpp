@@ -215,9 +215,11 @@ ZString ZCommonRenderSettingsData::getImageName(ZpathType pathType, double frame
         const double number = fileNumber(*this, frameNumber);
         const std::string frame = frameText(number, framePadding);
         const std::string extension = extensionOf(*this, format);
+        const auto &scene = devhost::scene();
+        const ZObject shown = layer.isNull() ? scene.object(scene.currentLayer()) : layer;
         Tokens tokens = {{"Scene", sceneNameOr(sceneName)},
                          {"Camera", cameraNameOr(cameraName)},
-                         {"RenderLayer", fileNamePart(nodeName(layer))},
+                         {"RenderLayer", fileNamePart(nodeName(shown))},
                          {"RenderPass", fileNamePart(passName_.asChar())},
                          {"Extension", fileNamePart(extension)},
                          {"Frame", frame}};

@@ -1,43 +1,20 @@
 #include "host/render/ZRenderCallback.h"
 
+#include "devhost/render/CallbackRegistry.h"
 #include "devhost/render/RenderCallbacks.h"
-#include "devhost/render/RenderSession.h"
-
-#include <algorithm>
-#include <cstdio>
-#include <exception>
-#include <mutex>
-#include <vector>
 
 namespace {
 
-struct Registration {
-    ZRenderCallback *callback;
-    int priority;
-};
-
-struct Registry {
-    std::mutex mutex;
-    std::vector<Registration> entries; // in calling order
-
-    void remove(ZRenderCallback *callback) {
-        std::erase_if(entries, [&](const Registration &e) { return e.callback == callback; });
-    }
-    bool contains(ZRenderCallback *callback) {
-        const std::lock_guard lock(mutex);
-        return std::any_of(entries.begin(), entries.end(),
-                           [&](const Registration &e) { return e.callback == callback; });
-    }
-};
-
-Registry &registry() {
-    // Never destroyed: scripts may drop their callbacks while the process exits.
-    static auto *const instance = new Registry;
-    return *instance;
+auto &registry() {
+    return devhost::callbackRegistry<ZRenderCallback>();
 }
 
-void report(const char *callback, const char *what) {
-    auto &session = devhost::renderSession();
+} // namespace
+
+namespace devhost {
+
+void reportCallbackError(const char *callback, const char *what) {
+    auto &session = renderSession();
     ++session.callbackErrors;
     if (session.onCallbackError)
         session.onCallbackError(callback, what);
@@ -45,45 +22,21 @@ void report(const char *callback, const char *what) {
         std::fprintf(stderr, "%s failed: %s\n", callback, what);
 }
 
-template <class Data>
-void runCallbacks(const char *name, bool (ZRenderCallback::*member)(const Data &),
-                  const Data &data) {
-    std::vector<Registration> snapshot;
-    {
-        const std::lock_guard lock(registry().mutex);
-        snapshot = registry().entries;
-    }
-    for (const auto &entry : snapshot) {
-        // An earlier callback may have unregistered, or even deleted, this one.
-        if (!registry().contains(entry.callback))
-            continue;
-        try {
-            (entry.callback->*member)(data);
-        } catch (const std::exception &error) {
-            report(name, error.what());
-        } catch (...) {
-            report(name, "unknown exception");
-        }
-    }
-}
-
-} // namespace
-
-namespace devhost {
-
 bool hasRenderCallbacks() {
-    const std::lock_guard lock(registry().mutex);
-    return !registry().entries.empty();
+    return !registry().isEmpty();
 }
 
 void runShadowCastCallbacks(const ZRenderShadowData &data) {
-    runCallbacks("shadowCastCallback", &ZRenderCallback::shadowCastCallback, data);
+    registry().run("shadowCastCallback",
+                   [&](ZRenderCallback &callback) { callback.shadowCastCallback(data); });
 }
 void runRenderCallbacks(const ZRenderData &data) {
-    runCallbacks("renderCallback", &ZRenderCallback::renderCallback, data);
+    registry().run("renderCallback",
+                   [&](ZRenderCallback &callback) { callback.renderCallback(data); });
 }
 void runPostProcessCallbacks(const ZRenderData &data) {
-    runCallbacks("postProcessCallback", &ZRenderCallback::postProcessCallback, data);
+    registry().run("postProcessCallback",
+                   [&](ZRenderCallback &callback) { callback.postProcessCallback(data); });
 }
 
 } // namespace devhost
@@ -104,19 +57,8 @@ bool ZRenderCallback::postProcessCallback(ZRenderData const &) {
 }
 
 void ZRenderCallback::addCallback(ZRenderCallback *callback, int priority) {
-    if (!callback)
-        return;
-    auto &all = registry();
-    const std::lock_guard lock(all.mutex);
-    all.remove(callback);
-    const auto after =
-        std::find_if(all.entries.begin(), all.entries.end(),
-                     [&](const Registration &entry) { return entry.priority > priority; });
-    all.entries.insert(after, {callback, priority});
+    registry().add(callback, priority);
 }
-
 void ZRenderCallback::removeCallback(ZRenderCallback *callback) {
-    auto &all = registry();
-    const std::lock_guard lock(all.mutex);
-    all.remove(callback);
+    registry().remove(callback);
 }

@@ -3,10 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
 #include <memory>
-#include <new>
 
+#include "devhost/core/guarded.h"
 #include "devhost/render/NoiseTable.h"
 #include "devhost/render/Parallel.h"
 #include "devhost/render/RayTracer.h"
@@ -27,18 +26,6 @@ using namespace devhost;
 namespace {
 
 constexpr size_t kRaysPerBlock = 256;
-
-/// Runs an operation and turns whatever it throws into a status.
-template <class Operation>
-ZStatus guarded(Operation operation) {
-    try {
-        return operation();
-    } catch (const std::bad_alloc &) {
-        return ZStatus(ZStatus::kInsufficientMemory);
-    } catch (const std::exception &error) {
-        return ZStatus(ZStatus::kFailure, error.what());
-    }
-}
 
 void report(ZStatus *ReturnStatus, const ZStatus &status) {
     if (ReturnStatus)
@@ -273,7 +260,7 @@ bool ZRenderUtil::inCurrentRenderLayer(const ZDagPath &objectPath, ZStatus *Retu
     report(ReturnStatus, objectPath.isValid()
                              ? ZStatus()
                              : ZStatus(ZStatus::kInvalidParameter, "the path is not valid"));
-    return scene().isVisible(scene().id(objectPath.node()));
+    return scene().isRendered(scene().id(objectPath.node()));
 }
 
 ZRenderUtil::RenderPass ZRenderUtil::renderPass() {
@@ -361,7 +348,7 @@ ZStatus ZRenderUtil::renderObjectItem(const void *, ZSelectionList &list) {
     return guarded([&] {
         list.clear();
         for (NodeId id : scene().meshes())
-            if (scene().isVisible(id))
+            if (scene().isRendered(id))
                 list.add(scene().object(id));
         return list.isEmpty() ? ZStatus(ZStatus::kNotFound, "the scene has no visible mesh")
                               : ZStatus();

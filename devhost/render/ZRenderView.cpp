@@ -1,11 +1,12 @@
 #include "host/render/ZRenderView.h"
 
+#include "devhost/core/guarded.h"
 #include "devhost/render/Picture.h"
 #include "devhost/render/RenderSession.h"
 
 #include <algorithm>
-#include <exception>
-#include <new>
+
+using devhost::guarded;
 
 namespace {
 
@@ -66,18 +67,6 @@ ZStatus invalid(const char *text) {
 }
 ZStatus notOpen() {
     return {ZStatus::kFailure, "no render is open in the render view"};
-}
-
-/// Runs a step and turns native exceptions into statuses.
-template <class Step>
-ZStatus guarded(Step step) noexcept {
-    try {
-        return step();
-    } catch (const std::bad_alloc &) {
-        return ZStatus::kInsufficientMemory;
-    } catch (const std::exception &error) {
-        return {ZStatus::kFailure, error.what()};
-    }
 }
 
 ZStatus openPicture(unsigned width, unsigned height, const Block &region, bool keep,

@@ -135,6 +135,10 @@ ZMatrix lookAt(const ZVector &from, const ZVector &to) {
 
 } // namespace
 
+bool Node::inHierarchy() const {
+    return type != "material" && type != "file" && !layer() && !pass() && !imageSource();
+}
+
 void Bounds::extend(const ZVector &point) {
     if (empty)
         low = high = point;
@@ -153,6 +157,8 @@ void Scene::clear() {
     fSlots.clear();
     fOrder.clear();
     fNames.clear();
+    fCurrentLayer = kNoNode;
+    fUnadjusted.clear();
     fFileName.clear();
     fRevision = nextRevision();
 }
@@ -252,6 +258,10 @@ std::vector<NodeId> Scene::materials() const {
     return select([](const Node &node) { return node.material() != nullptr; });
 }
 
+std::vector<NodeId> Scene::layers() const {
+    return select([](const Node &node) { return node.layer() != nullptr; });
+}
+
 NodeId Scene::find(const std::string &name) const {
     if (name.empty())
         return kNoNode;
@@ -310,6 +320,17 @@ bool Scene::isVisible(NodeId id) const {
     return true;
 }
 
+bool Scene::isAtOrBelow(NodeId id, const std::vector<NodeId> &tops) const {
+    for (NodeId at = tops.empty() ? kNoNode : id; node(at); at = node(at)->parent)
+        if (std::find(tops.begin(), tops.end(), at) != tops.end())
+            return true;
+    return false;
+}
+
+bool Scene::isChosen(NodeId id, const NodeChoice &choice) const {
+    return isAtOrBelow(id, choice.nodes) != choice.except;
+}
+
 Bounds Scene::bounds() const {
     Bounds result;
     for (NodeId id : meshes()) {
@@ -352,6 +373,20 @@ std::optional<AttributeValue> Scene::attribute(NodeId id, const std::string &nam
 }
 
 bool Scene::setAttribute(NodeId id, const std::string &name, const AttributeValue &value) {
+    if (!storeAttribute(id, name, value))
+        return false;
+    // What the current layer adjusts is kept twice: in the scene and in the layer.
+    if (const Node *current = node(fCurrentLayer))
+        for (const RenderLayer::Adjustment &each : current->layer()->adjustments) {
+            if (each.node == id && each.attribute == name)
+                storeAttribute(fCurrentLayer, each.name, value);
+            else if (fCurrentLayer == id && each.name == name)
+                storeAttribute(each.node, each.attribute, value);
+        }
+    return true;
+}
+
+bool Scene::storeAttribute(NodeId id, const std::string &name, const AttributeValue &value) {
     if (!node(id))
         return false;
     Node &found = *edit(id);
@@ -372,6 +407,51 @@ bool Scene::setAttribute(NodeId id, const std::string &name, const AttributeValu
     if (auto texture = std::get_if<Texture>(&found.payload); stored && texture)
         texture->pixels.reset(); // they belong to the old file
     return stored;
+}
+
+NodeId Scene::currentLayer() const {
+    if (node(fCurrentLayer))
+        return fCurrentLayer;
+    for (NodeId id : layers())
+        if (node(id)->layer()->isDefault)
+            return id;
+    return kNoNode;
+}
+
+bool Scene::setCurrentLayer(NodeId layer) {
+    const Node *next = node(layer);
+    if (!next || !next->layer())
+        return false;
+    if (const Node *last = node(fCurrentLayer)) {
+        const auto &adjustments = last->layer()->adjustments;
+        for (size_t at = 0; at < fUnadjusted.size(); ++at)
+            storeAttribute(adjustments[at].node, adjustments[at].attribute, fUnadjusted[at]);
+    }
+    fUnadjusted.clear();
+    for (const RenderLayer::Adjustment &each : next->layer()->adjustments) {
+        fUnadjusted.push_back(attribute(each.node, each.attribute).value_or(false));
+        storeAttribute(each.node, each.attribute, next->attributes.at(each.name));
+    }
+    fCurrentLayer = layer;
+    fRevision = nextRevision();
+    return true;
+}
+
+bool Scene::isInLayer(NodeId id, NodeId layer) const {
+    const Node *held = node(layer);
+    if (!held || !held->layer() || !node(id) || !node(id)->inHierarchy())
+        return false;
+    if (held->layer()->isDefault || isAtOrBelow(id, held->layer()->members))
+        return true;
+    return std::any_of(held->children.begin(), held->children.end(),
+                       [&](NodeId child) { return isInLayer(id, child); });
+}
+
+bool Scene::isRendered(NodeId id) const {
+    if (!isVisible(id))
+        return false;
+    const Light *light = node(id)->light();
+    return !node(fCurrentLayer) || (light && light->isDefault) || isInLayer(id, fCurrentLayer);
 }
 
 ZObject Scene::object(NodeId id) const {
@@ -405,6 +485,11 @@ void Scene::addDefaults() {
         Light light;
         light.isDefault = true;
         add("light", "headlight", light, findCamera());
+    }
+    if (layers().empty()) {
+        RenderLayer layer;
+        layer.isDefault = true;
+        add("renderLayer", "defaultRenderLayer", layer);
     }
 }
 

@@ -39,6 +39,12 @@ struct Mesh {
     unsigned triangleCount() const { return unsigned(triangles.size() / 3); }
 };
 
+/// Some nodes of the scene: those named here with all below them, or all others.
+struct NodeChoice {
+    bool except = true; // all but the nodes
+    std::vector<NodeId> nodes;
+};
+
 /// Looks down its own -Z axis, Y up.
 struct Camera {
     double verticalFieldOfView = 45;   // degrees
@@ -57,10 +63,12 @@ struct Light {
     Kind kind = kDirectional;
     ZVector color = ZVector(1, 1, 1);
     double intensity = 1;
-    int decay = 0;          // exponent of the distance by which the light falls off
-    double innerCone = 0;   // radians from the axis to where a spot light begins to fade
-    double outerCone = 0.8; // radians from the axis to where it has faded out
-    bool isDefault = false; // put in because the file has no light
+    int decay = 0;            // exponent of the distance by which the light falls off
+    double innerCone = 0;     // radians from the axis to where a spot light begins to fade
+    double outerCone = 0.8;   // radians from the axis to where it has faded out
+    bool isDefault = false;   // put in because the file has no light
+    NodeChoice illuminated;   // the objects that it lights
+    NodeChoice shadowCasters; // the objects that cast shadows in its light
 };
 
 struct Material {
@@ -84,13 +92,44 @@ struct Texture {
     std::shared_ptr<const Pixels> pixels; // null until loaded, see devhost/scene/TextureImage.h
 };
 
-using Payload =
-    std::variant<std::monostate, std::shared_ptr<const Mesh>, Camera, Light, Material, Texture>;
+/// What a picture of the scene is made of. Child layers are child nodes; their members are the
+/// layer's too.
+struct RenderLayer {
+    /// An attribute with a value of its own in this layer.
+    struct Adjustment {
+        NodeId node;
+        std::string attribute;
+        std::string name; // of the layer's own attribute that holds the value
+    };
+    bool isDefault = false; // holds the whole scene
+    std::vector<NodeId> members;
+    std::vector<Adjustment> adjustments;
+    std::vector<NodeId> passes;
+};
+
+/// A picture that shows one thing about a layer.
+struct RenderPass {
+    std::string implementation = "beauty";
+    std::string passId;
+    std::string customTokens;
+    NodeChoice objects, lights;
+};
+
+/// The images of one layer and camera; kNoNode for those that are being rendered.
+struct ImageSource {
+    NodeId layer = kNoNode, camera = kNoNode;
+    std::string imageName; // empty for that of the render settings
+};
+
+using Payload = std::variant<std::monostate, std::shared_ptr<const Mesh>, Camera, Light, Material,
+                             Texture, RenderLayer, RenderPass, ImageSource>;
 using AttributeValue = std::variant<bool, int, double, ZString, ZVector, ZMatrix>;
 
 struct Node {
     std::string name; // unique among its siblings
-    std::string type; // "transform", "mesh", "camera", "light", "material" or "file"
+    /// "transform", "mesh", "camera" and "light" in the hierarchy, "material", "file",
+    /// "renderLayer", "renderPass" and "imageSource" beside it.
+    std::string type;
     NodeId parent = kNoNode;
     std::vector<NodeId> children;
     ZMatrix local; // to the parent's space
@@ -99,7 +138,7 @@ struct Node {
     /// Further values by name, beside those that payload and hierarchy give.
     std::map<std::string, AttributeValue> attributes;
 
-    bool inHierarchy() const { return type != "material" && type != "file"; }
+    OPENQUIL_API bool inHierarchy() const;
     const Mesh *mesh() const {
         auto held = std::get_if<std::shared_ptr<const Mesh>>(&payload);
         return held ? held->get() : nullptr;
@@ -108,6 +147,9 @@ struct Node {
     const Light *light() const { return std::get_if<Light>(&payload); }
     const Material *material() const { return std::get_if<Material>(&payload); }
     const Texture *texture() const { return std::get_if<Texture>(&payload); }
+    const RenderLayer *layer() const { return std::get_if<RenderLayer>(&payload); }
+    const RenderPass *pass() const { return std::get_if<RenderPass>(&payload); }
+    const ImageSource *imageSource() const { return std::get_if<ImageSource>(&payload); }
 };
 
 struct Bounds {
@@ -148,6 +190,7 @@ class OPENQUIL_API Scene {
     std::vector<NodeId> cameras() const;
     std::vector<NodeId> lights() const;
     std::vector<NodeId> materials() const;
+    std::vector<NodeId> layers() const;
 
     /// A node by its name, or by any end of its path ("|group|mesh", "group|mesh"); the first that
     /// was added where several match; kNoNode when none does.
@@ -159,6 +202,8 @@ class OPENQUIL_API Scene {
     ZMatrix worldMatrix(NodeId id) const;
     /// True when the node and all nodes above it are visible.
     bool isVisible(NodeId id) const;
+    /// True when the node is one of the chosen ones, or lies below one.
+    bool isChosen(NodeId id, const NodeChoice &choice) const;
     /// World-space bounds of the visible meshes.
     Bounds bounds() const;
 
@@ -169,13 +214,26 @@ class OPENQUIL_API Scene {
     /// there is no such attribute, or it holds another kind of value.
     bool setAttribute(NodeId id, const std::string &name, const AttributeValue &value);
 
+    /// The layer that is being rendered: the default layer until another is set; kNoNode in a scene
+    /// without layers.
+    NodeId currentLayer() const;
+    /// Takes back the old layer's attribute values and brings in those of the new one. False when
+    /// the node is no layer.
+    bool setCurrentLayer(NodeId layer);
+    /// True when the node, or one above it, is a member of the layer or of a layer below that.
+    bool isInLayer(NodeId id, NodeId layer) const;
+    /// True when the node is visible and in the current layer. The light of a scene that has no
+    /// other is in every layer.
+    bool isRendered(NodeId id) const;
+
     /// The handle of a node, null for kNoNode.
     ZObject object(NodeId id) const;
     /// The node of a handle; kNoNode when it is null or the node was removed.
     NodeId id(const ZObject &object) const;
 
-    /// Gives a scene that has no camera one named "persp", which frames the visible meshes, and a
-    /// scene that has no light a directional "headlight" that shines where the camera looks.
+    /// Gives a scene that has no camera one named "persp", which frames the visible meshes, a
+    /// scene that has no light a directional "headlight" that shines where the camera looks, and a
+    /// scene that has no layer the default layer.
     void addDefaults();
 
     /// Puts the other scene's nodes in place of this scene's; handles to the old nodes read as
@@ -188,10 +246,15 @@ class OPENQUIL_API Scene {
         std::unique_ptr<Node> node;
     };
     std::vector<NodeId> select(bool (*wanted)(const Node &)) const;
+    bool isAtOrBelow(NodeId id, const std::vector<NodeId> &tops) const;
+    bool storeAttribute(NodeId id, const std::string &name, const AttributeValue &value);
     std::string uniqueName(const std::string &wanted, NodeId parent);
 
     std::vector<Slot> fSlots;
     std::vector<NodeId> fOrder;
+    NodeId fCurrentLayer = kNoNode;
+    /// The values outside the current layer of what it adjusts, in its adjustments' order.
+    std::vector<AttributeValue> fUnadjusted;
     /// Names taken below each parent, with the number to try next behind them.
     std::map<std::pair<NodeId, std::string>, unsigned> fNames;
     unsigned long fRevision = 0;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "devhost/scene/LayerFile.h"
 #include "devhost/scene/SceneGraph.h"
 
 namespace devhost {
@@ -39,6 +40,9 @@ ZStatus load(const std::string &given) {
         return status;
     fresh.setFileName(path.string());
     fresh.addDefaults();
+    if (const std::string layers = layerFileOf(path.string()); fs::exists(layers, problem))
+        if (const ZStatus wrong = loadLayers(layers, fresh); !wrong)
+            return wrong;
     scene().replaceBy(std::move(fresh));
     return ZStatus();
 }

@@ -11,7 +11,8 @@ namespace devhost {
 class Scene;
 
 /// Replaces the scene by the contents of an .obj, .gltf or .glb file, with the default camera and
-/// light where the file has none. On failure the scene is unchanged and the status says in one line
+/// light where the file has none, and with the layers and links that a file NAME.layers.json beside
+/// it describes. On failure the scene is unchanged and the status says in one line
 /// what is wrong.
 OPENQUIL_API ZStatus loadScene(const std::string &path);
 

@@ -91,8 +91,8 @@ ZStatus readImage(const std::string &fileName, std::shared_ptr<const Pixels> &pi
     return ZStatus();
 }
 
-ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels) {
-    const Node *node = scene().node(id);
+ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels, const Scene &from) {
+    const Node *node = from.node(id);
     if (!node || !node->texture())
         return ZStatus(ZStatus::kInvalidParameter, "the node is not a texture");
     pixels = node->texture()->pixels;

@@ -21,9 +21,11 @@ std::shared_ptr<const Pixels> decodeImage(const unsigned char *bytes, size_t cou
 /// cannot be read.
 OPENQUIL_API ZStatus readImage(const std::string &fileName, std::shared_ptr<const Pixels> &pixels);
 
-/// The pixels of a texture node, read on first use. Fails with kInvalidParameter when the node is
-/// no texture, else as readImage does. Not for rendering threads: call it before they start.
-OPENQUIL_API ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels);
+/// The pixels of a texture node of a scene, read on first use. Fails with kInvalidParameter when
+/// the node is no texture, else as readImage does. Not for rendering threads: call it before they
+/// start.
+OPENQUIL_API ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels,
+                                   const Scene &from = scene());
 
 /// The bilinear colour and alpha, each 0 to 1, at texture coordinates: the image repeats, v runs
 /// upwards, and the centres of the pixels have their exact colours.

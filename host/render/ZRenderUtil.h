@@ -1,8 +1,8 @@
 // Static helpers for software renderers: rays into the scene, shading samples, file names of
 // textures, light queries, the state of the current render, and noise.
 //
-// Rays see the visible meshes of the current scene. The `const void *` arguments are opaque render
-// data; they are accepted for the sake of the interface and never read.
+// Rays see the visible meshes of the current render layer. The `const void *` arguments are opaque
+// render data; they are accepted for the sake of the interface and never read.
 #pragma once
 
 #include "host/base/HostApi.h"
@@ -128,8 +128,9 @@ class OPENQUIL_API ZRenderUtil {
     static ZString exactImagePlaneFileName(const ZObject &imagePlaneNode,
                                            ZStatus *ReturnStatus = nullptr);
 
-    /// True when the node at the end of the path is rendered: it and all nodes above it are
-    /// visible. Fails with kInvalidParameter when the path is not valid.
+    /// True when the node at the end of the path is rendered: it is in the current render layer,
+    /// and it and all nodes above it are visible. Fails with kInvalidParameter when the path is not
+    /// valid.
     static bool inCurrentRenderLayer(const ZDagPath &objectPath, ZStatus *ReturnStatus = nullptr);
 
     /// The pass that is being rendered; kAll outside of a render.
@@ -175,8 +176,8 @@ class OPENQUIL_API ZRenderUtil {
     /// Fills the record with the render settings in force.
     static void getCommonRenderSettings(ZCommonRenderSettingsData &rgData);
 
-    /// Replaces the list's contents by the visible meshes of the scene, which are what a render
-    /// draws. Fails with kNotFound when there is none.
+    /// Replaces the list's contents by the visible meshes of the current render layer, which are
+    /// what a render draws. Fails with kNotFound when there is none.
     static ZStatus renderObjectItem(const void *item, ZSelectionList &list);
 
     /// The class's name, "ZRenderUtil".

@@ -57,13 +57,6 @@ TEST_F(Callbacks, AreCalledByNumberThenByRegistrationAtTheThreePoints) {
     EXPECT_EQ(calls, "bs cs as br cr ar bp cp ap ");
 }
 
-TEST_F(Callbacks, TheBaseClassDoesNothing) {
-    ZRenderCallback base;
-    EXPECT_FALSE(base.shadowCastCallback(ZRenderShadowData()));
-    EXPECT_FALSE(base.renderCallback(ZRenderData()));
-    EXPECT_FALSE(base.postProcessCallback(ZRenderData()));
-}
-
 TEST_F(Callbacks, ADeletedOrRemovedCallbackIsNotCalled) {
     auto later = std::make_unique<Recorder>('b');
     Recorder first('a');
@@ -102,9 +95,6 @@ TEST_F(Callbacks, SeeTheImageAndMayChangeItInPlace) {
     painter.onRender = [](const ZRenderData &data) {
         EXPECT_EQ(data.xsize, 64);
         EXPECT_EQ(data.ysize, 48);
-        EXPECT_EQ(data.right, 63);
-        EXPECT_EQ(data.top, 47);
-        EXPECT_EQ(data.bytesPerChannel, 1);
         EXPECT_EQ(data.rgbaArr[(24 * 64 + 32) * 4 + 3], 255);
         EXPECT_EQ(data.rgbaArr[3], 0);
         data.rgbaArr[0] = 200;

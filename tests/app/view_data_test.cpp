@@ -55,7 +55,6 @@ TEST_F(ViewData, PerspectivePointsLandWhereTheyBelong) {
     const std::pair<ZFloatPoint, ZFloatPoint> cases[] = {
         {{0, 0, -1}, {32, 24, 5}},
         {{0, 5, -1}, {32, 48, 5}},
-        {{0, -5, -1}, {32, 0, 5}},
         {{5 * 4.0f / 3, 0, -1}, {64, 24, 5}},
         {{2, 2, -1}, {32 + 9.6f, 24 + 9.6f, 5}},
         {{4, 4, -2, 2}, {32 + 9.6f, 24 + 9.6f, 5}},
@@ -66,8 +65,6 @@ TEST_F(ViewData, PerspectivePointsLandWhereTheyBelong) {
         expectNear(result, screen);
     }
     expectRoundTrips(data);
-    expectNear(data.eyePoint, {0, 0, 4});
-    EXPECT_NEAR(data.viewDirection.z, -1, 1e-6);
 }
 
 TEST_F(ViewData, ANarrowImageStillShowsTheFilmsWidth) {
@@ -92,51 +89,6 @@ TEST_F(ViewData, OrthographicPointsLandWhereTheyBelong) {
     EXPECT_NEAR(frame.depth[24 * 64 + 32], 5, 1e-4);
 }
 
-TEST_F(ViewData, DepthsAreWhereTheSquareIs) {
-    // Off the middle and turned, so that exchanged axes and signs show.
-    const auto camera = devhost::scene().findCamera();
-    ZMatrix &matrix = devhost::scene().edit(camera)->local;
-    const double c = std::cos(0.3), s = std::sin(0.3);
-    matrix(0, 0) = c, matrix(0, 2) = -s, matrix(2, 0) = s, matrix(2, 2) = c;
-    place(camera, 2.5, 1, 4);
-    devhost::Frame frame;
-    ASSERT_TRUE(devhost::renderFrame(frame));
-    unsigned hits = 0;
-    for (unsigned y = 0; y < 48; ++y)
-        for (unsigned x = 0; x < 64; ++x) {
-            const float depth = frame.data.depthArr[y * frame.data.xsize + x];
-            ZFloatPoint world, corner;
-            if (std::isinf(depth)) {
-                // Seen from here, the point of the square's plane lies outside the square.
-                ZFloatPoint near, far;
-                frame.data.screenToWorld({x + 0.5f, y + 0.5f, 1}, near);
-                frame.data.screenToWorld({x + 0.5f, y + 0.5f, 2}, far);
-                const float t = (-1 - near.z) / (far.z - near.z);
-                const ZFloatVector way = far - near;
-                EXPECT_TRUE(t < 0 || std::fmax(std::abs(near.x + way.x * t),
-                                               std::abs(near.y + way.y * t)) > 2 - 1e-3);
-                continue;
-            }
-            ++hits;
-            frame.data.screenToWorld({x + 0.5f, y + 0.5f, depth}, world);
-            EXPECT_NEAR(world.z, -1, 1e-3);
-            EXPECT_LE(std::fmax(std::abs(world.x), std::abs(world.y)), 2 + 1e-3);
-        }
-    EXPECT_GT(hits, 200u);
-}
-
-TEST_F(ViewData, ThePictureHasRowZeroAtTheBottom) {
-    // The upper half of the square only.
-    auto mesh = *devhost::scene().node(devhost::scene().find("square"))->mesh();
-    mesh.positions = {-2, 0, -1, 2, 0, -1, 2, 2, -1, -2, 2, -1};
-    devhost::scene().edit(devhost::scene().find("square"))->payload =
-        std::make_shared<const devhost::Mesh>(mesh);
-    devhost::Frame frame;
-    ASSERT_TRUE(devhost::renderFrame(frame));
-    EXPECT_EQ(frame.data.rgbaArr[(20 * 64 + 32) * 4 + 3], 0);
-    EXPECT_EQ(frame.data.rgbaArr[(28 * 64 + 32) * 4 + 3], 255);
-}
-
 TEST_F(ViewData, ShadowMapsShowTheSquare) {
     addLight(devhost::Light::kDirectional, 0, 0, 0);
     addLight(devhost::Light::kSpot, 0.5, 0.25, 3);
@@ -151,8 +103,6 @@ TEST_F(ViewData, ShadowMapsShowTheSquare) {
     for (size_t i = 0; i < 3; ++i) {
         const auto &data = keeper.seen[i];
         EXPECT_EQ(data.lightType, types[i]);
-        EXPECT_EQ(data.perspective, i != 0);
-        EXPECT_FALSE(data.useMidDistMap);
         if (i != 0) {
             expectNear(data.lightPosition, {0.5f, 0.25f, 3});
         }

@@ -50,19 +50,16 @@ class TableTest(unittest.TestCase):
                 self.assertIn(function['class'], module.proxies.__all__)
                 self.assertGreater(len(proxy.__doc__), 15, proxy)
 
-    def test_every_function_is_documented(self):
+    def test_every_function_and_constructor_is_documented(self):
         for module in MODULES:
+            for function in module.functions('constructor'):
+                self.assert_documented(module.proxy_class(function).__init__, function['class'],
+                                       len(function['overloads']))
             for function in module.functions('static', 'method'):
                 member = getattr(module.proxy_class(function), function['member'])
                 self.assert_documented(member, function['member'], len(function['overloads']))
                 is_static = function['kind'] == 'static'
                 self.assertEqual(is_static, inspect.isfunction(member), function['name'])
-
-    def test_every_constructor_is_documented(self):
-        for module in MODULES:
-            for function in module.functions('constructor'):
-                self.assert_documented(module.proxy_class(function).__init__, function['class'],
-                                       len(function['overloads']))
 
     def assert_documented(self, member, name, overload_count):
         signatures, _, text = inspect.getdoc(member).partition('\n\n')
@@ -84,39 +81,36 @@ class TableTest(unittest.TestCase):
                 member = getattr(module.proxy_class(function), function['member'])
                 self.assertTrue(member.fset, function['name'])
 
-    def test_constants_are_class_attributes(self):
+    def test_constants_are_attributes_of_their_class_or_of_the_module(self):
         for module in MODULES:
             names = [f['class'] for f in module.functions('register')]
             self.assertTrue(module.data['constants'])
             for constant in module.data['constants']:
-                owner = max((n for n in names if constant['name'].startswith(n + '_')), key=len)
-                value = getattr(getattr(module.proxies, owner), constant['name'][len(owner) + 1:])
-                self.assertEqual(constant['value'], value)
-                self.assertEqual(getattr(module.native, constant['name']), value)
+                owner, name = module.proxies, constant['name']
+                prefixes = [n + '_' for n in names if name.startswith(n + '_')]
+                if prefixes:
+                    longest = max(prefixes, key=len)
+                    owner, name = getattr(owner, longest[:-1]), name[len(longest):]
+                self.assertEqual(constant['value'], getattr(owner, name))
+                self.assertEqual(getattr(module.native, constant['name']), constant['value'])
 
 
 class InstanceTest(unittest.TestCase):
-    def test_default_constructors(self):
-        made = 0
+    def test_constructors(self):
+        made = refused = 0
         for module in MODULES:
-            for function in module.functions('constructor'):
-                proxy = module.proxy_class(function)
-                if min(o['min'] for o in function['overloads']) == 0 or \
-                        proxy is OpenQuilRender.ZRenderCallback:
+            constructors = {f['class']: f for f in module.functions('constructor')}
+            for name in [f['class'] for f in module.functions('register')]:
+                proxy = getattr(module.proxies, name)
+                if name not in constructors:
+                    with self.assertRaisesRegexp(AttributeError, '^No constructor defined$'):
+                        proxy()
+                    refused += 1
+                elif proxy is OpenQuilRender.ZRenderCallback or \
+                        min(o['min'] for o in constructors[name]['overloads']) == 0:
                     self.assertTrue(proxy().thisown)
                     made += 1
-        self.assertGreater(made, 20)
-
-    def test_classes_without_constructor(self):
-        refused = 0
-        for module in MODULES:
-            constructed = [f['class'] for f in module.functions('constructor')]
-            for function in module.functions('register'):
-                if function['class'] not in constructed:
-                    with self.assertRaisesRegexp(AttributeError, '^No constructor defined$'):
-                        module.proxy_class(function)()
-                    refused += 1
-        self.assertGreater(refused, 0)
+        self.assertTrue(made > 20 and refused > 0)
 
     def test_repr(self):
         view = OpenQuilRender.ZRenderView()
@@ -124,16 +118,6 @@ class InstanceTest(unittest.TestCase):
                          % int(view.this), repr(view))
         raw = OpenQuilRender.ZRenderView.__new__(OpenQuilRender.ZRenderView)
         self.assertEqual('<OpenQuilRender.ZRenderView; not initialised>', repr(raw))
-
-    def test_numbers(self):
-        settings = OpenQuilRender.ZCommonRenderSettingsData()
-        settings.width = 1920
-        settings.renumberBy = 0.5
-        settings.renderAll = False
-        self.assertEqual((1920, 0.5, False),
-                         (settings.width, settings.renumberBy, settings.renderAll))
-        with self.assertRaises(TypeError):
-            settings.width = 'wide'
 
     def test_texts_take_python_strings_and_native_ones(self):
         settings = OpenQuilRender.ZCommonRenderSettingsData()
@@ -144,25 +128,22 @@ class InstanceTest(unittest.TestCase):
         with self.assertRaises(TypeError):
             settings.name = 5
 
-    def test_a_text_member_is_the_members_own_string(self):
-        settings = OpenQuilRender.ZCommonRenderSettingsData()
-        name = settings.name
-        settings.name = 'later'
-        self.assertEqual(u'later', unicode(name))
-        self.assertFalse(name.thisown)
-
     def test_a_part_keeps_the_whole_alive(self):
-        settings = OpenQuilRender.ZCommonRenderSettingsData()
-        settings.name = 'kept'
-        gone = weakref.ref(settings)
-        name = settings.name
-        del settings
-        gc.collect()
-        self.assertIsNotNone(gone())
-        self.assertEqual(u'kept', unicode(name))
-        del name
-        gc.collect()
-        self.assertIsNone(gone())
+        def image():
+            made = OpenQuil.ZImage()
+            made.create(2, 2)
+            return made
+        for make, take in ((OpenQuilRender.ZCommonRenderSettingsData, lambda whole: whole.name),
+                           (image, lambda whole: whole.pixels())):
+            whole = make()
+            gone = weakref.ref(whole)
+            part = take(whole)
+            del whole
+            gc.collect()
+            self.assertIsNotNone(gone())
+            del part
+            gc.collect()
+            self.assertIsNone(gone())
 
     def test_a_buffer_member(self):
         data = OpenQuilRender.ZRenderData()
@@ -170,52 +151,17 @@ class InstanceTest(unittest.TestCase):
         buffer = OpenQuil.UnsignedCharBuffer('\1\2\3\4')
         data.rgbaArr = buffer
         self.assertFalse(buffer.thisown)
-        pixels = data.rgbaArr
+        self.assertEqual('\2\3', data.rgbaArr.read(1, 2))
         buffer.thisown = True
-        self.assertIsInstance(pixels, OpenQuil.UnsignedCharBuffer)
-        self.assertEqual('\2\3', pixels.read(1, 2))
-        self.assertEqual(int(buffer.this), int(pixels.this))
         data.rgbaArr = None
         self.assertIsNone(data.rgbaArr)
-
-    def test_what_lies_in_an_object_keeps_it_alive(self):
-        image = OpenQuil.ZImage()
-        image.create(2, 2)
-        gone = weakref.ref(image)
-        pixels = image.pixels()
-        del image
-        gc.collect()
-        self.assertIsNotNone(gone())
-        del pixels
-        gc.collect()
-        self.assertIsNone(gone())
-
-    def test_object_members_are_copied_in(self):
-        settings = OpenQuilRender.ZCommonRenderSettingsData()
-        end = OpenQuil.ZTime(12.0, OpenQuil.ZTime.kFilm)
-        settings.frameEnd = end
-        end.setValue(99.0)
-        self.assertEqual(12.0, settings.frameEnd.value())
-        settings.frameEnd.setValue(24.0)
-        self.assertEqual(24.0, settings.frameEnd.value())
 
     def test_equality_and_hash(self):
         vector = OpenQuil.ZVector(1, 2, 3)
         self.assertTrue(vector == OpenQuil.ZVector((1, 2, 3)))
         self.assertFalse(vector != OpenQuil.ZVector((1, 2, 3)))
-        self.assertTrue(vector != 'text')
         with self.assertRaisesRegexp(TypeError, 'unhashable'):
             hash(vector)
-        self.assertIsInstance(hash(OpenQuilRender.RV_PIXEL()), int)
-
-    def test_special_methods(self):
-        array = OpenQuil.ZFloatArray([1, 2, 4])
-        self.assertEqual((3, 4.0, [1.0, 2.0, 4.0]), (len(array), array[-1], list(array)))
-        array[0] = 8
-        self.assertEqual('ZFloatArray([8.0, 2.0, 4.0])', repr(array))
-        half = OpenQuil.ZVector(2, 4, 6) / 2
-        self.assertEqual((1.0, 2.0, 3.0), (half.x, half.y, half.z))
-        self.assertEqual(14.0, half * half)
 
     def test_named_arguments_and_defaults(self):
         self.assertIsNone(OpenQuilRender.ZRenderView.startRender(height=2, width=4))
@@ -227,17 +173,9 @@ class InstanceTest(unittest.TestCase):
         finally:
             OpenQuilRender.ZRenderView.endRender()
 
-    def test_results_are_proxies_made_without_init(self):
-        made = OpenQuilRender.ZRenderUtil.maximumSpecularReflection(
-            None, OpenQuil.ZFloatVector(0, 0, 1), OpenQuil.ZFloatVector(),
-            OpenQuil.ZFloatVector(0, 0, 1), OpenQuil.ZFloatVector(0, 0, -1))
-        self.assertIsInstance(made, OpenQuil.ZFloatVector)
-        self.assertTrue(made.thisown)
-        self.assertEqual(1.0, made.z)
-
 
 class Recorder(OpenQuilRender.ZRenderCallback):
-    """Overrides two of the three callbacks, one of them on top of the base's."""
+    """Overrides one of the three callbacks, on top of the base's."""
 
     def __init__(self):
         super(Recorder, self).__init__()
@@ -246,10 +184,6 @@ class Recorder(OpenQuilRender.ZRenderCallback):
     def renderCallback(self, data):
         self.seen.append(data.resX)
         return super(Recorder, self).renderCallback(data) or 'changed'
-
-    def shadowCastCallback(self, data):
-        self.seen.append('shadow')
-        raise KeyError('in a callback')
 
 
 class Forgetful(OpenQuilRender.ZRenderCallback):
@@ -268,15 +202,10 @@ class DirectorTest(unittest.TestCase):
         self.data.resX = 64
 
     def test_overrides_are_called_and_may_call_the_base(self):
-        recorder = Recorder()
+        recorder, plain = Recorder(), OpenQuilRender.ZRenderCallback()
         self.assertIs(True, call_as_host('renderCallback', recorder, self.data))
         self.assertEqual([64], recorder.seen)
-
-    def test_methods_that_are_not_overridden_reach_the_base(self):
-        recorder = Recorder()
         self.assertIs(False, call_as_host('postProcessCallback', recorder, self.data))
-        self.assertIs(False, recorder.postProcessCallback(self.data))
-        plain = OpenQuilRender.ZRenderCallback()
         self.assertIs(False, call_as_host('renderCallback', plain, self.data))
 
     def test_the_base_class_itself_is_no_director(self):

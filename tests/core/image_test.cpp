@@ -73,16 +73,9 @@ TEST_F(Images, PngKeepsBytesAndHasTheTopRowFirst) {
 
     ZImage read;
     ASSERT_TRUE(read.readFromFile(text(path("a.png"))));
-    unsigned width = 0, height = 0;
-    read.getSize(width, height);
-    EXPECT_EQ(width, 5u);
-    EXPECT_EQ(height, 3u);
-    EXPECT_EQ(read.depth(), 4u);
     EXPECT_EQ(std::memcmp(read.pixels(), pixels.data(), pixels.size()), 0);
     ASSERT_TRUE(read.readFromFile(text(path("a.png")), ZImage::kFloat));
     EXPECT_EQ(read.floatPixels()[7], static_cast<float>(pixels[7]) / 255.0f);
-    EXPECT_EQ(read.pixels(), nullptr);
-    EXPECT_EQ(read.depth(), 16u);
 }
 
 TEST_F(Images, ExrKeepsFloatsAndNamedLayers) {
@@ -112,35 +105,11 @@ TEST_F(Images, ExrKeepsFloatsAndNamedLayers) {
     EXPECT_EQ(layer, rgba);
     EXPECT_EQ(devhost::readExr(path("a.exr"), width, height, layer, "specular").statusCode(),
               ZStatus::kNotFound);
-    EXPECT_EQ(layer, rgba);
-
     EXPECT_EQ(devhost::writeExr(path("b.exr"), 2, 2,
                                 {{"x", {"R"}, depth.data()}, {"x", {"R"}, depth.data()}})
                   .statusCode(),
               ZStatus::kInvalidParameter);
-    EXPECT_EQ(
-        devhost::writeExr(path("b.exr"), 2, 2, std::vector<devhost::ImageLayer>()).statusCode(),
-        ZStatus::kInvalidParameter);
     EXPECT_EQ(fileCount(), 1u);
-}
-
-TEST_F(Images, FewerChannelsAreSpreadToFour) {
-    const float grey[] = {0.5f, 0.25f};
-    const struct {
-        unsigned channels;
-        std::vector<unsigned char> expected;
-    } cases[] = {
-        {1, {128, 128, 128, 255, 64, 64, 64, 255}},
-        {2, {128, 128, 128, 64}},
-    };
-    for (const auto &c : cases) {
-        ZImage image;
-        ASSERT_TRUE(image.setFloatPixels(grey, 2 / c.channels, 1, c.channels));
-        ASSERT_TRUE(image.writeToFile(text(path("grey.png")), "png"));
-        ASSERT_TRUE(image.readFromFile(text(path("grey.png"))));
-        EXPECT_EQ(std::vector<unsigned char>(image.pixels(), image.pixels() + c.expected.size()),
-                  c.expected);
-    }
 }
 
 TEST_F(Images, FloatsAreClampedAndRounded) {
@@ -170,46 +139,28 @@ ZStatus withFileSizeLimit(std::size_t limit, Write write) {
 }
 
 TEST_F(Images, FailedWritesLeaveTheFolderAsItWas) {
-    for (const char *format : {"png", "exr"})
-        for (const unsigned side : {2u, 256u}) {
-            ZImage image;
-            ASSERT_TRUE(image.setPixels(noise(side * side * 4).data(), side, side));
-            const ZString name = text(path(std::string("old.") + format));
-            ASSERT_TRUE(image.writeToFile(name, format));
-            const std::string before = contents(name.asUTF8());
-            const std::size_t files = fileCount();
-            for (const std::size_t limit : {before.size() / 2, before.size() - 1}) {
-                const auto writeTo = [&](const ZString &target) {
-                    return withFileSizeLimit(limit,
-                                             [&] { return image.writeToFile(target, format); });
-                };
-                EXPECT_EQ(writeTo(name).statusCode(), ZStatus::kFailure) << format << limit;
-                const ZStatus fresh = writeTo(text(path("new")));
-                EXPECT_EQ(fresh.statusCode(), ZStatus::kFailure) << format << limit;
-                EXPECT_GE(fresh.errorString().indexW(text(path("new"))), 0);
-                EXPECT_EQ(contents(name.asUTF8()), before);
+    for (const char *format : {"png", "exr"}) {
+        ZImage image;
+        ASSERT_TRUE(image.setPixels(noise(256 * 256 * 4).data(), 256, 256));
+        const std::string old = path(std::string("old.") + format), fresh = path("new");
+        ASSERT_TRUE(image.writeToFile(text(old), format));
+        const std::string before = contents(old);
+        const std::size_t files = fileCount();
+        for (const std::size_t limit : {before.size() / 2, before.size() - 1})
+            for (const std::string &target : {old, fresh}) {
+                const ZStatus status = withFileSizeLimit(
+                    limit, [&] { return image.writeToFile(text(target), format); });
+                EXPECT_EQ(status.statusCode(), ZStatus::kFailure) << target << limit;
+                EXPECT_GE(status.errorString().indexW(text(target)), 0);
+                EXPECT_EQ(contents(old), before);
                 EXPECT_EQ(fileCount(), files);
             }
-        }
-}
-
-TEST_F(Images, UnsuitableTargetsAndFormatsAreRefused) {
-    ZImage image;
-    ASSERT_TRUE(image.create(1, 1));
-    for (const char *format : {"png", "exr"}) {
-        const ZString missing = text(path("no/such/folder.x"));
-        EXPECT_EQ(image.writeToFile(missing, format).statusCode(), ZStatus::kFailure);
-        EXPECT_EQ(image.writeToFile(text(folder_.string()), format).statusCode(),
+        EXPECT_EQ(image.writeToFile(text(path("no/folder")), format).statusCode(),
                   ZStatus::kFailure);
-        EXPECT_TRUE(fs::is_directory(folder_));
     }
-    EXPECT_EQ(image.writeToFile(text(path("a.bmp")), "bmp").statusCode(),
-              ZStatus::kInvalidParameter);
-    EXPECT_EQ(ZImage().writeToFile(text(path("a.png"))).statusCode(), ZStatus::kFailure);
-    EXPECT_EQ(fileCount(), 0u);
 }
 
-TEST_F(Images, WritesThroughALinkAndUnderTheLongestName) {
+TEST_F(Images, WritesThroughALink) {
     ZImage image;
     ASSERT_TRUE(image.create(1, 1));
     std::ofstream(path("real.png")) << "old";
@@ -217,7 +168,6 @@ TEST_F(Images, WritesThroughALinkAndUnderTheLongestName) {
     ASSERT_TRUE(image.writeToFile(text(path("link.png"))));
     EXPECT_TRUE(fs::is_symlink(path("link.png")));
     EXPECT_EQ(contents(path("real.png")).substr(1, 3), "PNG");
-    EXPECT_TRUE(image.writeToFile(text(path(std::string(255, 'n')))));
 }
 
 TEST_F(Images, UnreadableFilesLeaveTheImageAsItWas) {
@@ -242,20 +192,6 @@ TEST_F(Images, UnreadableFilesLeaveTheImageAsItWas) {
     EXPECT_EQ(image.readFromFile(text(folder_.string())).statusCode(), ZStatus::kFailure);
 }
 
-TEST_F(Images, CreateChecksItsArguments) {
-    ZImage image;
-    ASSERT_TRUE(image.create(2, 2, 3, ZImage::kFloat));
-    EXPECT_EQ(image.create(0, 2).statusCode(), ZStatus::kInvalidParameter);
-    EXPECT_EQ(image.create(2, 2, 5).statusCode(), ZStatus::kInvalidParameter);
-    EXPECT_EQ(image.create(2, 2, 4, ZImage::kUnknown).statusCode(), ZStatus::kInvalidParameter);
-    EXPECT_EQ(image.create(~0u, ~0u).statusCode(), ZStatus::kInsufficientMemory);
-    EXPECT_EQ(image.setPixels(nullptr, 2, 2).statusCode(), ZStatus::kInvalidParameter);
-    EXPECT_EQ(image.channels(), 3u);
-    image.release();
-    EXPECT_EQ(image.channels(), 0u);
-    EXPECT_EQ(image.resize(2, 2).statusCode(), ZStatus::kFailure);
-}
-
 TEST_F(Images, ResizeAveragesInterpolatesAndKeepsProportions) {
     const float steps[] = {0, 1, 2, 3, 4, 5, 6, 7};
     ZImage image;
@@ -265,11 +201,9 @@ TEST_F(Images, ResizeAveragesInterpolatesAndKeepsProportions) {
     EXPECT_FLOAT_EQ(image.floatPixels()[7], 3.25f); // between the pixels 3 and 4
     EXPECT_FLOAT_EQ(image.floatPixels()[15], 7.0f);
 
-    const float checks[] = {0, 1, 0, 1, 0, 1, 0, 1};
-    ASSERT_TRUE(image.setFloatPixels(checks, 8, 1, 1));
+    ASSERT_TRUE(image.setFloatPixels(steps, 8, 1, 1));
     ASSERT_TRUE(image.resize(4, 1, false));
-    EXPECT_NEAR(image.floatPixels()[1], 0.5f, 1e-6);
-
+    EXPECT_NEAR(image.floatPixels()[1], 2.5f, 1e-6);
     ASSERT_TRUE(image.create(400, 200));
     std::fill_n(image.pixels(), 400 * 200 * 4, 200);
     ASSERT_TRUE(image.resize(100, 100));
@@ -277,28 +211,10 @@ TEST_F(Images, ResizeAveragesInterpolatesAndKeepsProportions) {
     image.getSize(width, height);
     EXPECT_EQ(width, 100u);
     EXPECT_EQ(height, 50u);
-    EXPECT_EQ(image.pixels()[0], 200);
     EXPECT_EQ(image.pixels()[100 * 50 * 4 - 1], 200);
     EXPECT_EQ(image.resize(0, 5).statusCode(), ZStatus::kInvalidParameter);
-}
-
-TEST_F(Images, FlipsPixelsAndDepthMap) {
-    const unsigned char pixels[] = {1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3};
-    const float depths[] = {10, 20};
-    ZImage image;
-    ASSERT_TRUE(image.setPixels(pixels, 1, 3));
-    ASSERT_TRUE(image.setDepthMap(depths, 1, 2));
-    image.verticalFlip();
-    EXPECT_EQ(image.pixels()[0], 3);
-    EXPECT_EQ(image.pixels()[4], 2);
-    EXPECT_EQ(image.pixels()[8], 1);
-    EXPECT_EQ(image.depthMap()[0], 20.0f);
-    unsigned width = 0, height = 0;
-    image.getDepthMapSize(width, height);
-    EXPECT_EQ(height, 2u);
-    EXPECT_EQ(image.setDepthMap(nullptr, 1, 1).statusCode(), ZStatus::kInvalidParameter);
-    ASSERT_TRUE(image.create(1, 1));
-    EXPECT_EQ(image.depthMap(), nullptr);
+    EXPECT_EQ(image.create(2, 2, 5).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(image.create(~0u, ~0u).statusCode(), ZStatus::kInsufficientMemory);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 """No call gains or loses references, whether it succeeds or fails, and results and exceptions
 never come together."""
 
+import gc
 import sys
 import unittest
 
@@ -23,46 +24,35 @@ def arguments_by_function():
     buffer, cells = core['FloatBuffer']([1, 2, 3]), core['CharPointerBuffer'](1)
     data, word = 'x' * 12, u'a longer text'
     text, pixels = core['ZString'](word), core['PixelBuffer'](2)
-    matrix, image = core['ZMatrix'](), core['ZImage']()
+    image = core['ZImage']()
     image.create(1, 3)
     token, index = Token(), 10 ** 6
     return [
         (_OpenQuil.new_ZVector, (values,)), (_OpenQuil.new_ZVector, (token,)),
         (_OpenQuil.new_ZFloatVectorArray, ([values, vector],)),
         (_OpenQuil.new_ZFloatVectorArray, ([values, token],)),
-        (_OpenQuil.new_ZMatrix, ([values],)), (_OpenQuil.new_ZMatrix, (range(16),)),
-        (_OpenQuil.ZFloatVector___add__, (vector, vector)),
         (_OpenQuil.ZFloatVector___add__, (vector, token)),
         (_OpenQuil.ZFloatVector___eq__, (vector, token)),
-        (_OpenQuil.ZFloatVector___eq__, (vector, vector)),
         (_OpenQuil.ZFloatVector___getitem__, (vector, index)),
         (_OpenQuil.ZFloatVector___iter__, (vector,)), (_OpenQuil.ZFloatVector___repr__, (vector,)),
         (_OpenQuil.ZFloatVectorArray_append, (core['ZFloatVectorArray'](), vector)),
         (_OpenQuil.ZFloatVectorArray_append, (array, token)),
         (_OpenQuil.ZFloatVectorArray___getitem__, (array, 1)),
-        (_OpenQuil.ZFloatVectorArray___setitem__, (array, 1, vector)),
         (_OpenQuil.ZFloatVectorArray___setitem__, (array, index, vector)),
-        (_OpenQuil.ZFloatVectorArray___iter__, (array,)),
         (_OpenQuil.ZFloatVectorArray___repr__, (array,)),
         (_OpenQuil.ZStringArray___iter__, (texts,)), (_OpenQuil.ZStringArray_join, (texts, word)),
         (_OpenQuil.new_FloatBuffer, (list(values),)), (_OpenQuil.new_FloatBuffer, (token,)),
         (_OpenQuil.FloatBuffer_read, (buffer, 0, 3)), (_OpenQuil.FloatBuffer_read, (buffer, 0, index)),
         (_OpenQuil.FloatBuffer_write, (buffer, 0, data)),
         (_OpenQuil.FloatBuffer_write, (buffer, 0, [1.0, token])),
-        (_OpenQuil.FloatBuffer_set, (buffer, 0, token)),
         (_OpenQuil.CharPointerBuffer_set, (cells, 0, None)),
         (_OpenQuil.CharPointerBuffer_get, (cells, 0)),
-        (_OpenQuil.new_PixelBuffer, (3,)), (_OpenQuil.new_PixelBuffer, (token,)),
         (_OpenQuil.PixelBuffer_pixels, (pixels, 1)), (_OpenQuil.PixelBuffer_pixels, (pixels, index)),
         (_OpenQuil.PixelBuffer_setColors, (pixels, 0, array, 0.5)),
-        (_OpenQuil.PixelBuffer_setColors, (pixels, 1, array)),
         (_OpenQuil.new_ZString, (word,)), (_OpenQuil.new_ZString, (None,)),
-        (_OpenQuil.ZString___eq__, (text, word)), (_OpenQuil.ZString___eq__, (text, token)),
         (_OpenQuil.ZString___getitem__, (text, 1)), (_OpenQuil.ZString___repr__, (text,)),
-        (_OpenQuil.ZMatrix___getitem__, (matrix, 1)), (_OpenQuil.ZMatrix___repr__, (matrix,)),
         (_OpenQuil.ZImage_writePixels, (image, data)), (_OpenQuil.ZImage_writePixels, (image, 'x')),
         (_OpenQuil.ZImage_readPixels, (image,)),
-        (_OpenQuil.ZImage_setPixels, (image, core['UnsignedCharBuffer'](4), 2, 2)),
     ]
 
 
@@ -95,31 +85,16 @@ class References(unittest.TestCase):
         for function, arguments in arguments_by_function():
             objects = watched(arguments)
             outcome = attempt(function, arguments)
-            before = [sys.getrefcount(item) for item in objects]
+            before, alive = [sys.getrefcount(item) for item in objects], len(gc.get_objects())
             for _ in range(ROUNDS):
                 attempt(function, arguments)
+            self.assertLess(len(gc.get_objects()) - alive, ROUNDS // 2, function.__name__)
             after = [sys.getrefcount(item) for item in objects]
             for item, old, new in zip(objects, before, after):
                 # A few come and go with the test itself; a leak shows in every round.
                 self.assertLess(abs(new - old), ROUNDS // 2, (function.__name__, outcome, item))
             failures += outcome is not None
         self.assertGreater(failures, 10)
-
-    def test_results_are_not_kept(self):
-        buffer, array = core['FloatBuffer']([1] * 50), core['ZVectorArray'](50)
-        for function, owner in ((_OpenQuil.FloatBuffer_read, (buffer, 0, 50)),
-                                (_OpenQuil.ZVectorArray___iter__, (array,)),
-                                (_OpenQuil.ZVectorArray___getitem__, (array, 0))):
-            result = function(*owner)
-            # The name and the argument of getrefcount.
-            self.assertEqual(sys.getrefcount(result), 2)
-
-    def test_pixel_pointer_dies_with_its_buffer(self):
-        buffer = core['PixelBuffer'](2)
-        pointer = buffer.this.next()
-        self.assertEqual(sys.getrefcount(pointer), 3)
-        del buffer
-        self.assertEqual(sys.getrefcount(pointer), 2)
 
     def test_dropping_destroys_once(self):
         destroyed = []
@@ -140,10 +115,6 @@ class References(unittest.TestCase):
             disowned.acquire()
             del disowned
             self.assertEqual(destroyed, [address, pointer])
-            deleted = _OpenQuil.new_ZVector()
-            _OpenQuil.delete_ZVector(deleted)
-            del deleted
-            self.assertEqual(len(destroyed), 2)
         finally:
             _OpenQuil.ZVector_swigregister(core['ZVector'])
 

@@ -35,8 +35,6 @@ class Components(unittest.TestCase):
                 self.assertEqual(tuple(cls(list(numbers))), numbers)
                 self.assertEqual(eval(repr(made)), made)
                 self.assertRaises(TypeError, cls, [1, 2])
-                self.assertRaises(TypeError, cls, [1, 2, 'x'])
-                self.assertRaises(TypeError, cls, 'abc')
 
     def test_index_and_length(self):
         for cls, default in VALUES.items():
@@ -48,25 +46,6 @@ class Components(unittest.TestCase):
             for index in (size, -size - 1, 2 ** 40):
                 self.assertRaises(IndexError, lambda: value[index])
                 self.assertRaises(IndexError, value.__setitem__, index, 1)
-            self.assertRaises(TypeError, lambda: value['x'])
-            self.assertRaises(TypeError, value.__setitem__, 0, 'x')
-            self.assertEqual((value[0], value[-1]), (7, 9))
-
-    def test_members(self):
-        point = ZPoint(1, 2, 3)
-        point.y = 5
-        point.w = 2
-        self.assertEqual(list(point), [1, 5, 3, 2])
-        color = ZColor(0.25, 0.5, 0.75)
-        color.a = 0
-        self.assertEqual((color.r, color.g, color.b, color.a), (0.25, 0.5, 0.75, 0))
-
-    def test_precisions_convert(self):
-        self.assertEqual(list(ZFloatVector(ZVector(1, 2, 3))), [1, 2, 3])
-        self.assertEqual(list(ZPoint(ZFloatPoint(1, 2, 3, 4))), [1, 2, 3, 4])
-        self.assertEqual(list(ZVector(ZPoint(1, 2, 3))), [1, 2, 3])
-        self.assertEqual(list(ZPoint(ZVector(1, 2, 3))), [1, 2, 3, 1])
-        self.assertRaises(OverflowError, ZFloatVector, 1e39, 0, 0)
 
     def test_comparison_with_other_types(self):
         for cls in list(VALUES) + MATRICES + [ZTime]:
@@ -76,64 +55,36 @@ class Components(unittest.TestCase):
 
 
 class Arithmetic(unittest.TestCase):
-    def test_vectors(self):
+    def test_vectors_and_points(self):
         for cls in VECTORS:
             a, b = cls(1, 2, 3), cls(4, -5, 6)
-            self.assertEqual(list(a + b), [5, -3, 9])
-            self.assertEqual(list(a - b), [-3, 7, -3])
-            self.assertEqual(list(-a), [-1, -2, -3])
-            self.assertEqual(list(a * 2), [2, 4, 6])
-            self.assertEqual(list(2 * a), [2, 4, 6])
-            self.assertEqual(list(a / 2), [0.5, 1, 1.5])
+            self.assertEqual(map(list, (a + b, a - b, -a, a * 2, 2 * a, a / 2, a ^ b)),
+                             [[5, -3, 9], [-3, 7, -3], [-1, -2, -3], [2, 4, 6], [2, 4, 6],
+                              [0.5, 1, 1.5], [27, 6, -13]])
             self.assertEqual(a * b, 4 - 10 + 18)
-            self.assertEqual(list(a ^ b), [27, 6, -13])
-            self.assertEqual(cls(2, 3, 6).length(), 7)
-            self.assertTrue(close(cls(0, 3, 4).normal(), [0, 0.6, 0.8]))
             self.assertAlmostEqual(cls(1, 0, 0).angle(cls(0, 2, 0)), math.pi / 2, 6)
-            self.assertTrue(a.isEquivalent(cls(1, 2, 3)))
-            self.assertFalse(a.isEquivalent(b))
-            self.assertTrue(a.isEquivalent(b, 100))
-            self.assertTrue(a.isParallel(cls(-2, -4, -6)))
+            self.assertTrue(a.isEquivalent(b, 100) and not a.isEquivalent(b))
             self.assertRaises(TypeError, lambda: a + 1)
             self.assertRaises(TypeError, lambda: a * 'x')
             self.assertRaisesRegexp(RuntimeError, 'zero', cls().normalize)
-
-    def test_points(self):
         for point, vector in POINTS:
             a, b = point(1, 2, 3), point(4, 6, 3)
             self.assertEqual(list(b - a), [3, 4, 0])
             self.assertIs(type(b - a), vector)
             self.assertEqual(list(a + vector(1, 1, 1)), [2, 3, 4, 1])
-            self.assertEqual(list(a - vector(1, 1, 1)), [0, 1, 2, 1])
             self.assertEqual(a.distanceTo(b), 5)
-            weighted = point(2, 4, 6, 2)
-            weighted.cartesianize()
-            self.assertEqual(list(weighted), [1, 2, 3, 1])
             self.assertRaises(RuntimeError, point(1, 1, 1, 0).cartesianize)
 
     def test_matrices(self):
         for cls, point in zip(MATRICES, (ZPoint, ZFloatPoint)):
-            identity = [[float(i == j) for j in range(4)] for i in range(4)]
-            self.assertEqual(list(cls()), identity)
             moved = cls([1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 5, 6, 7, 1])
             rows = [[2, 0, 0, 0], [0, 4, 0, 0], [0, 0, 8, 0], [0, 0, 0, 1]]
             scaled = cls(rows)
             self.assertEqual(list(scaled), rows)
             self.assertEqual(moved(3, 1), 6)
-            self.assertEqual(list(point(1, 1, 1) * moved), [6, 7, 8, 1])
             # The left factor acts first.
             self.assertEqual(list(point(1, 1, 1) * (moved * scaled)), [12, 28, 64, 1])
             self.assertEqual((moved * scaled)[3], [10, 24, 56, 1])
-            product = cls()
-            product.setToProduct(moved, scaled)
-            self.assertEqual(product, moved * scaled)
-            product.setToIdentity()
-            self.assertEqual(product, cls())
-            self.assertEqual(scaled.det4x4(), 64)
-            self.assertEqual(list(scaled.inverse())[2], [0, 0, 0.125, 0])
-            self.assertEqual(moved.transpose()(1, 3), 6)
-            self.assertEqual(list(scaled * 2)[0], [4, 0, 0, 0])
-            self.assertTrue((moved * moved.inverse()).isEquivalent(cls()))
             self.assertEqual(eval(repr(moved)), moved)
             moved.setElement(-1, -1, 3)
             self.assertEqual(moved(3, 3), 3)
@@ -144,54 +95,28 @@ class Arithmetic(unittest.TestCase):
             self.assertRaises(ValueError, cls, [[1, 2, 3]] * 4)
             self.assertRaises(TypeError, cls, ['x'] * 16)
 
-    def test_colors(self):
+    def test_colors_and_times(self):
         a, b = ZColor(0.5, 0.25, 1, 0.5), ZColor(0.5, 0.5, 0.5)
-        self.assertEqual(list(a + b), [1, 0.75, 1.5, 0.5])
-        self.assertEqual(list(a * b), [0.25, 0.125, 0.5, 0.5])
-        self.assertEqual(list(2 * a), [1, 0.5, 2, 0.5])
-        self.assertEqual(list(a / 2), [0.25, 0.125, 0.5, 0.5])
-
-    def test_times(self):
+        self.assertEqual(map(list, (a + b, a * b, 2 * a)),
+                         [[1, 0.75, 1.5, 0.5], [0.25, 0.125, 0.5, 0.5], [1, 0.5, 2, 0.5]])
         second = ZTime(1, _OpenQuil.ZTime_kSeconds)
         film = ZTime(24, _OpenQuil.ZTime_kFilm)
         self.assertEqual(second, film)
         self.assertEqual((second + film).value(), 2)
         self.assertEqual((film - 4).value(), 20)
-        self.assertEqual((film * 2).asUnits(_OpenQuil.ZTime_kSeconds), 2)
         self.assertTrue(second < film + 1 and film + 1 > second and second <= film)
-        self.assertEqual(ZTime(5).unit(), _OpenQuil.ZTime_uiUnit())
         self.assertEqual(repr(film), 'ZTime(24.0, 6)')
-
-    def test_boxes(self):
-        box = ZBoundingBox()
-        self.assertTrue(box.isEmpty())
-        box.expand(ZPoint(1, 2, 3))
-        box.expand(ZBoundingBox(ZPoint(-1, 0, 0), ZPoint(0, 0, 5)))
-        self.assertEqual((box.width(), box.height(), box.depth()), (2, 2, 5))
-        self.assertEqual(list(box.center()), [0, 1, 2.5, 1])
-        self.assertTrue(box.contains(ZPoint(0, 1, 1)))
-        self.assertFalse(box.intersects(ZBoundingBox(ZPoint(2, 2, 2), ZPoint(3, 3, 3))))
 
 
 class Rotations(unittest.TestCase):
     def test_quaternions(self):
         quarter = ZQuaternion(math.pi / 2, ZVector(0, 0, 1))
-        self.assertTrue(close(ZVector(1, 0, 0) * quarter.asMatrix(), [0, 1, 0]))
         self.assertTrue(close(ZVector(1, 0, 0).rotateBy(quarter), [0, 1, 0]))
-        self.assertTrue((quarter * quarter.inverse()).isEquivalent(ZQuaternion()))
         axis, angle = ZVector(), core['DoubleBuffer'](1)
         self.assertTrue(quarter.getAxisAngle(axis, angle))
         self.assertTrue(close(axis, [0, 0, 1]) and abs(angle[0] - math.pi / 2) < 1e-9)
         half = _OpenQuil.ZQuaternion_slerp(ZQuaternion(), quarter, 0.5)
         self.assertTrue(half.isEquivalent(ZQuaternion(math.pi / 4, ZVector(0, 0, 1))))
-
-    def test_euler_axes_turn_in_order(self):
-        # A quarter turn about x takes y to z; about z it takes x to y.
-        quarter = math.pi / 2
-        x_first = ZEulerRotation(quarter, 0, quarter, _OpenQuil.ZEulerRotation_kXYZ)
-        z_first = ZEulerRotation(quarter, 0, quarter, _OpenQuil.ZEulerRotation_kZYX)
-        self.assertTrue(close(ZVector(1, 0, 0) * x_first.asMatrix(), [0, 1, 0]))
-        self.assertTrue(close(ZVector(1, 0, 0) * z_first.asMatrix(), [0, 0, 1]))
 
     def test_euler_is_a_product_of_axis_rotations(self):
         def about(axis, angle):
@@ -212,10 +137,6 @@ class Rotations(unittest.TestCase):
             self.assertTrue(rotation.asMatrix().isEquivalent(expected), name)
             back = _OpenQuil.ZEulerRotation_decompose(expected, order)
             self.assertTrue(back.isEquivalent(rotation), name)
-            for other in range(6):
-                again = rotation.reorder(other)
-                self.assertEqual(again.order, other)
-                self.assertTrue(again.asMatrix().isEquivalent(expected), (name, other))
             # With the second axis at a right angle the angles are not unique, the rotation is.
             for sign in (1, -1):
                 locked = list(angles)

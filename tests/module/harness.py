@@ -95,7 +95,7 @@ def pointer(class_name, address):
     made = module.new_RV_PIXEL()
     layout = PointerObject.from_address(id(made))
     layout.ptr, layout.own = address, 0
-    layout.ty = type_records()['_p_' + class_name.replace(' ', '_')]
+    layout.ty = type_records()['_p_' + class_name.replace(' ', '_').replace('::', '__')]
     return made
 
 
@@ -121,13 +121,14 @@ def call(function, *arguments):
     return result, None
 
 
-def run(code):
+def run(code, *options):
     """Runs statements in another process of the running program, the host or the interpreter, which
-    finds the module and these tests; returns its exit status, output and errors."""
+    finds the module and these tests; returns its exit status, output and errors. Options are the
+    program's."""
     program = os.readlink('/proc/self/exe')
     option = '--python-expr' if os.path.basename(program) == 'quilhost' else '-c'
     folders = os.path.dirname(os.path.abspath(module.__file__)), os.path.dirname(ROWS_FILE)
-    child = subprocess.Popen([program, option, code], stdout=subprocess.PIPE,
+    child = subprocess.Popen([program] + list(options) + [option, code], stdout=subprocess.PIPE,
                              stderr=subprocess.PIPE,
                              env=dict(os.environ, PYTHONPATH=':'.join(folders)))
     output, errors = child.communicate()

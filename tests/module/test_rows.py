@@ -5,8 +5,14 @@ import unittest
 import harness
 from harness import module, NOARGS, O, VARARGS
 
-CLASSES = ('RV_AOV', 'RV_PIXEL', 'ZCommonRenderSettingsData', 'ZRenderCallback', 'ZRenderData',
-           'ZRenderShadowData', 'ZRenderUtil', 'ZRenderView')
+CLASSES = ('RV_AOV', 'RV_PIXEL', 'ZGLFunctionTable', 'ZCommonRenderSettingsData', 'ZD3D9Renderer',
+           'ZDrawProcedureBase', 'ZFnImageSource', 'ZFnRenderLayer',
+           'ZFnRenderPass', 'ZLightLinks', 'ZGeometry', 'ZGeometryData', 'ZGeometryList',
+           'ZGeometryManager', 'ZGeometryPrimitive', 'ZGeometryRequirements', 'ZHardwareRenderer', 'ZHwTextureManager',
+           'ZHwrCallback', 'ZRenderCallback', 'ZRenderData', 'ZRenderProfile', 'ZRenderShadowData',
+           'ZRenderTarget', 'ZRenderUtil', 'ZRenderView', 'ZRenderingInfo', 'ZSwatchRenderBase',
+           'ZSwatchRenderRegister', 'ZUniformParameter', 'ZUniformParameterList',
+           'ZVaryingParameter', 'ZVaryingParameterList', 'ZViewportRenderer')
 
 CONSTANTS = {
     'ZCommonRenderSettingsData_kRelativePath': 0, 'ZCommonRenderSettingsData_kFullPathImage': 1,
@@ -18,6 +24,67 @@ CONSTANTS = {
     'ZRenderUtil_kHardwareRender': 4, 'ZRenderUtil_kAll': 0, 'ZRenderUtil_kColorOnly': 1,
     'ZRenderUtil_kShadowOnly': 2, 'ZRenderUtil_kAmbientOnly': 3, 'ZRenderUtil_kDiffuseOnly': 4,
     'ZRenderUtil_kSpecularOnly': 5}
+UNIFORM_TYPES = '''
+    Unknown Bool Int Float 1DTexture 2DTexture 3DTexture CubeTexture EnvTexture String Enum'''.split()
+UNIFORM_SEMANTICS = '''
+    Unknown ObjectDir WorldDir ViewDir ProjectionDir ObjectPos WorldPos ViewPos ProjectionPos
+    Color Normal Bump Environment WorldMatrix WorldInverseMatrix WorldInverseTransposeMatrix
+    ViewMatrix ViewInverseMatrix ViewInverseTransposeMatrix ProjectionMatrix
+    ProjectionInverseMatrix ProjectionInverseTransposeMatrix WorldViewMatrix
+    WorldViewInverseMatrix WorldViewInverseTransposeMatrix WorldViewProjectionMatrix
+    WorldViewProjectionInverseMatrix WorldViewProjectionInverseTransposeMatrix ColorTexture
+    NormalTexture BumpTexture NormalizationTexture TranspDepthTexture OpaqueDepthTexture Time
+    WorldTransposeMatrix ViewTransposeMatrix ProjectionTransposeMatrix WorldViewTransposeMatrix
+    WorldViewProjectionTransposeMatrix ViewProjectionMatrix ViewProjectionInverseMatrix
+    ViewProjectionTransposeMatrix ViewProjectionInverseTransposeMatrix LocalViewer
+    ViewportPixelSize BackgroundColor FrameNumber'''.split()
+CONSTANTS.update(('ZUniformParameter_kType' + n, i) for i, n in enumerate(UNIFORM_TYPES))
+CONSTANTS.update(('ZUniformParameter_kSemantic' + n, i) for i, n in enumerate(UNIFORM_SEMANTICS))
+CONSTANTS.update(('ZVaryingParameter_k' + n, i - 1) for i, n in enumerate(
+    'InvalidParameter Structure Float Double Char UnsignedChar Int16 UnsignedInt16 Int32 '
+    'UnsignedInt32'.split()))
+CONSTANTS.update(('ZVaryingParameter_k' + n, i) for n, i in (
+    ('NoSemantic', 0), ('Position', 1), ('Normal', 2), ('TexCoord', 3), ('Color', 4),
+    ('Weight', 5), ('Tangent', 7), ('Binormal', 8)))
+
+
+def add_constants(class_name, first, names):
+    CONSTANTS.update((class_name + '_' + name, first + i) for i, name in enumerate(names.split()))
+
+
+add_constants('ZGeometryData', 0, 'kInvalidElementSize kOne kTwo kThree kFour')
+add_constants('ZGeometryData', -1, 'kInvalidElementType kFloat kDouble kChar kUnsignedChar kInt16 '
+              'kUnsignedInt16 kInt32 kUnsignedInt32')
+add_constants('ZGeometryData', 0, 'kInvalidDataType kPosition kNormal kTexCoord kColor kWeight '
+              'kAPISupported kTangent kBiNormal kVelocity kPrimitiveCenter kColorMask kUserData '
+              'kMaxDataTypeIndex')
+add_constants('ZGeometryList', 0, 'kNone kMatrices kFixedFunctionLighting')
+CONSTANTS.update(ZGeometryList_kCulling=4, ZGeometryList_kAll=-1)
+add_constants('ZGeometryList', 0, 'kCullNone kCullCW kCullCCW')
+add_constants('ZGeometryManager', 0, 'kDefaultSphere kDefaultPlane kDefaultCube')
+add_constants('ZGeometryPrimitive', 0, 'kInvalidIndexType kPoints kLines kLineStrip kLineLoop '
+              'kTriangles kTriangleStrip kTriangleFan kQuads kQuadStrip kPolygon '
+              'kMaxDrawPrimitiveTypeIndex')
+add_constants('ZHardwareRenderer', 0, 'kSuccess kFailure kItemExists kItemNotFound '
+              'kLocationNotFound')
+add_constants('ZHardwareRenderer', 0, 'kRGBA_Fix8 kRGBA_Float16 kDepth_Float32')
+add_constants('ZHardwareRenderer', 0, 'kPreRendering kPreExposure kPostExposure kPostRendering')
+add_constants('ZHardwareRenderer', 0, 'kDefaultSphere kDefaultPlane kDefaultCube')
+
+add_constants('ZRenderProfile', 0, 'kQuilSoftware kQuilOpenGL kQuilD3D')
+add_constants('ZViewportRenderer', 0, 'kOpenGL kDirect3D kSoftware')
+add_constants('ZViewportRenderer', 0, 'kNoOverride kOverrideAllDrawing kOverrideThenStandard '
+              'kOverrideThenUI')
+EXCLUSIONS = '''
+    NurbsCurves NurbsSurfaces Meshes Planes Lights Cameras Joints IkHandles Deformers Dynamics
+    ParticleInstancers Locators Dimensions SelectHandles Pivots Textures Grid CVs Hulls Strokes
+    SubdivSurfaces Fluids Follicles HairSystems ImagePlane NCloths NRigids DynamicConstraints
+    Manipulators NParticles MotionTrails'''.split()
+CONSTANTS.update(('ZViewportRenderer_kExclude' + n, 2 ** i) for i, n in enumerate(EXCLUSIONS))
+CONSTANTS.update(ZViewportRenderer_kExcludeNone=0, ZViewportRenderer_kExcludeAll=-1,
+                 ZViewportRenderer_kExcludePluginShapes=-2147483648)
+add_constants('ZGLFunctionTable', 0, 'kZGL_Version11 kZGL_Version12 kZGL_Version121 '
+              'kZGL_Version13 kZGL_Version14 kZGL_Version15 kZGL_Version20')
 
 
 class Odd(object):
@@ -31,13 +98,40 @@ NUMBERS = {
     'unsigned int': (1, [(object(), TypeError), (2 ** 32, OverflowError), (-1, OverflowError)]),
     'unsigned short': (1, [(object(), TypeError), (65536, OverflowError), (-1, OverflowError),
                            (2 ** 70, TypeError)]),
+    'short': (1, [(object(), TypeError), (32768, OverflowError), (-32769, OverflowError),
+                  (1.0, TypeError)]),
     'float': (1, [(object(), TypeError), (1e39, OverflowError)]),
     'double': (1, [(object(), TypeError), (10 ** 400, TypeError)]),
     'bool': (0, [(Odd(), TypeError)]),
 }
 NUMBERS['bool const &'] = NUMBERS['bool']
-ENUMERATIONS = ('ZCommonRenderSettingsData::ZpathType', 'ZRenderShadowData::LightType')
-STRINGS = ('ZString', 'ZString const &')
+NUMBERS['ZHwTextureFileHandle'] = NUMBERS['int']
+NUMBERS['short'] = (1, [(object(), TypeError), (2 ** 15, OverflowError), (1.0, TypeError)])
+NUMBERS['unsigned char'] = (1, [(object(), TypeError), (256, OverflowError), (-1, OverflowError)])
+NUMBERS['signed char'] = (1, [(object(), TypeError), (128, OverflowError), (-129, OverflowError)])
+NUMBERS['long'] = (1, [(object(), TypeError), (2 ** 63, OverflowError), (1.0, TypeError)])
+GL_TYPES = {
+    'ZGLenum': 'unsigned int', 'ZGLuint': 'unsigned int', 'ZGLbitfield': 'unsigned int',
+    'ZGLhandleARB': 'unsigned int', 'ZGLint': 'int', 'ZGLsizei': 'int', 'ZGLExtension': 'int',
+    'ZGLsizeiptrARB': 'long', 'ZGLintptrARB': 'long', 'ZGLfloat': 'float', 'ZGLclampf': 'float',
+    'ZGLdouble': 'double', 'ZGLclampd': 'double', 'ZGLshort': 'short',
+    'ZGLushort': 'unsigned short', 'ZGLubyte': 'unsigned char', 'ZGLboolean': 'unsigned char',
+    'ZGLbyte': 'signed char', 'ZGLcharARB': 'char'}
+NUMBERS.update((gl, NUMBERS[native]) for gl, native in GL_TYPES.items() if native in NUMBERS)
+# Addresses of addresses have one pointer type each, whatever is const in them.
+ADDRESSES = {'ZGLvoid **': 'p_void', 'ZGLvoid const **': 'p_void', 'void **': 'p_void',
+             'ZGLcharARB const **': 'p_char', 'char const **': 'p_char'}
+GL_DATA = ('ZGLvoid *', 'ZGLvoid const *')  # these have a message of their own; see test_gl.py
+ENUMERATIONS = ('ZHardwareRenderer::CallLocation', 'ZHardwareRenderer::GeometricShape',
+                'ZGeometryData::DataType', 'ZGeometryManager::GeometricShape',
+                'ZCommonRenderSettingsData::ZpathType', 'ZRenderShadowData::LightType',
+                'ZVaryingParameter::ZVaryingParameterSemantic', 'ZViewportRenderer::RenderingAPI',
+                'ZViewportRenderer::RenderingOverride')
+STRINGS = ('ZString', 'ZString &', 'ZString const &', 'list')
+FUNCTION_POINTERS = {'ZSwatchRenderCreatorFnPtr': 'f_ZObject_ZObject_int__p_ZSwatchRenderBase'}
+TARGETS = {'void const *&': 'p_void', 'unsigned int *&': 'p_unsigned int',
+           'ZHardwareRenderer::BufferPixelFormat &': 'ZHardwareRenderer__BufferPixelFormat',
+           'ZHwTextureFileHandle &': 'int'}
 ANYTHING = ('PyObject', 'void *', 'void const *')
 
 
@@ -50,12 +144,22 @@ def expectations(declared, is_object_member):
         return good, [(value, error, False) for value, error in bad]
     if declared in STRINGS:
         return 'text', []  # these go on; see test_values.py
-    if declared in ANYTHING:
+    if declared in ANYTHING or declared in GL_DATA:
         return None, []
-    bare = declared.replace('const', '').rstrip('&* ').strip()
+    if declared == 'ZGLcharARB const *':
+        return 'text', [(bad, TypeError, False) for bad in (object(), u'text', ['text'])]
+    if declared in ADDRESSES:
+        return harness.placeholder(ADDRESSES[declared]), [
+            (bad, TypeError, False) for bad in (object(), ['text'], harness.placeholder('void'))]
+    if declared in FUNCTION_POINTERS:
+        return harness.placeholder(FUNCTION_POINTERS[declared]), [
+            (bad, TypeError, False) for bad in (object(), harness.placeholder('ZImage'))]
+    bare = TARGETS.get(declared) or declared.replace('const', '').rstrip('&* ').strip()
+    bare = GL_TYPES.get(bare, bare)
     good, bad = harness.placeholder(bare), [(object(), TypeError, False)]
-    bad.append((harness.placeholder('ZImage'), TypeError, False))  # of no relation to any
-    if '*' not in declared or is_object_member:
+    unrelated = harness.placeholder('ZStatus' if bare == 'ZImage' else 'ZImage')
+    bad.append((unrelated, TypeError, False))
+    if '*' not in declared or declared.endswith('*&') or is_object_member:
         bad.append((None, ValueError, True))
     return good, bad
 

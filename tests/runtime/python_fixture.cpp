@@ -105,17 +105,6 @@ std::string repr(PyObject *object) {
     return text_of(Ref(object ? PyObject_Repr(object) : nullptr));
 }
 
-std::string printed(PyObject *object) {
-    char *text = nullptr;
-    size_t size = 0;
-    FILE *stream = open_memstream(&text, &size);
-    const int status = Py_TYPE(object)->tp_print(object, stream, 0);
-    std::fclose(stream);
-    const std::string result = status ? "<status " + std::to_string(status) + ">" : text;
-    std::free(text);
-    return result;
-}
-
 swig_type_info *type(const char *mangled) {
     swig_type_info *found = SWIG_MangledTypeQueryModule(&swig_module, &swig_module, mangled);
     EXPECT_TRUE(found) << mangled;

@@ -49,8 +49,6 @@ std::string pending();
 /// str() and repr(); "<type: text>" of the exception when there is none.
 std::string str(PyObject *object);
 std::string repr(PyObject *object);
-/// What the type's printing slot writes.
-std::string printed(PyObject *object);
 
 /// The record that is in use for a mangled name.
 swig_type_info *type(const char *mangled);

@@ -38,18 +38,11 @@ class HandlesTest : public SceneTest {
 
 TEST_F(HandlesTest, ObjectsReadAsNullOnceTheirNodeIsGone) {
     EXPECT_TRUE(ZObject().isNull());
-    EXPECT_TRUE(ZObject::kNullObj == ZObject());
-    EXPECT_STREQ(ZObject().apiTypeStr(), "invalid");
     const ZObject top = scene().object(b), below = scene().object(bShape), other = find("a");
-    EXPECT_STREQ(below.apiTypeStr(), "mesh");
-    EXPECT_TRUE(below == scene().object(bShape));
-    EXPECT_TRUE(below != top);
     scene().remove(b);
     EXPECT_TRUE(top.isNull());
     EXPECT_TRUE(below.isNull()) << "what lies below goes too";
     EXPECT_FALSE(other.isNull());
-    scene().add("transform", "again");
-    EXPECT_TRUE(top.isNull());
     // The ids of a new scene start over; old handles must not fit its nodes.
     ASSERT_TRUE(ZFileIO::newScene());
     for (NodeId id : scene().nodes())
@@ -61,8 +54,6 @@ TEST_F(HandlesTest, PathsNameAndMove) {
     ZDagPath at = path(bShape);
     EXPECT_STREQ(at.fullPathName().asChar(), "|b|c|shape");
     EXPECT_STREQ(at.partialPathName().asChar(), "c|shape");
-    EXPECT_STREQ(path(c).partialPathName().asChar(), "c");
-    EXPECT_EQ(at.length(), 3u);
     // Row vectors: own matrix first. x = 0 moves to 1, doubles to 2, moves to 7.
     EXPECT_TRUE(near(transformPoint(ZVector(), at.inclusiveMatrix()), ZVector(7, 0, 0)));
     EXPECT_TRUE(near(transformPoint(ZVector(), at.exclusiveMatrix()), ZVector(5, 0, 0)));
@@ -79,9 +70,6 @@ TEST_F(HandlesTest, PathsNameAndMove) {
     EXPECT_TRUE(at.child(1, &status).isNull());
     EXPECT_EQ(status.statusCode(), ZStatus::kInvalidParameter);
 
-    EXPECT_FALSE(ZDagPath().isValid());
-    EXPECT_EQ(ZDagPath().length(), 0u);
-    EXPECT_STREQ(ZDagPath().fullPathName().asChar(), "");
     EXPECT_EQ(ZDagPath::getAPathTo(ZObject(), at).statusCode(), ZStatus::kInvalidParameter);
     EXPECT_EQ(ZDagPath::getAPathTo(find("paint"), at).statusCode(), ZStatus::kInvalidParameter);
 }
@@ -97,7 +85,6 @@ TEST_F(HandlesTest, PlugsReadAndWriteWhatNodesHold) {
     EXPECT_NE(scene().revision(), revision) << "renderers must notice";
     EXPECT_EQ(node("headlight").light()->intensity, 2.5);
     EXPECT_EQ(plug.asInt(), 2);
-    EXPECT_TRUE(plug.asBool());
     EXPECT_EQ(plug.setString("bright").statusCode(), ZStatus::kFailure);
     plug.asString(&status);
     EXPECT_EQ(status.statusCode(), ZStatus::kFailure);
@@ -105,8 +92,6 @@ TEST_F(HandlesTest, PlugsReadAndWriteWhatNodesHold) {
 
     EXPECT_TRUE(ZPlug(find("paint"), "diffuse").setVector(ZVector(1, 2, 3)));
     EXPECT_TRUE(near(node("paint").material()->diffuse, ZVector(1, 2, 3)));
-    EXPECT_TRUE(ZPlug(find("persp"), "imageName").setString(L"\x00e9.png"));
-    EXPECT_EQ(node("persp").camera()->imageName, "\xc3\xa9.png");
     EXPECT_TRUE(ZPlug(scene().object(bShape), "visibility").setInt(0));
     EXPECT_FALSE(scene().isVisible(bShape));
     EXPECT_TRUE(ZPlug(find("c"), "worldMatrix").asMatrix() == path(c).inclusiveMatrix());
@@ -114,8 +99,6 @@ TEST_F(HandlesTest, PlugsReadAndWriteWhatNodesHold) {
 
     EXPECT_TRUE(ZPlug(find("paint"), "missing", &status).isNull());
     EXPECT_EQ(status.statusCode(), ZStatus::kNotFound);
-    EXPECT_TRUE(ZPlug(ZObject(), "intensity", &status).isNull());
-    EXPECT_EQ(status.statusCode(), ZStatus::kInvalidParameter);
     newScene();
     EXPECT_TRUE(plug.isNull());
     EXPECT_EQ(plug.setDouble(1).statusCode(), ZStatus::kFailure);
@@ -138,7 +121,6 @@ TEST_F(HandlesTest, SelectionListsHoldEachNodeOnce) {
     ZPlug plug;
     EXPECT_TRUE(list.getPlug(2, plug));
     EXPECT_TRUE(plug.node() == scene().object(aShape));
-    EXPECT_EQ(list.getPlug(1, plug).statusCode(), ZStatus::kInvalidParameter);
     EXPECT_TRUE(list.hasItem(find("paint")));
     EXPECT_FALSE(list.hasItem(scene().object(aShape))) << "only its plug";
 
@@ -148,11 +130,7 @@ TEST_F(HandlesTest, SelectionListsHoldEachNodeOnce) {
     ZStringArray names;
     EXPECT_TRUE(list.getSelectionStrings(names));
     ASSERT_EQ(names.length(), 2u);
-    EXPECT_STREQ(names[0].asChar(), "paint");
     EXPECT_STREQ(names[1].asChar(), "shape.visibility");
-    EXPECT_TRUE(list.remove(0));
-    EXPECT_EQ(list.remove(2).statusCode(), ZStatus::kInvalidParameter);
-    EXPECT_EQ(list.length(), 2u);
 }
 
 TEST_F(HandlesTest, NamesAreUniqueAmongSiblingsAndFound) {
@@ -163,19 +141,6 @@ TEST_F(HandlesTest, NamesAreUniqueAmongSiblingsAndFound) {
     EXPECT_EQ(scene().find("shape"), aShape) << "the first that was added";
     EXPECT_EQ(scene().find("|b|c|shape"), bShape);
     EXPECT_EQ(scene().find("|c|shape"), kNoNode) << "no whole path";
-    EXPECT_EQ(scene().find(""), kNoNode);
-}
-
-TEST_F(HandlesTest, FilesOpenThroughTheCoreClass) {
-    const std::string path = write("cube.obj", kCubeObj);
-    ASSERT_TRUE(ZFileIO::open(path.c_str()));
-    EXPECT_EQ(ZFileIO::currentFile().asChar(), path);
-    EXPECT_EQ(ZFileIO::open("missing.obj").statusCode(), ZStatus::kNotFound);
-    EXPECT_EQ(ZFileIO::currentFile().asChar(), path) << "the scene is still there";
-    ASSERT_TRUE(ZFileIO::newScene());
-    EXPECT_EQ(ZFileIO::currentFile().length(), 0u);
-    EXPECT_TRUE(scene().meshes().empty());
-    EXPECT_NE(scene().findCamera(), kNoNode);
 }
 
 } // namespace

@@ -8,6 +8,10 @@ class Buffer {
     Buffer(unsigned int count);
     /// Makes a buffer from a sequence of items, or from the bytes of a str, bytearray or buffer.
     Buffer(PyObject *data);
+    /// Makes a buffer as a copy of the first `count` items of native memory: untyped, as the host
+    /// hands it out (`void *`), or another buffer. The memory must hold that many; only that of
+    /// buffers which a script made can be checked, and raises IndexError when it is shorter.
+    Buffer(PyObject *memory, unsigned int count);
     /// Returns the number of items; -1 where it is not known.
     long length() const;
     /// Returns the item at the index. Raises IndexError when there is none.
@@ -57,9 +61,19 @@ class UnsignedLongBuffer : public Buffer<unsigned long> {};
 /// valid while its owner lives, and its length is not known, so that only negative indices are
 /// refused. A buffer of one item serves as the cell that an operation writes a result to.
 class FloatBuffer : public Buffer<float> {};
+/// Kinds of hardware textures, kHwTexture... of ZImageFileInfo, such as ZHwTextureManager.glBind
+/// writes to. See FloatBuffer for how buffers work.
+class ZHwTextureTypeBuffer : public Buffer<ZImageFileInfo::ZHwTextureType> {};
 /// Double-precision numbers side by side: `double *` and `double &`. See FloatBuffer for how
 /// buffers work.
 class DoubleBuffer : public Buffer<double> {};
+/// Pixel formats of the hardware renderer's buffers: `ZHardwareRenderer::BufferPixelFormat &`. See
+/// FloatBuffer for how buffers work.
+class BufferPixelFormatBuffer : public Buffer<BufferPixelFormat> {};
+/// The number format of a render pass's frame buffer, as ZFnRenderPass.frameBufferType returns it:
+/// item 0 is 1 for 8-bit integers, 2 for 16-bit and 4 for 32-bit floating-point numbers. See
+/// FloatBuffer for how buffers work.
+class PassTypeBitBuffer : public Buffer<PassTypeBit> {};
 /// Pointers to characters: `char **`. What they point to is not kept. See FloatBuffer for how
 /// buffers work.
 class CharPointerBuffer : public Buffer<char *> {};
@@ -85,6 +99,25 @@ class PixelBuffer {
     void setColors(long start, ZColorArray const &colors);
     /// Sets the pixels from `start` on to the colours, all with the same opacity.
     void setColors(long start, ZFloatVectorArray const &colors, float alpha = 1);
+};
+
+/// Swatches of materials and textures by the host's registered generators. The host's own one,
+/// "materialBall", shows a ball; ZSwatchRenderRegister makes further ones known.
+class Swatches {
+    /// Returns the names of the registered generators.
+    static ZStringArray generators();
+    /// Returns the creator of a generator, for ZSwatchRenderRegister.registerSwatchRender. Fails
+    /// with kNotFound when there is no such generator.
+    static ZSwatchRenderCreatorFnPtr creator(ZString const &generator);
+    /// Begins the swatch of a node and returns it as a ZSwatchRenderBase, for which OpenQuilRender
+    /// has to be imported; call its doIteration() until that returns True. Fails with kNotFound
+    /// when there is no such generator, and with kInvalidParameter when the resolution is not 1 to
+    /// 4096 or the generator cannot show the node.
+    static PyObject *begin(ZString const &generator, ZObject const &node, int resolution);
+    /// Renders the swatch of a node into the image. Fails as begin() does, and with kFailure when
+    /// swatch rendering is switched off or was cancelled; the image then keeps its contents.
+    static ZStatus render(ZString const &generator, ZObject const &node, int resolution,
+                          ZImage &image, int quality = 1);
 };
 
 class ZImage {
@@ -134,4 +167,19 @@ class ZFloatMatrix {
     PyObject *__getitem__(long row) const;
     /// Returns the number of rows, 4.
     unsigned int __len__() const;
+};
+
+/// Viewports that native viewport renderers draw. A script loads the library of a renderer (with
+/// ctypes, say), which registers it.
+class Viewports {
+    /// Returns the names of the registered viewport renderers.
+    static ZStringArray renderers();
+    /// Returns the renderer of a name. Fails with kNotFound when none is registered.
+    static ZViewportRenderer *renderer(ZString const &name);
+    /// Draws the scene with a renderer, as much of it as the renderer takes over, and writes a PNG
+    /// file where the file name is not empty. Fails with kNotFound when there is no such renderer
+    /// or no camera, with kInvalidParameter when the size is not 1 to 16384 pixels, and as the
+    /// renderer itself does.
+    static ZStatus render(ZString const &name, unsigned int width, unsigned int height,
+                          ZString const &fileName);
 };

@@ -1,0 +1,44 @@
+// Swatches for scripts: what the host does with the generators that are registered, and the typed
+// pointers of their creators, which scripts can register under further names.
+
+#include "devhost/render/Swatches.h"
+#include "wrappers/wrapper_table.h"
+
+/// The development host's swatches; static functions only.
+struct Swatches {
+    static ZStringArray generators() { return devhost::swatchGenerators(); }
+
+    static ZSwatchRenderCreatorFnPtr creator(ZString const &generator, ZStatus *status) {
+        ZSwatchRenderCreatorFnPtr found = nullptr;
+        *status = devhost::findSwatchGenerator(generator, found);
+        return found;
+    }
+
+    /// The swatch is the caller's, so that it cannot be a plain pointer result.
+    static PyObject *begin(ZString const &generator, ZObject const &node, int resolution) {
+        std::unique_ptr<ZSwatchRenderBase> swatch;
+        if (const ZStatus status = devhost::beginSwatch(generator, node, resolution, swatch);
+            !status)
+            return raise_status(status);
+        PyObject *result =
+            SWIG_Python_NewPointerObj(swatch.get(), type_of<ZSwatchRenderBase>(), kOwned);
+        if (result)
+            swatch.release();
+        return result;
+    }
+
+    static ZStatus render(ZString const &generator, ZObject const &node, int resolution,
+                          ZImage &image, int quality) {
+        return devhost::renderSwatch(generator, node, resolution, image, quality);
+    }
+};
+
+ROWS_BEGIN
+
+STATIC(Swatches, generators, ZStringArray())
+STATIC(Swatches, creator, ZSwatchRenderCreatorFnPtr(ZString const &, ZStatus *))
+STATIC(Swatches, begin, PyObject *(ZString const &, ZObject const &, int))
+STATIC(Swatches, render, ZStatus(ZString const &, ZObject const &, int, ZImage &, int), 1)
+REGISTRATION(Swatches)
+
+ROWS_END(swatch_rows)

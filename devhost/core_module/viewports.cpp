@@ -1,0 +1,36 @@
+// Viewports for scripts: the renderers that native code has registered, and images of the scene
+// that they draw.
+
+#include "devhost/render/Viewport.h"
+#include "host/core/ZStringArray.h"
+#include "host/render/ZViewportRenderer.h"
+#include "wrappers/wrapper_table.h"
+
+/// The development host's viewports; static functions only.
+struct Viewports {
+    static ZStringArray renderers() {
+        ZStringArray names;
+        for (const std::string &name : devhost::viewportRenderers())
+            names.append(ZString(name.c_str()));
+        return names;
+    }
+    static ZViewportRenderer *renderer(ZString const &name, ZStatus *status) {
+        ZViewportRenderer *found = devhost::findViewportRenderer(name.asChar());
+        if (!found)
+            *status = ZStatus(ZStatus::kNotFound, "there is no such viewport renderer");
+        return found;
+    }
+    static ZStatus render(ZString const &name, unsigned int width, unsigned int height,
+                          ZString const &fileName) {
+        return devhost::renderViewport(name.asChar(), width, height, fileName.asChar());
+    }
+};
+
+ROWS_BEGIN
+
+STATIC(Viewports, renderers, ZStringArray())
+STATIC(Viewports, renderer, ZViewportRenderer *(ZString const &, ZStatus *))
+STATIC(Viewports, render, ZStatus(ZString const &, unsigned int, unsigned int, ZString const &))
+REGISTRATION(Viewports)
+
+ROWS_END(viewport_rows)

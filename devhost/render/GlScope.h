@@ -1,0 +1,44 @@
+// OpenGL state that is put back at the end of a scope: the host must not disturb what scripts and
+// plug-ins have set.
+#pragma once
+
+#include "host/render/ZGLFunctionTable.h"
+
+#include <GL/gl.h>
+
+namespace devhost {
+
+/// Pixels travel to and from memory without gaps.
+class GlPixelScope {
+  public:
+    explicit GlPixelScope(ZGLFunctionTable &gl) : gl_(gl) {
+        gl_.glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+        for (const ZGLenum name : {GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS,
+                                   GL_PACK_SWAP_BYTES, GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS,
+                                   GL_UNPACK_SKIP_PIXELS, GL_UNPACK_SWAP_BYTES})
+            gl_.glPixelStorei(name, 0);
+        gl_.glPixelStorei(GL_PACK_ALIGNMENT, 4);
+        gl_.glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    }
+    ~GlPixelScope() { gl_.glPopClientAttrib(); }
+    GlPixelScope(const GlPixelScope &) = delete;
+
+  private:
+    ZGLFunctionTable &gl_;
+};
+
+/// The two-dimensional texture of the current unit.
+class GlTextureScope {
+  public:
+    explicit GlTextureScope(ZGLFunctionTable &gl) : gl_(gl) {
+        gl_.glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture_);
+    }
+    ~GlTextureScope() { gl_.glBindTexture(GL_TEXTURE_2D, static_cast<ZGLuint>(texture_)); }
+    GlTextureScope(const GlTextureScope &) = delete;
+
+  private:
+    ZGLFunctionTable &gl_;
+    ZGLint texture_ = 0;
+};
+
+} // namespace devhost

@@ -1,0 +1,16 @@
+// Images as textures of OpenGL.
+#pragma once
+
+#include "devhost/scene/SceneGraph.h"
+#include "host/core/ZStatus.h"
+
+#include <memory>
+
+namespace devhost {
+
+/// Binds an image to the current texture unit. It is uploaded on first use, and its texture goes
+/// some time after the image is gone. Fails with kFailure when there is no OpenGL, or the image is
+/// larger than it can hold.
+ZStatus bindGlTexture(const std::shared_ptr<const Pixels> &pixels);
+
+} // namespace devhost

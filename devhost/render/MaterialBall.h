@@ -1,0 +1,12 @@
+// The host's own swatch generator.
+#pragma once
+
+#include "host/render/ZSwatchRenderBase.h"
+
+namespace devhost {
+
+/// Begins the picture of a ball of a material, or of a plain material with a texture; null for
+/// other nodes. The quality n, 0 to 3, takes (n + 1)² samples a pixel, one at each step.
+ZSwatchRenderBase *createMaterialBall(ZObject swatchNode, ZObject node, int resolution);
+
+} // namespace devhost

@@ -1,0 +1,34 @@
+// Viewports: images of the scene as a registered viewport renderer draws them.
+#pragma once
+
+#include "host/base/HostApi.h"
+#include "host/core/ZStatus.h"
+
+#include <string>
+#include <vector>
+
+class ZViewportRenderer;
+
+namespace devhost {
+
+/// Rows from the bottom up: 4 bytes for each pixel, and the distance along the view direction.
+struct ViewportImage {
+    unsigned width = 0, height = 0;
+    std::vector<unsigned char> rgba;
+    std::vector<float> depth;
+};
+
+/// The names of the registered renderers, in the order of their registration.
+OPENQUIL_API std::vector<std::string> viewportRenderers();
+
+/// The registered renderer of a name; null for none.
+OPENQUIL_API ZViewportRenderer *findViewportRenderer(const std::string &name);
+
+/// Draws the scene through the session's camera with a registered renderer, as much of it as the
+/// renderer takes over, and writes a PNG file where `output` names one. Fails with kNotFound when
+/// there is no such renderer or no camera, with kFailure when the renderer supports no rendering
+/// interface of this host, else as the renderer or the writing of the file does.
+OPENQUIL_API ZStatus renderViewport(const std::string &name, unsigned width, unsigned height,
+                                    const std::string &output, ViewportImage *result = nullptr);
+
+} // namespace devhost

@@ -1,0 +1,20 @@
+// The registered viewport renderers.
+#pragma once
+
+#include <list>
+#include <string>
+
+class ZViewportRenderer;
+
+namespace devhost {
+
+struct RegisteredViewport {
+    std::string name;
+    ZViewportRenderer *renderer;
+    bool initialized = false;
+};
+
+/// Entries stay where they are while others come and go.
+std::list<RegisteredViewport> &registeredViewports();
+
+} // namespace devhost

@@ -1,0 +1,21 @@
+// What render passes can compute.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "host/base/HostApi.h"
+
+namespace devhost {
+
+struct PassKind {
+    const char *name;
+    unsigned channels;
+    bool isColor; // in bytes and smoothed; else in floating-point numbers and as they are
+};
+
+OPENQUIL_API std::span<const PassKind> passKinds();
+/// Null when there is none of that name.
+const PassKind *findPassKind(const std::string &name);
+
+} // namespace devhost

@@ -1,0 +1,50 @@
+// What a renderer wants to know of each vertex.
+#pragma once
+
+#include "host/base/HostApi.h"
+#include "host/core/ZString.h"
+
+#include <memory>
+
+namespace devhost {
+class GeometryRequirementList;
+} // namespace devhost
+
+/// What a renderer wants to know of each vertex. Geometry is made with the streams that were asked
+/// for here, as far as the object has them. Asking for the same twice counts once; the last element
+/// size holds. Meshes have one set of texture coordinates, named "uv", or none.
+class OPENQUIL_API ZGeometryRequirements {
+  public:
+    /// Asks for nothing but the index arrays.
+    ZGeometryRequirements();
+    /// Destroys the object; geometry that was made by it stays.
+    ~ZGeometryRequirements();
+    ZGeometryRequirements(ZGeometryRequirements const &) = delete;
+    ZGeometryRequirements &operator=(ZGeometryRequirements const &) = delete;
+
+    /// Asks for positions of 2, 3 or 4 values; the fourth is 1. Another number counts as 3.
+    void addPosition(int elementSize = 3);
+    /// Asks for normals of 2, 3 or 4 values; the fourth is 0. Another number counts as 3.
+    void addNormal(int elementSize = 3);
+    /// Asks for the texture coordinates of the named set; an empty name is the first set.
+    void addTexCoord(ZString const &name);
+    /// Asks for the colours of the named set; an empty name is the first set.
+    void addColor(ZString const &name);
+    /// Asks for tangents along the named set of texture coordinates, of 2, 3 or 4 values; the
+    /// fourth is -1 where the texture is mirrored, else 1. Another number counts as 3.
+    void addTangent(ZString const &name, int elementSize = 3);
+    /// Asks for binormals along the named set of texture coordinates, of 2, 3 or 4 values; the
+    /// fourth is 0. Another number counts as 3.
+    void addBinormal(ZString const &name, int elementSize = 3);
+    /// Asks for component numbers, one for each vertex.
+    void addComponentId();
+    /// Asks for the place in the index array where each face begins, and as one more element the
+    /// number of indices: a kUserData stream named "faceOffsets".
+    void addFaceOffsets();
+
+    /// What was asked for, for the host's own use.
+    devhost::GeometryRequirementList const &list() const { return *fList; }
+
+  private:
+    std::unique_ptr<devhost::GeometryRequirementList> fList;
+};

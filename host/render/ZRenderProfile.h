@@ -1,0 +1,50 @@
+// The renderers that a shading node supports.
+#pragma once
+
+#include "host/base/HostApi.h"
+#include "host/core/ZString.h"
+
+#include <vector>
+
+/// The renderers that a shading node supports: the host's standard ones, and others by name and
+/// version.
+class OPENQUIL_API ZRenderProfile {
+  public:
+    /// The host's own renderers.
+    enum ZStandardRenderer : int {
+        /// The software renderer.
+        kQuilSoftware = 0,
+        /// Drawing with OpenGL.
+        kQuilOpenGL = 1,
+        /// Drawing with Direct3D.
+        kQuilD3D = 2
+    };
+
+    /// Makes a profile without renderers.
+    ZRenderProfile();
+    /// Destroys the profile.
+    ~ZRenderProfile();
+
+    /// Returns the number of different renderers in the profile.
+    unsigned int numberOfRenderers() const;
+    /// Adds a standard renderer, unless it is there already or is none of them.
+    void addRenderer(ZStandardRenderer renderer);
+    /// Adds a renderer of some name and version, unless it is there already or the name is empty.
+    void addRenderer(ZString const &name, float version);
+    /// True when the standard renderer is in the profile.
+    bool hasRenderer(ZStandardRenderer renderer) const;
+    /// True when the renderer of exactly this name and version is in the profile.
+    bool hasRenderer(ZString const &name, float version) const;
+
+  private:
+    /// A standard renderer has no name.
+    struct Entry {
+        int standard;
+        ZString name;
+        float version;
+        bool operator==(const Entry &other) const;
+    };
+    bool has(const Entry &entry) const;
+
+    std::vector<Entry> fEntries;
+};

@@ -1,0 +1,37 @@
+// The image that a viewport renderer draws into.
+#pragma once
+
+#include "host/base/HostApi.h"
+#include "host/core/ZImage.h"
+#include "host/core/ZStatus.h"
+
+namespace devhost {
+struct ViewportRequest;
+}
+
+/// The image that a viewport renderer draws into. It belongs to the host and exists during the
+/// drawing only.
+class OPENQUIL_API ZRenderTarget {
+  public:
+    /// The width in pixels.
+    unsigned int width() const;
+    /// The height in pixels.
+    unsigned int height() const;
+    /// Makes OpenGL draw into the target. Fails with kFailure when the drawing is not done with
+    /// OpenGL.
+    ZStatus makeTargetCurrent() const;
+    /// Puts an image into the target, its lower left pixel at x and y; what lies outside is cut
+    /// off. Images of fewer than four channels are opaque, those of fewer than three grey; two are
+    /// grey and opacity. With writeDepth the image's depth map (distances along the view
+    /// direction) goes along, else the depths stay. Fails with kInvalidParameter when the image is
+    /// empty, or is to write depths and has none of its own size.
+    ZStatus writeColorBuffer(ZImage const &image, short x = 0, short y = 0,
+                             bool writeDepth = false) const;
+
+  private:
+    friend struct devhost::ViewportRequest;
+    explicit ZRenderTarget(devhost::ViewportRequest &request) : fRequest(request) {}
+    ZRenderTarget(const ZRenderTarget &) = delete;
+
+    devhost::ViewportRequest &fRequest;
+};

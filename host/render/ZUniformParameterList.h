@@ -1,0 +1,36 @@
+// The uniform parameters of a shader.
+#pragma once
+
+#include "host/base/HostApi.h"
+#include "host/render/ZUniformParameter.h"
+
+#include <vector>
+
+/// The uniform parameters of a shader, in order. The list holds copies: what is appended, set or
+/// read is independent of it.
+class OPENQUIL_API ZUniformParameterList {
+  public:
+    /// Makes an empty list.
+    ZUniformParameterList();
+    /// Makes a list with copies of the other's elements.
+    ZUniformParameterList(ZUniformParameterList const &other);
+    /// Destroys the list with its elements.
+    ~ZUniformParameterList();
+    /// Takes copies of the other's elements in place of its own and returns itself.
+    ZUniformParameterList &operator=(ZUniformParameterList const &other);
+
+    /// Adds a copy of the element at the end.
+    void append(ZUniformParameter const &element);
+    /// The number of elements.
+    int length() const;
+    /// Takes elements off the end, or adds empty ones. A length below 0 or above 65536 is left
+    /// alone.
+    void setLength(int length);
+    /// A copy of the element at the index, counted from 0; an empty one where there is none.
+    ZUniformParameter getElement(int index) const;
+    /// Puts a copy in place of the element at the index. Does nothing where there is none.
+    void setElement(int index, ZUniformParameter const &element);
+
+  private:
+    std::vector<ZUniformParameter> fElements;
+};

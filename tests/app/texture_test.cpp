@@ -1,0 +1,145 @@
+#include "devhost/core/image_io.h"
+#include "devhost/gl/GlContext.h"
+#include "host/render/ZGLFunctionTable.h"
+#include "host/render/ZHwTextureManager.h"
+#include "host/render/ZRenderProfile.h"
+#include "test_scene.h"
+
+#include <filesystem>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class Textures : public apptest::SquareScene {
+  protected:
+    void SetUp() override {
+        SquareScene::SetUp();
+        folder = fs::temp_directory_path() / ("textures_" + std::to_string(getpid()));
+        fs::create_directory(folder);
+        // Two pixels: red at the bottom, green above.
+        const unsigned char pixels[] = {255, 0, 0, 255, 0, 255, 0, 255};
+        file = (folder / "two.png").string();
+        ASSERT_TRUE(devhost::writePng(file, 1, 2, pixels));
+    }
+    void TearDown() override {
+        session().useGl = true;
+        fs::remove_all(folder);
+        SquareScene::TearDown();
+    }
+    static ZHwTextureFileHandle registered(const std::string &name) {
+        ZHwTextureFileHandle handle = -1;
+        const ZStatus status = ZHwTextureManager::registerTextureFile(name.c_str(), handle);
+        return status.error() ? -int(status.statusCode()) : handle;
+    }
+
+    fs::path folder;
+    std::string file;
+    ZImageFileInfo::ZHwTextureType type = ZImageFileInfo::kHwTexture3D;
+};
+
+} // namespace
+
+TEST_F(Textures, FilesAreCountedUnderTheirHandles) {
+    const ZHwTextureFileHandle first = registered(file);
+    ASSERT_GT(first, 0);
+    EXPECT_EQ(registered((folder / "." / "two.png").string()), first); // the same file
+    EXPECT_EQ(registered((folder / "none.png").string()), -int(ZStatus::kNotFound));
+    const std::string broken = (folder / "broken.png").string();
+    fs::copy_file(__FILE__, broken);
+    EXPECT_EQ(registered(broken), -int(ZStatus::kFailure));
+    EXPECT_EQ(registered(""), -int(ZStatus::kNotFound));
+
+    ZString name;
+    ASSERT_TRUE(ZHwTextureManager::deregisterTextureFile(first));
+    ASSERT_TRUE(ZHwTextureManager::textureFile(first, name)); // registered once more
+    EXPECT_EQ(name, ZString(file.c_str()));
+    ASSERT_TRUE(ZHwTextureManager::deregisterTextureFile(first));
+    for (const ZHwTextureFileHandle unknown : {first, 0, -1, 2147483647}) {
+        EXPECT_TRUE(ZHwTextureManager::textureFile(unknown, name).error());
+        EXPECT_TRUE(ZHwTextureManager::deregisterTextureFile(unknown).error());
+        EXPECT_EQ(ZHwTextureManager::glBind(unknown, type).statusCode(),
+                  ZStatus::kInvalidParameter);
+        EXPECT_EQ(type, ZImageFileInfo::kHwTextureUnknown);
+    }
+    const ZHwTextureFileHandle second = registered(file);
+    EXPECT_NE(second, first);
+    EXPECT_TRUE(ZHwTextureManager::deregisterTextureFile(second));
+}
+
+TEST_F(Textures, EveryFormBindsTheImage) {
+    auto &scene = devhost::scene();
+    const auto texture = scene.add("file", "image", devhost::Texture{file, nullptr});
+    devhost::Material material;
+    material.texture = texture;
+    const auto painted = scene.add("material", "painted", material);
+    const auto plain = scene.add("material", "plain", devhost::Material());
+    const auto plug = [&](devhost::NodeId node, const char *attribute) {
+        return ZPlug(scene.object(node), attribute);
+    };
+    using Info = ZImageFileInfo;
+    EXPECT_TRUE(ZHwTextureManager::glBind(scene.object(plain), type).error());
+    EXPECT_TRUE(ZHwTextureManager::glBind(ZObject(), type).error());
+    EXPECT_TRUE(ZHwTextureManager::glBind(ZPlug(), type).error());
+    EXPECT_TRUE(ZHwTextureManager::glBind(plug(painted, "specular"), type).error());
+    EXPECT_EQ(type, Info::kHwTextureUnknown);
+    const auto badType = Info::ZImageType(4);
+    EXPECT_TRUE(ZHwTextureManager::glBind(scene.object(texture), type, badType).error());
+
+    session().useGl = false;
+    EXPECT_EQ(ZHwTextureManager::glBind(scene.object(texture), type).statusCode(),
+              ZStatus::kFailure);
+    EXPECT_EQ(type, Info::kHwTexture2D); // but told
+    session().useGl = true;
+    if (!devhost::glContext().available)
+        GTEST_SKIP() << devhost::glContext().whyNot;
+
+    constexpr ZGLenum kTexture2D = 0xDE1, kBinding = 0x8069, kRgba = 0x1908, kByte = 0x1401;
+    ZGLFunctionTable &gl = *devhost::glFunctionTable();
+    const auto bound = [&](const ZStatus &status) {
+        EXPECT_FALSE(status.error()) << status.errorString().asChar();
+        ZGLint name = 0;
+        gl.glGetIntegerv(kBinding, &name);
+        gl.glBindTexture(kTexture2D, 0);
+        return ZGLuint(name);
+    };
+    const ZGLuint name = bound(ZHwTextureManager::glBind(scene.object(texture), type));
+    EXPECT_EQ(bound(ZHwTextureManager::glBind(scene.object(painted), type)), name);
+    EXPECT_EQ(bound(ZHwTextureManager::glBind(plug(texture, "fileTextureName"), type)), name);
+    EXPECT_EQ(
+        bound(ZHwTextureManager::glBind(plug(painted, "diffuse"), type, Info::kImageTypeNormal)),
+        name);
+    // Row 0 of OpenGL is the lowest: v runs upwards.
+    unsigned char texels[8] = {};
+    gl.glBindTexture(kTexture2D, name);
+    gl.glGetTexImage(kTexture2D, 0, kRgba, kByte, texels);
+    EXPECT_EQ((std::array{texels[0], texels[1], texels[4], texels[5]}),
+              (std::array<unsigned char, 4>{255, 0, 0, 255}));
+
+    // A registered file has a texture of its own, which goes some time after its handle.
+    const ZHwTextureFileHandle handle = registered(file);
+    const ZGLuint other = bound(ZHwTextureManager::glBind(handle, type));
+    EXPECT_NE(other, name);
+    ASSERT_TRUE(ZHwTextureManager::deregisterTextureFile(handle));
+    bound(ZHwTextureManager::glBind(scene.object(texture), type));
+    EXPECT_FALSE(gl.glIsTexture(other));
+    EXPECT_TRUE(gl.glIsTexture(name));
+    EXPECT_EQ(gl.glGetError(), 0u);
+}
+
+TEST(RenderProfile, KeepsEachRendererOnce) {
+    ZRenderProfile profile;
+    for (int i = 0; i < 2; ++i) {
+        profile.addRenderer(ZRenderProfile::kQuilSoftware);
+        profile.addRenderer("ink", 1.5f);
+        profile.addRenderer("ink", 2);
+        profile.addRenderer("", 1);
+        profile.addRenderer(ZRenderProfile::ZStandardRenderer(3));
+    }
+    EXPECT_EQ(profile.numberOfRenderers(), 3u);
+    EXPECT_TRUE(profile.hasRenderer(ZRenderProfile::kQuilSoftware));
+    EXPECT_FALSE(profile.hasRenderer(ZRenderProfile::kQuilOpenGL));
+    EXPECT_TRUE(profile.hasRenderer("ink", 1.5f));
+    EXPECT_FALSE(profile.hasRenderer("ink", 1));
+}

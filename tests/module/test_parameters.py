@@ -1,0 +1,201 @@
+"""Shader parameters through the module: which constructor runs, addresses as user data, getters on
+geometry lists and draw contexts, arrays and out-arguments."""
+import ctypes
+import unittest
+
+import harness
+from harness import module, pointer, placeholder
+
+NO_UNIFORM = """Wrong number or type of arguments for overloaded function 'new_ZUniformParameter'.
+  Possible C/C++ prototypes are:
+    ZUniformParameter()
+    ZUniformParameter(ZString const &,ZUniformParameter::DataType,\
+ZUniformParameter::DataSemantic,unsigned int,unsigned int,void *)
+"""
+NO_VARYING = """Wrong number or type of arguments for overloaded function 'new_ZVaryingParameter'.
+  Possible C/C++ prototypes are:
+    ZVaryingParameter()
+    ZVaryingParameter(ZString const &,ZVaryingParameter::ZVaryingParameterType,int,int,\
+ZVaryingParameter::ZVaryingParameterSemantic,bool,ZString const &)
+    ZVaryingParameter(ZString const &,ZVaryingParameter::ZVaryingParameterType,int,int,int,\
+ZVaryingParameter::ZVaryingParameterSemantic,ZString const &,bool,ZString const &)
+"""
+NO_GETTER = """Wrong number or type of arguments for overloaded function 'ZUniformParameter_%s'.
+  Possible C/C++ prototypes are:
+    %s(ZUniformParameter const *,ZGeometryList const &)
+    %s(ZUniformParameter const *,ZHWRender::ZDrawContext const &)
+"""
+GETTERS = 'hasChanged getAsFloatArray getAsFloat getAsString getAsBool getAsInt'.split()
+FLOAT, COLOR, TEXCOORD = 3, 9, 3
+
+
+class Odd(object):
+    def __nonzero__(self):
+        raise KeyError('no truth value')
+
+
+def of(parameter, class_name, *members):
+    return [getattr(module, class_name + '_' + member)(parameter) for member in members]
+
+
+class ParameterTest(unittest.TestCase):
+    def kept(self, class_name, made):
+        """An object that Python owns, for the length of the test."""
+        self.assertEqual(harness.PointerObject.from_address(id(made)).own, 1)
+        self.addCleanup(getattr(module, 'delete_' + class_name), made)
+        return made
+
+    def new(self, class_name, *arguments):
+        return self.kept(class_name, getattr(module, 'new_' + class_name)(*arguments))
+
+    def uniform(self, *arguments):
+        return self.new('ZUniformParameter', *arguments)
+
+    def varying(self, *arguments):
+        return self.new('ZVaryingParameter', *arguments)
+
+    def assert_raises(self, error, text, function, *arguments):
+        with self.assertRaises(error) as caught:
+            function(*arguments)
+        self.assertEqual(str(caught.exception), text)
+
+
+class Constructors(ParameterTest):
+    def test_uniform_by_count(self):
+        members = 'name', 'type', 'semantic', 'numRows', 'numColumns', 'userData'
+        for arguments, expected in (
+                ((), [u'', 0, 0, 1, 1, None]), (('a', FLOAT, COLOR), [u'a', 3, 9, 1, 1, None]),
+                (('a', FLOAT, COLOR, 4), [u'a', 3, 9, 4, 1, None]),
+                (('a', FLOAT, COLOR, 4, 2), [u'a', 3, 9, 4, 2, None]),
+                ((u'\xe4', FLOAT, COLOR, 4, 2, None), [u'\xe4', 3, 9, 4, 2, None])):
+            self.assertEqual(of(self.uniform(*arguments), 'ZUniformParameter', *members), expected)
+        for count in (1, 2, 7):
+            self.assert_raises(NotImplementedError, NO_UNIFORM, module.new_ZUniformParameter,
+                               *['a', FLOAT, COLOR, 1, 1, None, None][:count])
+
+    def test_user_data_is_the_address_of_the_object(self):
+        data = object()
+        parameter = self.uniform('a', FLOAT, COLOR, 1, 1, data)
+        found = module.ZUniformParameter_userData(parameter)
+        layout = harness.PointerObject.from_address(id(found))
+        self.assertEqual((layout.ptr, layout.ty.contents.name, layout.own),
+                         (id(data), '_p_void', 0))
+
+    def test_varying_by_count_and_probe(self):
+        members = 'name', 'type', 'dimension', 'semantic', 'destinationSet', 'semanticName'
+        for arguments, expected in (
+                ((), [u'', -1, 1, 0, u'', u'']), (('a', 1), [u'a', 1, 1, 0, u'', u'']),
+                (('a', 1, 2), [u'a', 1, 2, 0, u'', u'']),
+                (('a', 1, 2, 3), [u'a', 1, 3, 0, u'', u'']),
+                (('a', 1, 2, 4, 3), [u'a', 1, 4, 3, u'', u'']),
+                (('a', 1, 2, 4, 3, True), [u'a', 1, 4, 3, u'', u'']),
+                (('a', 1, 2, 4, 3, 0.5, 's'), [u'a', 1, 4, 3, u'', u's']),
+                (('a', 1, 2, 4, 3, 10 ** 30, 's'), [u'a', 1, 4, 3, u'', u's']),
+                (('a', 1, 2, 4, 3, 5, 'd', False), [u'a', 1, 3, 5, u'd', u'']),
+                (('a', 1, 2, 4, 3, 5, 'd', True, 's'), [u'a', 1, 3, 5, u'd', u's'])):
+            self.assertEqual(of(self.varying(*arguments), 'ZVaryingParameter', *members), expected,
+                             arguments)
+        for arguments in (['a'], ['a'] + [1] * 9):
+            self.assert_raises(NotImplementedError, NO_VARYING, module.new_ZVaryingParameter,
+                               *arguments)
+        # What is no number at argument 6 leads to the longer form, which wants an int there.
+        for arguments in (('a', 1, 1, 1, 1, 'x'), ('a', 1, 1, 1, 1, None, 's'),
+                          ('a', 1, 1, 1, 1, Odd())):
+            self.assert_raises(TypeError, "in method 'new_ZVaryingParameter', argument 6 of type "
+                               "'ZVaryingParameter::ZVaryingParameterSemantic'",
+                               module.new_ZVaryingParameter, *arguments)
+        self.assert_raises(TypeError, "in method 'new_ZVaryingParameter', argument 8 of type "
+                           "'bool'", module.new_ZVaryingParameter, 'a', 1, 1, 1, 1, 1, 'd', Odd())
+
+
+class Getters(ParameterTest):
+    def setUp(self):
+        requirements = self.new('ZGeometryRequirements')
+        for add in ('addPosition', 'addNormal'):
+            getattr(module, 'ZGeometryRequirements_' + add)(requirements)
+        module.ZGeometryRequirements_addTexCoord(requirements, '')
+        cube = module.ZGeometryManager_kDefaultCube
+        self.list = module.ZGeometryManager_referenceDefaultGeometry(cube, requirements)
+        self.addCleanup(module.ZGeometryManager_dereferenceDefaultGeometry, self.list)
+
+    def test_the_second_argument_decides(self):
+        parameter = self.uniform('a', FLOAT, COLOR)
+        for getter in GETTERS:
+            function = getattr(module, 'ZUniformParameter_' + getter)
+            for arguments in ((), (parameter,), (parameter, self.list, self.list)):
+                self.assert_raises(NotImplementedError, NO_GETTER % ((getter,) * 3), function,
+                                   *arguments)
+            form = "in method '%s', argument 2 of type '%s const &'"
+            name = 'ZUniformParameter_' + getter
+            for bad in (object(), placeholder('ZGeometry')):
+                self.assert_raises(TypeError, form % (name, 'ZHWRender::ZDrawContext'), function,
+                                   parameter, bad)
+            self.assert_raises(ValueError, 'invalid null reference ' +
+                               form % (name, 'ZHWRender::ZDrawContext'), function, parameter,
+                               pointer('ZHWRender__ZDrawContext', None))
+            self.assert_raises(ValueError, 'invalid null reference ' +
+                               form % (name, 'ZGeometryList'), function, parameter, None)
+
+    def test_values_cross(self):
+        number = self.uniform('a', FLOAT, COLOR, 1, 2)
+        module.ZUniformParameter_setAsFloat(number, 2.5)
+        self.assertEqual([getattr(module, 'ZUniformParameter_' + getter)(number, self.list) for
+                          getter in ('hasChanged', 'getAsFloat', 'hasChanged', 'getAsBool',
+                                     'getAsInt', 'getAsString')],
+                         [True, 2.5, False, True, 2, u''])
+        text = self.uniform('t', 9, 0)
+        module.ZUniformParameter_setAsString(text, u'\xe4\U0001f600')
+        self.assertEqual(module.ZUniformParameter_getAsString(text, self.list), u'\xe4\U0001f600')
+
+    def test_arrays_are_the_parameter_s_own(self):
+        values = (ctypes.c_float * 4)(1, 2, 3, 4)
+        parameter = self.uniform('a', FLOAT, COLOR, 2, 2)
+        module.ZUniformParameter_setAsFloatArray(
+            parameter, pointer('float', ctypes.addressof(values)), 3)
+        found = module.ZUniformParameter_getAsFloatArray(parameter, self.list)
+        layout = harness.PointerObject.from_address(id(found))
+        self.assertEqual((layout.ty.contents.name, layout.own), ('_p_float', 0))
+        self.assertEqual(list((ctypes.c_float * 4).from_address(layout.ptr)), [1, 2, 3, 0])
+
+    def test_buffers_go_to_the_caller_s_cells(self):
+        cells = ctypes.c_void_p(), ctypes.c_uint(), ctypes.c_uint()
+        out = [pointer(name, ctypes.addressof(cell)) for name, cell in
+               zip(('p_void', 'unsigned int', 'unsigned int'), cells)]
+        geometry = module.ZGeometryList_geometry(self.list)
+        stream = self.kept('ZGeometryData', module.ZGeometry_texCoord(geometry, ''))
+        parameter = self.varying('uv', 1, 2, 2, TEXCOORD)
+        self.assertIsNone(module.ZVaryingParameter_getBuffer(parameter, geometry, *out))
+        count = module.ZGeometryData_elementCount(stream)
+        self.assertEqual((cells[1].value, cells[2].value), (count, 8))
+        stored = ctypes.string_at(int(module.ZGeometryData_data(stream)), count * 8)
+        self.assertEqual(ctypes.string_at(cells[0].value, count * 8), stored)
+        with self.assertRaises(RuntimeError) as caught:
+            module.ZVaryingParameter_getBuffer(self.varying('w', 1, 1, 1, 5), geometry, *out)
+        self.assertIn('(kNotFound): the geometry has no values for w', str(caught.exception))
+
+
+class Ownership(ParameterTest):
+    def test_lists_hold_copies(self):
+        for kind in 'ZUniformParameter', 'ZVaryingParameter':
+            items, copy = self.new(kind + 'List'), self.new(kind + 'List')
+            function = lambda member: getattr(module, kind + 'List_' + member)
+            get = lambda index: self.kept(kind, function('getElement')(items, index))
+            made = getattr(module, 'new_' + kind)('a', FLOAT, COLOR)
+            function('append')(items, made)
+            getattr(module, 'delete_' + kind)(made)
+            first = get(0)
+            function('setLength')(items, 2)
+            function('setElement')(items, 1, first)
+            self.assertEqual([of(get(i), kind, 'name') for i in (0, 1, 2, -1)],
+                             [[u'a'], [u'a'], [u''], [u'']])
+            same = function('assign')(copy, items)
+            layouts = [harness.PointerObject.from_address(id(o)) for o in (copy, same)]
+            self.assertEqual([(l.ptr, l.own) for l in layouts],
+                             [(layouts[0].ptr, 1), (layouts[0].ptr, 0)])
+            function('setLength')(items, 0)
+            self.assertEqual(function('length')(copy), 2)
+            self.assertEqual(of(first, kind, 'name'), [u'a'])
+
+
+if __name__ == '__main__':
+    unittest.main()

@@ -1,0 +1,49 @@
+// A plug-in with one viewport renderer, "paint", which lets a callback of the test draw.
+
+#include "host/base/HostApi.h"
+#include "host/render/ZRenderingInfo.h"
+
+namespace {
+
+using Draw = bool (*)(const ZRenderingInfo *);
+
+class Paint : public ZViewportRenderer {
+  public:
+    Paint() : ZViewportRenderer("paint") {}
+    ZStatus initialize() override {
+        ++initialized;
+        return {};
+    }
+    ZStatus uninitialize() override {
+        --initialized;
+        return {};
+    }
+    ZStatus render(ZRenderingInfo const &info) override {
+        return draw && draw(&info) ? ZStatus() : ZStatus(ZStatus::kFailure, "nothing was drawn");
+    }
+    bool nativelySupports(RenderingAPI api, float version) override {
+        return api == kSoftware && version == 1.0f;
+    }
+    bool override(RenderingOverride mode) override { return mode != kOverrideThenUI; }
+    int overrideThenStandardExclusion() override { return kExcludePluginShapes; }
+
+    int initialized = 0;
+    Draw draw = nullptr;
+};
+
+Paint *live = nullptr;
+
+} // namespace
+
+extern "C" {
+
+OPENQUIL_API ZViewportRenderer *make_renderer(Draw draw) {
+    live = new Paint;
+    live->draw = draw;
+    return live;
+}
+
+OPENQUIL_API int initialized_count() {
+    return live->initialized;
+}
+}
