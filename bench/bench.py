@@ -18,6 +18,7 @@ import time
 # Short and not absolute, so that the host gives it back at once and the conversions stand out.
 NAME = u"wood.png"
 LIGHT, POINT, NORMAL, RAY = (0, 1, 1), (1, 2, 3), (0, 0, 1), (0, 0, -1)
+CURRENT_COLOR, MAX_TEXTURE_SIZE = 0x0B00, 0x0D33  # OpenGL's names
 EMPTY_LOOP = "empty loop"
 
 # A pair of a key and what the call is.
@@ -30,6 +31,10 @@ SHAPES = [
     ("string", "string in and out: ZRenderUtil_relativeFileName"),
     ("value", "by-value result: ZRenderUtil_maximumSpecularReflection"),
     ("proxy", "the same, results in proxies everywhere"),
+    ("gl_color", "three floats: ZGLFunctionTable_glColor3f"),
+    ("gl_vertex", "float pointer: ZGLFunctionTable_glVertex3fv"),
+    ("gl_get", "enum and int pointer: ZGLFunctionTable_glGetIntegerv"),
+    ("gl_uniform", "int and four floats: ZGLFunctionTable_glUniform4fARB"),
     ("callback", "host to Python: ZRenderCallback.renderCallback"),
 ]
 
@@ -65,6 +70,9 @@ class Calls(object):
     """One implementation: self.shapes maps a shape to (function, arguments); self.callback_loop
     makes, for a Python object, a function that has the host call it so many times."""
 
+    def prepare_gl(self):
+        """Adds the OpenGL shapes, which only then load a driver."""
+
     def loop(self, shape):
         if shape == "callback":
             return self.callback_loop(Callback())
@@ -84,6 +92,20 @@ def flat_shapes(module, new_vector):
         "string": (module.relative_file_name, (NAME,)),
         "value": (module.maximum_specular_reflection, (None,) + vectors),
     }
+
+
+def gl_shapes(functions, table, vertex, integers):
+    color, vertex_pointer, get_integers, uniform = functions
+    return {
+        "gl_color": (color, (table, 0.25, 0.5, 1.0)),
+        "gl_vertex": (vertex_pointer, (table, vertex)),
+        "gl_get": (get_integers, (table, MAX_TEXTURE_SIZE, integers)),
+        "gl_uniform": (uniform, (table, -1, 0.1, 0.2, 0.3, 0.4)),
+    }
+
+
+def flat_gl_functions(module):
+    return module.gl_color3f, module.gl_vertex3fv, module.gl_get_integerv, module.gl_uniform4f
 
 
 class FlatCalls(Calls):
@@ -109,6 +131,12 @@ class FloorCalls(FlatCalls):
         _floor.set_vector_proxy(FloatVector)
         arguments = self.shapes["value"][1]
         self.shapes["proxy"] = (_floor.maximum_specular_reflection_in_proxy, arguments)
+        self.integers_tuple = _floor.integers_tuple
+
+    def prepare_gl(self):
+        import _floor
+        self.shapes.update(gl_shapes(flat_gl_functions(_floor), _floor.function_table(),
+                                     _floor.new_floats(*POINT), _floor.new_integers()))
 
 
 class CythonCalls(FlatCalls):
@@ -133,10 +161,23 @@ class CtypesCalls(Calls):
                 ("new_aov", ctypes.c_void_p, []),
                 ("aov_channels_set", None, [ctypes.c_void_p, ctypes.c_uint]),
                 ("relative_file_name", ctypes.c_wchar_p, [ctypes.c_wchar_p]),
-                ("maximum_specular_reflection", vector, [ctypes.c_void_p] + [reference] * 4)]:
+                ("maximum_specular_reflection", vector, [ctypes.c_void_p] + [reference] * 4),
+                ("function_table", ctypes.c_void_p, []),
+                ("gl_color3f", None, [ctypes.c_void_p] + [ctypes.c_float] * 3),
+                ("gl_vertex3fv", None, [ctypes.c_void_p, ctypes.POINTER(ctypes.c_float)]),
+                ("gl_get_integerv", None,
+                 [ctypes.c_void_p, ctypes.c_uint, ctypes.POINTER(ctypes.c_int)]),
+                ("gl_uniform4f", None,
+                 [ctypes.c_void_p, ctypes.c_int] + [ctypes.c_float] * 4)]:
             function = getattr(shims, name)
             function.restype, function.argtypes = result, arguments
         self.shapes = flat_shapes(shims, vector)
+        self.integers_tuple = tuple
+
+    def prepare_gl(self):
+        self.shapes.update(gl_shapes(
+            flat_gl_functions(self.shims), self.shims.function_table(),
+            (ctypes.c_float * 3)(*POINT), (ctypes.c_int * 4)()))
 
     def vector_tuple(self, vector):
         return vector.x, vector.y, vector.z
@@ -187,6 +228,30 @@ class ModuleCalls(Calls):
             "value": reflection,
             "proxy": reflection,
         }
+
+    def prepare_gl(self):
+        import _OpenQuilRender as render
+        core = self.core
+
+        # The least that a proxy class must have, so that owned objects are destroyed.
+        class FloatBuffer(object):
+            __swig_destroy__ = core.delete_FloatBuffer
+
+        class IntBuffer(object):
+            __swig_destroy__ = core.delete_IntBuffer
+
+        core.FloatBuffer_swigregister(FloatBuffer)
+        core.IntBuffer_swigregister(IntBuffer)
+        functions = [getattr(render, "ZGLFunctionTable_" + name) for name in
+                     ("glColor3f", "glVertex3fv", "glGetIntegerv", "glUniform4fARB")]
+        vertex = core.new_FloatBuffer(3)
+        for index, value in enumerate(POINT):
+            core.FloatBuffer_set(vertex, index, float(value))
+        table = render.ZHardwareRenderer_glFunctionTable(render.ZHardwareRenderer_theRenderer())
+        self.shapes.update(gl_shapes(functions, table, vertex, core.new_IntBuffer(4)))
+
+    def integers_tuple(self, integers):
+        return tuple(self.core.IntBuffer_get(integers, index) for index in range(4))
 
     def vector_tuple(self, vector):
         core = self.core
@@ -243,12 +308,26 @@ def available():
 
 def check(implementations):
     """All implementations must do the same: a faster wrong answer is no measurement."""
+    def gl_answers(calls):
+        """What calls through the table leave behind; nothing changes where there is no driver."""
+        color, (table, red, green, blue) = calls.shapes["gl_color"]
+        get_integers, (_, name, integers) = calls.shapes["gl_get"]
+        get_integers(table, name, integers)
+        result = [calls.integers_tuple(integers)]
+        for shown in ((blue, red, green), (red, green, blue)):
+            color(table, *shown)
+            get_integers(table, CURRENT_COLOR, integers)
+            result.append(calls.integers_tuple(integers))
+        return result
+
     def answers(calls):
         result = {}
         for shape, (function, arguments) in calls.shapes.items():
             result[shape] = function(*arguments)
         result["value"] = calls.vector_tuple(result["value"])
         result.pop("proxy", None)
+        if "gl_get" in calls.shapes:
+            result["gl_state"] = gl_answers(calls)
         target = CountingCallback()
         result["callback"] = calls.callback_loop(target)(10), target.calls
         return result
@@ -256,8 +335,9 @@ def check(implementations):
     expected = answers(implementations[0][1])
     for name, calls in implementations[1:]:
         found = answers(calls)
-        if found != expected:
-            sys.exit("bench: %s answers %r, the module %r" % (name, found, expected))
+        wanted = dict((shape, expected[shape]) for shape in found)
+        if found != wanted:
+            sys.exit("bench: %s answers %r, the module %r" % (name, found, wanted))
     if expected["callback"] != (10, 10):
         sys.exit("bench: ten callbacks gave (true answers, calls) = %r" % (expected["callback"],))
 
@@ -272,6 +352,8 @@ def measure(rounds):
     """Nanoseconds per call: the least of many batches, all implementations in turn, so that a
     slow moment of the machine touches them alike; the loop's own time is taken off."""
     implementations = available()
+    for _, calls in implementations:
+        calls.prepare_gl()
     check(implementations)
     batches = [((EMPTY_LOOP, EMPTY_LOOP), empty_loop)]
     for shape, _ in SHAPES:
@@ -297,6 +379,13 @@ def measure(rounds):
     return result
 
 
+def counted_loop(shape, name):
+    calls = dict(IMPLEMENTATIONS)[name]()
+    if shape.startswith("gl_"):
+        calls.prepare_gl()
+    return calls.loop(shape)
+
+
 def main(command, *arguments):
     if command == "names":
         print(json.dumps({"shapes": SHAPES, "implementations": [n for n, _ in available()]}))
@@ -304,7 +393,7 @@ def main(command, *arguments):
         print(json.dumps(measure(int(arguments[0]))))
     elif command == "count":
         shape, name, count = arguments
-        loop = empty_loop if shape == EMPTY_LOOP else dict(IMPLEMENTATIONS)[name]().loop(shape)
+        loop = empty_loop if shape == EMPTY_LOOP else counted_loop(shape, name)
         gc.disable()
         loop(50)
         loop(int(count))

@@ -1,12 +1,15 @@
-// The floor that the module's wrappers are measured against: the same eight calls written by hand
-// for the interpreter's own interface, with the same checks and nothing that can be left out.
+// The floor that the module's wrappers are measured against: the same calls written by hand for
+// the interpreter's own interface, with the same checks and nothing that can be left out.
 #include "host/core/ZFloatVector.h"
+#include "host/render/ZGLFunctionTable.h"
+#include "host/render/ZHardwareRenderer.h"
 #include "host/render/ZRenderCallback.h"
 #include "host/render/ZRenderUtil.h"
 #include "host/render/ZRenderView.h"
 
 #include <Python.h>
 #include <cfloat>
+#include <climits>
 #include <new>
 
 namespace {
@@ -74,6 +77,12 @@ template <>
 PyTypeObject Pointer<const ZRenderData>::type = make_type<const ZRenderData>("_floor.ZRenderData");
 template <>
 PyTypeObject Pointer<ZRenderCallback>::type = make_type<ZRenderCallback>("_floor.ZRenderCallback");
+template <>
+PyTypeObject Pointer<ZGLFunctionTable>::type = make_type<ZGLFunctionTable>("_floor.FunctionTable");
+template <>
+PyTypeObject Pointer<ZGLfloat>::type = make_type<ZGLfloat>("_floor.ZGLfloat");
+template <>
+PyTypeObject Pointer<ZGLint>::type = make_type<ZGLint>("_floor.ZGLint");
 
 // ---- numbers ----------------------------------------------------------------------------------
 
@@ -94,20 +103,18 @@ bool read(PyObject *object, float &value) {
     return true;
 }
 
-bool read(PyObject *object, unsigned long limit, unsigned long &value) {
-    long number;
+bool read(PyObject *object, long least, long most, long &value) {
     if (PyInt_CheckExact(object)) {
-        number = PyInt_AS_LONG(object);
+        value = PyInt_AS_LONG(object);
     } else {
-        number = PyInt_AsLong(object);
-        if (number == -1 && PyErr_Occurred())
+        value = PyInt_AsLong(object);
+        if (value == -1 && PyErr_Occurred())
             return false;
     }
-    if (number < 0 || static_cast<unsigned long>(number) > limit) {
+    if (value < least || value > most) {
         PyErr_SetString(PyExc_OverflowError, "integer out of range");
         return false;
     }
-    value = static_cast<unsigned long>(number);
     return true;
 }
 
@@ -139,11 +146,11 @@ PyObject *noise1(PyObject *, PyObject *argument) {
 
 PyObject *noise4(PyObject *, PyObject *arguments) {
     float x, y, z, t;
-    unsigned long prime;
+    long prime;
     if (!has_count(arguments, 5) || !read(PyTuple_GET_ITEM(arguments, 0), x) ||
         !read(PyTuple_GET_ITEM(arguments, 1), y) || !read(PyTuple_GET_ITEM(arguments, 2), z) ||
         !read(PyTuple_GET_ITEM(arguments, 3), t) ||
-        !read(PyTuple_GET_ITEM(arguments, 4), 0xffff, prime))
+        !read(PyTuple_GET_ITEM(arguments, 4), 0, USHRT_MAX, prime))
         return nullptr;
     return PyFloat_FromDouble(ZRenderUtil::noise4(x, y, z, t, static_cast<unsigned short>(prime)));
 }
@@ -155,10 +162,10 @@ PyObject *pixel_r_get(PyObject *, PyObject *argument) {
 
 PyObject *aov_channels_set(PyObject *, PyObject *arguments) {
     RV_AOV *layer;
-    unsigned long channels;
+    long channels;
     if (!has_count(arguments, 2) ||
         !(layer = Pointer<RV_AOV>::get(PyTuple_GET_ITEM(arguments, 0))) ||
-        !read(PyTuple_GET_ITEM(arguments, 1), 0xffffffff, channels))
+        !read(PyTuple_GET_ITEM(arguments, 1), 0, UINT_MAX, channels))
         return nullptr;
     layer->numberOfChannels = static_cast<unsigned int>(channels);
     Py_RETURN_NONE;
@@ -213,6 +220,56 @@ PyObject *maximum_specular_reflection(PyObject *, PyObject *arguments) {
 PyObject *maximum_specular_reflection_in_proxy(PyObject *module, PyObject *arguments) {
     PyObject *pointer = maximum_specular_reflection(module, arguments);
     return pointer ? in_proxy(pointer) : nullptr;
+}
+
+ZGLFunctionTable *table_in(PyObject *arguments) {
+    return Pointer<ZGLFunctionTable>::get(PyTuple_GET_ITEM(arguments, 0));
+}
+
+PyObject *gl_color3f(PyObject *, PyObject *arguments) {
+    ZGLFunctionTable *table;
+    float red, green, blue;
+    if (!has_count(arguments, 4) || !(table = table_in(arguments)) ||
+        !read(PyTuple_GET_ITEM(arguments, 1), red) ||
+        !read(PyTuple_GET_ITEM(arguments, 2), green) || !read(PyTuple_GET_ITEM(arguments, 3), blue))
+        return nullptr;
+    table->glColor3f(red, green, blue);
+    Py_RETURN_NONE;
+}
+
+PyObject *gl_vertex3fv(PyObject *, PyObject *arguments) {
+    ZGLFunctionTable *table;
+    const ZGLfloat *vertex;
+    if (!has_count(arguments, 2) || !(table = table_in(arguments)) ||
+        !(vertex = Pointer<ZGLfloat>::get(PyTuple_GET_ITEM(arguments, 1))))
+        return nullptr;
+    table->glVertex3fv(vertex);
+    Py_RETURN_NONE;
+}
+
+PyObject *gl_get_integerv(PyObject *, PyObject *arguments) {
+    ZGLFunctionTable *table;
+    long name;
+    ZGLint *values;
+    if (!has_count(arguments, 3) || !(table = table_in(arguments)) ||
+        !read(PyTuple_GET_ITEM(arguments, 1), 0, UINT_MAX, name) ||
+        !(values = Pointer<ZGLint>::get(PyTuple_GET_ITEM(arguments, 2))))
+        return nullptr;
+    table->glGetIntegerv(static_cast<ZGLenum>(name), values);
+    Py_RETURN_NONE;
+}
+
+PyObject *gl_uniform4f(PyObject *, PyObject *arguments) {
+    ZGLFunctionTable *table;
+    long location;
+    float x, y, z, w;
+    if (!has_count(arguments, 6) || !(table = table_in(arguments)) ||
+        !read(PyTuple_GET_ITEM(arguments, 1), INT_MIN, INT_MAX, location) ||
+        !read(PyTuple_GET_ITEM(arguments, 2), x) || !read(PyTuple_GET_ITEM(arguments, 3), y) ||
+        !read(PyTuple_GET_ITEM(arguments, 4), z) || !read(PyTuple_GET_ITEM(arguments, 5), w))
+        return nullptr;
+    table->glUniform4fARB(static_cast<ZGLint>(location), x, y, z, w);
+    Py_RETURN_NONE;
 }
 
 // ---- the callback that forwards to Python -----------------------------------------------------
@@ -272,6 +329,28 @@ PyObject *new_callback(PyObject *, PyObject *self) {
     return Pointer<ZRenderCallback>::make(new ForwardingCallback(self), true);
 }
 
+PyObject *function_table(PyObject *, PyObject *) {
+    return Pointer<ZGLFunctionTable>::make(ZHardwareRenderer::theRenderer()->glFunctionTable(),
+                                           false);
+}
+
+// The memory is never freed: a few numbers, once in a process.
+PyObject *new_floats(PyObject *, PyObject *arguments) {
+    float x, y, z;
+    if (!PyArg_ParseTuple(arguments, "fff", &x, &y, &z))
+        return nullptr;
+    return Pointer<ZGLfloat>::make(new ZGLfloat[3]{x, y, z}, false);
+}
+
+PyObject *new_integers(PyObject *, PyObject *) {
+    return Pointer<ZGLint>::make(new ZGLint[4]{}, false);
+}
+
+PyObject *integers_tuple(PyObject *, PyObject *argument) {
+    const ZGLint *values = Pointer<ZGLint>::get(argument);
+    return values ? Py_BuildValue("iiii", values[0], values[1], values[2], values[3]) : nullptr;
+}
+
 PyObject *set_vector_proxy(PyObject *, PyObject *proxy) {
     if (!PyType_Check(proxy)) {
         PyErr_SetString(PyExc_TypeError, "expected a class");
@@ -292,11 +371,19 @@ PyMethodDef methods[] = {
     {"maximum_specular_reflection", maximum_specular_reflection, METH_VARARGS, nullptr},
     {"maximum_specular_reflection_in_proxy", maximum_specular_reflection_in_proxy, METH_VARARGS,
      nullptr},
+    {"gl_color3f", gl_color3f, METH_VARARGS, nullptr},
+    {"gl_vertex3fv", gl_vertex3fv, METH_VARARGS, nullptr},
+    {"gl_get_integerv", gl_get_integerv, METH_VARARGS, nullptr},
+    {"gl_uniform4f", gl_uniform4f, METH_VARARGS, nullptr},
     {"new_pixel", new_pixel, METH_NOARGS, nullptr},
     {"new_aov", new_aov, METH_NOARGS, nullptr},
     {"new_vector", new_vector, METH_VARARGS, nullptr},
     {"vector_tuple", vector_tuple, METH_O, nullptr},
     {"new_callback", new_callback, METH_O, nullptr},
+    {"function_table", function_table, METH_NOARGS, nullptr},
+    {"new_floats", new_floats, METH_VARARGS, nullptr},
+    {"new_integers", new_integers, METH_NOARGS, nullptr},
+    {"integers_tuple", integers_tuple, METH_O, nullptr},
     {"set_vector_proxy", set_vector_proxy, METH_O, nullptr},
     {nullptr, nullptr, 0, nullptr}};
 
@@ -305,7 +392,8 @@ PyMethodDef methods[] = {
 extern "C" OPENQUIL_API void init_floor() {
     for (PyTypeObject *type :
          {&Pointer<RV_PIXEL>::type, &Pointer<RV_AOV>::type, &Pointer<ZFloatVector>::type,
-          &Pointer<const ZRenderData>::type, &Pointer<ZRenderCallback>::type})
+          &Pointer<const ZRenderData>::type, &Pointer<ZRenderCallback>::type,
+          &Pointer<ZGLFunctionTable>::type, &Pointer<ZGLfloat>::type, &Pointer<ZGLint>::type})
         if (PyType_Ready(type) < 0)
             return;
     this_name = PyString_InternFromString("this");

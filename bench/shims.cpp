@@ -1,6 +1,8 @@
 // Plain C functions over the host's classes: what a script would load with ctypes, and the loops
 // that stand for a host that calls its callbacks.
 #include "host/core/ZFloatVector.h"
+#include "host/render/ZGLFunctionTable.h"
+#include "host/render/ZHardwareRenderer.h"
 #include "host/render/ZRenderCallback.h"
 #include "host/render/ZRenderUtil.h"
 #include "host/render/ZRenderView.h"
@@ -52,6 +54,23 @@ OPENQUIL_API FloatVector maximum_specular_reflection(const void *opaque, const Z
     const ZFloatVector v =
         ZRenderUtil::maximumSpecularReflection(opaque, *light, *point, *normal, *ray);
     return {v.x, v.y, v.z};
+}
+
+OPENQUIL_API ZGLFunctionTable *function_table() {
+    return ZHardwareRenderer::theRenderer()->glFunctionTable();
+}
+OPENQUIL_API void gl_color3f(ZGLFunctionTable *table, float red, float green, float blue) {
+    table->glColor3f(red, green, blue);
+}
+OPENQUIL_API void gl_vertex3fv(ZGLFunctionTable *table, const float *vertex) {
+    table->glVertex3fv(vertex);
+}
+OPENQUIL_API void gl_get_integerv(ZGLFunctionTable *table, unsigned int name, int *values) {
+    table->glGetIntegerv(name, values);
+}
+OPENQUIL_API void gl_uniform4f(ZGLFunctionTable *table, int location, float x, float y, float z,
+                               float w) {
+    table->glUniform4fARB(location, x, y, z, w);
 }
 
 // Both loops return how often the answer was true.

@@ -22,7 +22,7 @@ extern PyTypeObject pointer_object_type;
 extern PyTypeObject *other_pointer_object_type;
 
 /// True for a pointer object of exactly that type, the usual argument, which needs no conversion.
-inline bool is_bare_pointer(PyObject *object, const swig_type_info *type) {
+[[gnu::always_inline]] inline bool is_bare_pointer(PyObject *object, const swig_type_info *type) {
     const PyTypeObject *kind = Py_TYPE(object);
     return (kind == &pointer_object_type || kind == other_pointer_object_type) &&
            reinterpret_cast<SwigPyObject *>(object)->ty == type;

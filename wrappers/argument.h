@@ -14,10 +14,14 @@
 #include "wrappers/function.h"
 
 #include <cfloat>
+#include <cmath>
 #include <type_traits>
 
 /// Every Argument<T> has: `read(object, position)`, which returns a result code; `use_default(d)`
-/// for an absent argument; `get()`; and `probe(object)`.
+/// for an absent argument; `get()`; and `probe(object)`. Some have `read_usual(object)`, which is
+/// compiled into every wrapper: it reads the usual kind of object in a few instructions, and is
+/// false for all others. Whoever derives from one of these and has a `read` of its own needs its
+/// own `read_usual`, or none.
 template <class T>
 struct Argument;
 
@@ -40,6 +44,10 @@ struct Embedded;
 template <>
 struct Argument<int> {
     int value = 0;
+    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+        return PyInt_CheckExact(object) &&
+               (value = static_cast<int>(PyInt_AS_LONG(object))) == PyInt_AS_LONG(object);
+    }
     int read(PyObject *object, int) { return SWIG_AsVal_int(object, &value); }
     void use_default(double d) { value = static_cast<int>(d); }
     int get() const { return value; }
@@ -65,6 +73,10 @@ struct Argument<T> : Argument<int> {
 template <>
 struct Argument<unsigned int> {
     unsigned int value = 0;
+    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+        return PyInt_CheckExact(object) &&
+               (value = static_cast<unsigned int>(PyInt_AS_LONG(object))) == PyInt_AS_LONG(object);
+    }
     int read(PyObject *object, int) { return SWIG_AsVal_unsigned_SS_int(object, &value); }
     void use_default(double d) { value = static_cast<unsigned int>(d); }
     unsigned int get() const { return value; }
@@ -83,10 +95,13 @@ struct Argument<long> {
 /// Integers narrower than the interpreter's, on top of the next wider conversion.
 template <class T>
 requires std::is_same_v<T, short> || std::is_same_v<T, unsigned short> ||
-         std::is_same_v<T, signed char> || std::is_same_v<T, unsigned char>
+    std::is_same_v<T, signed char> || std::is_same_v<T, unsigned char>
 struct Argument<T> {
     using Wide = std::conditional_t<std::is_signed_v<T>, int, unsigned int>;
     Argument<Wide> wide;
+    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+        return wide.read_usual(object) && wide.value == static_cast<T>(wide.value);
+    }
     int read(PyObject *object, int position) {
         const int code = wide.read(object, position);
         return code >= 0 && wide.value != static_cast<T>(wide.value) ? SWIG_OverflowError : code;
@@ -102,6 +117,12 @@ struct Argument<T> {
 template <>
 struct Argument<double> {
     double value = 0;
+    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+        if (!PyFloat_CheckExact(object))
+            return false;
+        value = PyFloat_AS_DOUBLE(object);
+        return true;
+    }
     int read(PyObject *object, int) { return SWIG_AsVal_double(object, &value); }
     void use_default(double d) { value = d; }
     double get() const { return value; }
@@ -111,6 +132,12 @@ struct Argument<double> {
 template <>
 struct Argument<float> {
     double value = 0;
+    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+        if (!PyFloat_CheckExact(object))
+            return false;
+        value = PyFloat_AS_DOUBLE(object);
+        return !(std::fabs(value) > FLT_MAX);
+    }
     int read(PyObject *object, int) {
         const int code = SWIG_AsVal_double(object, &value);
         // NaN and the infinities: a NaN compares false and passes, an infinity is out of range.
@@ -127,6 +154,10 @@ struct Argument<float> {
 template <>
 struct Argument<bool> {
     bool value = false;
+    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+        value = object == Py_True;
+        return value || object == Py_False;
+    }
     int read(PyObject *object, int) {
         const int truth = object == Py_True ? 1 : object == Py_False ? 0 : PyObject_IsTrue(object);
         value = truth > 0;
@@ -152,13 +183,14 @@ concept HasRecord = type_index<std::remove_cv_t<T>>
 template <class T>
 struct PointerArgument {
     void *pointer = nullptr;
+    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+        if (!is_bare_pointer(object, type_of<std::remove_cv_t<T>>()))
+            return false;
+        pointer = reinterpret_cast<SwigPyObject *>(object)->ptr;
+        return true;
+    }
     int read(PyObject *object, int) {
-        swig_type_info *type = type_of<std::remove_cv_t<T>>();
-        if (is_bare_pointer(object, type)) {
-            pointer = reinterpret_cast<SwigPyObject *>(object)->ptr;
-            return SWIG_OK;
-        }
-        return SWIG_Python_ConvertPtrAndOwn(object, &pointer, type, 0);
+        return SWIG_Python_ConvertPtrAndOwn(object, &pointer, type_of<std::remove_cv_t<T>>(), 0);
     }
     void use_default(double) {}
     static bool probe(PyObject *object) {
@@ -189,6 +221,7 @@ struct Argument<T *> {
 
 template <HasRecord T>
 struct Argument<Given<T *>> : Argument<T *> {
+    bool read_usual(PyObject *) = delete;
     int read(PyObject *object, int) {
         swig_type_info *type = type_of<std::remove_cv_t<T>>();
         if (is_bare_pointer(object, type)) {
@@ -203,6 +236,9 @@ struct Argument<Given<T *>> : Argument<T *> {
 
 template <class T>
 struct ReferenceArgument : PointerArgument<T> {
+    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+        return PointerArgument<T>::read_usual(object) && this->pointer;
+    }
     int read(PyObject *object, int position) {
         const int code = PointerArgument<T>::read(object, position);
         return code >= 0 && !this->pointer ? kNullReference : code;

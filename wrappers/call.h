@@ -44,8 +44,21 @@ inline constexpr Probe probes_of[] = {nullptr};
 template <class... A>
 inline constexpr Probe probes_of<Pack<A...>>[] = {probe_of<A>()..., nullptr};
 
+/// Reads one argument, whatever it is. Out of line: wrappers with the same type of parameter share
+/// this, and hold what is usual themselves.
+template <class T>
+[[gnu::noinline]] bool read_any(Argument<T> &argument, const Function &function, PyObject *object,
+                                int index) {
+    const int code = argument.read(object, index + 1);
+    return code >= 0 || raise_argument(function, index + 1, code);
+}
+
+/// Most parameters of a wrapper that reads the usual objects itself. Longer ones are rarer, and
+/// spend their time in the host.
+inline constexpr int kMaxUsualParameters = 6;
+
 /// Reads one argument, or takes its default where it is absent.
-template <bool may_be_absent, class T>
+template <bool may_be_absent, bool reads_usual, class T>
 [[gnu::always_inline]] inline bool read_argument(Argument<T> &argument, const Function &function,
                                                  PyObject *object, int index) {
     if constexpr (is_hidden_status<T>) {
@@ -57,10 +70,11 @@ template <bool may_be_absent, class T>
                 return true;
             }
         }
-        const int code = argument.read(object, index + 1);
-        if (code >= 0) [[likely]]
-            return true;
-        return raise_argument(function, index + 1, code);
+        if constexpr (reads_usual && requires { argument.read_usual(object); }) {
+            if (argument.read_usual(object)) [[likely]]
+                return true;
+        }
+        return read_any(argument, function, object, index);
     }
 }
 
@@ -83,6 +97,7 @@ template <int shape, class... A, class Invoke>
                                                        PyObject *arguments, Invoke invoke) {
     constexpr int flags = shape & ~kAllGiven;
     constexpr bool may_be_absent = !(shape & kAllGiven);
+    constexpr bool reads_usual = sizeof...(A) <= kMaxUsualParameters;
     [[maybe_unused]] Py_ssize_t count = 0;
     if constexpr (flags == METH_O) {
         if (!arguments)
@@ -95,12 +110,15 @@ template <int shape, class... A, class Invoke>
     const auto object_at = [&](int index) -> PyObject * {
         if constexpr (flags == METH_O)
             return arguments;
-        else
-            return !may_be_absent || index < count ? PyTuple_GET_ITEM(arguments, index) : nullptr;
+        else if constexpr (may_be_absent)
+            return index < count ? PyTuple_GET_ITEM(arguments, index) : nullptr;
+        else // a hidden status stands behind the last argument
+            return index < parameter_count<A...> ? PyTuple_GET_ITEM(arguments, index) : nullptr;
     };
     return [&]<int... i>(std::integer_sequence<int, i...>)->PyObject * {
         std::tuple<Argument<A>...> values;
-        if (!(read_argument<may_be_absent, A>(std::get<i>(values), function, object_at(i), i) &&
+        if (!(read_argument<may_be_absent, reads_usual, A>(std::get<i>(values), function,
+                                                           object_at(i), i) &&
               ...))
             return nullptr;
         PyObject *result = invoke(std::get<i>(values)...);
@@ -287,7 +305,6 @@ consteval Function describe_dispatcher(const char *text, PyCFunction native,
     Function function = *overloads[0];
     function.text = text;
     function.native = native;
-    function.probes = nullptr;
     function.overloads = overloads;
     function.overload_count = count;
     function.flags = METH_VARARGS;

@@ -162,7 +162,8 @@ std::string_view Function::member() const {
 }
 
 std::span<const Function *const> Function::cases() const {
-    return {overloads, overload_count};
+    return overload_count ? std::span(overloads, overload_count)
+                          : std::span<const Function *const>();
 }
 
 Py_ssize_t raise_argument_count(const Function &function, PyObject *arguments) {

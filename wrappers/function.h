@@ -34,10 +34,13 @@ inline constexpr int kAllGiven = 0x100;
 /// One native function. There are well over a thousand of them, and what weighs in the module are
 /// the pointers, which the loader has to relocate: hence one text for name and declaration.
 struct Function {
-    const char *text;                 ///< the Python name, a null character, the declared type
-    PyCFunction native;               ///< "_wrap_" and the Python name
-    const Probe *probes;              ///< one per parameter; null for all but overloads
-    const Function *const *overloads; ///< the cases behind a dispatcher, else null
+    const char *text;   ///< the Python name, a null character, the declared type
+    PyCFunction native; ///< "_wrap_" and the Python name
+    union {
+        const Probe
+            *probes; ///< of a case, one per parameter; null for a function without overloads
+        const Function *const *overloads; ///< of a dispatcher, which has a count of them
+    };
     Kind kind;
     unsigned char owner_size; ///< characters of the class's name
     unsigned char overload_count;

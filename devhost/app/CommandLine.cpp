@@ -2,6 +2,7 @@
 
 #include "devhost/app/Errors.h"
 #include "devhost/app/FrameRange.h"
+#include "devhost/core/file_name.h"
 #include "devhost/render/Picture.h"
 
 #include <CLI/CLI.hpp>
@@ -78,9 +79,7 @@ void check(const Options &options) {
         checkReadableFile("script", options.pythonFile);
     if (!options.scene.empty()) {
         checkReadableFile("scene", options.scene);
-        std::string extension = fs::path(options.scene).extension().string();
-        std::transform(extension.begin(), extension.end(), extension.begin(),
-                       [](unsigned char c) { return std::tolower(c); });
+        const std::string extension = devhost::lowerExtension(options.scene);
         if (extension != ".obj" && extension != ".gltf" && extension != ".glb")
             usage("scene '" + options.scene + "' is no .obj, .gltf or .glb file");
     }

@@ -1,11 +1,15 @@
 // A picture in memory, with files to read it from and write it to.
 #include "host/core/ZImage.h"
 
+#include "devhost/core/guarded.h"
 #include "devhost/core/image_io.h"
+#include "devhost/core/statuses.h"
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
+
+using devhost::guarded;
+using devhost::invalid;
 
 namespace {
 
@@ -13,20 +17,6 @@ constexpr unsigned kMaximumChannels = 4;
 
 ZStatus noPixels() {
     return ZStatus(ZStatus::kFailure, "the image has no pixels");
-}
-
-ZStatus invalid(const char *text) {
-    return ZStatus(ZStatus::kInvalidParameter, text);
-}
-
-/// Runs a change that allocates.
-template <class Change>
-ZStatus guarded(Change change) noexcept {
-    try {
-        return change();
-    } catch (const std::exception &) {
-        return ZStatus::kInsufficientMemory;
-    }
 }
 
 template <class Value>
@@ -108,7 +98,6 @@ ZStatus ZImage::create(unsigned width, unsigned height, unsigned channels, ZPixe
         height_ = height;
         channels_ = channels;
         type_ = type;
-        return ZStatus();
     });
 }
 
@@ -161,7 +150,6 @@ ZStatus ZImage::convertPixelFormat(ZPixelType type) {
             bytes_.clear();
         }
         type_ = type;
-        return ZStatus();
     });
 }
 
@@ -172,7 +160,6 @@ ZStatus ZImage::setDepthMap(const float *depths, unsigned width, unsigned height
         depths_.assign(depths, depths + std::size_t{width} * height);
         depthWidth_ = width;
         depthHeight_ = height;
-        return ZStatus();
     });
 }
 

@@ -1,30 +1,21 @@
 // The core library's array of texts.
 #include "host/core/ZStringArray.h"
 
-#include <exception>
+#include "devhost/core/guarded.h"
+#include "devhost/core/statuses.h"
+
+using devhost::guarded;
 
 namespace {
 
 ZStatus outOfRange() {
-    return ZStatus(ZStatus::kInvalidParameter, "the index is outside the array");
-}
-
-template <class Change>
-ZStatus guarded(Change change) noexcept {
-    try {
-        change();
-        return ZStatus();
-    } catch (const std::exception &) {
-        return ZStatus::kInsufficientMemory;
-    }
+    return devhost::invalid("the index is outside the array");
 }
 
 } // namespace
 
 ZStringArray::ZStringArray(unsigned count, const ZString &value, ZStatus *ReturnStatus) {
-    const ZStatus status = guarded([&] { elements_.assign(count, value); });
-    if (ReturnStatus)
-        *ReturnStatus = status;
+    devhost::report(ReturnStatus, guarded([&] { elements_.assign(count, value); }));
 }
 
 ZStatus ZStringArray::setLength(unsigned count) {

@@ -3,17 +3,27 @@
 
 #include <exception>
 #include <new>
+#include <stdexcept>
+#include <type_traits>
 
 #include "host/core/ZStatus.h"
 
 namespace devhost {
 
-/// Runs an operation that returns a status, and turns what it throws into one.
+/// Runs an operation that returns a status, or nothing where only what it throws can fail, and
+/// turns what it throws into a status.
 template <class Operation>
 ZStatus guarded(Operation operation) noexcept {
     try {
-        return operation();
+        if constexpr (std::is_void_v<decltype(operation())>) {
+            operation();
+            return ZStatus();
+        } else {
+            return operation();
+        }
     } catch (const std::bad_alloc &) {
+        return ZStatus::kInsufficientMemory;
+    } catch (const std::length_error &) { // more than any memory holds
         return ZStatus::kInsufficientMemory;
     } catch (const std::exception &error) {
         return {ZStatus::kFailure, error.what()};

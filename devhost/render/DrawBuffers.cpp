@@ -1,7 +1,7 @@
 #include "devhost/render/DrawBuffers.h"
 
 #include "devhost/gl/GlContext.h"
-#include "host/render/ZGLFunctionTable.h"
+#include "devhost/render/GlScope.h"
 
 #include <GL/gl.h>
 #include <GL/glext.h>
@@ -25,31 +25,13 @@ void allocate(ZGLFunctionTable &gl, unsigned buffer, GLenum format, unsigned wid
                                 static_cast<int>(height));
 }
 
-/// What scripts have bound meanwhile stays bound.
-class BindingScope {
-  public:
-    explicit BindingScope(ZGLFunctionTable &gl) : fGl(gl) {
-        gl.glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &fFramebuffer);
-        gl.glGetIntegerv(GL_RENDERBUFFER_BINDING_EXT, &fRenderbuffer);
-    }
-    ~BindingScope() {
-        fGl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, static_cast<unsigned>(fFramebuffer));
-        fGl.glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, static_cast<unsigned>(fRenderbuffer));
-    }
-    BindingScope(const BindingScope &) = delete;
-
-  private:
-    ZGLFunctionTable &fGl;
-    int fFramebuffer = 0, fRenderbuffer = 0;
-};
-
 } // namespace
 
 ZStatus DrawBuffers::make(unsigned width, unsigned height) {
     ZGLFunctionTable &gl = *glFunctionTable();
     fWidth = fHeight = 0;
     {
-        const BindingScope scope(gl);
+        const GlBufferScope scope(gl);
         if (fFramebuffer) {
             gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, fFramebuffer);
         } else {
@@ -90,7 +72,7 @@ void DrawBuffers::bind() const {
 
 void DrawBuffers::clear() const {
     ZGLFunctionTable &gl = *glFunctionTable();
-    const BindingScope scope(gl);
+    const GlBufferScope scope(gl);
     gl.glPushAttrib(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_SCISSOR_BIT);
     gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, fFramebuffer);
     gl.glDisable(GL_SCISSOR_TEST);
@@ -106,15 +88,11 @@ ZStatus DrawBuffers::read(ZImage &image) const {
     if (const ZStatus status = image.create(fWidth, fHeight); status.error())
         return status;
     ZGLFunctionTable &gl = *glFunctionTable();
-    const BindingScope scope(gl);
+    const GlBufferScope scope(gl);
     gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, fFramebuffer);
-    gl.glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
-    for (const GLenum parameter : {GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS})
-        gl.glPixelStorei(parameter, 0);
-    gl.glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    const GlPixelScope pixels(gl);
     gl.glReadPixels(0, 0, static_cast<int>(fWidth), static_cast<int>(fHeight), GL_RGBA,
                     GL_UNSIGNED_BYTE, image.pixels());
-    gl.glPopClientAttrib();
     return {};
 }
 

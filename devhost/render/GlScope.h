@@ -5,6 +5,7 @@
 #include "host/render/ZGLFunctionTable.h"
 
 #include <GL/gl.h>
+#include <GL/glext.h>
 
 namespace devhost {
 
@@ -39,6 +40,24 @@ class GlTextureScope {
   private:
     ZGLFunctionTable &gl_;
     ZGLint texture_ = 0;
+};
+
+/// The framebuffer and the renderbuffer.
+class GlBufferScope {
+  public:
+    explicit GlBufferScope(ZGLFunctionTable &gl) : gl_(gl) {
+        gl_.glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &framebuffer_);
+        gl_.glGetIntegerv(GL_RENDERBUFFER_BINDING_EXT, &renderbuffer_);
+    }
+    ~GlBufferScope() {
+        gl_.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, static_cast<ZGLuint>(framebuffer_));
+        gl_.glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, static_cast<ZGLuint>(renderbuffer_));
+    }
+    GlBufferScope(const GlBufferScope &) = delete;
+
+  private:
+    ZGLFunctionTable &gl_;
+    ZGLint framebuffer_ = 0, renderbuffer_ = 0;
 };
 
 } // namespace devhost

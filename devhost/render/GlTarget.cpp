@@ -93,12 +93,10 @@ void GlTarget::bind() {
 void GlTarget::read(ViewportImage &image, const ZMatrix &projection) {
     ZGLFunctionTable &gl = *glFunctionTable();
     const GlPixelScope pixels(gl);
-    ZGLint bound = 0;
-    gl.glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &bound);
+    const GlBufferScope buffers(gl);
     gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
     gl.glReadPixels(0, 0, width_, height_, GL_RGBA, GL_UNSIGNED_BYTE, image.rgba.data());
     gl.glReadPixels(0, 0, width_, height_, GL_DEPTH_COMPONENT, GL_FLOAT, image.depth.data());
-    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, static_cast<ZGLuint>(bound));
     for (float &depth : image.depth)
         depth = toDistance(depth, projection);
 }

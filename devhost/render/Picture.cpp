@@ -1,9 +1,9 @@
 #include "devhost/render/Picture.h"
 
+#include "devhost/core/file_name.h"
 #include "devhost/core/image_io.h"
 #include "devhost/render/SoftwareRenderer.h"
 
-#include <algorithm>
 #include <cmath>
 #include <filesystem>
 
@@ -12,15 +12,8 @@ namespace {
 
 static_assert(sizeof(RV_PIXEL) == 4 * sizeof(float));
 
-std::string extensionOf(const std::string &path) {
-    std::string extension = std::filesystem::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return std::tolower(c); });
-    return extension;
-}
-
 bool isExr(const std::string &path) {
-    return extensionOf(path) == ".exr";
+    return lowerExtension(path) == ".exr";
 }
 
 float displayed(float linear) {
@@ -48,7 +41,7 @@ std::vector<std::string> channelNames(const PictureLayer &layer) {
 } // namespace
 
 bool isPictureFileName(const std::string &path) {
-    return isExr(path) || extensionOf(path) == ".png";
+    return isExr(path) || lowerExtension(path) == ".png";
 }
 
 ZStatus writePicture(const Picture &picture, const std::string &path) {

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "devhost/core/file_name.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/scene/TextureImage.h"
 #include "host/core/ZImage.h"
@@ -55,7 +56,7 @@ ZStatus existingFile(const std::string &name, std::string &file) {
 }
 
 ZStatus textureFile(const ZObject &texture, std::string &file) {
-    const Node *node = scene().node(scene().id(texture));
+    const Node *node = scene().node(texture);
     if (!node || !node->texture())
         return ZStatus(ZStatus::kInvalidParameter, "the node is not a texture");
     if (node->texture()->fileName.empty())
@@ -65,7 +66,7 @@ ZStatus textureFile(const ZObject &texture, std::string &file) {
 }
 
 ZStatus backgroundFile(const ZObject &camera, std::string &file) {
-    const Node *node = scene().node(scene().id(camera));
+    const Node *node = scene().node(camera);
     if (!node || !node->camera())
         return ZStatus(ZStatus::kInvalidParameter, "the node is not a camera");
     if (node->camera()->imageName.empty())
@@ -91,10 +92,7 @@ ZStatus convertedFile(const ZObject &texture, bool always, std::string &file) {
     if (const ZStatus status = textureFile(texture, file); !status)
         return status;
     const fs::path source = file;
-    std::string extension = source.extension().string();
-    for (char &c : extension)
-        c = char(std::tolower((unsigned char)c));
-    if (extension != ".psd")
+    if (lowerExtension(source) != ".psd")
         return ZStatus();
 
     const fs::path target = fs::path(source).replace_extension(".png");

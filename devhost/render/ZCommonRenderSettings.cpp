@@ -1,11 +1,12 @@
 #include "host/render/ZCommonRenderSettings.h"
 
+#include "devhost/core/guarded.h"
+#include "devhost/core/statuses.h"
 #include "devhost/render/RenderSession.h"
 #include "host/core/ZStringArray.h"
 
 #include <cmath>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -202,16 +203,12 @@ ZString ZCommonRenderSettingsData::getImageName(ZpathType pathType, double frame
                                                 ZString const &customTokens,
                                                 bool const createDirectory,
                                                 ZStatus *ReturnStatus) const {
-    const auto fail = [&](ZStatus status) {
-        if (ReturnStatus)
-            *ReturnStatus = status;
-        return ZString();
-    };
-    if (pathType != kRelativePath && pathType != kFullPathImage && pathType != kFullPathTmp)
-        return fail({ZStatus::kInvalidParameter, "unknown path type"});
-    if (!std::isfinite(frameNumber))
-        return fail({ZStatus::kInvalidParameter, "the frame number is not a number"});
-    try {
+    ZString result;
+    const ZStatus status = devhost::guarded([&]() -> ZStatus {
+        if (pathType != kRelativePath && pathType != kFullPathImage && pathType != kFullPathTmp)
+            return devhost::invalid("unknown path type");
+        if (!std::isfinite(frameNumber))
+            return devhost::invalid("the frame number is not a number");
         const double number = fileNumber(*this, frameNumber);
         const std::string frame = frameText(number, framePadding);
         const std::string extension = extensionOf(*this, format);
@@ -261,14 +258,11 @@ ZString ZCommonRenderSettingsData::getImageName(ZpathType pathType, double frame
             if (createDirectory)
                 fs::create_directories(path.parent_path());
         }
-        if (ReturnStatus)
-            *ReturnStatus = ZStatus();
-        return ZString(path.c_str());
-    } catch (const fs::filesystem_error &error) {
-        return fail({ZStatus::kFailure, error.what()});
-    } catch (const std::exception &) {
-        return fail(ZStatus::kInsufficientMemory);
-    }
+        result = ZString(path.c_str());
+        return {};
+    });
+    devhost::report(ReturnStatus, status);
+    return result;
 }
 
 bool ZCommonRenderSettingsData::shouldRenderFrameAtTime(ZpathType pathType, double frameNumber,
@@ -290,22 +284,19 @@ bool ZCommonRenderSettingsData::shouldRenderFrameAtTime(ZpathType pathType, doub
 ZString ZCommonRenderSettingsData::getBufferName(ZObject const &layer, ZObject const &camera,
                                                  ZString const &passName, ZString const &separator,
                                                  bool forFileName, ZStatus *ReturnStatus) const {
-    ZStatus status;
     std::string result;
-    try {
+    const ZStatus status = devhost::guarded([&]() -> ZStatus {
         const std::string between = separator.length() ? separator.asChar() : ".";
         for (const std::string &part :
              {nodeName(layer), nodeName(camera), std::string(passName.asChar())})
             joinWith(result, between, part);
         if (result.empty())
-            status = {ZStatus::kInvalidParameter, "layer, camera and pass are all empty"};
-        else if (forFileName)
+            return devhost::invalid("layer, camera and pass are all empty");
+        if (forFileName)
             result = fileNamePart(result);
-    } catch (const std::exception &) {
-        status = ZStatus::kInsufficientMemory;
-    }
-    if (ReturnStatus)
-        *ReturnStatus = status;
+        return {};
+    });
+    devhost::report(ReturnStatus, status);
     return status.error() ? ZString() : ZString(result.c_str());
 }
 

@@ -1,5 +1,6 @@
 #include "host/render/ZFnImageSource.h"
 
+#include "devhost/core/statuses.h"
 #include "devhost/render/RenderSession.h"
 #include "devhost/scene/SceneGraph.h"
 
@@ -7,17 +8,13 @@ using devhost::ImageSource;
 using devhost::kNoNode;
 using devhost::Node;
 using devhost::NodeId;
+using devhost::report;
 using devhost::scene;
 
 namespace {
 
-void report(ZStatus *ReturnStatus, const ZStatus &status) {
-    if (ReturnStatus)
-        *ReturnStatus = status;
-}
-
 const ImageSource *sourceOf(const ZFnImageSource &set, ZStatus &status) {
-    const Node *node = scene().node(scene().id(set.object(&status)));
+    const Node *node = scene().node(set.object(&status));
     return node ? node->imageSource() : nullptr;
 }
 
@@ -26,7 +23,7 @@ ZObject ownOr(const ZFnImageSource &set, NodeId ImageSource::*own, const ZObject
               bool (*isKind)(const Node &), const char *wrongKind, ZStatus *ReturnStatus) {
     ZStatus status;
     const ImageSource *source = sourceOf(set, status);
-    const Node *node = scene().node(scene().id(given));
+    const Node *node = scene().node(given);
     if (status && node && !isKind(*node))
         status = ZStatus(ZStatus::kInvalidParameter, wrongKind);
     report(ReturnStatus, status);
@@ -44,7 +41,7 @@ ZFnImageSource::ZFnImageSource(ZObject &object, ZStatus *ReturnStatus) {
 ZFnImageSource::~ZFnImageSource() = default;
 
 bool ZFnImageSource::hasObj(const ZObject &object) const {
-    const Node *node = scene().node(scene().id(object));
+    const Node *node = scene().node(object);
     return node && node->imageSource();
 }
 
@@ -79,7 +76,7 @@ ZString ZFnImageSource::getImageName(ZCommonRenderSettingsData::ZpathType pathTy
         ZCommonRenderSettingsData settings = devhost::renderSession().settings;
         if (!source->imageName.empty())
             settings.name = source->imageName.c_str();
-        const Node *cameraNode = scene().node(scene().id(seenBy));
+        const Node *cameraNode = scene().node(seenBy);
         name = settings.getImageName(pathType, frame, sceneName,
                                      cameraNode ? cameraNode->name.c_str() : "", ZString(), shown,
                                      false, &status);

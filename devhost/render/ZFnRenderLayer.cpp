@@ -3,28 +3,18 @@
 #include <algorithm>
 
 #include "devhost/core/guarded.h"
+#include "devhost/core/statuses.h"
 #include "devhost/scene/SceneGraph.h"
 
+using devhost::invalid;
 using devhost::kNoNode;
 using devhost::Node;
 using devhost::NodeId;
 using devhost::RenderLayer;
+using devhost::report;
 using devhost::scene;
 
 namespace {
-
-void report(ZStatus *ReturnStatus, const ZStatus &status) {
-    if (ReturnStatus)
-        *ReturnStatus = status;
-}
-
-ZStatus invalid(const char *what) {
-    return ZStatus(ZStatus::kInvalidParameter, what);
-}
-
-const Node *nodeOf(const ZObject &object) {
-    return scene().node(scene().id(object));
-}
 
 ZStatus collect(const std::vector<NodeId> &ids, ZObjectArray &objects) {
     objects.clear();
@@ -48,7 +38,7 @@ std::vector<NodeId> withDescendants(NodeId layer) {
 /// where there is none.
 const RenderLayer::Adjustment *adjustmentOf(const ZFnRenderLayer &set, const ZPlug &plug,
                                             ZStatus &status) {
-    const Node *layer = nodeOf(set.object(&status));
+    const Node *layer = scene().node(set.object(&status));
     if (layer && plug.isNull())
         status = invalid("the plug names no attribute");
     if (!status)
@@ -77,7 +67,7 @@ ZFnRenderLayer::ZFnRenderLayer(ZObject &object, ZStatus *ReturnStatus) {
 ZFnRenderLayer::~ZFnRenderLayer() = default;
 
 bool ZFnRenderLayer::hasObj(const ZObject &object) const {
-    const Node *node = nodeOf(object);
+    const Node *node = scene().node(object);
     return node && node->layer();
 }
 
@@ -97,7 +87,7 @@ bool ZFnRenderLayer::inLayer(ZObject const &transform, ZStatus *ReturnStatus) {
 ZStatus ZFnRenderLayer::layerChildren(ZObjectArray &layerObjects, bool recurse) {
     return devhost::guarded([&]() -> ZStatus {
         ZStatus status;
-        const Node *layer = nodeOf(object(&status));
+        const Node *layer = scene().node(object(&status));
         if (!status)
             return status;
         std::vector<NodeId> found = layer->children;
@@ -123,7 +113,7 @@ ZStatus ZFnRenderLayer::listMembers(ZObjectArray &objects) const {
         if (!status)
             return status;
         std::vector<NodeId> members;
-        if (nodeOf(layer)->layer()->isDefault) {
+        if (scene().node(layer)->layer()->isDefault) {
             for (const NodeId id : scene().nodes())
                 if (scene().node(id)->parent == kNoNode && scene().node(id)->inHierarchy())
                     members.push_back(id);
@@ -156,7 +146,7 @@ ZPlug ZFnRenderLayer::adjustmentPlug(ZPlug const &scenePlug, ZStatus *ReturnStat
 
 ZStatus ZFnRenderLayer::externalRenderPasses(ZObjectArray &objectArray) const {
     ZStatus status;
-    const Node *layer = nodeOf(object(&status));
+    const Node *layer = scene().node(object(&status));
     return status ? collect(layer->layer()->passes, objectArray) : status;
 }
 
@@ -164,7 +154,7 @@ bool ZFnRenderLayer::passHasObject(ZObject const &renderPass, ZDagPath const &ob
                                    ZStatus *ReturnStatus) const {
     ZStatus status;
     const NodeId layer = scene().id(object(&status));
-    const Node *pass = nodeOf(renderPass);
+    const Node *pass = scene().node(renderPass);
     if (status && !(pass && pass->pass()))
         status = invalid("a render pass is needed");
     else if (status && !objectInstance.isValid())
@@ -178,7 +168,7 @@ bool ZFnRenderLayer::passHasLight(ZObject const &renderPass, ZObject const &ligh
                                   ZStatus *ReturnStatus) const {
     ZStatus status;
     const NodeId layer = scene().id(object(&status));
-    const Node *pass = nodeOf(renderPass), *lamp = nodeOf(light);
+    const Node *pass = scene().node(renderPass), *lamp = scene().node(light);
     if (status && !(pass && pass->pass()))
         status = invalid("a render pass is needed");
     else if (status && !(lamp && lamp->light()))

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "devhost/core/statuses.h"
 #include "devhost/scene/PassKind.h"
 #include "devhost/scene/SceneGraph.h"
 
@@ -37,7 +38,7 @@ ZPxRenderPassImpl *implementation(const std::string &name) {
 }
 
 const RenderPass *passOf(const ZFnRenderPass &set, ZStatus *ReturnStatus) {
-    const Node *node = scene().node(scene().id(set.object(ReturnStatus)));
+    const Node *node = scene().node(set.object(ReturnStatus));
     return node ? node->pass() : nullptr;
 }
 
@@ -47,14 +48,12 @@ ZPxRenderPassImpl::~ZPxRenderPassImpl() = default;
 
 ZFnRenderPass::ZFnRenderPass() = default;
 ZFnRenderPass::ZFnRenderPass(ZObject &object, ZStatus *ReturnStatus) {
-    const ZStatus status = setObject(object);
-    if (ReturnStatus)
-        *ReturnStatus = status;
+    devhost::report(ReturnStatus, setObject(object));
 }
 ZFnRenderPass::~ZFnRenderPass() = default;
 
 bool ZFnRenderPass::hasObj(const ZObject &object) const {
-    const Node *node = scene().node(scene().id(object));
+    const Node *node = scene().node(object);
     return node && node->pass();
 }
 
@@ -69,10 +68,11 @@ ZPxRenderPassImpl *ZFnRenderPass::setImplementation(ZString const &name, ZStatus
     if (chosen)
         std::get<RenderPass>(scene().edit(scene().id(object()))->payload).implementation =
             name.asChar();
-    else if (ReturnStatus)
-        *ReturnStatus =
+    else
+        devhost::report(
+            ReturnStatus,
             ZStatus(ZStatus::kNotFound,
-                    std::string("there is no render pass implementation ") + name.asChar());
+                    std::string("there is no render pass implementation ") + name.asChar()));
     return chosen;
 }
 

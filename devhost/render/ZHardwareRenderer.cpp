@@ -263,10 +263,7 @@ ZGeometryData *ZHardwareRenderer::referenceDefaultGeometry(GeometricShape shape,
                                                            unsigned int *&indices,
                                                            unsigned int &numberOfIndices) {
     devhost::GeometryReference reference;
-    devhost::guarded([&] {
-        reference = devhost::referenceShape(shape);
-        return ZStatus();
-    });
+    devhost::guarded([&] { reference = devhost::referenceShape(shape); });
     numberOfData = reference.dataCount;
     indices = reference.indices;
     numberOfIndices = reference.indexCount;

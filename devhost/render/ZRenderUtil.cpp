@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <optional>
 
 #include "devhost/core/guarded.h"
+#include "devhost/core/statuses.h"
 #include "devhost/render/NoiseTable.h"
 #include "devhost/render/Parallel.h"
 #include "devhost/render/RayTracer.h"
@@ -26,11 +28,6 @@ using namespace devhost;
 namespace {
 
 constexpr size_t kRaysPerBlock = 256;
-
-void report(ZStatus *ReturnStatus, const ZStatus &status) {
-    if (ReturnStatus)
-        *ReturnStatus = status;
-}
 
 /// A file name operation: its result, empty on failure.
 template <class Operation>
@@ -98,9 +95,16 @@ const Shader &sceneShader(bool castShadows) {
     return *entry.shader;
 }
 
-/// Cosine between the two, of which each may have any length but zero.
-float cosine(const ZFloatVector &a, const ZFloatVector &b) {
-    return std::clamp(a.normal() * b.normal(), -1.0f, 1.0f);
+/// The cosine between light direction and normal; none, with a status that says why, where one of
+/// them is no direction. A light that also lights back faces never faces away.
+std::optional<float> facing(const ZFloatVector &lightDirection, const ZFloatVector &normal,
+                            bool lightBackFace, ZStatus *ReturnStatus) {
+    const ZStatus status = checkDirections(lightDirection, normal);
+    report(ReturnStatus, status);
+    if (!status)
+        return {};
+    const float cosine = std::clamp(lightDirection.normal() * normal.normal(), -1.0f, 1.0f);
+    return lightBackFace ? std::abs(cosine) : cosine;
 }
 
 } // namespace
@@ -278,12 +282,7 @@ ZString ZRenderUtil::mainBeautyPassName() {
 float ZRenderUtil::diffuseReflectance(const void *, const ZFloatVector &lightDirection,
                                       const ZFloatVector &, const ZFloatVector &normal,
                                       bool lightBackFace, ZStatus *ReturnStatus) {
-    const ZStatus status = checkDirections(lightDirection, normal);
-    report(ReturnStatus, status);
-    if (!status)
-        return 0;
-    const float facing = cosine(lightDirection, normal);
-    return lightBackFace ? std::abs(facing) : std::max(facing, 0.0f);
+    return std::max(facing(lightDirection, normal, lightBackFace, ReturnStatus).value_or(0), 0.0f);
 }
 
 ZFloatVector
@@ -323,12 +322,8 @@ float ZRenderUtil::lightAttenuation(const void *, const ZFloatVector &pointWorld
 float ZRenderUtil::hemisphereCoverage(const void *, const ZFloatVector &lightDirection,
                                       const ZFloatVector &, const ZFloatVector &normal,
                                       bool lightBackFace, ZStatus *ReturnStatus) {
-    const ZStatus status = checkDirections(lightDirection, normal);
-    report(ReturnStatus, status);
-    if (!status)
-        return 0;
-    const float facing = cosine(lightDirection, normal);
-    return (1 + (lightBackFace ? std::abs(facing) : facing)) / 2;
+    const auto cosine = facing(lightDirection, normal, lightBackFace, ReturnStatus);
+    return cosine ? (1 + *cosine) / 2 : 0;
 }
 
 void ZRenderUtil::sendRenderProgressInfo(const ZString &pixFile, int percentageDone) {
@@ -336,7 +331,6 @@ void ZRenderUtil::sendRenderProgressInfo(const ZString &pixFile, int percentageD
         return;
     guarded([&] { // a message that cannot be shown is no reason to stop a render
         renderSession().progress(pixFile.asChar(), std::clamp(percentageDone, 0, 100));
-        return ZStatus();
     });
 }
 

@@ -1,12 +1,14 @@
 #include "host/render/ZRenderView.h"
 
 #include "devhost/core/guarded.h"
+#include "devhost/core/statuses.h"
 #include "devhost/render/Picture.h"
 #include "devhost/render/RenderSession.h"
 
 #include <algorithm>
 
 using devhost::guarded;
+using devhost::invalid;
 
 namespace {
 
@@ -62,9 +64,6 @@ View &view() {
     return *instance;
 }
 
-ZStatus invalid(const char *text) {
-    return {ZStatus::kInvalidParameter, text};
-}
 ZStatus notOpen() {
     return {ZStatus::kFailure, "no render is open in the render view"};
 }

@@ -2,6 +2,7 @@
 #include "host/render/ZVaryingParameter.h"
 
 #include "devhost/core/guarded.h"
+#include "devhost/core/statuses.h"
 #include "devhost/render/VertexValues.h"
 #include "host/render/ZGeometry.h"
 
@@ -10,6 +11,8 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+using devhost::invalid;
 
 namespace {
 
@@ -97,10 +100,6 @@ Description describe(const ZString &name, ZVaryingParameter::ZVaryingParameterTy
     if (type != ZVaryingParameter::kStructure && isSemantic(semantic))
         result.source = semantic;
     return result;
-}
-
-ZStatus invalid(const char *text) {
-    return ZStatus(ZStatus::kInvalidParameter, text);
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 #include <numbers>
 #include <optional>
 #include <set>
-#include <stdexcept>
 
 #include <tiny_gltf.h>
 
@@ -18,9 +17,6 @@
 namespace devhost {
 
 namespace {
-
-/// What makes a file unusable; the text says why.
-using BadFile = std::runtime_error;
 
 template <class T>
 const T &element(const std::vector<T> &all, int index, const char *what) {
@@ -396,35 +392,21 @@ class Reader {
     std::vector<std::shared_ptr<const Mesh>> fMeshes;
 };
 
-std::string firstLine(const std::string &text) {
-    return text.substr(0, text.find('\n'));
-}
-
 } // namespace
 
-ZStatus loadGltf(const std::string &path, Scene &scene) {
-    const auto failure = [&path](const std::string &why) {
-        return ZStatus(ZStatus::kFailure, "cannot load " + path + ": " + why);
-    };
+void loadGltf(const std::string &path, Scene &scene) {
     tinygltf::TinyGLTF loader;
     loader.SetImageLoader(decodeQuietly, nullptr);
     tinygltf::Model model;
     std::string error, warning;
-    try {
-        const bool binary = path.back() == 'b' || path.back() == 'B';
-        if (!(binary ? loader.LoadBinaryFromFile(&model, &error, &warning, path)
-                     : loader.LoadASCIIFromFile(&model, &error, &warning, path)))
-            return failure(error.empty() ? "it is no glTF file" : firstLine(error));
-        for (const std::string &extension : model.extensionsRequired)
-            if (extension != "KHR_lights_punctual" && extension != "KHR_mesh_quantization")
-                return failure("it needs the extension " + extension);
-        Reader(model, scene).read();
-    } catch (const BadFile &wrong) {
-        return failure(wrong.what());
-    }
-    if (scene.meshes().empty())
-        return failure("it holds no triangles");
-    return ZStatus();
+    const bool binary = path.back() == 'b' || path.back() == 'B';
+    if (!(binary ? loader.LoadBinaryFromFile(&model, &error, &warning, path)
+                 : loader.LoadASCIIFromFile(&model, &error, &warning, path)))
+        throw BadFile(error.empty() ? "it is no glTF file" : error);
+    for (const std::string &extension : model.extensionsRequired)
+        if (extension != "KHR_lights_punctual" && extension != "KHR_mesh_quantization")
+            throw BadFile("it needs the extension " + extension);
+    Reader(model, scene).read();
 }
 
 } // namespace devhost

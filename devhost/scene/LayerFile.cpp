@@ -7,22 +7,18 @@
 #include <fstream>
 #include <functional>
 #include <initializer_list>
-#include <stdexcept>
 
 #include <nlohmann/json.hpp>
 
 #include "devhost/scene/PassKind.h"
 #include "devhost/scene/SceneGraph.h"
+#include "devhost/scene/SceneLoader.h"
 
 namespace devhost {
 
 namespace {
 
 using Json = nlohmann::json;
-
-struct BadFile : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 class Place {
   public:
@@ -253,7 +249,6 @@ std::string layerFileOf(const std::string &scenePath) {
 }
 
 ZStatus loadLayers(const std::string &path, Scene &scene) {
-    std::string wrong;
     try {
         std::ifstream stream(path);
         if (!stream)
@@ -261,11 +256,10 @@ ZStatus loadLayers(const std::string &path, Scene &scene) {
         Reader(scene).read(Json::parse(stream));
         return ZStatus();
     } catch (const Json::parse_error &error) {
-        wrong = syntaxError(error);
+        return cannotLoad(path, syntaxError(error));
     } catch (const BadFile &error) {
-        wrong = error.what();
+        return cannotLoad(path, error.what());
     }
-    return ZStatus(ZStatus::kFailure, "cannot load " + path + ": " + wrong);
 }
 
 } // namespace devhost

@@ -40,10 +40,6 @@ bool lostFaces(const std::string &warning) {
            warning.find("invalid vertex index") != std::string::npos;
 }
 
-std::string firstLine(const std::string &text) {
-    return text.substr(0, text.find('\n'));
-}
-
 /// Gathers what one shape uses of a pool that all shapes of the file share.
 class PoolSubset {
   public:
@@ -83,19 +79,16 @@ class PoolSubset {
 
 } // namespace
 
-ZStatus loadObj(const std::string &path, Scene &scene) {
-    const auto failure = [&path](const std::string &why) {
-        return ZStatus(ZStatus::kFailure, "cannot load " + path + ": " + why);
-    };
+void loadObj(const std::string &path, Scene &scene) {
     const std::string badIndex = "a face has an index that is out of range";
     tinyobj::ObjReaderConfig config;
     config.triangulate = true;
     config.vertex_color = false;
     tinyobj::ObjReader reader;
     if (!reader.ParseFromFile(path, config))
-        return failure(reader.Error().empty() ? "it is no .obj file" : firstLine(reader.Error()));
+        throw BadFile(reader.Error().empty() ? "it is no .obj file" : reader.Error());
     if (lostFaces(reader.Warning()))
-        return failure(badIndex);
+        throw BadFile(badIndex);
 
     std::vector<NodeId> materials;
     for (const tinyobj::material_t &material : reader.GetMaterials())
@@ -113,7 +106,7 @@ ZStatus loadObj(const std::string &path, Scene &scene) {
             if (!positions.accepts(index.vertex_index, false) ||
                 !normals.accepts(index.normal_index, true) ||
                 !uvs.accepts(index.texcoord_index, true))
-                return failure(badIndex);
+                throw BadFile(badIndex);
             source.corners.push_back({positions.place(index.vertex_index, source.positions),
                                       normals.place(index.normal_index, source.normals),
                                       uvs.place(index.texcoord_index, source.uvs)});
@@ -124,13 +117,10 @@ ZStatus loadObj(const std::string &path, Scene &scene) {
                                            : kNoNode);
         auto mesh = std::make_shared<Mesh>();
         if (const std::string wrong = buildMesh(std::move(source), *mesh); !wrong.empty())
-            return failure(wrong);
+            throw BadFile(wrong);
         scene.add("mesh", shape.name.empty() ? "mesh" : shape.name,
                   std::shared_ptr<const Mesh>(std::move(mesh)));
     }
-    if (scene.meshes().empty())
-        return failure("it holds no triangles");
-    return ZStatus();
 }
 
 } // namespace devhost

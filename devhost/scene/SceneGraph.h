@@ -182,6 +182,7 @@ class OPENQUIL_API Scene {
 
     /// Null when there is no such node.
     const Node *node(NodeId id) const;
+    const Node *node(const ZObject &object) const { return node(id(object)); }
     /// As node, and counts as a change of the scene.
     Node *edit(NodeId id);
     /// The ids of all nodes, in the order in which they were added.

@@ -1,25 +1,17 @@
 // Choice of the reader by extension, and the change of scene.
 #include "devhost/scene/SceneLoader.h"
 
-#include <algorithm>
-#include <cctype>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 
+#include "devhost/core/file_name.h"
 #include "devhost/scene/LayerFile.h"
 #include "devhost/scene/SceneGraph.h"
 
 namespace devhost {
 
 namespace {
-
-std::string lowerExtension(const std::filesystem::path &path) {
-    std::string extension = path.extension().string();
-    for (char &c : extension)
-        c = char(std::tolower((unsigned char)c));
-    return extension;
-}
 
 ZStatus load(const std::string &given) {
     namespace fs = std::filesystem;
@@ -35,9 +27,9 @@ ZStatus load(const std::string &given) {
         return ZStatus(ZStatus::kFailure, "scene file cannot be read: " + given);
 
     Scene fresh;
-    const ZStatus status = (extension == ".obj" ? loadObj : loadGltf)(path.string(), fresh);
-    if (!status)
-        return status;
+    (extension == ".obj" ? loadObj : loadGltf)(path.string(), fresh);
+    if (fresh.meshes().empty())
+        throw BadFile("it holds no triangles");
     fresh.setFileName(path.string());
     fresh.addDefaults();
     if (const std::string layers = layerFileOf(path.string()); fs::exists(layers, problem))
@@ -55,8 +47,12 @@ ZStatus loadScene(const std::string &path) {
     } catch (const std::bad_alloc &) {
         return ZStatus(ZStatus::kInsufficientMemory, "scene file is too large: " + path);
     } catch (const std::exception &error) {
-        return ZStatus(ZStatus::kFailure, "cannot load " + path + ": " + error.what());
+        return cannotLoad(path, error.what());
     }
+}
+
+ZStatus cannotLoad(const std::string &path, const std::string &why) {
+    return ZStatus(ZStatus::kFailure, "cannot load " + path + ": " + why.substr(0, why.find('\n')));
 }
 
 void newScene() {

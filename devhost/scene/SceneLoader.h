@@ -1,6 +1,7 @@
 // Reads scene files into the process's scene.
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
 #include "host/base/HostApi.h"
@@ -19,8 +20,16 @@ OPENQUIL_API ZStatus loadScene(const std::string &path);
 /// Replaces the scene by an empty one with the default camera and light.
 OPENQUIL_API void newScene();
 
-// The readers by format: each fills an empty scene.
-ZStatus loadObj(const std::string &path, Scene &scene);
-ZStatus loadGltf(const std::string &path, Scene &scene);
+/// What makes a file unusable; the text says why.
+struct BadFile : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// The failure to load a file, with the first line of the reason.
+ZStatus cannotLoad(const std::string &path, const std::string &why);
+
+// The readers by format: each fills an empty scene, or throws BadFile.
+void loadObj(const std::string &path, Scene &scene);
+void loadGltf(const std::string &path, Scene &scene);
 
 } // namespace devhost

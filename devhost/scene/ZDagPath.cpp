@@ -1,6 +1,7 @@
 // Paths into the scene's hierarchy.
 #include "host/core/ZDagPath.h"
 
+#include "devhost/core/statuses.h"
 #include "devhost/scene/SceneGraph.h"
 
 using devhost::kNoNode;
@@ -8,16 +9,8 @@ using devhost::Node;
 using devhost::NodeId;
 using devhost::scene;
 
-namespace {
-
-const Node *nodeOf(const ZObject &object) {
-    return scene().node(scene().id(object));
-}
-
-} // namespace
-
 ZStatus ZDagPath::getAPathTo(const ZObject &object, ZDagPath &path) {
-    const Node *node = nodeOf(object);
+    const Node *node = scene().node(object);
     if (!node)
         return ZStatus(ZStatus::kInvalidParameter, "there is no path to a null object");
     if (!node->inHierarchy())
@@ -59,22 +52,21 @@ ZString ZDagPath::partialPathName() const {
 
 unsigned ZDagPath::length() const {
     unsigned count = 0;
-    for (const Node *each = nodeOf(fNode); each; each = scene().node(each->parent))
+    for (const Node *each = scene().node(fNode); each; each = scene().node(each->parent))
         ++count;
     return count;
 }
 
 unsigned ZDagPath::childCount() const {
-    const Node *node = nodeOf(fNode);
+    const Node *node = scene().node(fNode);
     return node ? unsigned(node->children.size()) : 0;
 }
 
 ZObject ZDagPath::child(unsigned index, ZStatus *ReturnStatus) const {
     const bool exists = index < childCount();
-    if (ReturnStatus)
-        *ReturnStatus =
-            exists ? ZStatus() : ZStatus(ZStatus::kInvalidParameter, "there is no such child node");
-    return exists ? scene().object(nodeOf(fNode)->children[index]) : ZObject();
+    devhost::report(ReturnStatus,
+                    exists ? ZStatus() : devhost::invalid("there is no such child node"));
+    return exists ? scene().object(scene().node(fNode)->children[index]) : ZObject();
 }
 
 ZStatus ZDagPath::pop(unsigned num) {
@@ -88,7 +80,7 @@ ZStatus ZDagPath::pop(unsigned num) {
 }
 
 ZStatus ZDagPath::push(const ZObject &child) {
-    const Node *node = nodeOf(child);
+    const Node *node = scene().node(child);
     if (!node || !isValid() || node->parent != scene().id(fNode))
         return ZStatus(ZStatus::kInvalidParameter, "the node is not directly below the path");
     fNode = child;
@@ -100,7 +92,7 @@ ZMatrix ZDagPath::inclusiveMatrix() const {
 }
 
 ZMatrix ZDagPath::exclusiveMatrix() const {
-    const Node *node = nodeOf(fNode);
+    const Node *node = scene().node(fNode);
     return node ? scene().worldMatrix(node->parent) : ZMatrix();
 }
 

@@ -1,5 +1,7 @@
 #include "host/core/ZFnBase.h"
 
+#include "devhost/core/statuses.h"
+
 ZFnBase::ZFnBase() = default;
 ZFnBase::~ZFnBase() = default;
 
@@ -20,9 +22,8 @@ ZStatus ZFnBase::setObject(const ZObject &object) {
 
 ZObject ZFnBase::object(ZStatus *ReturnStatus) const {
     const bool attached = !object_.isNull();
-    if (ReturnStatus)
-        *ReturnStatus = attached
-                            ? ZStatus()
-                            : ZStatus(ZStatus::kFailure, "the function set is attached to no node");
+    devhost::report(ReturnStatus, attached ? ZStatus()
+                                           : ZStatus(ZStatus::kFailure,
+                                                     "the function set is attached to no node"));
     return attached ? object_ : ZObject();
 }

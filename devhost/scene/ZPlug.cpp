@@ -5,11 +5,13 @@
 #include <string>
 #include <type_traits>
 
+#include "devhost/core/statuses.h"
 #include "devhost/scene/SceneGraph.h"
 
 using devhost::AttributeValue;
 using devhost::kNoNode;
 using devhost::NodeId;
+using devhost::report;
 using devhost::scene;
 
 namespace {
@@ -22,11 +24,6 @@ ZStatus mismatch(const ZPlug &plug, const char *wanted) {
     if (plug.isNull())
         return ZStatus(ZStatus::kFailure, "the plug names no attribute");
     return ZStatus(ZStatus::kFailure, std::string(plug.name().asChar()) + " is not " + wanted);
-}
-
-void report(ZStatus *ReturnStatus, const ZStatus &status) {
-    if (ReturnStatus)
-        *ReturnStatus = status;
 }
 
 double number(const ZPlug &plug, ZStatus *ReturnStatus) {
@@ -63,7 +60,7 @@ ZPlug::ZPlug(const ZObject &node, const ZString &attribute, ZStatus *ReturnStatu
     if (node.isNull()) {
         report(ReturnStatus, ZStatus(ZStatus::kInvalidParameter, "a plug needs a node"));
     } else if (!valueOf(node, attribute)) {
-        const std::string name = scene().node(scene().id(node))->name + "." + attribute.asChar();
+        const std::string name = scene().node(node)->name + "." + attribute.asChar();
         report(ReturnStatus, ZStatus(ZStatus::kNotFound, "no such attribute: " + name));
     } else {
         fNode = node;
@@ -83,7 +80,7 @@ ZObject ZPlug::node() const {
 ZString ZPlug::name() const {
     if (isNull())
         return ZString();
-    return ZString((scene().node(scene().id(fNode))->name + "." + fAttribute.asChar()).c_str());
+    return ZString((scene().node(fNode)->name + "." + fAttribute.asChar()).c_str());
 }
 
 ZString ZPlug::partialName() const {

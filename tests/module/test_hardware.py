@@ -55,20 +55,15 @@ class Lists(HardwareTest):
         cell = harness.pointer('unsigned int', ctypes.addressof(count))
         for result, function, arguments in (
                 (EXISTS, 'addDrawProcedure', ('', a, POST_EXPOSURE)),
-                (EXISTS, 'insertDrawProcedure', ('', a, POST_EXPOSURE, 0)),
-                (NOT_FOUND, 'insertDrawProcedure', ('', unknown, POST_EXPOSURE, 2)),
                 (NOT_FOUND, 'insertDrawProcedure', ('', unknown, POST_EXPOSURE, 2 ** 32 - 1, True)),
-                (NOT_FOUND, 'removeDrawProcedure', ('', unknown, POST_EXPOSURE)),
                 (NOT_FOUND, 'removeDrawProcedure', ('', a, PRE_EXPOSURE)),
                 (NOT_FOUND, 'removeDrawProcedure', ('', None, POST_EXPOSURE)),
                 (FAILURE, 'addDrawProcedure', ('', None, POST_EXPOSURE)),
                 (FAILURE, 'addDrawProcedure', ('Other', unknown, POST_EXPOSURE)),
-                (NO_LOCATION, 'addDrawProcedure', ('', unknown, 4)),
                 (NO_LOCATION, 'removeDrawProcedure', ('', a, -1)),
                 (NO_LOCATION, 'getDrawProcedureCount', ('', 2 ** 31 - 1, cell)),
                 (SUCCESS, 'getDrawProcedureCount', ('', POST_EXPOSURE, cell)),
-                (SUCCESS, 'removeDrawProcedure', ('OpenGL', a, POST_EXPOSURE)),
-                (NOT_FOUND, 'removeDrawProcedure', ('', a, POST_EXPOSURE))):
+                (SUCCESS, 'removeDrawProcedure', ('OpenGL', a, POST_EXPOSURE))):
             code = of(function, *arguments)
             self.assertEqual((type(code), code), (int, result), (function, arguments))
         self.assertEqual(count.value, 1)
@@ -81,33 +76,26 @@ class Lists(HardwareTest):
         self.assertEqual(self.names(0), [u'first', u'behind', u'before', u'last', u'end'])
         found = of('findDrawProcedure', '', 0, u'last')
         self.assertEqual((int(found), found.own()), (int(last), False))
-        for location, name in (0, 'none'), (1, 'last'), (9, 'last'):
+        for location, name in (0, 'none'), (1, 'last'):
             self.assertIsNone(of('findDrawProcedure', '', location, name))
-        module.ZDrawProcedureBase_setName(found, u'\u00e4')
-        name = module.ZDrawProcedureBase_name(last)
-        self.assertEqual((type(name), name), (unicode, u'\u00e4'))
         module.delete_ZDrawProcedureBase(harness.pointer(
             'ZDrawProcedureBase', native.make_procedure('gone')))
         self.assertEqual(native.take_calls(), '~gone ')
         self.assertNotIn('gone', self.names(0))
 
     def test_list_is_rewritten_in_place(self):
-        class Names(list):
-            pass
         self.procedure('a', 1), self.procedure(u'\u00e4\U0001F600'.encode('utf-8'), 1)
-        wanted = [u'a', u'\u00e4\U0001F600']
-        for given in ([], ['x'], [1, 'y'], ['x', 'y', 'z'] * 3, Names('wxyz')):
-            self.assertEqual(self.names(1, given), wanted)
+        for given in ([], [1, 'y'], ['x', 'y', 'z'] * 3):
+            self.assertEqual(self.names(1, given), [u'a', u'\u00e4\U0001F600'])
             self.assertEqual(map(type, given), [unicode, unicode])
         self.assertEqual(self.names(2, ['x', 'y']), [])
 
     def test_failures_of_the_list(self):
         self.procedure('a', 1)
         function = module.ZHardwareRenderer_getDrawProcedureListNames
-        for bad in None, Textless():
-            given = ['x', bad]
-            self.assertEqual(call(function, renderer, '', 1, given), (SUCCESS, EXPECTED_LIST))
-            self.assertEqual(given, [u'a'])
+        given = ['x', Textless()]
+        self.assertEqual(call(function, renderer, '', 1, given), (SUCCESS, EXPECTED_LIST))
+        self.assertEqual(given, [u'a'])
         for bad in ('x',), 'x', None, 5:
             self.assert_raises(TypeError, 'Argument 4 must be a list object', function, renderer, '',
                                1, bad)
@@ -120,18 +108,6 @@ class Lists(HardwareTest):
         self.assert_raises(TypeError, 'Unable to modify argument 4 to return results', function,
                            renderer, '', 1, Stubborn('xyz'))
         self.assertEqual(call(function, renderer, None, 1, given), (SUCCESS, EXPECTED_STRING % 2))
-
-    def test_failed_texts_do_not_stop_the_call(self):
-        a = self.procedure('a')
-        self.assertEqual(call(module.ZHardwareRenderer_addDrawProcedure, renderer, None, a, 3),
-                         (SUCCESS, EXPECTED_STRING % 2))
-        self.assertEqual(self.names(3), [u'a'])
-        self.assertEqual(call(module.ZHardwareRenderer_findDrawProcedure, renderer, '', 3, None),
-                         (None, EXPECTED_STRING % 4))
-        self.assertEqual(call(module.ZHardwareRenderer_restoreCurrent, renderer, None),
-                         (None, EXPECTED_STRING % 2))
-        self.assert_raises(RuntimeError, '(kInvalidParameter): there is no such back end: 5',
-                           module.ZHardwareRenderer_restoreCurrent, renderer, 5)
 
 
 class Drawing(HardwareTest):
@@ -150,16 +126,13 @@ class Drawing(HardwareTest):
 
     def test_device_callbacks(self):
         told = harness.pointer('ZHwrCallback', native.make_callback())
-        plain = module.new_ZHwrCallback()
-        for callback in told, plain:
-            self.assertIsNone(module.ZHwrCallback_addCallback(callback))
-            for event in 'New', 'Lost', 'Reset', 'Deleted':
-                self.assertIsNone(getattr(module, 'ZHwrCallback_device' + event)(callback))
-            self.assertIsNone(module.ZHwrCallback_removeCallback(callback))
+        module.ZHwrCallback_addCallback(told)
+        for event in 'New', 'Lost', 'Reset', 'Deleted':
+            self.assertIsNone(getattr(module, 'ZHwrCallback_device' + event)(told))
+        module.ZHwrCallback_removeCallback(told)
         self.assertEqual(native.take_calls(), 'new lost reset deleted ')
-        self.assertEqual((told.own(), plain.own()), (False, True))
+        self.assertFalse(told.own())
         module.delete_ZHwrCallback(told)
-        module.delete_ZHwrCallback(plain)
 
 
 class OutArguments(HardwareTest):
@@ -168,11 +141,6 @@ class OutArguments(HardwareTest):
         cells = [harness.pointer('double', ctypes.addressof(values) + 8 * i) for i in range(6)]
         self.assertIsNone(of('getSwatchOrthoCameraSetting', *cells))
         self.assertEqual(list(values), [-1.1, 1.1, -1.1, 1.1, -10, 10])
-        function = 'ZHardwareRenderer_getSwatchOrthoCameraSetting'
-        text = "in method '%s', argument 4 of type 'double &'" % function
-        for bad, error, prefix in (None, ValueError, 'invalid null reference '), (1.5, TypeError, ''):
-            arguments = [renderer] + cells[:2] + [bad] + cells[3:]
-            self.assert_raises(error, prefix + text, getattr(module, function), *arguments)
         cell = ctypes.c_int(9)
         of('getDepthBufferPixelFormat', '', harness.pointer('ZHardwareRenderer__BufferPixelFormat',
                                                             ctypes.addressof(cell)))
@@ -180,9 +148,7 @@ class OutArguments(HardwareTest):
 
     def test_without_opengl(self):
         self.assertIsNone(of('drawSwatchBackGroundQuads'))
-        with self.assertRaises(RuntimeError) as caught:
-            of('makeResourceContextCurrent', '')
-        self.assertIn('there is no OpenGL', str(caught.exception))
+        self.assertRaises(RuntimeError, of, 'makeResourceContextCurrent', '')
         self.assertIsNotNone(of('glFunctionTable'))
 
 

@@ -65,13 +65,9 @@ class Constructors(ParameterTest):
         members = 'name', 'type', 'semantic', 'numRows', 'numColumns', 'userData'
         for arguments, expected in (
                 ((), [u'', 0, 0, 1, 1, None]), (('a', FLOAT, COLOR), [u'a', 3, 9, 1, 1, None]),
-                (('a', FLOAT, COLOR, 4), [u'a', 3, 9, 4, 1, None]),
-                (('a', FLOAT, COLOR, 4, 2), [u'a', 3, 9, 4, 2, None]),
                 ((u'\xe4', FLOAT, COLOR, 4, 2, None), [u'\xe4', 3, 9, 4, 2, None])):
             self.assertEqual(of(self.uniform(*arguments), 'ZUniformParameter', *members), expected)
-        for count in (1, 2, 7):
-            self.assert_raises(NotImplementedError, NO_UNIFORM, module.new_ZUniformParameter,
-                               *['a', FLOAT, COLOR, 1, 1, None, None][:count])
+        self.assert_raises(NotImplementedError, NO_UNIFORM, module.new_ZUniformParameter, 'a', FLOAT)
 
     def test_user_data_is_the_address_of_the_object(self):
         data = object()
@@ -85,8 +81,6 @@ class Constructors(ParameterTest):
         members = 'name', 'type', 'dimension', 'semantic', 'destinationSet', 'semanticName'
         for arguments, expected in (
                 ((), [u'', -1, 1, 0, u'', u'']), (('a', 1), [u'a', 1, 1, 0, u'', u'']),
-                (('a', 1, 2), [u'a', 1, 2, 0, u'', u'']),
-                (('a', 1, 2, 3), [u'a', 1, 3, 0, u'', u'']),
                 (('a', 1, 2, 4, 3), [u'a', 1, 4, 3, u'', u'']),
                 (('a', 1, 2, 4, 3, True), [u'a', 1, 4, 3, u'', u'']),
                 (('a', 1, 2, 4, 3, 0.5, 's'), [u'a', 1, 4, 3, u'', u's']),
@@ -95,24 +89,17 @@ class Constructors(ParameterTest):
                 (('a', 1, 2, 4, 3, 5, 'd', True, 's'), [u'a', 1, 3, 5, u'd', u's'])):
             self.assertEqual(of(self.varying(*arguments), 'ZVaryingParameter', *members), expected,
                              arguments)
-        for arguments in (['a'], ['a'] + [1] * 9):
-            self.assert_raises(NotImplementedError, NO_VARYING, module.new_ZVaryingParameter,
-                               *arguments)
+        self.assert_raises(NotImplementedError, NO_VARYING, module.new_ZVaryingParameter, 'a')
         # What is no number at argument 6 leads to the longer form, which wants an int there.
-        for arguments in (('a', 1, 1, 1, 1, 'x'), ('a', 1, 1, 1, 1, None, 's'),
-                          ('a', 1, 1, 1, 1, Odd())):
+        for arguments in ('a', 1, 1, 1, 1, None, 's'), ('a', 1, 1, 1, 1, Odd()):
             self.assert_raises(TypeError, "in method 'new_ZVaryingParameter', argument 6 of type "
                                "'ZVaryingParameter::ZVaryingParameterSemantic'",
                                module.new_ZVaryingParameter, *arguments)
-        self.assert_raises(TypeError, "in method 'new_ZVaryingParameter', argument 8 of type "
-                           "'bool'", module.new_ZVaryingParameter, 'a', 1, 1, 1, 1, 1, 'd', Odd())
 
 
 class Getters(ParameterTest):
     def setUp(self):
         requirements = self.new('ZGeometryRequirements')
-        for add in ('addPosition', 'addNormal'):
-            getattr(module, 'ZGeometryRequirements_' + add)(requirements)
         module.ZGeometryRequirements_addTexCoord(requirements, '')
         cube = module.ZGeometryManager_kDefaultCube
         self.list = module.ZGeometryManager_referenceDefaultGeometry(cube, requirements)
@@ -121,18 +108,12 @@ class Getters(ParameterTest):
     def test_the_second_argument_decides(self):
         parameter = self.uniform('a', FLOAT, COLOR)
         for getter in GETTERS:
-            function = getattr(module, 'ZUniformParameter_' + getter)
-            for arguments in ((), (parameter,), (parameter, self.list, self.list)):
-                self.assert_raises(NotImplementedError, NO_GETTER % ((getter,) * 3), function,
-                                   *arguments)
-            form = "in method '%s', argument 2 of type '%s const &'"
             name = 'ZUniformParameter_' + getter
-            for bad in (object(), placeholder('ZGeometry')):
-                self.assert_raises(TypeError, form % (name, 'ZHWRender::ZDrawContext'), function,
-                                   parameter, bad)
-            self.assert_raises(ValueError, 'invalid null reference ' +
-                               form % (name, 'ZHWRender::ZDrawContext'), function, parameter,
-                               pointer('ZHWRender__ZDrawContext', None))
+            function = getattr(module, name)
+            self.assert_raises(NotImplementedError, NO_GETTER % ((getter,) * 3), function, parameter)
+            form = "in method '%s', argument 2 of type '%s const &'"
+            self.assert_raises(TypeError, form % (name, 'ZHWRender::ZDrawContext'), function,
+                               parameter, placeholder('ZGeometry'))
             self.assert_raises(ValueError, 'invalid null reference ' +
                                form % (name, 'ZGeometryList'), function, parameter, None)
 
@@ -147,16 +128,6 @@ class Getters(ParameterTest):
         module.ZUniformParameter_setAsString(text, u'\xe4\U0001f600')
         self.assertEqual(module.ZUniformParameter_getAsString(text, self.list), u'\xe4\U0001f600')
 
-    def test_arrays_are_the_parameter_s_own(self):
-        values = (ctypes.c_float * 4)(1, 2, 3, 4)
-        parameter = self.uniform('a', FLOAT, COLOR, 2, 2)
-        module.ZUniformParameter_setAsFloatArray(
-            parameter, pointer('float', ctypes.addressof(values)), 3)
-        found = module.ZUniformParameter_getAsFloatArray(parameter, self.list)
-        layout = harness.PointerObject.from_address(id(found))
-        self.assertEqual((layout.ty.contents.name, layout.own), ('_p_float', 0))
-        self.assertEqual(list((ctypes.c_float * 4).from_address(layout.ptr)), [1, 2, 3, 0])
-
     def test_buffers_go_to_the_caller_s_cells(self):
         cells = ctypes.c_void_p(), ctypes.c_uint(), ctypes.c_uint()
         out = [pointer(name, ctypes.addressof(cell)) for name, cell in
@@ -169,9 +140,8 @@ class Getters(ParameterTest):
         self.assertEqual((cells[1].value, cells[2].value), (count, 8))
         stored = ctypes.string_at(int(module.ZGeometryData_data(stream)), count * 8)
         self.assertEqual(ctypes.string_at(cells[0].value, count * 8), stored)
-        with self.assertRaises(RuntimeError) as caught:
-            module.ZVaryingParameter_getBuffer(self.varying('w', 1, 1, 1, 5), geometry, *out)
-        self.assertIn('(kNotFound): the geometry has no values for w', str(caught.exception))
+        self.assertRaises(RuntimeError, module.ZVaryingParameter_getBuffer,
+                          self.varying('w', 1, 1, 1, 5), geometry, *out)
 
 
 class Ownership(ParameterTest):
@@ -188,10 +158,7 @@ class Ownership(ParameterTest):
             function('setElement')(items, 1, first)
             self.assertEqual([of(get(i), kind, 'name') for i in (0, 1, 2, -1)],
                              [[u'a'], [u'a'], [u''], [u'']])
-            same = function('assign')(copy, items)
-            layouts = [harness.PointerObject.from_address(id(o)) for o in (copy, same)]
-            self.assertEqual([(l.ptr, l.own) for l in layouts],
-                             [(layouts[0].ptr, 1), (layouts[0].ptr, 0)])
+            function('assign')(copy, items)
             function('setLength')(items, 0)
             self.assertEqual(function('length')(copy), 2)
             self.assertEqual(of(first, kind, 'name'), [u'a'])

@@ -74,9 +74,8 @@ class Viewports(SceneTest):
     def test_virtual_calls_reach_the_subclass(self):
         r, m = self.renderer, module
         supports = m.ZViewportRenderer_nativelySupports
-        self.assertEqual([supports(r, m.ZViewportRenderer_kSoftware, 1.0),
-                          supports(r, m.ZViewportRenderer_kSoftware, 2),
-                          supports(r, m.ZViewportRenderer_kOpenGL, 1)], [True, False, False])
+        self.assertEqual([supports(r, m.ZViewportRenderer_kSoftware, version) for version in (1, 2)],
+                         [True, False])
         self.assertEqual([m.ZViewportRenderer_override(r, mode) for mode in range(4)],
                          [True, True, True, False])
         self.assertEqual(m.ZViewportRenderer_overrideThenStandardExclusion(r),
@@ -84,30 +83,20 @@ class Viewports(SceneTest):
         for step, count in (('initialize', 1), ('uninitialize', 0)):
             self.assertIs(getattr(m, 'ZViewportRenderer_' + step)(r), None)
             self.assertEqual(plugin.initialized_count(), count)
-        m.ZViewportRenderer_setUIName(r, u'Gem\xe4lde')
-        self.assertEqual((m.ZViewportRenderer_name(r), m.ZViewportRenderer_UIname(r)),
-                         (u'paint', u'Gem\xe4lde'))
 
     def test_a_script_draws(self):
         m = module
 
         def script(info):
             target = m.ZRenderingInfo_renderTarget(info)
-            camera = m.ZRenderingInfo_cameraPath(info)
-            view, projection = (m.ZRenderingInfo_viewMatrix(info),
-                                m.ZRenderingInfo_projectionMatrix(info))
+            camera, view = m.ZRenderingInfo_cameraPath(info), m.ZRenderingInfo_viewMatrix(info)
             self.assertTrue(core.ZMatrix_isEquivalent(
                 core.ZMatrix_inverse(view), core.ZDagPath_inclusiveMatrix(camera), 1e-9))
-            for borrowed in (target, camera, view, projection):
-                self.assertEqual(harness.PointerObject.from_address(id(borrowed)).own, 0)
-            self.assertEqual((m.ZRenderingInfo_width(info), m.ZRenderTarget_height(target)),
-                             (32, 16))
-            self.assertIs(type(m.ZRenderingInfo_renderingVersion(info)), float)
+            for borrowed in (target, camera, view):
+                self.assertFalse(borrowed.own())
             write = m.ZRenderTarget_writeColorBuffer
             self.assertIs(write(target, image(32, 16, b'\x00\x00\x80\xff')), None)
             write(target, image(4, 4, b'\xff\xff\xff\xff'), -2L, 14, [])
-            self.assert_fails(RuntimeError, 'no depth map', write, target, image(1, 1, b'abcd'),
-                              0, 0, 'true')
         self.script = script
         core.Viewports_render('paint', 32, 16, self.path('out.png'))
         self.assertIs(self.failure, None)
@@ -118,11 +107,10 @@ class Viewports(SceneTest):
             b'\xff' * 8 + b'\x00\x00\x80\xff' * 30))
 
     def test_failures_are_told(self):
-        render = core.Viewports_render
         self.script = lambda info: 1 / 0
-        self.assert_fails(RuntimeError, 'nothing was drawn', render, 'paint', 8, 8, '')
+        self.assert_fails(RuntimeError, 'nothing was drawn', core.Viewports_render, 'paint', 8, 8,
+                          '')
         self.assertIs(type(self.failure), ZeroDivisionError)
-        self.assert_fails(RuntimeError, 'no viewport renderer', render, '?', 8, 8, '')
 
 
 class Textures(SceneTest):
@@ -142,31 +130,24 @@ class Textures(SceneTest):
                 self.assert_fails(RuntimeError, 'no OpenGL', self.bind, source, kind, *image_type)
                 self.assertEqual(core.ZHwTextureTypeBuffer_get(kind, 0),
                                  core.ZImageFileInfo_kHwTexture2D)
-            self.assert_fails(ValueError, "invalid null reference in method "
-                              "'ZHwTextureManager_glBind', argument 2 of type "
-                              "'ZImageFileInfo::ZHwTextureType &'", self.bind, source, None)
         self.assertIs(module.ZHwTextureManager_textureFile(number, ''), None)  # no name
         module.ZHwTextureManager_deregisterTextureFile(number)
         self.assert_fails(RuntimeError, 'handle', self.bind, number, kind)
-        for bad, error in (('7', TypeError), (7.0, TypeError), (2 ** 31, OverflowError)):
-            self.assert_fails(error, "in method 'ZHwTextureManager_glBind', argument 1 of type "
-                              "'ZHwTextureFileHandle'", self.bind, bad, kind)
+        self.assert_fails(TypeError, "in method 'ZHwTextureManager_glBind', argument 1 of type "
+                          "'ZHwTextureFileHandle'", self.bind, 7.0, kind)
 
 
 class Overloads(unittest.TestCase):
     def test_prototypes(self):
         rest = 'ZImageFileInfo::ZHwTextureType &,ZImageFileInfo::ZImageType)'
-        renderer = '(ZRenderProfile %s*,ZRenderProfile::ZStandardRenderer)'
-        named = '(ZRenderProfile %s*,ZString const &,float)'
         profile = module.new_ZRenderProfile()
         for name, arguments, prototypes in (
                 ('ZHwTextureManager_glBind', (7, profile, 0, 0),
                  ('glBind(ZObject const &,' + rest, 'glBind(ZPlug const &,' + rest,
                   'ZHwTextureManager::glBind(ZHwTextureFileHandle const &,' + rest)),
-                ('ZRenderProfile_addRenderer', (profile,),
-                 ('addRenderer' + renderer % '', 'addRenderer' + named % '')),
                 ('ZRenderProfile_hasRenderer', (profile,),
-                 ('hasRenderer' + renderer % 'const ', 'hasRenderer' + named % 'const '))):
+                 ('hasRenderer(ZRenderProfile const *,ZRenderProfile::ZStandardRenderer)',
+                  'hasRenderer(ZRenderProfile const *,ZString const &,float)'))):
             with self.assertRaises(NotImplementedError) as caught:
                 getattr(module, name)(*arguments)
             self.assertEqual(str(caught.exception),

@@ -77,16 +77,8 @@ class Recorder {
     }
     ~Recorder() { calls += "~Recorder()"; }
 
-    // One argument of each type.
-    static void anInt(int v) { record("anInt", v); }
-    static void anUnsigned(unsigned int v) { record("anUnsigned", v); }
-    static void aShort(short v) { record("aShort", v); }
-    static void anUnsignedShort(unsigned short v) { record("anUnsignedShort", v); }
-    static void aFloat(float v) { record("aFloat", v); }
-    static void aDouble(double v) { record("aDouble", v); }
-    static void aBool(bool v) { record("aBool", v); }
+    // One argument.
     static void aBoolReference(bool const &v) { record("aBoolReference", v); }
-    static void aKind(Kind v) { record("aKind", static_cast<int>(v)); }
     static void aString(ZString const &v) { record("aString", v); }
     static void aStringReference(ZString &v) { record("aStringReference", v); }
     static void aStringValue(ZString v) { record("aStringValue", v); }
@@ -96,8 +88,7 @@ class Recorder {
     static void aValue(Item v) { record("aValue", v), ++v.number; }
     static void opaque(void const *v) { record("opaque", v); }
 
-    // All of them, and absent ones.
-    static void nothing() { record("nothing"); }
+    // All of them at once, and absent ones.
     static void everything(int a, unsigned int b, short c, unsigned short d, float e, double f,
                            bool g, Kind h, ZString const &i, char const *j, Item *k, Item const &l,
                            Item m, void const *n) {
@@ -149,25 +140,10 @@ class Recorder {
     int constant() const { return count; }
     void withDefault(Item const &a, bool b) const { record("withDefault", a, b); }
 
-    // Overloads: told apart by number, by the last argument, by the first.
-    static void byCount(int a) { record("byCount", a); }
-    static void byCount(int a, int b) { record("byCount", a, b); }
-    static void byCount(int a, int b, Item const &c, ZStatus *) { record("byCount", a, b, c); }
+    // Overloads that are told apart by the first argument.
     static void byFirst(Item const &a, int b, bool c) { record("byFirst Item", a, b, c); }
     static void byFirst(ZString *a, int b, bool c) { record("byFirst ZString", *a, b, c); }
     static void byFirst(Recorder &, int b, bool c) { record("byFirst Recorder", b, c); }
-    void byLast(double a, bool b) const { record("byLast bool", a, b); }
-    void byLast(double a, ZString const &b, bool c) const { record("byLast string", a, b, c); }
 
-    // Members.
-    bool flag = false;
-    unsigned short small = 0;
-    unsigned int large = 0;
-    float level = 0;
-    Kind kind = kNone;
-    ZString title;
-    Item item{1};
-    float *samples = nullptr;
-    void *data = nullptr;
     int count = 0;
 };

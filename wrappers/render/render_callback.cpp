@@ -28,6 +28,7 @@ struct Instance;
 template <>
 struct Argument<CallbackAndObject> : Argument<ZRenderCallback *> {
     PyObject *object = nullptr;
+    bool read_usual(PyObject *) = delete;
     int read(PyObject *given, int position) {
         object = given;
         return Argument<ZRenderCallback *>::read(given, position);
