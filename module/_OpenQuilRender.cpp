@@ -10,5 +10,7 @@ extern OPENQUIL_API const char ZApiVersion[];
 const char ZApiVersion[] = "201600";
 
 OPENQUIL_API void init_OpenQuilRender();
-void init_OpenQuilRender() { initialise_module("_OpenQuilRender"); }
+void init_OpenQuilRender() {
+    initialise_module("_OpenQuilRender");
+}
 }

@@ -6,9 +6,9 @@ import harness
 from harness import module, NOARGS, O, VARARGS
 
 CLASSES = ('RV_AOV', 'RV_PIXEL', 'ZGLFunctionTable', 'ZCommonRenderSettingsData', 'ZD3D9Renderer',
-           'ZDrawProcedureBase', 'ZFnImageSource', 'ZFnRenderLayer',
-           'ZFnRenderPass', 'ZLightLinks', 'ZGeometry', 'ZGeometryData', 'ZGeometryList',
-           'ZGeometryManager', 'ZGeometryPrimitive', 'ZGeometryRequirements', 'ZHardwareRenderer', 'ZHwTextureManager',
+           'ZDrawProcedureBase', 'ZFnImageSource', 'ZFnRenderLayer', 'ZFnRenderPass',
+           'ZLightLinks', 'ZGeometry', 'ZGeometryData', 'ZGeometryList', 'ZGeometryManager',
+           'ZGeometryPrimitive', 'ZGeometryRequirements', 'ZHardwareRenderer', 'ZHwTextureManager',
            'ZHwrCallback', 'ZRenderCallback', 'ZRenderData', 'ZRenderProfile', 'ZRenderShadowData',
            'ZRenderTarget', 'ZRenderUtil', 'ZRenderView', 'ZRenderingInfo', 'ZSwatchRenderBase',
            'ZSwatchRenderRegister', 'ZUniformParameter', 'ZUniformParameterList',
@@ -180,6 +180,13 @@ class RowTest(unittest.TestCase):
         found = dict((name, harness.definition(value).flags) for name, value in vars(module).items()
                      if name.startswith(prefixes) and callable(value))
         self.assertEqual(found, declared)
+
+    def test_totals(self):
+        rows = [harness.definition(value).flags for value in vars(module).values()
+                if type(value) is type(len)]
+        constants = [value for value in vars(module).values() if type(value) is int]
+        self.assertEqual((rows.count(VARARGS), rows.count(NOARGS), rows.count(O)), (1000, 41, 247))
+        self.assertEqual((len(rows), len(constants)), (1288, 1967))
 
     def test_constants(self):
         prefixes = tuple(c + '_' for c in CLASSES)
