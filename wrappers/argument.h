@@ -270,12 +270,7 @@ struct Argument<T> : ReferenceArgument<T> {
 /// at once and the call goes on with the string empty.
 struct StringArgument {
     ZString value;
-    int read(PyObject *object, int position) {
-        const TpythonObjectWithLock<TpythonLock> holder(object);
-        if (!holder.getValue(value))
-            raise_expected_string(position);
-        return SWIG_OK;
-    }
+    int read(PyObject *object, int position);
     void use_default(double) {}
     ZString &get() { return value; }
     static bool probe(PyObject *object) {

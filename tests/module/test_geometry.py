@@ -55,15 +55,6 @@ class Handles(GeometryTest):
         m.ZGeometryData_setCollectionNumber(copy, 3)
         self.assertEqual(m.ZGeometryData_collectionNumber(second), 3)
 
-    def test_handles_outlive_what_they_came_from(self):
-        sphere = m.ZGeometryManager_referenceDefaultGeometry(0, self.required)
-        kept = self.owned(m.new_ZGeometry(m.ZGeometryList_geometry(sphere)), 'ZGeometry')
-        m.ZGeometryManager_dereferenceDefaultGeometry(sphere)
-        position = self.owned(m.ZGeometry_position(kept), 'ZGeometryData')
-        last = 3 * m.ZGeometryData_elementCount(position)
-        data = (ctypes.c_float * last).from_address(int(m.ZGeometryData_data(position)))
-        self.assertEqual((data[1], data[last - 2]), (-1, 1))  # the poles
-
     def test_untyped_memory(self):
         position = self.owned(m.ZGeometry_position(self.geometry), 'ZGeometryData')
         data = m.ZGeometryData_data(position)

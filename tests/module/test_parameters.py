@@ -67,7 +67,8 @@ class Constructors(ParameterTest):
                 ((), [u'', 0, 0, 1, 1, None]), (('a', FLOAT, COLOR), [u'a', 3, 9, 1, 1, None]),
                 ((u'\xe4', FLOAT, COLOR, 4, 2, None), [u'\xe4', 3, 9, 4, 2, None])):
             self.assertEqual(of(self.uniform(*arguments), 'ZUniformParameter', *members), expected)
-        self.assert_raises(NotImplementedError, NO_UNIFORM, module.new_ZUniformParameter, 'a', FLOAT)
+        self.assert_raises(NotImplementedError, NO_UNIFORM, module.new_ZUniformParameter, 'a',
+                           FLOAT)
 
     def test_user_data_is_the_address_of_the_object(self):
         data = object()
@@ -110,7 +111,8 @@ class Getters(ParameterTest):
         for getter in GETTERS:
             name = 'ZUniformParameter_' + getter
             function = getattr(module, name)
-            self.assert_raises(NotImplementedError, NO_GETTER % ((getter,) * 3), function, parameter)
+            self.assert_raises(NotImplementedError, NO_GETTER % ((getter,) * 3), function,
+                               parameter)
             form = "in method '%s', argument 2 of type '%s const &'"
             self.assert_raises(TypeError, form % (name, 'ZHWRender::ZDrawContext'), function,
                                parameter, placeholder('ZGeometry'))
@@ -147,7 +149,7 @@ class Getters(ParameterTest):
 class Ownership(ParameterTest):
     def test_lists_hold_copies(self):
         for kind in 'ZUniformParameter', 'ZVaryingParameter':
-            items, copy = self.new(kind + 'List'), self.new(kind + 'List')
+            items = self.new(kind + 'List')
             function = lambda member: getattr(module, kind + 'List_' + member)
             get = lambda index: self.kept(kind, function('getElement')(items, index))
             made = getattr(module, 'new_' + kind)('a', FLOAT, COLOR)
@@ -158,9 +160,7 @@ class Ownership(ParameterTest):
             function('setElement')(items, 1, first)
             self.assertEqual([of(get(i), kind, 'name') for i in (0, 1, 2, -1)],
                              [[u'a'], [u'a'], [u''], [u'']])
-            function('assign')(copy, items)
             function('setLength')(items, 0)
-            self.assertEqual(function('length')(copy), 2)
             self.assertEqual(of(first, kind, 'name'), [u'a'])
 
 

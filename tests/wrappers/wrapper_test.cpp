@@ -104,12 +104,6 @@ void check(const Case (&cases)[count]) {
             << c.function << "(" << c.arguments << ")";
 }
 
-void add_pointer(const char *name, void *pointer, swig_type_info *type, int flags) {
-    PyObject *object = SWIG_Python_NewPointerObj(pointer, type, flags);
-    PyDict_SetItemString(names, name, object);
-    Py_DECREF(object);
-}
-
 class Interpreter : public testing::Environment {
   public:
     void SetUp() override {
@@ -121,7 +115,8 @@ class Interpreter : public testing::Environment {
         names = PyDict_Copy(PyModule_GetDict(module));
         PyDict_SetItemString(names, "__builtins__", PyEval_GetBuiltins());
         static ZString title("title");
-        add_pointer("z", &title, type_of<ZString>(), kBorrowed);
+        PyDict_SetItemString(names, "z",
+                             SWIG_Python_NewPointerObj(&title, type_of<ZString>(), kBorrowed));
         run("class Item(object):\n"
             "    __swig_destroy__ = delete_Item\n"
             "    def __init__(self, number): Item_swiginit(self, new_Item(number))\n"
