@@ -34,12 +34,7 @@ PROXY(ZGeometryData)
 
 CONSTRUCTOR(ZGeometry, ZGeometry(ZGeometry const &))
 DESTRUCTOR(ZGeometry)
-DESCRIBE_METHOD(ZGeometry, assign, ZGeometry &(ZGeometry const &))
-PyObject *_wrap_ZGeometry_assign(PyObject *, PyObject *arguments) {
-    return Method<ZGeometry, ZGeometry &(ZGeometry const &)>::call<METH_VARARGS>(
-        ZGeometry_assign, arguments, &ZGeometry::operator=);
-}
-ROW(ZGeometry_assign)
+ASSIGNMENT(ZGeometry)
 METHOD(ZGeometry, position, ZGeometryData())
 METHOD(ZGeometry, normal, ZGeometryData())
 METHOD(ZGeometry, componentId, ZGeometryData())
