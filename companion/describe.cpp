@@ -53,11 +53,13 @@ static std::string member_of(const Function &function) {
 }
 
 static Json describe_case(const Function &function) {
-    const int default_count = function.max - function.min;
-    return {{"declaration", function.declaration()},
+    std::vector<int> defaults;
+    for (int i = function.min; i < function.max; ++i)
+        defaults.push_back(function.default_of(i));
+    return {{"declaration", function.declaration},
             {"min", function.min},
             {"max", function.max},
-            {"defaults", std::vector<int>(function.defaults, function.defaults + default_count)}};
+            {"defaults", defaults}};
 }
 
 static Json describe_row(const Function &function) {
@@ -66,7 +68,7 @@ static Json describe_row(const Function &function) {
         overloads.push_back(describe_case(*overload));
     if (overloads.empty())
         overloads.push_back(describe_case(function));
-    return {{"name", function.name()},
+    return {{"name", function.name},
             {"kind", name_of(function.kind)},
             {"class", function.owner()},
             {"member", has_member(function.kind) ? member_of(function) : ""},
@@ -93,6 +95,7 @@ static Json describe_constants() {
 /// The types, each with the types that its pointers convert to.
 static Json describe_types() {
     std::map<std::string_view, std::set<std::string_view>> bases;
+    make_initial_cast_lists();
     for (size_t i = 0; i < swig_module.size; ++i)
         for (const swig_cast_info *entry = swig_cast_initial[i]; entry->type; ++entry)
             if (entry->type != swig_type_initial[i])

@@ -39,13 +39,9 @@ PyObject *make_text(PyObject *object) {
     return PyObject_Unicode(object);
 }
 
-/// The object's text as a new reference to a unicode object, or null. The error indicator is left
-/// as it was found: an earlier argument of the same call may have left its error there on purpose.
+/// The same, or null, with the error indicator as it was found: an earlier argument of the same
+/// call may have left its error there on purpose.
 PyObject *text_of(PyObject *object) {
-    if (PyUnicode_Check(object)) {
-        Py_INCREF(object);
-        return object;
-    }
     PyObject *type, *value, *traceback;
     PyErr_Fetch(&type, &value, &traceback);
     PyObject *text = make_text(object);
@@ -78,6 +74,8 @@ bool Holder::getValue(Tstring &out) const {
         return false;
     // One lock for the whole read: it is all that makes the shared conversion buffer safe.
     TpythonLock lock(kPythonLock);
+    if (PyUnicode_Check(fObject)) // no script runs meanwhile, so the holder's reference is enough
+        return copy_text(fObject, out);
     Py_INCREF(fObject);
     const swig::SwigPtr_PyObject object(fObject);
     const swig::SwigPtr_PyObject text(text_of(object.get()));

@@ -1,5 +1,5 @@
-// The type table of one module, as constant data: compiled once for every module, against its own
-// class_types.def.
+// The type table of one module, most of it constant data: compiled once for every module, against
+// its own class_types.def.
 
 #include "runtime/module_types.h"
 
@@ -20,9 +20,26 @@
 
 namespace {
 
+constinit std::array<swig_type_info, kTypeCount> records = {{
+#define TYPE(id, readable, bases, ...) {#id, readable, nullptr, nullptr, nullptr, 0},
+#include "runtime/types.def"
+}};
+
+constexpr const char *names[kTypeCount] = {
+#define TYPE(id, readable, bases, ...) #id,
+#include "runtime/types.def"
+};
+
+constexpr bool is_sorted() {
+    for (int i = 1; i < kTypeCount; ++i)
+        if (std::string_view(names[i - 1]) >= names[i])
+            return false;
+    return true;
+}
+static_assert(is_sorted(), "lookup by name is a binary search: keep class_types.def in byte order");
+
+/// The converters of one type.
 struct Line {
-    const char *name;
-    const char *readable;
     swig_converter_func to_fn_base;
     swig_converter_func to_node_base;
 };
@@ -31,26 +48,9 @@ constexpr Line lines[kTypeCount] = {
 #define BASES_NO_BASE(id) nullptr, nullptr
 #define BASES_FN_BASE(id) id##To_p_ZFnBase, nullptr
 #define BASES_NODE_BASE(id) id##To_p_ZFnBase, id##To_p_ZFnDependencyNode
-#define TYPE(id, readable, bases, ...) {#id, readable, BASES_##bases(id)},
+#define TYPE(id, readable, bases, ...) {BASES_##bases(id)},
 #include "runtime/types.def"
 };
-
-constexpr bool is_sorted() {
-    for (int i = 1; i < kTypeCount; ++i)
-        if (std::string_view(lines[i - 1].name) >= lines[i].name)
-            return false;
-    return true;
-}
-static_assert(is_sorted(), "lookup by name is a binary search: keep class_types.def in byte order");
-
-constexpr std::array<swig_type_info, kTypeCount> make_records() {
-    std::array<swig_type_info, kTypeCount> result{};
-    for (int i = 0; i < kTypeCount; ++i)
-        result[i] = {lines[i].name, lines[i].readable, nullptr, nullptr, nullptr, 0};
-    return result;
-}
-
-constinit std::array<swig_type_info, kTypeCount> records = make_records();
 
 /// How a line's pointers convert to the type at `target`; null when they do not.
 constexpr swig_converter_func converter_to(int target, const Line &line) {
@@ -72,27 +72,7 @@ constexpr int kEntryCount = 2 * kTypeCount + conversion_count();
 
 /// All initial cast lists one behind the other: each has the type itself, the types that convert
 /// to it, and an entry without a type.
-struct CastLists {
-    std::array<swig_cast_info, kEntryCount> entries{};
-    std::array<int, kTypeCount> start{};
-};
-
-constexpr CastLists make_cast_lists() {
-    CastLists result;
-    int end = 0;
-    for (int target = 0; target < kTypeCount; ++target) {
-        result.start[target] = end;
-        result.entries[end++] = {&records[target], nullptr, nullptr, nullptr};
-        for (int source = 0; source < kTypeCount; ++source)
-            if (swig_converter_func converter = converter_to(target, lines[source]))
-                result.entries[end++] = {&records[source], converter, nullptr, nullptr};
-        ++end;
-    }
-    return result;
-}
-
-constexpr std::array<int, kTypeCount> list_start = make_cast_lists().start;
-constinit std::array<swig_cast_info, kEntryCount> list_entries = make_cast_lists().entries;
+constinit std::array<swig_cast_info, kEntryCount> list_entries{};
 
 } // namespace
 
@@ -103,10 +83,20 @@ constinit swig_type_info *swig_type_initial[] = {
 #include "runtime/types.def"
 };
 
-constinit swig_cast_info *swig_cast_initial[] = {
-#define TYPE(id, readable, bases, ...) &list_entries[list_start[k##id]],
-#include "runtime/types.def"
-};
+constinit swig_cast_info *swig_cast_initial[kTypeCount] = {};
+
+// Made on initialisation: as data they would be a fortieth of the module.
+void make_initial_cast_lists() {
+    swig_cast_info *entry = list_entries.data();
+    for (int target = 0; target < kTypeCount; ++target) {
+        swig_cast_initial[target] = entry;
+        *entry++ = {&records[target], nullptr, nullptr, nullptr};
+        for (int source = 0; source < kTypeCount; ++source)
+            if (swig_converter_func converter = converter_to(target, lines[source]))
+                *entry++ = {&records[source], converter, nullptr, nullptr};
+        ++entry;
+    }
+}
 
 constinit swig_module_info swig_module = {swig_types, kTypeCount, nullptr,
                                           nullptr,    nullptr,    nullptr};

@@ -158,6 +158,7 @@ bool has_alternative(const char *alternatives, std::string_view name) {
 void SWIG_InitializeModule() {
     const bool first_time = !swig_module.next;
     if (first_time) {
+        make_initial_cast_lists();
         swig_module.type_initial = swig_type_initial;
         swig_module.cast_initial = swig_cast_initial;
         swig_module.next = &swig_module;

@@ -59,6 +59,8 @@ static_assert(offsetof(swig_module_info, next) == 16 &&
 extern swig_module_info swig_module;
 extern swig_type_info *swig_type_initial[];
 extern swig_cast_info *swig_cast_initial[];
+/// Fills swig_cast_initial, once in the process.
+void make_initial_cast_lists();
 
 /// Joins swig_module to the interpreter's ring (making the ring when there is none) and, the first
 /// time in the process, chooses the record of each type and links the cast lists.

@@ -43,7 +43,7 @@ struct Embedded;
 
 template <>
 struct Argument<int> {
-    int value = 0;
+    int value;
     [[gnu::always_inline]] bool read_usual(PyObject *object) {
         return PyInt_CheckExact(object) &&
                (value = static_cast<int>(PyInt_AS_LONG(object))) == PyInt_AS_LONG(object);
@@ -72,7 +72,7 @@ struct Argument<T> : Argument<int> {
 
 template <>
 struct Argument<unsigned int> {
-    unsigned int value = 0;
+    unsigned int value;
     [[gnu::always_inline]] bool read_usual(PyObject *object) {
         return PyInt_CheckExact(object) &&
                (value = static_cast<unsigned int>(PyInt_AS_LONG(object))) == PyInt_AS_LONG(object);
@@ -85,7 +85,7 @@ struct Argument<unsigned int> {
 
 template <>
 struct Argument<long> {
-    long value = 0;
+    long value;
     int read(PyObject *object, int) { return SWIG_AsVal_long(object, &value); }
     void use_default(double d) { value = static_cast<long>(d); }
     long get() const { return value; }
@@ -116,7 +116,7 @@ struct Argument<T> {
 
 template <>
 struct Argument<double> {
-    double value = 0;
+    double value;
     [[gnu::always_inline]] bool read_usual(PyObject *object) {
         if (!PyFloat_CheckExact(object))
             return false;
@@ -131,7 +131,7 @@ struct Argument<double> {
 
 template <>
 struct Argument<float> {
-    double value = 0;
+    double value;
     [[gnu::always_inline]] bool read_usual(PyObject *object) {
         if (!PyFloat_CheckExact(object))
             return false;
@@ -153,7 +153,7 @@ struct Argument<float> {
 
 template <>
 struct Argument<bool> {
-    bool value = false;
+    bool value;
     [[gnu::always_inline]] bool read_usual(PyObject *object) {
         value = object == Py_True;
         return value || object == Py_False;
@@ -182,7 +182,7 @@ concept HasRecord = type_index<std::remove_cv_t<T>>
 
 template <class T>
 struct PointerArgument {
-    void *pointer = nullptr;
+    void *pointer;
     [[gnu::always_inline]] bool read_usual(PyObject *object) {
         if (!is_bare_pointer(object, type_of<std::remove_cv_t<T>>()))
             return false;
@@ -192,7 +192,7 @@ struct PointerArgument {
     int read(PyObject *object, int) {
         return SWIG_Python_ConvertPtrAndOwn(object, &pointer, type_of<std::remove_cv_t<T>>(), 0);
     }
-    void use_default(double) {}
+    void use_default(double) { pointer = nullptr; }
     static bool probe(PyObject *object) {
         return SWIG_Python_ConvertPtrAndOwn(object, nullptr, type_of<std::remove_cv_t<T>>(), 0) >=
                0;
@@ -301,12 +301,16 @@ struct Argument<char const *> {
 template <class T>
 requires std::is_void_v<T>
 struct Argument<T *> {
-    PyObject *object = nullptr;
-    int read(PyObject *given, int) {
+    PyObject *object;
+    [[gnu::always_inline]] bool read_usual(PyObject *given) {
         object = given == Py_None ? nullptr : given;
+        return true;
+    }
+    int read(PyObject *given, int) {
+        read_usual(given);
         return SWIG_OK;
     }
-    void use_default(double) {}
+    void use_default(double) { object = nullptr; }
     void *get() const { return object; }
     static bool probe(PyObject *) { return true; }
 };
@@ -314,12 +318,12 @@ struct Argument<T *> {
 /// Any Python object (borrowed), as it is.
 template <>
 struct Argument<PyObject *> {
-    PyObject *object = nullptr;
+    PyObject *object;
     int read(PyObject *given, int) {
         object = given;
         return SWIG_OK;
     }
-    void use_default(double) {}
+    void use_default(double) { object = nullptr; }
     PyObject *get() const { return object; }
     static bool probe(PyObject *) { return true; }
 };

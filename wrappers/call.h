@@ -7,18 +7,11 @@
 #include "wrappers/argument.h"
 #include "wrappers/result.h"
 
-#include <initializer_list>
-#include <tuple>
-
-/// Number of arguments given, or -1 with an exception set.
-inline Py_ssize_t argument_count(const Function &function, PyObject *arguments) {
-    if (arguments && PyTuple_Check(arguments)) [[likely]] {
-        const Py_ssize_t count = PyTuple_GET_SIZE(arguments);
-        if (count >= function.min && count <= function.max) [[likely]]
-            return count;
-    }
-    return raise_argument_count(function, arguments);
-}
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <new>
+#include <utility>
 
 template <class T>
 inline constexpr bool is_hidden_status = std::is_same_v<T, ZStatus *>;
@@ -44,37 +37,105 @@ inline constexpr Probe probes_of[] = {nullptr};
 template <class... A>
 inline constexpr Probe probes_of<Pack<A...>>[] = {probe_of<A>()..., nullptr};
 
-/// Reads one argument, whatever it is. Out of line: wrappers with the same type of parameter share
-/// this, and hold what is usual themselves.
+/// Reads one argument into its cell, or takes its default where it is absent. Wrappers with the
+/// same type of parameter share this, and may read what is usual themselves.
 template <class T>
-[[gnu::noinline]] bool read_any(Argument<T> &argument, const Function &function, PyObject *object,
-                                int index) {
+bool read_cell(void *cell, const Function &function, PyObject *object, int index) {
+    auto &argument = *static_cast<Argument<T> *>(cell);
+    if (!object) {
+        argument.use_default(function.default_of(index));
+        return true;
+    }
     const int code = argument.read(object, index + 1);
     return code >= 0 || raise_argument(function, index + 1, code);
 }
+
+template <class T>
+constexpr Reader reader_of() {
+    if constexpr (is_hidden_status<T>)
+        return nullptr;
+    else
+        return &read_cell<T>;
+}
+template <class... A>
+inline constexpr Reader readers_of[] = {reader_of<A>()...};
+
+template <class T>
+inline constexpr bool has_usual = requires(Argument<T> argument, PyObject *object) {
+    argument.read_usual(object);
+};
 
 /// Most parameters of a wrapper that reads the usual objects itself. Longer ones are rarer, and
 /// spend their time in the host.
 inline constexpr int kMaxUsualParameters = 6;
 
-/// Reads one argument, or takes its default where it is absent.
-template <bool may_be_absent, bool reads_usual, class T>
-[[gnu::always_inline]] inline bool read_argument(Argument<T> &argument, const Function &function,
-                                                 PyObject *object, int index) {
-    if constexpr (is_hidden_status<T>) {
+/// True for wrappers with a way of their own for the usual objects.
+template <class... A>
+inline constexpr bool reads_usual = parameter_count<A...> <= kMaxUsualParameters &&
+                                    (... && (is_hidden_status<A> || has_usual<A>));
+
+/// Size of the cells that hold any of these arguments.
+template <class... A>
+inline constexpr size_t cell_size = std::max({size_t{8},
+                                              is_hidden_status<A> ? 0 : sizeof(Argument<A>)...});
+
+/// An argument with room behind it.
+template <class T, size_t size>
+union Cell {
+    Argument<T> argument;
+    std::byte room[size];
+    Cell() { new (&argument) Argument<T>; }
+    ~Cell() { std::destroy_at(&argument); }
+};
+
+/// The arguments of one call, in cells of equal size for the loop that reads them.
+template <size_t size, class... A>
+struct Cells {};
+template <size_t size, class First, class... Rest>
+struct Cells<size, First, Rest...> {
+    Cell<First, size> first;
+    [[no_unique_address]] Cells<size, Rest...> rest;
+};
+template <int index>
+[[gnu::always_inline]] inline auto &cell_at(auto &cells) {
+    if constexpr (index == 0)
+        return cells.first.argument;
+    else
+        return cell_at<index - 1>(cells.rest);
+}
+
+/// True when the object is of the kind that the argument usually gets, and was read.
+template <class T>
+[[gnu::always_inline]] inline bool read_usual(Argument<T> &argument, PyObject *arguments,
+                                              int index) {
+    if constexpr (is_hidden_status<T>)
         return true;
+    else
+        return argument.read_usual(PyTuple_GET_ITEM(arguments, index));
+}
+
+/// Reads all arguments into their cells: false with an exception set. The usual objects, all of
+/// them, are read on the spot; anything else goes from the start through the shared loop.
+template <int flags, class... A, size_t size, int... i>
+[[gnu::always_inline]] inline bool read_cells(const Function &function, PyObject *arguments,
+                                              Cells<size, A...> &cells,
+                                              std::integer_sequence<int, i...>) {
+    if constexpr (flags == METH_NOARGS) {
+        return !arguments || argument_count(function, arguments) == 0;
+    } else if constexpr (flags == METH_O) {
+        if (!arguments)
+            return false;
+        if constexpr (reads_usual<A...>)
+            if (cells.first.argument.read_usual(arguments)) [[likely]]
+                return true;
+        return readers_of<A...>[0](&cells, function, arguments, 0);
     } else {
-        if constexpr (may_be_absent) {
-            if (!object) {
-                argument.use_default(function.defaults[index - function.min]);
+        if constexpr (reads_usual<A...>)
+            if (arguments && PyTuple_Check(arguments) &&
+                PyTuple_GET_SIZE(arguments) == parameter_count<A...> &&
+                (read_usual<A>(cell_at<i>(cells), arguments, i) && ...)) [[likely]]
                 return true;
-            }
-        }
-        if constexpr (reads_usual && requires { argument.read_usual(object); }) {
-            if (argument.read_usual(object)) [[likely]]
-                return true;
-        }
-        return read_any(argument, function, object, index);
+        return read_arguments(function, arguments, readers_of<A...>, &cells, size);
     }
 }
 
@@ -92,37 +153,15 @@ bool report_status(Argument<T> &argument) {
 }
 
 /// Converts the arguments to A... and hands them to `invoke`, which makes the result object.
-template <int shape, class... A, class Invoke>
+template <int flags, class... A, class Invoke>
 [[gnu::always_inline]] inline PyObject *with_arguments(const Function &function,
                                                        PyObject *arguments, Invoke invoke) {
-    constexpr int flags = shape & ~kAllGiven;
-    constexpr bool may_be_absent = !(shape & kAllGiven);
-    constexpr bool reads_usual = sizeof...(A) <= kMaxUsualParameters;
-    [[maybe_unused]] Py_ssize_t count = 0;
-    if constexpr (flags == METH_O) {
-        if (!arguments)
+    return [&]<int... i>(std::integer_sequence<int, i...> indices)->PyObject * {
+        Cells<cell_size<A...>, A...> cells;
+        if (!read_cells<flags>(function, arguments, cells, indices))
             return nullptr;
-    } else if (flags != METH_NOARGS || arguments) {
-        count = argument_count(function, arguments);
-        if (count < 0)
-            return nullptr;
-    }
-    const auto object_at = [&](int index) -> PyObject * {
-        if constexpr (flags == METH_O)
-            return arguments;
-        else if constexpr (may_be_absent)
-            return index < count ? PyTuple_GET_ITEM(arguments, index) : nullptr;
-        else // a hidden status stands behind the last argument
-            return index < parameter_count<A...> ? PyTuple_GET_ITEM(arguments, index) : nullptr;
-    };
-    return [&]<int... i>(std::integer_sequence<int, i...>)->PyObject * {
-        std::tuple<Argument<A>...> values;
-        if (!(read_argument<may_be_absent, reads_usual, A>(std::get<i>(values), function,
-                                                           object_at(i), i) &&
-              ...))
-            return nullptr;
-        PyObject *result = invoke(std::get<i>(values)...);
-        return (report_status<A>(std::get<i>(values)) && ...) ? result : nullptr;
+        PyObject *result = invoke(cell_at<i>(cells)...);
+        return (report_status<A>(cell_at<i>(cells)) && ...) ? result : nullptr;
     }
     (std::make_integer_sequence<int, sizeof...(A)>());
 }
@@ -137,29 +176,36 @@ PyObject *result_of(Call call) {
     }
 }
 
+/// The defaults of a row's last parameters.
+consteval auto defaults_of(auto... values) {
+    return std::array<signed char, sizeof...(values)>{static_cast<signed char>(values)...};
+}
+
 /// A description. The parameters are those that Python sees, the object first, and the hidden
 /// status; a case of an overloaded function has probes.
-template <class... A>
-consteval Function describe(Pack<A...>, Kind kind, const char *text, size_t owner_size,
-                            PyCFunction native, const Probe *probes = nullptr,
-                            std::initializer_list<signed char> defaults = {}) {
+template <class... A, class Probes = std::nullptr_t, size_t default_count = 0>
+consteval auto describe(Pack<A...>, Kind kind, const char *name, const char *declaration,
+                        size_t owner_size, PyCFunction native,
+                        [[maybe_unused]] Probes probes = nullptr,
+                        [[maybe_unused]] std::array<signed char, default_count> defaults = {}) {
     constexpr int count = parameter_count<A...>;
-    static_assert(count <= kMaxParameters);
-    const auto default_count = static_cast<int>(defaults.size());
-    Function function{};
-    function.text = text;
+    static_assert(count <= kMaxParameters && default_count <= kMaxDefaults);
+    constexpr bool is_plain = std::is_null_pointer_v<Probes> && default_count == 0;
+    std::conditional_t<is_plain, Function, DetailedFunction> function{};
+    function.name = name;
+    function.declaration = declaration;
     function.native = native;
-    function.probes = probes;
     function.kind = kind;
     function.owner_size = static_cast<unsigned char>(owner_size);
     function.max = count;
-    function.min = static_cast<unsigned char>(count - default_count);
+    function.min = count - default_count;
     function.flags = count == 0                         ? METH_NOARGS
                      : count == 1 && default_count == 0 ? METH_O
                                                         : METH_VARARGS;
-    int i = 0;
-    for (signed char value : defaults)
-        function.defaults[i++] = value;
+    if constexpr (!is_plain) {
+        function.probes = probes;
+        std::ranges::copy(defaults, function.defaults);
+    }
     return function;
 }
 
@@ -170,10 +216,10 @@ struct Static;
 template <class R, class... A>
 struct Static<R(A...)> {
     using Parameters = Pack<A...>;
-    template <int shape>
+    template <int flags>
     [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
                                             R (*target)(A...)) {
-        return with_arguments<shape, A...>(function, arguments, [=](Argument<A> &...values) {
+        return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
             return result_of<R>([&]() -> R { return target(values.get()...); });
         });
     }
@@ -183,10 +229,10 @@ struct Static<R(A...)> {
 template <class Object, class Target, class R, class... A>
 struct MethodCall {
     using Parameters = Pack<Object *, A...>;
-    template <int shape>
+    template <int flags>
     [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
                                             Target target) {
-        return with_arguments<shape, Object *, A...>(
+        return with_arguments<flags, Object *, A...>(
             function, arguments, [=](Argument<Object *> &self, Argument<A> &...values) {
                 return result_of<R>([&]() -> R { return (self.get()->*target)(values.get()...); });
             });
@@ -217,11 +263,11 @@ struct Extension;
 template <class Object, class R, class... A>
 struct Extension<Object, R(A...)> {
     using Parameters = Pack<Embedded<Object>, A...>;
-    template <int shape, class Result = R>
+    template <int flags, class Result = R>
     [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
                                             Result (*target)(Object &, A...)) {
         static_assert(std::is_same_v<Result, R> || std::is_same_v<Result, PyObject *>);
-        return with_arguments<shape, Embedded<Object>, A...>(
+        return with_arguments<flags, Embedded<Object>, A...>(
             function, arguments, [=](Argument<Embedded<Object>> &self, Argument<A> &...values) {
                 return lacks_text<A...>() ? nullptr : result_of<Result>([&]() -> Result {
                     return target(self.get(), values.get()...);
@@ -239,9 +285,9 @@ struct Constructor;
 template <class Object, class... A>
 struct Constructor<Object(A...)> {
     using Parameters = Pack<A...>;
-    template <int shape>
+    template <int flags>
     [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments) {
-        return with_arguments<shape, A...>(function, arguments, [](Argument<A> &...values) {
+        return with_arguments<flags, A...>(function, arguments, [](Argument<A> &...values) {
             auto *object = new Object(values.get()...);
             PyObject *result = SWIG_Python_NewPointerObj(object, type_of<Object>(), kConstructed);
             if (!result)
@@ -250,10 +296,10 @@ struct Constructor<Object(A...)> {
         });
     }
     /// With a function that makes the pointer object.
-    template <int shape>
+    template <int flags>
     [[gnu::noinline]] static PyObject *make(const Function &function, PyObject *arguments,
                                             PyObject *(*maker)(A...)) {
-        return with_arguments<shape, A...>(function, arguments, [=](Argument<A> &...values) {
+        return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
             return lacks_text<A...>() ? nullptr : maker(values.get()...);
         });
     }
@@ -300,21 +346,21 @@ struct Member {
 
 /// The description of the row in front of overloads.
 template <size_t count>
-consteval Function describe_dispatcher(const char *text, PyCFunction native,
-                                       const Function *const (&overloads)[count]) {
-    Function function = *overloads[0];
-    function.text = text;
+consteval Dispatcher describe_dispatcher(const char *name, PyCFunction native,
+                                         const Function *const (&overloads)[count]) {
+    Dispatcher function{*overloads[0], overloads};
+    function.name = name;
+    function.declaration = "";
     function.native = native;
-    function.overloads = overloads;
-    function.overload_count = count;
+    function.is_dispatcher = true;
     function.flags = METH_VARARGS;
     return function;
 }
 
 /// The description of a function of the proxy protocol.
-consteval Function describe_proxy_row(Kind kind, const char *text, size_t owner_size,
+consteval Function describe_proxy_row(Kind kind, const char *name, size_t owner_size,
                                       PyCFunction native) {
-    Function function = describe(Pack<>(), kind, text, owner_size, native);
+    Function function = describe(Pack<>(), kind, name, "", owner_size, native);
     function.flags = METH_VARARGS;
     return function;
 }

@@ -59,7 +59,7 @@ class ParameterTypes {
 };
 
 bool is_const(const Function &function) {
-    return std::string_view(function.declaration()).ends_with("const");
+    return std::string_view(function.declaration).ends_with("const");
 }
 
 void add_object_type(Message &message, const Function &function) {
@@ -71,7 +71,7 @@ void add_parameter_type(Message &message, const Function &function, int position
                         bool named_by_value) {
     if (function.has_object() && position-- == 1)
         return add_object_type(message, function);
-    ParameterTypes types(function.declaration());
+    ParameterTypes types(function.declaration);
     std::string_view type;
     while (position-- > 0)
         types.next(type);
@@ -95,7 +95,7 @@ void add_prototype(Message &message, const Function &function, bool is_last) {
         add_object_type(message, function);
         separator = ",";
     }
-    ParameterTypes types(function.declaration());
+    ParameterTypes types(function.declaration);
     for (std::string_view type; types.next(type); separator = ",") {
         message.add(separator);
         message.add(type);
@@ -107,11 +107,15 @@ bool takes(const Function &function, Py_ssize_t count) {
     return count >= function.min && count <= function.max;
 }
 
+Probe probe_at(const Function &overload, Py_ssize_t i) {
+    return static_cast<const DetailedFunction &>(overload).probes[i];
+}
+
 /// True when some other candidate would look at this argument differently.
 bool tells_apart(std::span<const Function *const> candidates, const Function &function,
                  Py_ssize_t i) {
     for (const Function *other : candidates)
-        if (other->probes[i] != function.probes[i])
+        if (probe_at(*other, i) != probe_at(function, i))
             return true;
     return false;
 }
@@ -120,7 +124,7 @@ bool fits(std::span<const Function *const> candidates, const Function &function,
           PyObject *arguments) {
     for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(arguments); ++i)
         if (tells_apart(candidates, function, i) &&
-            !function.probes[i](PyTuple_GET_ITEM(arguments, i)))
+            !probe_at(function, i)(PyTuple_GET_ITEM(arguments, i)))
             return false;
     return true;
 }
@@ -147,30 +151,40 @@ size_t prefix_size(Kind kind) {
 
 } // namespace
 
-const char *Function::declaration() const {
-    return text + std::strlen(text) + 1;
-}
-
 std::string_view Function::owner() const {
-    return {text + prefix_size(kind), owner_size};
+    return {name + prefix_size(kind), owner_size};
 }
 
 std::string_view Function::member() const {
     if (kind == Kind::Constructor || kind == Kind::Destructor || kind == Kind::Disown)
         return owner();
-    return owner_size ? text + owner_size + 1 : text;
+    return owner_size ? name + owner_size + 1 : name;
 }
 
 std::span<const Function *const> Function::cases() const {
-    return overload_count ? std::span(overloads, overload_count)
-                          : std::span<const Function *const>();
+    return is_dispatcher ? static_cast<const Dispatcher *>(this)->overloads
+                         : std::span<const Function *const>();
 }
 
 Py_ssize_t raise_argument_count(const Function &function, PyObject *arguments) {
     PyObject *objects[kMaxParameters];
-    return SWIG_Python_UnpackTuple(arguments, function.name(), function.min, function.max,
-                                   objects) -
+    return SWIG_Python_UnpackTuple(arguments, function.name, function.min, function.max, objects) -
            1;
+}
+
+bool read_arguments(const Function &function, PyObject *arguments, const Reader *readers,
+                    void *cells, size_t size) {
+    const Py_ssize_t count = argument_count(function, arguments);
+    if (count < 0)
+        return false;
+    char *cell = static_cast<char *>(cells);
+    int i = 0;
+    for (; i < count; ++i, cell += size)
+        if (!readers[i](cell, function, PyTuple_GET_ITEM(arguments, i), i))
+            return false;
+    for (; i < function.max; ++i, cell += size)
+        readers[i](cell, function, nullptr, i);
+    return true;
 }
 
 bool raise_argument(const Function &function, int position, int code) {
@@ -182,7 +196,7 @@ bool raise_argument(const Function &function, int position, int code) {
     Message message;
     if (code == kNullReference)
         message.add("invalid null reference ");
-    message.format("in method '%s', argument %d of type '", function.name(), position);
+    message.format("in method '%s', argument %d of type '", function.name, position);
     add_parameter_type(message, function, position, named_by_value);
     message.add("'");
     const int type = code == kNullReference ? SWIG_ValueError
@@ -200,7 +214,7 @@ PyObject *raise_no_overload(std::span<const Function *const> overloads) {
     Message message;
     message.format("Wrong number or type of arguments for overloaded function '%s'.\n"
                    "  Possible C/C++ prototypes are:\n",
-                   overloads.front()->name());
+                   overloads.front()->name);
     for (const Function *function : overloads)
         add_prototype(message, *function, function == overloads.back());
     PyErr_SetString(PyExc_NotImplementedError, message.text());

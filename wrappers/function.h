@@ -28,33 +28,19 @@ inline constexpr int kMaxParameters = 16;
 /// Most parameters with a default.
 inline constexpr int kMaxDefaults = 6;
 
-/// Added to the flags in Function::shape().
-inline constexpr int kAllGiven = 0x100;
-
-/// One native function. There are well over a thousand of them, and what weighs in the module are
-/// the pointers, which the loader has to relocate: hence one text for name and declaration.
+/// One native function. There are well over a thousand of them: what only a few need stands in
+/// the types below.
 struct Function {
-    const char *text;   ///< the Python name, a null character, the declared type
-    PyCFunction native; ///< "_wrap_" and the Python name
-    union {
-        const Probe
-            *probes; ///< of a case, one per parameter; null for a function without overloads
-        const Function *const *overloads; ///< of a dispatcher, which has a count of them
-    };
+    const char *name;        ///< the Python name, used in every message
+    const char *declaration; ///< the type, as in the row: "ZStatus(unsigned int, bool) const"
+    PyCFunction native;      ///< "_wrap_" and the Python name
     Kind kind;
+    bool is_dispatcher;
     unsigned char owner_size; ///< characters of the class's name
-    unsigned char overload_count;
-    unsigned char min;                  ///< parameters without a default, the object included
-    unsigned char max;                  ///< all parameters, but not a hidden status
-    unsigned char flags;                ///< METH_NOARGS, METH_O or METH_VARARGS
-    signed char defaults[kMaxDefaults]; ///< of the last max - min parameters
+    unsigned char min;        ///< parameters without a default, the object included
+    unsigned char max;        ///< all parameters, but not a hidden status
+    unsigned char flags;      ///< METH_NOARGS, METH_O or METH_VARARGS
 
-    /// What the code of a call depends on: the flags, and whether no argument may be absent.
-    constexpr int shape() const { return flags | (min == max ? kAllGiven : 0); }
-    /// The Python name, used in every message.
-    const char *name() const { return text; }
-    /// The declared type, as written in the row: "ZStatus(unsigned int, bool) const".
-    const char *declaration() const;
     /// The class, as spelled in C++; empty for functions without one.
     std::string_view owner() const;
     /// "member" of "Class_member"; constructors go by the name of their class.
@@ -63,9 +49,26 @@ struct Function {
     bool has_object() const {
         return kind == Kind::Method || kind == Kind::Setter || kind == Kind::Getter;
     }
+    /// Of a parameter that has a default.
+    signed char default_of(int index) const;
     /// The cases behind a dispatcher; none otherwise.
     std::span<const Function *const> cases() const;
 };
+
+/// A function with defaults, or a case of an overloaded one.
+struct DetailedFunction : Function {
+    const Probe *probes;                ///< of a case, one per parameter
+    signed char defaults[kMaxDefaults]; ///< of the last max - min parameters
+};
+
+/// The function in front of overloads.
+struct Dispatcher : Function {
+    std::span<const Function *const> overloads;
+};
+
+inline signed char Function::default_of(int index) const {
+    return static_cast<const DetailedFunction *>(this)->defaults[index - min];
+}
 
 /// One row of the method table: a function, or the dispatcher of its overloads.
 using Row = const Function *;
@@ -74,6 +77,24 @@ using Row = const Function *;
 
 /// Wrong number of arguments, or no tuple: returns -1.
 Py_ssize_t raise_argument_count(const Function &function, PyObject *arguments);
+
+/// Number of arguments given, or -1 with an exception set.
+inline Py_ssize_t argument_count(const Function &function, PyObject *arguments) {
+    if (arguments && PyTuple_Check(arguments)) [[likely]] {
+        const Py_ssize_t count = PyTuple_GET_SIZE(arguments);
+        if (count >= function.min && count <= function.max) [[likely]]
+            return count;
+    }
+    return raise_argument_count(function, arguments);
+}
+
+/// Reads one argument into its cell, or its default where it is null: false with an exception set.
+using Reader = bool (*)(void *cell, const Function &function, PyObject *object, int index);
+
+/// Reads all arguments with a reader for each, into cells of `size` bytes: false with an exception
+/// set.
+bool read_arguments(const Function &function, PyObject *arguments, const Reader *readers,
+                    void *cells, size_t size);
 
 /// In place of a result code: None where the host expects a reference.
 inline constexpr int kNullReference = -100;

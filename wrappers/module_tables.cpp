@@ -20,7 +20,7 @@ PyMethodDef *make_method_array() {
     *end++ = instance_method_row;
     for (const Rows *rows : method_tables)
         for (const Function *function : *rows)
-            *end++ = {function->name(), function->native, function->flags, nullptr};
+            *end++ = {function->name, function->native, function->flags, nullptr};
     *end = end_of_methods;
     return methods;
 }

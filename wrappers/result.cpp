@@ -14,5 +14,7 @@ PyObject *raise_status(const ZStatus &status) {
 }
 
 PyObject *string_result(const ZString &text) {
-    return PyUnicode_FromWideChar(text.asW(), static_cast<Py_ssize_t>(text.numChars()));
+    static_assert(sizeof(Py_UNICODE) == sizeof(wchar_t), "for an interpreter built with UCS4");
+    return PyUnicode_FromUnicode(reinterpret_cast<const Py_UNICODE *>(text.asW()),
+                                 static_cast<Py_ssize_t>(text.numChars()));
 }

@@ -44,34 +44,34 @@
 
 // Descriptions: a constant named like the function, and the function's declaration.
 
-#define DESCRIBE(function, kind, parameters, Class, text, ...)                               \
-    PyObject *_wrap_##function(PyObject *, PyObject *);                                      \
-    constexpr Function function = describe(parameters, Kind::kind, text, sizeof(#Class) - 1, \
-                                           _wrap_##function __VA_OPT__(, ) __VA_ARGS__);
+#define DESCRIBE(function, kind, parameters, Class, name, declaration, ...)     \
+    PyObject *_wrap_##function(PyObject *, PyObject *);                         \
+    constexpr auto function =                                                   \
+        describe(parameters, Kind::kind, name, declaration, sizeof(#Class) - 1, \
+                 _wrap_##function __VA_OPT__(, ) __VA_ARGS__);
 #define DESCRIBE_METHOD(Class, member, declared, ...)                                  \
     DESCRIBE(Class##_##member, Method, (Method<Class, declared>::Parameters()), Class, \
-             #Class "_" #member "\0" #declared, nullptr, {__VA_ARGS__})
+             #Class "_" #member, #declared, nullptr, defaults_of(__VA_ARGS__))
 
 // Functions: a description and a body, without a row.
 
-#define STATIC_FUNCTION(function, probes, Class, member, declared, ...)                       \
-    DESCRIBE(function, Static, Static<declared>::Parameters(), Class,                         \
-             #Class "_" #member "\0" #declared, probes, {__VA_ARGS__})                        \
-    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                             \
-        return Static<declared>::call<function.shape()>(function, arguments, &Class::member); \
+#define STATIC_FUNCTION(function, probes, Class, member, declared, ...)                     \
+    DESCRIBE(function, Static, Static<declared>::Parameters(), Class, #Class "_" #member,   \
+             #declared, probes, defaults_of(__VA_ARGS__))                                   \
+    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                           \
+        return Static<declared>::call<function.flags>(function, arguments, &Class::member); \
     }
-#define METHOD_FUNCTION(function, probes, Class, member, declared, ...)             \
-    DESCRIBE(function, Method, (Method<Class, declared>::Parameters()), Class,      \
-             #Class "_" #member "\0" #declared, probes, {__VA_ARGS__})              \
-    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                   \
-        return Method<Class, declared>::call<function.shape()>(function, arguments, \
-                                                               &Class::member);     \
+#define METHOD_FUNCTION(function, probes, Class, member, declared, ...)                            \
+    DESCRIBE(function, Method, (Method<Class, declared>::Parameters()), Class, #Class "_" #member, \
+             #declared, probes, defaults_of(__VA_ARGS__))                                          \
+    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                                  \
+        return Method<Class, declared>::call<function.flags>(function, arguments, &Class::member); \
     }
-#define CONSTRUCTOR_FUNCTION(function, probes, Class, declared, ...)               \
-    DESCRIBE(function, Constructor, Constructor<declared>::Parameters(), Class,    \
-             "new_" #Class "\0" #declared, probes, {__VA_ARGS__})                  \
-    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                  \
-        return Constructor<declared>::call<function.shape()>(function, arguments); \
+#define CONSTRUCTOR_FUNCTION(function, probes, Class, declared, ...)                           \
+    DESCRIBE(function, Constructor, Constructor<declared>::Parameters(), Class, "new_" #Class, \
+             #declared, probes, defaults_of(__VA_ARGS__))                                      \
+    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                              \
+        return Constructor<declared>::call<function.flags>(function, arguments);               \
     }
 
 #define STATIC_CASE(Class, member, number, declared, ...)                                        \
@@ -85,16 +85,16 @@
                          Class, declared, __VA_ARGS__)
 #define EXTENSION_FUNCTION(function, probes, Class, member, declared, implementation, ...) \
     DESCRIBE(function, Method, (Extension<Class, declared>::Parameters()), Class,          \
-             #Class "_" #member "\0" #declared, probes, {__VA_ARGS__})                     \
+             #Class "_" #member, #declared, probes, defaults_of(__VA_ARGS__))              \
     PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                          \
-        return Extension<Class, declared>::call<function.shape()>(function, arguments,     \
-                                                                  implementation);         \
+        return Extension<Class, declared>::call<function.flags>(function, arguments,       \
+                                                                implementation);           \
     }
-#define CONSTRUCTOR_EXTENSION_FUNCTION(function, probes, Class, declared, implementation, ...)     \
-    DESCRIBE(function, Constructor, Constructor<declared>::Parameters(), Class,                    \
-             "new_" #Class "\0" #declared, probes, {__VA_ARGS__})                                  \
-    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                                  \
-        return Constructor<declared>::make<function.shape()>(function, arguments, implementation); \
+#define CONSTRUCTOR_EXTENSION_FUNCTION(function, probes, Class, declared, implementation, ...)   \
+    DESCRIBE(function, Constructor, Constructor<declared>::Parameters(), Class, "new_" #Class,   \
+             #declared, probes, defaults_of(__VA_ARGS__))                                        \
+    PyObject *_wrap_##function(PyObject *, PyObject *arguments) {                                \
+        return Constructor<declared>::make<function.flags>(function, arguments, implementation); \
     }
 
 #define EXTENSION_CASE(Class, member, number, declared, implementation, ...)               \
@@ -133,29 +133,28 @@
             Class##_assign, arguments, &Class::operator=);                \
     }                                                                     \
     ROW(Class##_assign)
-#define DESTRUCTOR(Class)                                               \
-    DESCRIBE(delete_##Class, Destructor, Pack<Given<Class *>>(), Class, \
-             "delete_" #Class "\0void(" #Class " *)")                   \
-    PyObject *_wrap_delete_##Class(PyObject *, PyObject *argument) {    \
-        return destroy<Class>(delete_##Class, argument);                \
-    }                                                                   \
+#define DESTRUCTOR(Class)                                                                 \
+    DESCRIBE(delete_##Class, Destructor, Pack<Given<Class *>>(), Class, "delete_" #Class, \
+             "void(" #Class " *)")                                                        \
+    PyObject *_wrap_delete_##Class(PyObject *, PyObject *argument) {                      \
+        return destroy<Class>(delete_##Class, argument);                                  \
+    }                                                                                     \
     ROW(delete_##Class)
 
-#define MEMBER(Class, field, Type)                                                         \
-    static_assert(std::is_same_v<decltype(Class::field), Type>);                           \
-    DESCRIBE(Class##_##field##_set, Setter, (Member<Class, Type>::SetParameters()), Class, \
-             std::is_class_v<Type> ? #Class "_" #field "_set\0void(" #Type " *)"           \
-                                   : #Class "_" #field "_set\0void(" #Type ")")            \
-    DESCRIBE(Class##_##field##_get, Getter, Pack<Class *>(), Class,                        \
-             std::is_class_v<Type> ? #Class "_" #field "_get\0" #Type " *()"               \
-                                   : #Class "_" #field "_get\0" #Type "()")                \
-    PyObject *_wrap_##Class##_##field##_set(PyObject *, PyObject *arguments) {             \
-        return Member<Class, Type>::set(Class##_##field##_set, arguments, &Class::field);  \
-    }                                                                                      \
-    PyObject *_wrap_##Class##_##field##_get(PyObject *, PyObject *argument) {              \
-        return Member<Class, Type>::get(Class##_##field##_get, argument, &Class::field);   \
-    }                                                                                      \
-    ROW(Class##_##field##_set)                                                             \
+#define MEMBER(Class, field, Type)                                                            \
+    static_assert(std::is_same_v<decltype(Class::field), Type>);                              \
+    DESCRIBE(Class##_##field##_set, Setter, (Member<Class, Type>::SetParameters()), Class,    \
+             #Class "_" #field "_set",                                                        \
+             std::is_class_v<Type> ? "void(" #Type " *)" : "void(" #Type ")")                 \
+    DESCRIBE(Class##_##field##_get, Getter, Pack<Class *>(), Class, #Class "_" #field "_get", \
+             std::is_class_v<Type> ? #Type " *()" : #Type "()")                               \
+    PyObject *_wrap_##Class##_##field##_set(PyObject *, PyObject *arguments) {                \
+        return Member<Class, Type>::set(Class##_##field##_set, arguments, &Class::field);     \
+    }                                                                                         \
+    PyObject *_wrap_##Class##_##field##_get(PyObject *, PyObject *argument) {                 \
+        return Member<Class, Type>::get(Class##_##field##_get, argument, &Class::field);      \
+    }                                                                                         \
+    ROW(Class##_##field##_set)                                                                \
     ROW(Class##_##field##_get)
 
 #define OVERLOADS(Class, member, ...) OVERLOADED(Class##_##member, __VA_ARGS__)
@@ -165,7 +164,7 @@
     PyObject *_wrap_##function(PyObject *self, PyObject *arguments) {           \
         return dispatch(function##_overloads, self, arguments);                 \
     }                                                                           \
-    constexpr Function function =                                               \
+    constexpr Dispatcher function =                                             \
         describe_dispatcher(#function, _wrap_##function, function##_overloads); \
     ROW(function)
 
@@ -182,9 +181,9 @@
         return SWIG_RegisterProxy(arguments, type_of<Class>());       \
     }                                                                 \
     PROXY_ROW(Class##_swigregister, Register, Class)
-#define PROXY_ROW(function, kind, Class)                                              \
-    constexpr Function function##_row =                                               \
-        describe_proxy_row(Kind::kind, #function "\0", sizeof(#Class) - 1, function); \
+#define PROXY_ROW(function, kind, Class)                                         \
+    constexpr Function function##_row =                                          \
+        describe_proxy_row(Kind::kind, #function, sizeof(#Class) - 1, function); \
     ROW(function##_row)
 
 /// A row for a described function whose body stands before it.

@@ -73,7 +73,7 @@ PyObject *_wrap_ZGeometryList_addLast(PyObject *self, PyObject *arguments) {
         return raise_no_overload(ZGeometryList_addLast_overloads);
     return dispatch(ZGeometryList_addLast_overloads, self, arguments);
 }
-constexpr Function ZGeometryList_addLast = describe_dispatcher(
+constexpr Dispatcher ZGeometryList_addLast = describe_dispatcher(
     "ZGeometryList_addLast", _wrap_ZGeometryList_addLast, ZGeometryList_addLast_overloads);
 ROW(ZGeometryList_addLast)
 PROXY(ZGeometryList)

@@ -38,7 +38,7 @@ METHOD(ZFnRenderPass, getImplementation, ZPxRenderPassImpl *(ZStatus *) const)
 // An enumeration that crosses as a pointer object to a copy of the value, as the interface has it:
 // to scripts it is a buffer of one item.
 DESCRIBE(ZFnRenderPass_frameBufferType, Method, (Pack<ZFnRenderPass *>()), ZFnRenderPass,
-         "ZFnRenderPass_frameBufferType\0ZPxRenderPassImpl::PassTypeBit *() const")
+         "ZFnRenderPass_frameBufferType", "ZPxRenderPassImpl::PassTypeBit *() const")
 PyObject *_wrap_ZFnRenderPass_frameBufferType(PyObject *, PyObject *argument) {
     return with_arguments<METH_O, ZFnRenderPass *, ZStatus *>(
         ZFnRenderPass_frameBufferType, argument,

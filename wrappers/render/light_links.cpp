@@ -22,8 +22,8 @@ DESTRUCTOR(ZLightLinks)
 
 DESCRIBE(ZLightLinks_parseLinks, Method,
          (Pack<ZLightLinks *, ObjectOrNone, bool, std::ostream *, bool, bool>()), ZLightLinks,
-         "ZLightLinks_parseLinks\0ZStatus(ZObject const &, bool, std::ostream *, bool, bool)",
-         nullptr, {0, false, 0, false, true})
+         "ZLightLinks_parseLinks", "ZStatus(ZObject const &, bool, std::ostream *, bool, bool)",
+         nullptr, defaults_of(0, false, 0, false, true))
 PyObject *_wrap_ZLightLinks_parseLinks(PyObject *, PyObject *arguments) {
     return with_arguments<METH_VARARGS, ZLightLinks *, ObjectOrNone, bool, std::ostream *, bool,
                           bool>(

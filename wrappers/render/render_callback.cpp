@@ -73,8 +73,8 @@ PyObject *call_callback(const Function &function, PyObject *arguments,
     }                                                                                             \
     ROW(ZRenderCallback_##member)
 
-DESCRIBE(new_ZRenderCallback, Constructor, Pack<Instance>(), ZRenderCallback,
-         "new_ZRenderCallback\0ZRenderCallback(PyObject *)")
+DESCRIBE(new_ZRenderCallback, Constructor, Pack<Instance>(), ZRenderCallback, "new_ZRenderCallback",
+         "ZRenderCallback(PyObject *)")
 PyObject *_wrap_new_ZRenderCallback(PyObject *, PyObject *argument) {
     return with_arguments<METH_O, Instance>(
         new_ZRenderCallback, argument, [](Argument<Instance> &self) {
@@ -87,7 +87,7 @@ ROW(new_ZRenderCallback)
 DESTRUCTOR(ZRenderCallback)
 
 DESCRIBE(disown_ZRenderCallback, Disown, Pack<ZRenderCallback *>(), ZRenderCallback,
-         "disown_ZRenderCallback\0void(ZRenderCallback *)")
+         "disown_ZRenderCallback", "void(ZRenderCallback *)")
 PyObject *_wrap_disown_ZRenderCallback(PyObject *, PyObject *argument) {
     return with_arguments<METH_O, ZRenderCallback *>(
         disown_ZRenderCallback, argument, [](Argument<ZRenderCallback *> &callback) {
