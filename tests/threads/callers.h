@@ -154,7 +154,9 @@ class RaisesAndDropsItself(Raises):
     def action(self, data): raise fresh.pop(id(self)) and Raises.action(self, data)
 class Disowned(Callback):
     def action(self, data): return self
-class Cyclic(Good): pass
+class Cyclic(ZRenderCallback):
+    def renderCallback(self, data): return self.itself is self # fails on a dead instance
+    shadowCastCallback = postProcessCallback = renderCallback
 
 fresh, shared, raised, numbers = {}, {}, [], itertools.count()
 untruths = itertools.cycle([Untrue(), UntrueToo()])
@@ -169,11 +171,11 @@ def make_disowned(kind):
     _r.disown_ZRenderCallback(made)
     return made
 def keep_busy():
-    for _ in range(10):
+    for n in range(10):
         made = Cyclic()
         made.itself = made
-        _r.ZRenderCallback_addCallback(made.this, 1)
-        _r.ZRenderCallback_removeCallback(made.this)
+        _r.ZRenderCallback_addCallback(made.this, -1)
+        if n % 2: _r.ZRenderCallback_removeCallback(made.this)
     gc.collect()
 def callbacks_alive():
     gc.collect()
