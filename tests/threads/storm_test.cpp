@@ -127,7 +127,7 @@ TEST_F(Storm, ARenderIsCancelledWhileItsCallbacksRaise) {
     const unsigned renders = amount("RENDERS", 40);
     const Watchdog watchdog(std::chrono::seconds(amount("WATCHDOG_SECONDS", 100)));
     prepare();
-    build(128, 96, false);
+    build(64, 48, false);
     addLight(devhost::Light::kPoint, 0, 0, 2);
     run(R"(
 stderr, sys.stderr = sys.stderr, cStringIO.StringIO()
