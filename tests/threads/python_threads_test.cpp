@@ -49,7 +49,7 @@ TEST_F(PythonThreads, DoNotDisturbOneAnother) {
     for (PyMethodDef &function : functions)
         define(function);
     const auto casts = types_that_convert("_p_ZFnBase");
-    run(("TIMES = " + std::to_string(amount("STORM_CALLS", 500) / 10)).c_str());
+    run(("TIMES = " + std::to_string(amount("PYTHON_ROUNDS", 50))).c_str());
     run(R"(
 import thread
 class Pixel(object): __swig_destroy__ = _r.delete_RV_PIXEL

@@ -108,9 +108,9 @@ eq(dict((name, sys.getrefcount(shared[name])) for name in shared), counts)
 TEST_F(Storm, ADeadlockIsCaught) {
     // The main thread waits with the interpreter lock for a callback that needs it.
     EXPECT_EXIT(in_child([] {
-                    const Watchdog watchdog(std::chrono::seconds(1));
                     prepare();
                     ZRenderCallback *callback = native("shared.setdefault('Good', Good())");
+                    const Watchdog watchdog(std::chrono::seconds(2));
                     std::thread([&] {
                         progress[0].kind = "planted";
                         progress[0].inside = true;
