@@ -12,7 +12,8 @@ Director::Director(PyObject *self) : swig_self(self) {
 Director::~Director() {
     if (swig_disown_flag) {
         TpythonLock lock(kPythonLock);
-        Py_DECREF(swig_self);
+        if (TpythonLock::isHeld()) // else the interpreter ended before
+            Py_DECREF(swig_self);
     }
     swig_owner.clear();
 }

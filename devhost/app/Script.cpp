@@ -1,6 +1,7 @@
 #include "devhost/app/Script.h"
 
 #include "devhost/app/Errors.h"
+#include "devhost/base/InterpreterGate.h"
 #include "devhost/render/RenderSession.h"
 #include "host/base/TpythonInterpreter.h"
 #include "host/base/TpythonLock.h"
@@ -75,13 +76,21 @@ ScriptEnd endOf(const Reference &result) {
 /// Called on the render's thread, which gave the interpreter lock away.
 void reportCallbackError(const char *callback, const char *what) {
     const TpythonLock lock(kPythonLock);
-    if (!PyErr_Occurred()) {
+    if (!TpythonLock::isHeld() || !PyErr_Occurred()) {
         std::fprintf(stderr, "quilhost: %s failed: %s\n", callback, what);
         return;
     }
     if (!TpythonInterpreter::fsInterpreter)
         TpythonInterpreter::fsInterpreter = new TpythonInterpreter;
     TpythonInterpreter::fsInterpreter->catchAndReportException();
+}
+
+/// Scripts delete their callbacks under the interpreter lock, on any thread, and when the
+/// interpreter ends.
+void guardCallback(const std::function<void()> &call) {
+    const TpythonLock lock(kPythonLock);
+    if (TpythonLock::isHeld())
+        call();
 }
 
 void setArguments(const Options &options) {
@@ -110,14 +119,16 @@ Script::Script(const Options &options) : options_(options) {
     const Reference path(PyString_FromStringAndSize(folder.data(), Py_ssize_t(folder.size())));
     PyList_Insert(PySys_GetObject(const_cast<char *>("path")), 1, path.get());
     devhost::renderSession().onCallbackError = reportCallbackError;
+    devhost::renderSession().callbackGuard = guardCallback;
 }
 
 Script::~Script() {
-    devhost::renderSession().onCallbackError = nullptr;
     // An interrupt that has done its work must not reach the functions that run at exit.
     PyErr_CheckSignals();
     PyErr_Clear();
-    Py_Finalize();
+    devhost::endInterpreter();
+    devhost::renderSession().onCallbackError = nullptr;
+    devhost::renderSession().callbackGuard = nullptr;
 }
 
 ScriptEnd Script::run() {

@@ -1,4 +1,5 @@
 #include "host/base/TpythonLock.h"
+#include "devhost/base/InterpreterGate.h"
 #include "host/base/TpythonObjectWithLock.h"
 
 #include <pythread.h>
@@ -25,12 +26,14 @@ bool is_main_thread() {
 } // namespace
 
 void TpythonLock::initLock(TpythonLockingInfo info) {
-    if (info == kPythonDontLock || fCaptured || !Py_IsInitialized() || this_thread_has_lock())
+    // A thread that has the lock keeps it to the interpreter's very end, gate or not.
+    if (info == kPythonDontLock || fCaptured || this_thread_has_lock() || !devhost::passGate())
         return;
     fState = PyGILState_Ensure();
     tPythonThread = {_PyThreadState_Current, PyThread_get_thread_ident()};
     fCaptured = true;
     ++fsCapturedCount;
+    devhost::passedGate();
     if (is_main_thread() && !pythonMainThreadIsLocked)
         pythonMainThreadIsLocked = fMarkedMainThread = true;
 }

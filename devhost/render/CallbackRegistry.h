@@ -50,7 +50,7 @@ class CallbackRegistry {
         return fEntries.empty();
     }
 
-    /// Calls `call` for each callback, with nothing locked.
+    /// Calls `call` for each callback, with nothing locked but what the session's guard locks.
     template <class Call>
     void run(const char *name, Call call) {
         std::vector<Entry> snapshot;
@@ -58,10 +58,17 @@ class CallbackRegistry {
             const std::lock_guard lock(fMutex);
             snapshot = fEntries;
         }
-        for (const Entry &entry : snapshot)
-            // An earlier callback may have unregistered, or even deleted, this one.
-            if (contains(entry.callback))
-                runGuarded(name, [&] { call(*entry.callback); });
+        for (const Entry &entry : snapshot) {
+            const auto callIfThere = [&] {
+                // An earlier callback may have unregistered, or even deleted, this one.
+                if (contains(entry.callback))
+                    runGuarded(name, [&] { call(*entry.callback); });
+            };
+            if (const auto &guard = renderSession().callbackGuard)
+                guard(callIfThere);
+            else
+                callIfThere();
+        }
     }
 
   private:

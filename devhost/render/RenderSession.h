@@ -36,6 +36,9 @@ struct RenderSession {
     unsigned picturesFinished = 0;
     /// Why the last picture could not be written; empty when it could.
     std::string outputError;
+    /// Runs `call`, which looks whether a registered callback is still there and calls it, while
+    /// nothing else can delete it. May be empty.
+    std::function<void(const std::function<void()> &call)> callbackGuard;
     /// Callbacks that ended with a native exception.
     unsigned callbackErrors = 0;
     /// Told of each of those; when empty, they are written to standard error.

@@ -9,7 +9,7 @@
 enum TpythonLockingInfo {
     kPythonDontLock = 0, ///< leave the lock alone
     kPythonTryLock = 1,  ///< take the lock unless the interpreter is not running
-    kPythonLock = 2      ///< take the lock; the interpreter is known to run
+    kPythonLock = 2      ///< take the lock; isHeld tells whether there was an interpreter to enter
 };
 
 /// What the lock remembers of this thread: see TpythonLock::isHeld.
@@ -56,6 +56,8 @@ class OPENQUIL_API TpythonLock {
             return;
         if (fMarkedMainThread)
             pythonMainThreadIsLocked = false;
+        // The interpreter may give this thread's state to the next one that comes.
+        tPythonThread.state = nullptr;
         PyGILState_Release(fState);
         --fsCapturedCount;
     }

@@ -30,7 +30,8 @@ class TpythonObjectWithLock : public TpythonObjectBase {
         if (!fObject)
             return;
         Lock lock(kPythonLock);
-        Py_DECREF(fObject);
+        if (Lock::isHeld()) // else the interpreter ended before
+            Py_DECREF(fObject);
     }
     TpythonObjectWithLock(const TpythonObjectWithLock &) = delete;
     TpythonObjectWithLock &operator=(const TpythonObjectWithLock &) = delete;

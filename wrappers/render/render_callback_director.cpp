@@ -19,29 +19,31 @@ void SwigDirector_ZRenderCallback::swig_set_inner(const char *name, bool value) 
     swig_inner[name] = value;
 }
 
-// The caller holds the lock. The method sees the host's own data, which it must not keep beyond
-// the call.
+// The method sees the host's own data, which it must not keep beyond the call.
 template <class Data>
-bool SwigDirector_ZRenderCallback::forward(PyObject *method, Data const &data) const {
+bool SwigDirector_ZRenderCallback::forward(const char *name, PyObject *&method,
+                                           Data const &data) const {
+    TpythonLock lock(kPythonLock);
+    if (!TpythonLock::isHeld())
+        return false; // the interpreter ended before
+    if (!method)
+        method = PyString_InternFromString(name);
     const swig::SwigPtr_PyObject argument(
         SWIG_Python_NewPointerObj(const_cast<Data *>(&data), type_of<Data>(), kBorrowed));
     return swig_call_predicate("ZRenderCallback", method, argument.get());
 }
 
 bool SwigDirector_ZRenderCallback::shadowCastCallback(ZRenderShadowData const &data) {
-    TpythonLock lock(kPythonLock);
-    static PyObject *const method = PyString_InternFromString("shadowCastCallback");
-    return forward(method, data);
+    static PyObject *method;
+    return forward("shadowCastCallback", method, data);
 }
 
 bool SwigDirector_ZRenderCallback::renderCallback(ZRenderData const &data) {
-    TpythonLock lock(kPythonLock);
-    static PyObject *const method = PyString_InternFromString("renderCallback");
-    return forward(method, data);
+    static PyObject *method;
+    return forward("renderCallback", method, data);
 }
 
 bool SwigDirector_ZRenderCallback::postProcessCallback(ZRenderData const &data) {
-    TpythonLock lock(kPythonLock);
-    static PyObject *const method = PyString_InternFromString("postProcessCallback");
-    return forward(method, data);
+    static PyObject *method;
+    return forward("postProcessCallback", method, data);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// A render callback whose virtual functions are Python methods.
+// A render callback whose virtual functions are Python methods, and false without an interpreter.
 
 #include "host/render/ZRenderCallback.h"
 #include "runtime/director.h"
@@ -20,7 +20,7 @@ class SwigDirector_ZRenderCallback : public ZRenderCallback, public Swig::Direct
 
   private:
     template <class Data>
-    bool forward(PyObject *method, Data const &data) const;
+    bool forward(const char *name, PyObject *&method, Data const &data) const;
 
     mutable std::map<std::string, bool> swig_inner;
 };
