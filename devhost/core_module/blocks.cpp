@@ -36,11 +36,12 @@ void *make_block(size_t count, size_t item_size) {
     return address;
 }
 
-void free_block(void *address) {
+bool free_block(void *address) {
     if (!blocks().erase(address))
-        return;
+        return false;
     std::free(address);
     tCountObject(kCensusName, -1);
+    return true;
 }
 
 std::optional<size_t> block_size(const void *address) {
