@@ -186,6 +186,26 @@ class Cycles(unittest.TestCase):
         for column in columns[-2:]:
             self.assertLess(min(column), 8 * CYCLES, (statement, columns))
 
+    def test_every_class_is_counted(self):
+        # Constructed with more than a number or None, or by the host alone.
+        others = ['ZDrawProcedureBase', 'ZGeometry', 'ZGeometryData', 'ZGeometryList',
+                  'ZGeometryPrimitive', 'ZSwatchRenderBase', 'ZViewportRenderer']
+        for native in n, m:
+            for name in [x[7:] for x in dir(native) if x.startswith('delete_')]:
+                if name in others:
+                    continue
+                new, counted = getattr(native, 'new_' + name), quilhost.live_objects
+                key = 'buffer' if name.endswith('Buffer') and name != 'PixelBuffer' else name
+                made, before = None, counted().get(key, 0)
+                for arguments in (), (1,), (None,):
+                    try:
+                        made = made or new(*arguments)
+                    except (TypeError, NotImplementedError):
+                        pass
+                self.assertEqual(counted()[key], before + 1, name)
+                getattr(native, 'delete_' + name)(made)
+                self.assertEqual(counted()[key], before, name)
+
     def test_kept_by_its_destroyer(self):
         kept = []
         n.RV_AOV_swigregister(type('Kept', (object,), {'__swig_destroy__': kept.append}))
