@@ -118,11 +118,10 @@ class Upcalling(r.ZRenderCallback):
 
 class Odd(r.ZRenderCallback):
     def renderCallback(self, data):
-        class Untrue(object):
-            def __nonzero__(self):
-                raise KeyError('no truth value')
-        gc.collect(0)
-        return Untrue()
+        return self
+
+    def __nonzero__(self):
+        raise KeyError('no truth value')
 
 
 class Finalised(c.ZVector):
