@@ -187,6 +187,21 @@ TEST(Interpreters, SeveralSideBySide) {
             });
 }
 
+/// An interpreter whose modules another one loaded finds their types all the same.
+TEST(Interpreters, TheSecondOneLoads) {
+    IN_CHILD({
+        start();
+        PyThreadState *const main = PyThreadState_Get();
+        PyThreadState *const second = start_second();
+        run("import _OpenQuilRender, _OpenQuil");
+        end_second(second, main);
+        run("import OpenQuil as c, OpenQuilRender as r\n"
+            "r.ZGeometryData(c.CharBuffer('uv'), 1, 1, 2, 3, None)");
+        run(kUse);
+        Py_Finalize();
+    });
+}
+
 TEST(Interpreters, ThreadsOfASecondOne) {
     IN_CHILD({
         start();
