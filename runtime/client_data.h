@@ -1,7 +1,8 @@
 #pragma once
 
 // What a wrapped class knows of its proxy class: how to build an instance around a pointer object
-// and how to destroy a native object that Python owns.
+// and how to destroy a native object that Python owns. A type has one proxy class in the whole
+// process: where several interpreters register theirs, the last one's serves them all.
 
 #include <Python.h>
 

@@ -7,21 +7,34 @@ namespace Swig {
 
 Director::Director(PyObject *self) : swig_self(self) {
     TpythonLock lock(kPythonLock);
+    if (!self || !PyType_SUPPORTS_WEAKREFS(Py_TYPE(self)))
+        return;
+    swig_watch = PyWeakref_NewRef(self, nullptr);
+    if (!swig_watch)
+        PyErr_Clear(); // memory is short
 }
 
 Director::~Director() {
-    if (swig_disown_flag) {
+    // The host may keep callbacks for longer than the interpreter runs.
+    if (Py_IsInitialized()) {
         TpythonLock lock(kPythonLock);
-        if (TpythonLock::isHeld()) // else the interpreter ended before
-            Py_DECREF(swig_self);
+        if (TpythonLock::isHeld()) { // else the interpreter ended before
+            Py_XDECREF(swig_watch);
+            if (swig_disown_flag)
+                Py_DECREF(swig_self);
+        }
     }
     swig_owner.clear();
 }
 
+PyObject *Director::swig_instance() const {
+    return swig_watch && PyWeakref_GET_OBJECT(swig_watch) == Py_None ? nullptr : swig_self;
+}
+
 void Director::swig_disown() const {
-    if (swig_disown_flag)
-        return;
     TpythonLock lock(kPythonLock);
+    if (swig_disown_flag || !swig_instance())
+        return;
     swig_disown_flag = true;
     Py_INCREF(swig_self);
 }
@@ -59,12 +72,13 @@ static PyObject *call_method(PyObject *self, PyObject *name, PyObject *argument)
 
 bool Director::swig_call_predicate(const char *class_name, PyObject *name,
                                    PyObject *argument) const {
-    if (!swig_self) {
+    PyObject *const self = swig_instance();
+    if (!self) {
         const std::string message = std::string("'self' uninitialized, maybe you forgot to call ") +
                                     class_name + ".__init__.";
         DirectorException::raise(message.c_str());
     }
-    const swig::SwigPtr_PyObject result(call_method(swig_self, name, argument));
+    const swig::SwigPtr_PyObject result(call_method(self, name, argument));
     if (!result) {
         report_exception();
         return false;

@@ -18,7 +18,7 @@ using GCItem_var = std::unique_ptr<TpythonObjectWithLock<TpythonLock>>;
 
 class Director {
   public:
-    /// `self` receives the calls. No reference is taken until swig_disown.
+    /// `self` receives the calls. It is not kept alive until swig_disown.
     explicit Director(PyObject *self);
     virtual ~Director();
     Director(const Director &) = delete;
@@ -27,10 +27,11 @@ class Director {
     virtual bool swig_get_inner(const char *) const { return false; }
     virtual void swig_set_inner(const char *, bool) const {}
 
+    /// To compare with an object that is alive: the instance itself may be gone.
     PyObject *swig_get_self() const { return swig_self; }
 
     /// Passes the native object to the host: from now on it keeps its Python instance alive.
-    /// Only the first call has an effect.
+    /// Only the first call has an effect, and only while the instance lives.
     void swig_disown() const;
 
     /// Calls the Python method `name` with a borrowed `argument` and returns the truth of its
@@ -40,9 +41,16 @@ class Director {
     bool swig_call_predicate(const char *class_name, PyObject *name, PyObject *argument) const;
 
   private:
+    /// The instance while it lives, else null.
+    PyObject *swig_instance() const;
+
     PyObject *swig_self;
     mutable bool swig_disown_flag = false;
     mutable std::map<void *, GCItem_var> swig_owner;
+    /// A weak reference to the instance, which may die before this object: a script that keeps its
+    /// "this" keeps the native object alone. Null where the class has no room for weak references
+    /// (`__slots__` without "__weakref__"): instances of such a class have to outlive their "this".
+    PyObject *swig_watch = nullptr;
 };
 
 /// A call into Python that could not be completed. Its Python side is the pending exception.

@@ -124,9 +124,14 @@ void SwigPyObject_dealloc(PyObject *object) {
     SwigPyObject *self = as_pointer_object(object);
     if (self->own == 1) {
         auto *data = static_cast<SwigPyClientData *>(self->ty ? self->ty->clientdata : nullptr);
-        if (data && data->destroy)
+        if (data && data->destroy) {
+            self->ob_refcnt = 1; // the callable may count it up and down as it likes, or keep it
             destroy_native(self, data);
-        else
+            if (--self->ob_refcnt > 0) {
+                self->own = 0;
+                return;
+            }
+        } else
             std::printf("swig/python detected a memory leak of type '%s', no destructor found.\n",
                         pretty_name(self));
     }

@@ -24,8 +24,12 @@ swig_module_info *ring_head() {
 }
 
 /// Runs when the interpreter destroys the holder's attribute. The fields are cleared because
-/// pointer objects may outlive the holder.
+/// pointer objects may outlive the holder. Types belong to the process: when one of several
+/// interpreters ends, the others go on using them.
 void SWIG_Python_DestroyModule(void *published) {
+    type_pointer = nullptr;
+    if (PyInterpreterState_Next(PyInterpreterState_Head()))
+        return;
     auto *module = static_cast<swig_module_info *>(published);
     for (size_t i = 0; i < module->size; ++i) {
         swig_type_info *type = module->types[i];
@@ -38,7 +42,6 @@ void SWIG_Python_DestroyModule(void *published) {
     }
     Py_DECREF(SWIG_This());
     SWIG_ForgetThis();
-    type_pointer = nullptr;
 }
 
 /// Makes swig_module the head of a new ring. The cached head is left alone: the next lookup
@@ -231,7 +234,8 @@ swig_type_info *SWIG_TypeQuery(const char *name) {
     swig_type_info *type = nullptr;
     if (PyObject *address = known && key ? PyDict_GetItem(known, key) : nullptr) {
         type = static_cast<swig_type_info *>(PyCObject_AsVoidPtr(address));
-    } else if (swig_module_info *head = ring_head()) {
+    } else if (swig_module_info *head = ring_head() ? type_pointer : swig_module.next) {
+        // An interpreter that did not load the ring's first module itself has no holder.
         type = SWIG_TypeQueryModule(head, head, name);
         PyObject *found = type ? PyCObject_FromVoidPtr(type, nullptr) : nullptr;
         if (found && known && key)

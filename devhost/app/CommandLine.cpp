@@ -35,6 +35,7 @@ Exit codes:
     2  a mistake on the command line, or a file, folder, camera or layer that it names is not there
     3  the scene could not be read, rendered or written
     4  a render callback failed; the pictures were rendered all the same
+    5  with --leak-check: host objects that the script made are left over
   130  interrupted)";
 
 [[noreturn]] void usage(const std::string &line) {
@@ -125,6 +126,8 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     app.add_option("--threads", options.threads, "Threads to render with (default: one per core)")
         ->check(CLI::Range(1u, 1024u));
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
+    app.add_flag("--leak-check", options.leakCheck,
+                 "Tell which host objects are left over when the script and Python have ended");
     auto *quiet = app.add_flag("--quiet", options.quiet, "Tell errors only");
     app.add_flag("--verbose", options.verbose, "Tell more")->excludes(quiet);
     app.add_option("--progress", options.progress,

@@ -20,6 +20,7 @@ struct Options {
     std::string layer;
     unsigned threads = 0;
     bool noGl = false;
+    bool leakCheck = false;
     bool quiet = false;
     bool verbose = false;
     std::string progress = "auto";

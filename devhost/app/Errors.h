@@ -12,6 +12,7 @@ enum ExitCode {
     kUsageError = 2,
     kRenderError = 3,
     kCallbackError = 4,
+    kLeaked = 5,
     kInterrupted = 130
 };
 

@@ -2,6 +2,7 @@
 
 #include "devhost/app/Errors.h"
 #include "devhost/base/InterpreterGate.h"
+#include "devhost/base/ObjectCensus.h"
 #include "devhost/render/RenderSession.h"
 #include "host/base/TpythonInterpreter.h"
 #include "host/base/TpythonLock.h"
@@ -104,6 +105,51 @@ void setArguments(const Options &options) {
     PySys_SetArgvEx(static_cast<int>(pointers.size()), pointers.data(), 1);
 }
 
+/// quilhost.live_objects(): the number of live host objects by class.
+PyObject *liveObjects(PyObject *, PyObject *) {
+    Reference result(PyDict_New());
+    for (const auto &[name, count] : devhost::objectCensus()) {
+        const Reference key(PyString_FromStringAndSize(name.data(), Py_ssize_t(name.size())));
+        const Reference value(PyInt_FromLong(count));
+        if (!result || !key || !value || PyDict_SetItem(result.get(), key.get(), value.get()) < 0)
+            return nullptr;
+    }
+    return result.release();
+}
+
+PyMethodDef programFunctions[] = {
+    {"live_objects", liveObjects, METH_NOARGS,
+     "The number of live host objects by class; counted with --leak-check only."},
+    {nullptr, nullptr, 0, nullptr}};
+
+/// Classes outlive the interpreter: those of a script because nobody collects them any more,
+/// registered proxy classes because the modules keep them. What they hold is let go here, as the
+/// script's last functions have run.
+constexpr const char *kEndScript = R"(
+import atexit, gc, sys
+try:
+    atexit._run_exitfuncs()
+except:
+    pass  # they were told; the interpreter goes on as well
+script = vars(sys.modules['__main__'])
+script.update((name, None) for name in script.keys() if name != '__builtins__')
+for module in filter(None, map(sys.modules.get, ('OpenQuil', 'OpenQuilRender'))):
+    for proxy in [value for value in vars(module).values() if isinstance(value, type)]:
+        vars(proxy).get('_registered', {}).clear()
+        for member in vars(proxy).values():
+            function = getattr(member, '__func__', member)
+            if any(hasattr(value, 'this') for value in getattr(function, 'func_defaults', 0) or ()):
+                function.func_defaults = None
+gc.collect()
+)";
+
+void endScript() {
+    const Reference names(PyDict_New());
+    PyDict_SetItemString(names.get(), "__builtins__", PyEval_GetBuiltins());
+    if (!Reference(PyRun_String(kEndScript, Py_file_input, names.get(), names.get())))
+        PyErr_Print();
+}
+
 } // namespace
 
 Script::Script(const Options &options) : options_(options) {
@@ -114,6 +160,9 @@ Script::Script(const Options &options) : options_(options) {
     Py_SetProgramName(program);
     Py_InitializeEx(1);
     PyEval_InitThreads();
+    Py_InitModule("quilhost", programFunctions);
+    if (options.leakCheck)
+        devhost::startObjectCensus();
     setArguments(options);
     const std::string folder = modulesFolder();
     const Reference path(PyString_FromStringAndSize(folder.data(), Py_ssize_t(folder.size())));
@@ -126,6 +175,8 @@ Script::~Script() {
     // An interrupt that has done its work must not reach the functions that run at exit.
     PyErr_CheckSignals();
     PyErr_Clear();
+    if (options_.leakCheck)
+        endScript();
     devhost::endInterpreter();
     devhost::renderSession().onCallbackError = nullptr;
     devhost::renderSession().callbackGuard = nullptr;

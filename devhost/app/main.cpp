@@ -2,9 +2,25 @@
 #include "devhost/app/CommandLine.h"
 #include "devhost/app/Errors.h"
 #include "devhost/app/RenderJob.h"
+#include "devhost/base/ObjectCensus.h"
 
 #include <cstdio>
 #include <exception>
+
+namespace {
+
+/// Tells what is left over of the host objects that were made since the script began.
+bool tellLeaks() {
+    bool leaked = false;
+    for (const auto &[name, count] : devhost::objectCensus())
+        if (count > 0) {
+            leaked = true;
+            std::fprintf(stderr, "quilhost: left over: %ld %s\n", count, name.data());
+        }
+    return leaked;
+}
+
+} // namespace
 
 int main(int argc, char **argv) {
     using namespace quilhost;
@@ -30,5 +46,5 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "quilhost: %s\n", error.what());
         code = kRenderError;
     }
-    return code;
+    return tellLeaks() && code == kOk ? kLeaked : code;
 }

@@ -12,11 +12,22 @@ wchar_t sPythonObjectCharConvertBuffer[kPythonObjectCharConvertBufferSize];
 
 namespace {
 
-/// Compares addresses only: a thread that does not have the lock must not look into the state that
-/// runs.
+bool has_several_interpreters() {
+    return PyInterpreterState_Next(PyInterpreterState_Head());
+}
+
+/// True when this thread runs the interpreter, under whichever of its states. A thread that does
+/// not have the lock must not look into the state that runs, which may go away at any moment; with
+/// one interpreter it has only one state to compare the address with. In further interpreters the
+/// thread has states that only tell by their contents whose they are.
 bool this_thread_has_lock() {
-    tPythonThread = {PyGILState_GetThisThreadState(), PyThread_get_thread_ident()};
-    return tPythonThread.state && tPythonThread.state == _PyThreadState_Current;
+    PyThreadState *const current = _PyThreadState_Current;
+    PyThreadState *const usual = PyGILState_GetThisThreadState();
+    const long ident = PyThread_get_thread_ident();
+    const bool held = current && (current == usual ||
+                                  (has_several_interpreters() && current->thread_id == ident));
+    tPythonThread = {held ? current : usual, ident};
+    return held;
 }
 
 bool is_main_thread() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/base/TobjectCount.h"
 #include "host/render/ZRenderView.h"
 
 #include <vector>
@@ -7,6 +8,7 @@
 /// A fixed number of pixels for the render view, filled in bulk.
 class PixelBuffer {
   public:
+    OPENQUIL_COUNTED(PixelBuffer);
     explicit PixelBuffer(unsigned int count) : pixels_(count) {}
 
     unsigned int length() const { return static_cast<unsigned int>(pixels_.size()); }

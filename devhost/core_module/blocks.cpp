@@ -1,5 +1,7 @@
 #include "devhost/core_module/blocks.h"
 
+#include "host/base/TobjectCount.h"
+
 #include <Python.h>
 
 #include <cstdint>
@@ -10,6 +12,9 @@ namespace {
 
 /// The longest item: that many zeros are behind every block.
 constexpr size_t kGuard = 16;
+
+/// What blocks are counted as, whatever is in them.
+constexpr const char *kCensusName = "buffer";
 
 std::unordered_map<const void *, size_t> &blocks() {
     // Never destroyed: pointer objects may be dropped after the process began to end.
@@ -22,16 +27,21 @@ std::unordered_map<const void *, size_t> &blocks() {
 void *make_block(size_t count, size_t item_size) {
     const bool too_long = count > (PTRDIFF_MAX - kGuard) / item_size;
     void *address = too_long ? nullptr : std::calloc(count * item_size + kGuard, 1);
-    if (address)
-        blocks()[address] = count * item_size;
-    else
+    if (!address) {
         PyErr_NoMemory();
+        return nullptr;
+    }
+    blocks()[address] = count * item_size;
+    tCountObject(kCensusName, 1);
     return address;
 }
 
-void free_block(void *address) {
-    if (blocks().erase(address))
-        std::free(address);
+bool free_block(void *address) {
+    if (!blocks().erase(address))
+        return false;
+    std::free(address);
+    tCountObject(kCensusName, -1);
+    return true;
 }
 
 std::optional<size_t> block_size(const void *address) {

@@ -11,8 +11,8 @@
 /// exception set when memory is short.
 void *make_block(size_t count, size_t item_size);
 
-/// Frees a block; does nothing for any other address.
-void free_block(void *address);
+/// Frees a block; false, and nothing done, for any other address.
+bool free_block(void *address);
 
 /// The number of bytes of the block that begins at the address; none for any other address.
 std::optional<size_t> block_size(const void *address);

@@ -43,11 +43,14 @@ using PassTypeBitBuffer = ZPxRenderPassImpl::PassTypeBit;
 template <>
 inline constexpr int type_index<PassTypeBitBuffer> = k_p_ZPxRenderPassImpl__PassTypeBit;
 
-/// Frees the block of a buffer; memory that is not ours stays.
+/// Frees the block of a buffer; memory that is not ours stays. An item of a type that the render
+/// module returns as a copy is no block and goes the way that it came.
 template <class T>
 requires std::is_scalar_v<T> PyObject *destroy(const Function &function, PyObject *argument) {
     return with_arguments<METH_O, Given<T *>>(function, argument, [](Argument<Given<T *>> &buffer) {
-        free_block(buffer.get());
+        const bool is_block = free_block(buffer.get());
+        if (std::is_same_v<T, PassTypeBitBuffer> && !is_block)
+            delete buffer.get();
         Py_RETURN_NONE;
     });
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 
 class ZMatrix;
@@ -10,6 +11,7 @@ class ZMatrix;
 /// the translation is in row 3, and of a product the left factor acts first.
 class OPENQUIL_API ZFloatMatrix {
   public:
+    OPENQUIL_COUNTED(ZFloatMatrix);
     /// The elements, by row and column.
     float matrix[4][4];
 

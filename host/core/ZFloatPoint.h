@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 
 class ZPoint;
@@ -11,6 +12,7 @@ class ZFloatMatrix;
 /// A place in space in homogeneous coordinates, in single precision.
 class OPENQUIL_API ZFloatPoint {
   public:
+    OPENQUIL_COUNTED(ZFloatPoint);
     /// The x coordinate.
     float x;
     /// The y coordinate.

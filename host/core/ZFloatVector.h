@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 
 #include <cmath>
@@ -13,6 +14,7 @@ class ZFloatMatrix;
 /// A direction or displacement in space, in single precision.
 class OPENQUIL_API ZFloatVector {
   public:
+    OPENQUIL_COUNTED(ZFloatVector);
     /// The x coordinate.
     float x;
     /// The y coordinate.

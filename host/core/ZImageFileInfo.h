@@ -2,10 +2,12 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 
 /// What kinds of images and of hardware textures there are.
 class OPENQUIL_API ZImageFileInfo {
   public:
+    OPENQUIL_COUNTED(ZImageFileInfo);
     /// What the values of an image mean.
     enum ZImageType : int {
         /// Whatever the image holds, as it is.

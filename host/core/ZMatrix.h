@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 
 class ZFloatMatrix;
@@ -10,6 +11,7 @@ class ZFloatMatrix;
 /// the translation is in row 3, and of a product the left factor acts first.
 class OPENQUIL_API ZMatrix {
   public:
+    OPENQUIL_COUNTED(ZMatrix);
     /// The elements, by row and column.
     double matrix[4][4];
 

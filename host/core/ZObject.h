@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 
 namespace devhost {
 class Scene;
@@ -10,6 +11,7 @@ class Scene;
 /// A handle to one node of the scene. It stays safe after the node is gone: it then reads as null.
 class OPENQUIL_API ZObject {
   public:
+    OPENQUIL_COUNTED(ZObject);
     /// Makes a null handle, which names no node.
     constexpr ZObject() = default;
 

@@ -1,6 +1,7 @@
 // One attribute of one node, such as "headlight.intensity".
 #pragma once
 
+#include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
@@ -10,6 +11,7 @@
 /// One attribute of one node, such as "headlight.intensity".
 class OPENQUIL_API ZPlug {
   public:
+    OPENQUIL_COUNTED(ZPlug);
     /// Makes a plug that names nothing.
     ZPlug() = default;
     /// The named attribute of a node. Fails with kInvalidParameter when the node is null, with

@@ -1,11 +1,13 @@
 // An array of plugs.
 #pragma once
 
+#include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"
 #include "host/core/ZPlug.h"
 
 /// An array of plugs.
 class OPENQUIL_API ZPlugArray : public ZArrayOf<ZPlug> {
   public:
+    OPENQUIL_COUNTED(ZPlugArray);
     using ZArrayOf<ZPlug>::ZArrayOf;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 
 class ZFloatPoint;
@@ -11,6 +12,7 @@ class ZMatrix;
 /// A place in space in homogeneous coordinates, in double precision.
 class OPENQUIL_API ZPoint {
   public:
+    OPENQUIL_COUNTED(ZPoint);
     /// The x coordinate.
     double x;
     /// The y coordinate.

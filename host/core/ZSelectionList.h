@@ -1,6 +1,7 @@
 // An ordered list of nodes and plugs, each at most once.
 #pragma once
 
+#include "host/base/TobjectCount.h"
 #include <vector>
 
 #include "host/core/ZDagPath.h"
@@ -13,6 +14,7 @@
 /// An ordered list of nodes and plugs, each at most once.
 class OPENQUIL_API ZSelectionList {
   public:
+    OPENQUIL_COUNTED(ZSelectionList);
     /// Makes an empty list.
     ZSelectionList() = default;
 

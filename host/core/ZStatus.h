@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 
 #include <memory>
 #include <string>
@@ -11,6 +12,7 @@ class ZString;
 /// The outcome of a host operation: a code and, on failure, a text that says what was wrong.
 class OPENQUIL_API ZStatus {
   public:
+    OPENQUIL_COUNTED(ZStatus);
     /// What kind of outcome it is.
     enum ZStatusCode {
         kSuccess = 0,

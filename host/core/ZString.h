@@ -1,6 +1,7 @@
 // The core library's text: the base library's, with the operations that scripts and plug-ins use.
 #pragma once
 
+#include "host/base/TobjectCount.h"
 #include "host/base/Tstring.h"
 #include "host/core/ZStatus.h"
 
@@ -9,6 +10,7 @@ class ZStringArray;
 /// A text of Unicode characters.
 class OPENQUIL_API ZString : public Tstring {
   public:
+    OPENQUIL_COUNTED(ZString);
     /// Makes an empty text.
     ZString() noexcept = default;
     /// Makes a text from UTF-8; null gives an empty text.

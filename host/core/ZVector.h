@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 
 #include <cmath>
@@ -14,6 +15,7 @@ class ZQuaternion;
 /// A direction or displacement in space, in double precision.
 class OPENQUIL_API ZVector {
   public:
+    OPENQUIL_COUNTED(ZVector);
     /// The x coordinate.
     double x;
     /// The y coordinate.

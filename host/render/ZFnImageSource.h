@@ -1,6 +1,7 @@
 // The function set of image sources: the files that renders write.
 #pragma once
 
+#include "host/base/TobjectCount.h"
 #include "host/core/ZFnDependencyNode.h"
 #include "host/render/ZCommonRenderSettings.h"
 
@@ -9,6 +10,7 @@
 /// function set is attached to nothing.
 class OPENQUIL_API ZFnImageSource : public ZFnDependencyNode {
   public:
+    OPENQUIL_COUNTED(ZFnImageSource);
     /// Makes a function set that is attached to nothing.
     ZFnImageSource();
     /// Makes a function set for an image source. Fails with kInvalidParameter when the node is null

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/render/gl_parameters.h"
 
 using ZGLenum = unsigned int;
@@ -39,6 +40,7 @@ enum ZGLExtension : int {
 /// copied. What the driver lacks does nothing but record GL_INVALID_OPERATION for glGetError.
 class OPENQUIL_API ZGLFunctionTable {
   public:
+    OPENQUIL_COUNTED(ZGLFunctionTable);
     /// Releases of OpenGL.
     enum ZGLVersion : int {
         kZGL_Version11 = 0,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZString.h"
 #include "host/render/ZGeometryData.h"
 #include "host/render/ZGeometryPrimitive.h"
@@ -17,6 +18,7 @@ struct GeometryStreams;
 /// the geometry does not have comes back without elements, its dataType kInvalidDataType.
 class OPENQUIL_API ZGeometry {
   public:
+    OPENQUIL_COUNTED(ZGeometry);
     /// Makes another handle to the other's geometry.
     ZGeometry(ZGeometry const &other);
     /// Drops the handle; the geometry goes with its last one.

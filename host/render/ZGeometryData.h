@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 
 #include <memory>
 
@@ -13,6 +14,7 @@ struct GeometryStream;
 /// to four values each, side by side in memory. The object is a handle: copies share the stream.
 class OPENQUIL_API ZGeometryData {
   public:
+    OPENQUIL_COUNTED(ZGeometryData);
     /// How many values make one element.
     enum ElementSize : int {
         /// There are no elements.

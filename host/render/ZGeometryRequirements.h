@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZString.h"
 
 #include <memory>
@@ -15,6 +16,7 @@ class GeometryRequirementList;
 /// size holds. Meshes have one set of texture coordinates, named "uv", or none.
 class OPENQUIL_API ZGeometryRequirements {
   public:
+    OPENQUIL_COUNTED(ZGeometryRequirements);
     /// Asks for nothing but the index arrays.
     ZGeometryRequirements();
     /// Destroys the object; geometry that was made by it stays.

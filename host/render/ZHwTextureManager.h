@@ -1,6 +1,7 @@
 // Texture files for drawing with OpenGL.
 #pragma once
 
+#include "host/base/TobjectCount.h"
 #include "host/core/ZImageFileInfo.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZPlug.h"
@@ -14,6 +15,7 @@ using ZHwTextureFileHandle = int;
 /// files and nodes are bound to the current texture unit.
 class OPENQUIL_API ZHwTextureManager {
   public:
+    OPENQUIL_COUNTED(ZHwTextureManager);
     /// Returns "ZHwTextureManager".
     static const char *className();
 

@@ -1,6 +1,7 @@
 // Which lights light which objects.
 #pragma once
 
+#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZDagPathArray.h"
 #include "host/core/ZSelectionList.h"
@@ -14,6 +15,7 @@
 /// are meshes; asked about a group, an operation answers for the meshes below it.
 class OPENQUIL_API ZLightLinks {
   public:
+    OPENQUIL_COUNTED(ZLightLinks);
     /// Makes an object that knows no links yet.
     ZLightLinks();
     /// Destroys the snapshot; the scene's links stay.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/render/ZRenderData.h"
 #include "host/render/ZRenderShadowData.h"
 
@@ -10,6 +11,7 @@
 /// frame, on the thread that renders. A callback that fails is reported; the render goes on.
 class OPENQUIL_API ZRenderCallback {
   public:
+    OPENQUIL_COUNTED(ZRenderCallback);
     /// Makes a callback that is not registered yet.
     ZRenderCallback();
     /// Unregisters the callback.

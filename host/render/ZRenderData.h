@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZFloatMatrix.h"
 #include "host/core/ZFloatPoint.h"
 #include "host/core/ZFloatVector.h"
@@ -11,6 +12,7 @@
 /// the callback only.
 class OPENQUIL_API ZRenderData {
   public:
+    OPENQUIL_COUNTED(ZRenderData);
     /// Makes a record of zeros, null buffers and an identity matrix.
     ZRenderData();
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZString.h"
 
 #include <vector>
@@ -10,6 +11,7 @@
 /// version.
 class OPENQUIL_API ZRenderProfile {
   public:
+    OPENQUIL_COUNTED(ZRenderProfile);
     /// The host's own renderers.
     enum ZStandardRenderer : int {
         /// The software renderer.

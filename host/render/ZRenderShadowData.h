@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZFloatMatrix.h"
 #include "host/core/ZFloatPoint.h"
 
@@ -11,6 +12,7 @@
 /// change the picture. The record and its maps are valid during the callback only.
 class OPENQUIL_API ZRenderShadowData {
   public:
+    OPENQUIL_COUNTED(ZRenderShadowData);
     /// The kind of a light.
     enum LightType : int {
         /// Not a light that casts shadows.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZStatus.h"
 
@@ -13,6 +14,7 @@ struct ViewportRequest;
 /// drawing only.
 class OPENQUIL_API ZRenderTarget {
   public:
+    OPENQUIL_COUNTED(ZRenderTarget);
     /// The width in pixels.
     unsigned int width() const;
     /// The height in pixels.

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
@@ -26,6 +27,7 @@ class ZVectorArray;
 /// textures, light queries, the state of the current render, and noise.
 class OPENQUIL_API ZRenderUtil {
   public:
+    OPENQUIL_COUNTED(ZRenderUtil);
     /// What kind of render is going on.
     enum QuilRenderState {
         kNotRendering = 0,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
@@ -9,6 +10,7 @@
 /// One pixel of the render view. Colour values are 0 to 1; only pictures that are sent with the
 /// high-dynamic-range flag go beyond.
 struct OPENQUIL_API RV_PIXEL {
+    OPENQUIL_COUNTED(RV_PIXEL);
     /// Red.
     float r = 0.0f;
     /// Green.
@@ -21,6 +23,7 @@ struct OPENQUIL_API RV_PIXEL {
 
 /// One extra layer (such as depth or normals) that a block of pixels carries beside its colours.
 struct OPENQUIL_API RV_AOV {
+    OPENQUIL_COUNTED(RV_AOV);
     /// The number of values per pixel.
     unsigned int numberOfChannels = 0;
     /// The layer's name.
@@ -36,6 +39,7 @@ struct OPENQUIL_API RV_AOV {
 /// borders belong to it. Calls that come in the wrong order fail with kFailure.
 class OPENQUIL_API ZRenderView {
   public:
+    OPENQUIL_COUNTED(ZRenderView);
     /// Makes an object of no state: all operations are static.
     ZRenderView();
     /// Destroys it; the picture in the view stays.

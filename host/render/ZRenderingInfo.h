@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZMatrix.h"
 #include "host/render/ZRenderTarget.h"
@@ -11,6 +12,7 @@
 /// during the drawing only.
 class OPENQUIL_API ZRenderingInfo {
   public:
+    OPENQUIL_COUNTED(ZRenderingInfo);
     /// The left border of the image in its target, in pixels.
     int originX() const;
     /// The lower border of the image in its target, in pixels.

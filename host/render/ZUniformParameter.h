@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZPlug.h"
 #include "host/core/ZString.h"
 
@@ -22,6 +23,7 @@ class ZDrawContext;
 /// any other from what was set last, at first zeros and empty texts.
 class OPENQUIL_API ZUniformParameter {
   public:
+    OPENQUIL_COUNTED(ZUniformParameter);
     /// What the parameter holds.
     enum DataType : int {
         /// Nothing.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/render/ZUniformParameter.h"
 
 #include <vector>
@@ -10,6 +11,7 @@
 /// read is independent of it.
 class OPENQUIL_API ZUniformParameterList {
   public:
+    OPENQUIL_COUNTED(ZUniformParameterList);
     /// Makes an empty list.
     ZUniformParameterList();
     /// Makes a list with copies of the other's elements.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
@@ -14,6 +15,7 @@ class ZGeometry;
 /// each other.
 class OPENQUIL_API ZVaryingParameter {
   public:
+    OPENQUIL_COUNTED(ZVaryingParameter);
     /// The type of one value.
     enum ZVaryingParameterType : int {
         /// No values.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/render/ZVaryingParameter.h"
 
 #include <vector>
@@ -10,6 +11,7 @@
 /// read is independent of it.
 class OPENQUIL_API ZVaryingParameterList {
   public:
+    OPENQUIL_COUNTED(ZVaryingParameterList);
     /// Makes an empty list.
     ZVaryingParameterList();
     /// Makes a list with copies of the other's elements.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/base/HostApi.h"
+#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
@@ -11,6 +12,7 @@ class ZRenderingInfo;
 /// from it, makes an object and registers it under its name.
 class OPENQUIL_API ZViewportRenderer {
   public:
+    OPENQUIL_COUNTED(ZViewportRenderer);
     /// The interfaces to draw with.
     enum RenderingAPI : int {
         /// OpenGL: the target is current while the renderer draws.

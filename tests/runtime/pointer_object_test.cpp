@@ -5,6 +5,7 @@
 #include "runtime/client_data.h"
 #include "runtime/packed_object.h"
 
+#include <malloc.h>
 #include <vector>
 
 using namespace pytest;
@@ -158,6 +159,16 @@ TEST_F(PointerObject, DeathOfAnOwnerDestroysTheNativeObjectOnce) {
 static Ref pack(const std::string &bytes) {
     static swig_type_info type = record("_p_m");
     return Ref(SwigPyPacked_New(bytes.data(), bytes.size(), &type));
+}
+
+TEST_F(PackedObject, GivesItsMemoryBack) {
+    const auto cycles = [] {
+        for (int i = 0; i < 2000; ++i)
+            pack(std::string(600, 'x'));
+        return mallinfo2().uordblks;
+    };
+    const size_t before = cycles();
+    EXPECT_LT(cycles(), before + 2000);
 }
 
 TEST_F(PackedObject, ShowsItsBytesWhileTheyAreFewAndComparesThem) {

@@ -1,0 +1,232 @@
+"""Every kind of ownership, created, used and dropped again and again: afterwards the host's objects,
+Python's objects, reference counts and the memory are what they were. The number of cycles is the
+argument; it runs in quilhost --leak-check with the scene of layers."""
+import ctypes
+import gc
+import sys
+import unittest
+import weakref
+
+import quilhost
+import OpenQuil as c
+import OpenQuilRender as r
+
+CYCLES = int(sys.argv[1])
+n, m = r._native, c._native
+
+EVERYDAY = '''
+constructor: r.ZRenderProfile()
+bare constructor: n.new_ZRenderProfile()
+by value: vector + vector
+by value, a part of it: array[1].x
+reference: data.worldToEyeMatrix
+reference to itself: m.ZVector_assign(vector, vector) if hasattr(m, 'ZVector_assign') else vector
+untyped pointer: data.internalData
+data members: data.eyePoint = c.ZFloatPoint(1, 2, 3); data.resX = 5; data.resX
+typed pointer member: data.depthArr = floats; data.depthArr.read(0, 2); floats.this.acquire()
+disown and acquire: p = n.new_RV_PIXEL(); p.disown(); p.acquire(); p.own(False); p.own(True)
+deleted by hand: p = r.RV_PIXEL(); n.delete_RV_PIXEL(p)
+chain: p = n.new_RV_PIXEL(); p.append(n.new_RV_AOV()); p.next().next(); repr(p); str(p), hex(p)
+second initialisation: p = r.RV_PIXEL(); p.__init__()
+proxies: p = r.RV_PIXEL(); p.thisown; repr(p); p.r = 2.5; p == r.RV_PIXEL()
+weak proxy: profile.hasRenderer(0); weakref.proxy(profile).hasRenderer(0)
+proxy in a proxy: p = r.RV_PIXEL.__new__(r.RV_PIXEL); p.__dict__['this'] = pixel; p.r
+weak reference: weakref.ref(c.ZVector(), lambda dead: seen.append(vector + vector)); del seen[:]
+reference cycle: v = c.ZVector(); v.itself = v
+finaliser: Finalised(); del seen[:]
+destroyer in Python: n.new_RV_AOV(); r.RV_AOV(); del seen[:]
+director: Answering()
+director, called: callback = Answering(); n.ZRenderCallback_renderCallback(callback.this, data)
+director, calling back: callback = Upcalling(); n.ZRenderCallback_renderCallback(callback.this, data)
+director, registered: callback = Answering(); add(callback, 0); remove(callback)
+director, disowned: callback = Answering(); callback.__disown__(); n.delete_ZRenderCallback(callback)
+director without its instance: this = Answering().this; attempt(n.ZRenderCallback_renderCallback, this, data)
+director that answers nonsense: callback = Odd(); attempt(n.ZRenderCallback_renderCallback, callback.this, data)
+director that no script implements: callback = r.ZRenderCallback(); n.ZRenderCallback_renderCallback(callback.this, data)
+callback without a director: n.ZRenderCallback_renderCallback(n.new_ZRenderCallback(None), data)
+text in: profile.hasRenderer(long_text, 1.0), profile.hasRenderer('short', 1.0)
+text in, of other objects: profile.hasRenderer(5.5, 1.0), profile.hasRenderer(bytearray('ab'), 1.0)
+text out: unicode(c.ZString(long_text)), r.ZRenderUtil.relativeFileName(long_text), r.ZRenderView.className()
+text that cannot be read: attempt(profile.hasRenderer, None, 1.0), attempt(profile.hasRenderer, '\\xff', 1.0)
+array: a = c.ZFloatVectorArray([vector, (1, 2, 3)]); a.append(a[0]); a[0] = a[1]; a.remove(0)
+array of texts: c.ZStringArray([long_text, u'b']).join(u'+')
+array of large values: a = c.ZMatrixArray(100, matrix); a.setLength(7)
+iterator: list(array), tuple(texts), [x for x in vector]
+iterator, left off: iter(array).next(); iter(texts).next()
+buffer: c.FloatBuffer([1, 2, 3]).read(0, 3); c.CharBuffer('text').readBytes(0, 4)
+pixels: c.PixelBuffer(64).fill(c.ZColor(1, 0, 0)); c.PixelBuffer(2).pixels(1)
+image: image = c.ZImage(); image.create(16, 16); image.readPixels()
+out-arguments: cells = [c.UnsignedIntBuffer(1) for _ in range(4)]; r.ZRenderView.getRenderRegion(*cells)
+out-argument by reference: found = c.ZObject(); selection.getDependNode(0, found); found == node
+by address: bits = render_pass.frameBufferType(); bits[0]
+static: r.ZRenderView.doesRenderEditorExist(); r.ZHardwareRenderer.theRenderer()
+scene: path = c.ZDagPath(); c.ZDagPath.getAPathTo(node, path); c.ZPlug(node, u'visibility').asBool()
+function sets: nodes = c.ZObjectArray(); layer.externalRenderPasses(nodes); layer.adjustmentPlug
+settings: s = r.ZCommonRenderSettingsData(); r.ZRenderUtil.getCommonRenderSettings(s); s.name
+parameters: r.ZUniformParameterList().length(); r.ZVaryingParameter().name()
+swatch: if _ % 50 == 0: c.Swatches.begin(u'materialBall', material, 8).resolution()
+geometry: g = r.ZGeometryRequirements(); g.addNormal(); n.new_ZGeometryRequirements()
+wrong type: attempt(vector.__add__, 'x'); attempt(n.RV_PIXEL_r_set, pixel, 'x')
+wrong count: attempt(n.new_RV_PIXEL, 1); attempt(n.RV_PIXEL_r_set, pixel)
+null reference: attempt(n.ZRenderCallback_renderCallback, r.ZRenderCallback(), None)
+no overload: attempt(c.ZVector, 'x', 'y', 'z'); attempt(profile.addRenderer, 1, 2, 3)
+failed status: attempt(selection.getDependNode, 99, node); attempt(r.ZRenderView.endRender)
+failed items: attempt(c.ZFloatVectorArray, [vector, seen]); attempt(c.FloatBuffer, [1, 'x'])
+'''
+
+pending = ctypes.pythonapi.PyErr_Occurred
+seen, long_text = [], u'\u20ac' * 3000
+vector, matrix, data, profile, pixel = (c.ZVector(1, 2, 3), c.ZMatrix(), r.ZRenderData(),
+                                        r.ZRenderProfile(), n.new_RV_PIXEL())
+floats, texts = c.FloatBuffer([1, 2, 3]), c.ZStringArray([u'a', u'b'])
+array, selection = c.ZFloatVectorArray([(1, 2, 3)] * 3), c.ZSelectionList()
+add, remove = r.ZRenderCallback.addCallback, r.ZRenderCallback.removeCallback
+
+
+def first_node(name):
+    found, list_ = c.ZObject(), c.ZSelectionList()
+    list_.add(name)
+    list_.getDependNode(0, found)
+    return found
+
+
+node, material = first_node(u'floor'), first_node(u'ballPaint')
+selection.add(node)
+render_pass, layer = r.ZFnRenderPass(first_node(u'depthPass')), r.ZFnRenderLayer(first_node(u'hero'))
+
+
+def attempt(function, *arguments):
+    try:
+        function(*arguments)
+        pending()  # an unreadable text raises, and the call goes on
+    except Exception as error:
+        del error
+        sys.exc_clear()
+    else:
+        raise AssertionError('%s%r does not fail' % (function, arguments))
+
+
+class Answering(r.ZRenderCallback):
+    def renderCallback(self, data):
+        return data.xsize == 0
+
+
+class Upcalling(r.ZRenderCallback):
+    def renderCallback(self, data):
+        return r.ZRenderCallback.renderCallback(self, data)
+
+
+class Odd(r.ZRenderCallback):
+    def renderCallback(self, data):
+        return self
+
+    def __nonzero__(self):
+        raise KeyError('no truth value')
+
+
+class Finalised(c.ZVector):
+    def __del__(self):
+        seen.append((self + vector, n.new_RV_PIXEL()))
+
+
+class Aov(object):
+    """Takes the place of the proxy class: destroys in Python, and does more than that."""
+    @staticmethod
+    def __swig_destroy__(pointer):
+        attempt(n.RV_PIXEL_r_set, pointer, 1.0)
+        seen.append((vector + vector, int(pointer)))
+        n.delete_RV_AOV(pointer)
+
+
+class Memory(ctypes.Structure):
+    _fields_ = [(name, ctypes.c_size_t) for name in 'a b c d mapped e f used g h'.split()]
+
+
+mallinfo = ctypes.CDLL(None).mallinfo2
+mallinfo.restype = Memory
+
+# What cycles pass around: a reference that is lost or gained shows here.
+WATCHED = [None, True, False, NotImplemented, type(pixel), type(iter([])), seen, long_text, vector,
+           matrix, data, profile, pixel, floats, texts, array, selection, node, Answering, Upcalling,
+           r.RV_PIXEL, r.RV_AOV, c.ZVector, c.ZString, (), TypeError, RuntimeError]
+WATCHED += [item.this for item in WATCHED if hasattr(item, '__dict__') and 'this' in vars(item)]
+
+
+def anonymous():
+    """Bytes of memory that the process has written to."""
+    with open('/proc/self/smaps_rollup') as rollup:
+        return sum(int(line.split()[1]) << 10 for line in rollup if line.startswith('Anonymous'))
+
+
+def state():
+    gc.collect()
+    heap = mallinfo()
+    counts = [len(gc.get_objects())] + map(sys.getrefcount, WATCHED)
+    return quilhost.live_objects(), counts, [heap.used + heap.mapped, anonymous()]
+
+
+class Cycles(unittest.TestCase):
+    def check(self, statement):
+        scope = dict(globals())
+        exec 'def run():\n    for _ in xrange(CYCLES):\n        ' + statement in scope
+        scope['run']()
+        rounds = []
+        for _ in range(4):
+            objects, counts, memory = state()
+            scope['run']()
+            now = state()
+            self.assertEqual(now[0], objects, statement)
+            rounds.append([b - a for a, b in zip(counts + memory, now[1] + now[2])])
+        # What grows for another reason does not grow in every round, and what is made in every
+        # cycle and stays takes more than eight bytes of it.
+        columns = zip(*rounds)
+        for column in columns[:-2]:
+            self.assertLess(min(map(abs, column)), CYCLES // 2, (statement, columns))
+        for column in columns[-2:]:
+            self.assertLess(min(column), 8 * CYCLES, (statement, columns))
+
+    def test_every_class_is_counted(self):
+        # Constructed with more than a number or None, or by the host alone.
+        others = ['ZDrawProcedureBase', 'ZGeometry', 'ZGeometryData', 'ZGeometryList',
+                  'ZGeometryPrimitive', 'ZSwatchRenderBase', 'ZViewportRenderer']
+        for native in n, m:
+            for name in [x[7:] for x in dir(native) if x.startswith('delete_')]:
+                if name in others:
+                    continue
+                new, counted = getattr(native, 'new_' + name), quilhost.live_objects
+                key = 'buffer' if name.endswith('Buffer') and name != 'PixelBuffer' else name
+                made, before = None, counted().get(key, 0)
+                for arguments in (), (1,), (None,):
+                    try:
+                        made = made or new(*arguments)
+                    except (TypeError, NotImplementedError):
+                        pass
+                self.assertEqual(counted()[key], before + 1, name)
+                getattr(native, 'delete_' + name)(made)
+                self.assertEqual(counted()[key], before, name)
+
+    def test_kept_by_its_destroyer(self):
+        kept = []
+        n.RV_AOV_swigregister(type('Kept', (object,), {'__swig_destroy__': kept.append}))
+        self.addCleanup(n.RV_AOV_swigregister, r.RV_AOV)
+        address = int(n.new_RV_AOV())
+        self.assertEqual([(int(pointer), pointer.own()) for pointer in kept], [(address, False)])
+        n.delete_RV_AOV(kept.pop())
+
+
+def add_test(line):
+    name, statement = line.split(': ', 1)
+
+    def test(self):
+        if name.startswith('destroyer'):
+            n.RV_AOV_swigregister(Aov)
+            self.addCleanup(n.RV_AOV_swigregister, r.RV_AOV)
+        self.check(statement)
+    setattr(Cycles, 'test ' + name, test)
+
+
+for line in EVERYDAY.strip().splitlines():
+    add_test(line)
+
+if __name__ == '__main__':
+    unittest.main(argv=sys.argv[:1])

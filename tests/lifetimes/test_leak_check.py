@@ -1,0 +1,46 @@
+"""What quilhost --leak-check tells, and its exit code."""
+import subprocess
+import sys
+import unittest
+
+QUILHOST = sys.argv.pop(1)
+KEPT = 'import OpenQuil as c, OpenQuilRender as r, _OpenQuil as m, sys, atexit\n'
+
+
+class LeakCheck(unittest.TestCase):
+    def test_leaks(self):
+        for code, lines in (
+                ('v = c.ZVector()', []),
+                ('class Held(object): texts = c.ZStringArray([u"a"])', []),
+                ('r.ZRenderCallback.addCallback(r.ZRenderCallback(), 0)', []),
+                ('atexit.register(lambda: c.ZVector(1, 2, 3).length())', []),
+                ('r.ZRenderView.startRender(4, 4)\npixels = c.PixelBuffer(16)\n'
+                 'r.ZRenderView.updatePixels(0, 3, 0, 3, pixels)\nr.ZRenderView.endRender()', []),
+                ('c.ZVector().this.disown()', ['1 ZVector']),
+                ('for _ in range(3): c.ZImage().this.disown(), c.FloatBuffer(2).this.disown()',
+                 ['3 ZImage', '3 buffer']),
+                ('r.ZRenderCallback().__disown__()', ['1 ZRenderCallback']),
+                ('sys.keep = c.ZPlug()', ['1 ZPlug']),
+                ('m.ZVector_swigregister(object); a = m.new_ZVector()', ['1 ZVector'])):
+            done = subprocess.run([QUILHOST, '--no-gl', '--leak-check', '--python-expr', KEPT + code],
+                                  stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, timeout=60,
+                                  universal_newlines=True)
+            self.assertEqual((done.stderr.splitlines(), done.returncode),
+                             (['quilhost: left over: ' + line for line in lines], 5 if lines else 0),
+                             code)
+
+    def test_numbers_for_the_script(self):
+        code = ('import quilhost, OpenQuil as c; before = quilhost.live_objects()\n'
+                'v = c.ZVector(); print before.get("ZVector", 0), quilhost.live_objects().get("ZVector")')
+        for options, output in (['--leak-check'], '0 1\n'), ([], '0 None\n'):
+            self.assertEqual(subprocess.check_output([QUILHOST, '--no-gl', '--python-expr', code] + options,
+                                                     universal_newlines=True), output)
+
+    def test_the_script_s_own_failure_comes_first(self):
+        code = 'import OpenQuil as c; c.ZVector().this.disown(); raise SystemExit(7)'
+        self.assertEqual(subprocess.run([QUILHOST, '--no-gl', '--leak-check', '--python-expr', code],
+                                        stderr=subprocess.DEVNULL).returncode, 7)
+
+
+if __name__ == '__main__':
+    unittest.main()
