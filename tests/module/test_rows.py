@@ -135,6 +135,15 @@ TARGETS = {'void const *&': 'p_void', 'unsigned int *&': 'p_unsigned int',
 ANYTHING = ('PyObject', 'void *', 'void const *')
 
 
+def pointee(declared):
+    """The type that an argument points to, by the name of its record."""
+    special = ADDRESSES.get(declared) or FUNCTION_POINTERS.get(declared) or TARGETS.get(declared)
+    if special:
+        return special
+    bare = declared.replace('const', '').rstrip('&* ').strip()
+    return GL_TYPES.get(bare, bare)
+
+
 def expectations(declared, is_object_member):
     """An argument that passes, and the failures: argument, exception, is a null reference."""
     if declared in ENUMERATIONS:
@@ -149,13 +158,12 @@ def expectations(declared, is_object_member):
     if declared == 'ZGLcharARB const *':
         return 'text', [(bad, TypeError, False) for bad in (object(), u'text', ['text'])]
     if declared in ADDRESSES:
-        return harness.placeholder(ADDRESSES[declared]), [
+        return harness.placeholder(pointee(declared)), [
             (bad, TypeError, False) for bad in (object(), ['text'], harness.placeholder('void'))]
     if declared in FUNCTION_POINTERS:
-        return harness.placeholder(FUNCTION_POINTERS[declared]), [
+        return harness.placeholder(pointee(declared)), [
             (bad, TypeError, False) for bad in (object(), harness.placeholder('ZImage'))]
-    bare = TARGETS.get(declared) or declared.replace('const', '').rstrip('&* ').strip()
-    bare = GL_TYPES.get(bare, bare)
+    bare = pointee(declared)
     good, bad = harness.placeholder(bare), [(object(), TypeError, False)]
     unrelated = harness.placeholder('ZStatus' if bare == 'ZImage' else 'ZImage')
     bad.append((unrelated, TypeError, False))

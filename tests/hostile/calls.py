@@ -1,0 +1,292 @@
+"""The rows of the module, what each of their arguments takes, good values, and calls that are judged.
+Expectations follow the declared types of tests/module/rows.tsv, by families."""
+import ctypes
+import json
+import mmap
+import os
+import subprocess
+import sys
+import tempfile
+
+sys.path[:0] = [os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, 'module')]
+import harness
+from harness import module, O
+from test_rows import ANYTHING, FUNCTION_POINTERS, GL_DATA, GL_TYPES, STRINGS, pointee
+
+import OpenQuil
+import OpenQuilRender
+
+PROGRAM = os.readlink('/proc/self/exe')
+BUILD = os.path.dirname(os.path.dirname(PROGRAM))
+NULL_HOST = os.path.join(BUILD, 'lib', 'libnull_host.so')
+# The rows whose members a preloaded null host replaces: they come back whatever they are given.
+NULL_HOST_ROWS = frozenset()
+if os.environ.get('LD_PRELOAD') == NULL_HOST:
+    NULL_HOST_ROWS = frozenset(open(
+        os.path.join(BUILD, 'tests', 'hostile', 'null_host_rows.txt')).read().split())
+RANGES = {'int': (-2 ** 31, 2 ** 31 - 1), 'unsigned int': (0, 2 ** 32 - 1),
+          'short': (-2 ** 15, 2 ** 15 - 1), 'unsigned short': (0, 2 ** 16 - 1),
+          'signed char': (-128, 127), 'unsigned char': (0, 255), 'long': (-2 ** 63, 2 ** 63 - 1)}
+LARGEST_FLOAT = 3.4028234663852886e38
+DATA = ('double', 'float', 'int', 'unsigned int', 'short', 'unsigned short', 'char',
+        'unsigned char')
+BUFFERS = {'void *': 'VoidPointer', 'p_void': 'VoidPointer', 'p_char': 'CharPointer',
+           'p_unsigned_int': 'UnsignedIntPointer',
+           'ZHardwareRenderer__BufferPixelFormat': 'BufferPixelFormat'}
+NOTHING = object()
+raise_pending = ctypes.pythonapi.PyErr_Occurred  # which raises what it finds
+
+
+class Row(object):
+    """One function; `cases` are its overloads: least and most arguments, declared types."""
+
+    def __init__(self, name, flag, least, most, cases):
+        self.name, self.flag, self.least, self.most, self.cases = name, flag, least, most, cases
+        self.function = getattr(module, name)
+        self.null_host = name in NULL_HOST_ROWS
+        self.is_method = not name.startswith(('new_', 'delete_', 'disown_'))
+        self.is_protocol = name.endswith(('_swigregister', '_swiginit', 'InstanceMethod_New'))
+        self.is_destructor = name.startswith('delete_')
+        self.is_embedded = name.endswith('_set') and cases[0][2][1] in (
+            'ZString *', 'ZTime *', 'ZFloatVector *', 'ZFloatPoint *', 'ZFloatMatrix *')
+
+    def message(self, position, declared):
+        return "in method '%s', argument %d of type '%s'" % (self.name, position + 1, declared)
+
+
+def overloads(description):
+    for case in description['overloads']:
+        text = case['declaration']
+        types = [t.strip() for t in text[text.index('(') + 1:text.rindex(')')].split(',')]
+        types = [t.replace('Handle const &', 'Handle') for t in types]  # known by value to scripts
+        if description['kind'] == 'method':
+            types.insert(0, description['class'] + (' const *' if text.endswith('const') else ' *'))
+        yield case['min'], case['max'], [t for t in types if t and t != 'ZStatus *']
+
+
+def read_rows():
+    with open(os.path.join(BUILD, 'companion', 'render.json')) as text:
+        described = dict((str(f['name']), f) for f in json.load(text)['functions'])
+    for name, flag, least, most, types in harness.rows():
+        cases = [(least, most, types)]
+        if types == ['overloaded']:
+            cases = [(a, b, map(str, types)) for a, b, types in overloads(described[name])]
+        yield Row(name, flag, least, most, cases)
+    yield Row('SWIG_PyInstanceMethod_New', O, 1, 1, [(1, 1, ['PyObject'])])
+
+
+def native_of(declared):
+    """The type of a number, whatever its name."""
+    bare = declared[:-len(' const')] if declared.endswith(' const') else declared
+    if '::' in bare and bare[-1] not in '&*' or bare == 'ZHwTextureFileHandle':
+        return 'int'
+    return GL_TYPES.get(bare, bare)
+
+
+NUMBERS = frozenset(RANGES) | frozenset(('float', 'double', 'bool', 'bool const &'))
+
+
+def is_pointer(declared):
+    """Whether only pointer objects of one type are taken, and None."""
+    return native_of(declared) not in NUMBERS and declared not in (
+        STRINGS + ANYTHING + GL_DATA + ('ZGLcharARB const *',))
+
+
+# What is said about one argument: None where it is taken, else the exception and what it says.
+
+def number_error(native, value):
+    if native in ('float', 'double'):
+        if not isinstance(value, (int, long, float)):
+            return TypeError
+        try:
+            value = float.__float__(value) if isinstance(value, float) else value * 1.0
+        except OverflowError:
+            return TypeError
+        return OverflowError if native == 'float' and abs(value) > LARGEST_FLOAT else None
+    low, high = RANGES[native]
+    if not isinstance(value, (int, long)):
+        return TypeError
+    word = (-2 ** 63, 2 ** 63 - 1) if low else (0, 2 ** 64 - 1)
+    if isinstance(value, long) and not word[0] <= value <= word[1] and native != 'long':
+        return TypeError
+    return None if low <= value <= high else OverflowError
+
+
+def complaint(row, position, declared, item):
+    text = row.message(position, declared)
+    native = native_of(declared)
+    if native in ('bool', 'bool const &'):
+        return None if item.truth else (TypeError, text)
+    if native in NUMBERS:
+        error = number_error(native, item.value)
+        return error and (error, text)
+    if declared == 'list':
+        return list_error(item)
+    if declared in STRINGS:
+        return None if item.text else (
+            TypeError, 'Expected a String or Unicode object for argument %d' % (position + 1))
+    if declared in ANYTHING or item.value is None and declared in GL_DATA:
+        return None
+    if declared in GL_DATA:
+        return None if item.record in DATA else (
+            TypeError, 'Expected argument of pointer type compatible with ZGLvoid*')
+    if declared == 'ZGLcharARB const *' and isinstance(item.value, str):
+        return None
+    if item.value is not None and item.record != pointee(declared):
+        return TypeError, text
+    is_reference = ('*' not in declared or declared.endswith('*&')) and (
+        declared not in FUNCTION_POINTERS) or row.is_embedded and position == 1
+    return (ValueError, 'invalid null reference ' + text) if item.null and is_reference else None
+
+
+def list_error(item):
+    value = item.value
+    if type(value) is not list:
+        return TypeError, 'Argument 4 must be a list object'
+    if not any(i is None or type(i) is str and i == '\xff' for i in value):
+        return None
+    return TypeError, 'Expected a list of Strings or Unicode objects for argument 4'
+
+
+# Good values
+
+class Goods(object):
+    """Makes good values by declared type. What cannot be made by a script is a placeholder."""
+
+    def __init__(self):
+        self.kept = {}
+        self.placeholders = set()
+
+    def make(self, declared):
+        if declared == 'list':
+            return []
+        if declared in STRINGS or declared == 'ZGLcharARB const *':
+            return 'text'
+        if declared in ANYTHING or declared in GL_DATA:
+            return None
+        if native_of(declared) in NUMBERS:
+            return 1
+        try:
+            return self.construct(pointee(declared))
+        except (AttributeError, TypeError):
+            self.placeholders.add(declared)
+            return harness.placeholder(pointee(declared))
+
+    def construct(self, name):
+        buffer_name = BUFFERS.get(name, name.title().replace(' ', '')) + 'Buffer'
+        if hasattr(OpenQuil, buffer_name):
+            return getattr(OpenQuil, buffer_name)(4096)
+        if name == 'ZGLFunctionTable':
+            return OpenQuilRender.ZHardwareRenderer.theRenderer().glFunctionTable()
+        if name == 'ZHardwareRenderer':
+            return OpenQuilRender.ZHardwareRenderer.theRenderer() or self.fail()
+        if name == 'ZGeometryData':
+            return OpenQuilRender.ZGeometryData('data', 1, 0, 3, 4, None, True)
+        if name == 'ZUniformParameter':
+            return OpenQuilRender.ZUniformParameter('name', 3, 0)
+        if name == 'ZVaryingParameter':
+            return OpenQuilRender.ZVaryingParameter('name', 1)
+        return (getattr(OpenQuilRender, name, None) or getattr(OpenQuil, name))()
+
+    def fail(self):
+        raise TypeError('not to be had from this host')
+
+    def keep(self, declared):
+        if declared not in self.kept:
+            self.kept[declared] = self.make(declared)
+        return self.kept[declared]
+
+
+def may_call(row, types, items, goods):
+    """Whether a host survives a call whose arguments are all taken. A null host always does; a
+    real one wants the object of a method, takes what it is told is memory for memory, and has no
+    use for pointers to objects that are gone or never were."""
+    if row.is_destructor:  # what is deleted here nobody else uses
+        return items[0].null or (items[0].label in ('good one', 'chained') and
+                                 types[0] not in goods.placeholders)
+    if row.null_host:
+        return True
+    for position, (declared, item) in enumerate(zip(types, items)):
+        if item.dangling or declared in goods.placeholders:
+            return False
+        if declared in ('void *', 'void const *') and item.value is not None:
+            return False
+        if position == 0 and row.is_method and item.null and '*' in declared:
+            return False
+    return True
+
+
+# Calls
+
+def attempt(function, arguments):
+    """The result, or NOTHING, and the exception. Both come together where text could not be read."""
+    result = NOTHING
+    try:
+        result = function(*arguments)
+        raise_pending()
+    except BaseException as error:
+        return result, error
+    return result, None
+
+
+class Journal(object):
+    """The last calls, in a file that outlives a crash."""
+    SLOTS, WIDTH = 40, 500
+
+    def __init__(self, path):
+        with open(path, 'wb') as room:
+            room.write(' ' * self.SLOTS * self.WIDTH)
+        with open(path, 'r+b') as room:
+            self.room = mmap.mmap(room.fileno(), 0)
+        self.count = 0
+
+    def write(self, text):
+        start = self.count % self.SLOTS * self.WIDTH
+        line = '%d: %s' % (self.count, text)
+        self.room[start:start + self.WIDTH] = line[:self.WIDTH - 1].ljust(self.WIDTH - 1) + '\n'
+        self.count += 1
+
+    @staticmethod
+    def tail(path, count=12):
+        with open(path, 'rb') as room:
+            lines = [line.strip() for line in room.read().split('\n') if line.strip()]
+        return sorted(lines, key=lambda line: int(line.split(':')[0]))[-count:]
+
+
+def judge(row, expected, result, error):
+    """What is wrong with the outcome of a call, or None. `expected` are the possible complaints;
+    None among them stands for success, after which a real host may still refuse."""
+    if row.is_protocol:
+        is_null = row.name == 'SWIG_PyInstanceMethod_New'
+        return None if (type(error) is SystemError) == is_null else 'null without an exception'
+    if error is None:
+        return None if None in expected else 'should have failed: %r' % expected
+    said = type(error), str(error)
+    if said in expected:
+        reads_on = said[1].startswith('Expected a ') and 'pointer' not in said[1]
+        if reads_on != (result is not NOTHING) and not (reads_on and not row.null_host):
+            return '%r, and the result is %r' % (said, result)
+        return None
+    refused = type(error) is RuntimeError and result is NOTHING and not row.null_host
+    if refused and any(e is None or 'Expected a' in e[1] for e in expected):
+        return None
+    return '%r raised instead of %r; result %r' % (said, expected, result)
+
+
+def supervise(script, arguments, null_host):
+    """Runs a script in a process of its own, with a journal; when it crashes or hangs, shows its
+    last calls. Returns the exit status."""
+    handle, journal = tempfile.mkstemp()
+    os.close(handle)
+    environment = dict(os.environ, PYTHONDONTWRITEBYTECODE='1')
+    if null_host:
+        environment['LD_PRELOAD'] = NULL_HOST
+    try:
+        status = subprocess.call([PROGRAM, '--no-gl', '--quiet', '--python', script, '--', '--journal',
+                                  journal] + arguments, env=environment)
+        if status < 0:
+            sys.stderr.write('signal %d; the last calls:\n%s\n' % (
+                -status, '\n'.join(Journal.tail(journal))))
+        return 1 if status else 0
+    finally:
+        os.remove(journal)
