@@ -15,6 +15,7 @@ from test_rows import ANYTHING, FUNCTION_POINTERS, GL_DATA, GL_TYPES, STRINGS, p
 
 import OpenQuil
 import OpenQuilRender
+from corpus import Item
 
 PROGRAM = os.readlink('/proc/self/exe')
 BUILD = os.path.dirname(os.path.dirname(PROGRAM))
@@ -27,9 +28,12 @@ if os.environ.get('LD_PRELOAD') == NULL_HOST:
 RANGES = {'int': (-2 ** 31, 2 ** 31 - 1), 'unsigned int': (0, 2 ** 32 - 1),
           'short': (-2 ** 15, 2 ** 15 - 1), 'unsigned short': (0, 2 ** 16 - 1),
           'signed char': (-128, 127), 'unsigned char': (0, 255), 'long': (-2 ** 63, 2 ** 63 - 1)}
+CHARACTERS = 'ZGLcharARB const *', 'char const *'
+CALLBACK_FAILED = 4  # the program's exit status; odd objects make odd callbacks
+NO_OVERLOAD = "Wrong number or type of arguments for overloaded function '%s'.\n"
 LARGEST_FLOAT = 3.4028234663852886e38
-DATA = ('double', 'float', 'int', 'unsigned int', 'short', 'unsigned short', 'char',
-        'unsigned char')
+GL_DATA_RECORDS = map(harness.mangled, (
+    'double', 'float', 'int', 'unsigned int', 'short', 'unsigned short', 'char', 'unsigned char'))
 BUFFERS = {'void *': 'VoidPointer', 'p_void': 'VoidPointer', 'p_char': 'CharPointer',
            'p_unsigned_int': 'UnsignedIntPointer',
            'ZHardwareRenderer__BufferPixelFormat': 'BufferPixelFormat'}
@@ -89,7 +93,7 @@ NUMBERS = frozenset(RANGES) | frozenset(('float', 'double', 'bool', 'bool const 
 def is_pointer(declared):
     """Whether only pointer objects of one type are taken, and None."""
     return native_of(declared) not in NUMBERS and declared not in (
-        STRINGS + ANYTHING + GL_DATA + ('ZGLcharARB const *',))
+        STRINGS + ANYTHING + GL_DATA + CHARACTERS)
 
 
 # What is said about one argument: None where it is taken, else the exception and what it says.
@@ -113,6 +117,8 @@ def number_error(native, value):
 
 
 def complaint(row, position, declared, item):
+    if item.good:
+        return None
     text = row.message(position, declared)
     native = native_of(declared)
     if native in ('bool', 'bool const &'):
@@ -128,11 +134,11 @@ def complaint(row, position, declared, item):
     if declared in ANYTHING or item.value is None and declared in GL_DATA:
         return None
     if declared in GL_DATA:
-        return None if item.record in DATA else (
+        return None if item.record in GL_DATA_RECORDS else (
             TypeError, 'Expected argument of pointer type compatible with ZGLvoid*')
-    if declared == 'ZGLcharARB const *' and isinstance(item.value, str):
+    if declared in CHARACTERS and isinstance(item.value, str):
         return None
-    if item.value is not None and item.record != pointee(declared):
+    if item.value is not None and item.record != harness.mangled(pointee(declared)):
         return TypeError, text
     is_reference = ('*' not in declared or declared.endswith('*&')) and (
         declared not in FUNCTION_POINTERS) or row.is_embedded and position == 1
@@ -140,12 +146,49 @@ def complaint(row, position, declared, item):
 
 
 def list_error(item):
-    value = item.value
-    if type(value) is not list:
+    """The names of a list are read, and go on being read like text; then it is filled."""
+    if type(item.value) is not list:
         return TypeError, 'Argument 4 must be a list object'
-    if not any(i is None or type(i) is str and i == '\xff' for i in value):
+    if not any(i is None or type(i) is str and i == '\xff' for i in item.value):
         return None
     return TypeError, 'Expected a list of Strings or Unicode objects for argument 4'
+
+
+def goes_on(error):
+    """Text that cannot be read raises, and the call is made all the same."""
+    return error and error[1].startswith('Expected a ') and 'pointer' not in error[1]
+
+
+def first_complaint(row, types, items):
+    waiting = None
+    for position, (declared, item) in enumerate(zip(types, items)):
+        error = complaint(row, position, declared, item)
+        if error and not goes_on(error):
+            return error
+        waiting = error or waiting
+    return waiting
+
+
+def expectations(row, items):
+    """The possible outcomes of a call. Of an overloaded function, an odd argument may keep one case
+    from being chosen; another one then complains about its own first difference."""
+    fitting = [types for least, most, types in row.cases if least <= len(items) <= most]
+    expected = [first_complaint(row, types, items) for types in fitting]
+    if len(row.cases) > 1:
+        for types in fitting:
+            for position, (declared, item) in enumerate(zip(types, items)):
+                expected.append((TypeError, row.message(position, declared)))
+                error = complaint(row, position, declared, item)
+                expected += [error] if error else []
+    return expected
+
+
+def record_of(value):
+    """The type of the pointer object behind a result, or None."""
+    bare = getattr(value, 'this', value)
+    if type(bare).__name__ != 'SwigPyObject':
+        return None
+    return harness.PointerObject.from_address(id(bare)).ty.contents.name
 
 
 # Good values
@@ -160,7 +203,7 @@ class Goods(object):
     def make(self, declared):
         if declared == 'list':
             return []
-        if declared in STRINGS or declared == 'ZGLcharARB const *':
+        if declared in STRINGS or declared in CHARACTERS:
             return 'text'
         if declared in ANYTHING or declared in GL_DATA:
             return None
@@ -193,27 +236,28 @@ class Goods(object):
 
     def keep(self, declared):
         if declared not in self.kept:
-            self.kept[declared] = self.make(declared)
+            self.kept[declared] = self.item(declared)
         return self.kept[declared]
 
+    def item(self, declared):
+        return Item('good', self.make(declared), good=True)
 
-def may_call(row, types, items, goods):
+
+def may_call(row, items, goods):
     """Whether a host survives a call whose arguments are all taken. A null host always does; a
     real one wants the object of a method, takes what it is told is memory for memory, and has no
     use for pointers to objects that are gone or never were."""
     if row.is_destructor:  # what is deleted here nobody else uses
         return items[0].null or (items[0].label in ('good one', 'chained') and
-                                 types[0] not in goods.placeholders)
+                                 row.cases[0][2][0] not in goods.placeholders)
     if row.null_host:
         return True
-    for position, (declared, item) in enumerate(zip(types, items)):
-        if item.dangling or declared in goods.placeholders:
-            return False
-        if declared in ('void *', 'void const *') and item.value is not None:
-            return False
-        if position == 0 and row.is_method and item.null and '*' in declared:
-            return False
-    return True
+    return not any(
+        item.dangling or declared in goods.placeholders or
+        declared in ('void *', 'void const *') and item.value is not None or
+        position == 0 and row.is_method and item.null and '*' in declared
+        for least, most, types in row.cases if least <= len(items) <= most
+        for position, (declared, item) in enumerate(zip(types, items)))
 
 
 # Calls
@@ -261,14 +305,15 @@ def judge(row, expected, result, error):
         return None if (type(error) is SystemError) == is_null else 'null without an exception'
     if error is None:
         return None if None in expected else 'should have failed: %r' % expected
+    if row.name == 'ZGeometryList_addLast' and str(error).startswith(NO_OVERLOAD % row.name):
+        return None  # the one dispatcher that probes where only one case takes so many arguments
     said = type(error), str(error)
     if said in expected:
-        reads_on = said[1].startswith('Expected a ') and 'pointer' not in said[1]
-        if reads_on != (result is not NOTHING) and not (reads_on and not row.null_host):
-            return '%r, and the result is %r' % (said, result)
-        return None
+        if result is NOTHING or goes_on(said):
+            return None
+        return '%r, and the result is %r' % (said, result)
     refused = type(error) is RuntimeError and result is NOTHING and not row.null_host
-    if refused and any(e is None or 'Expected a' in e[1] for e in expected):
+    if refused and any(e is None or goes_on(e) for e in expected):
         return None
     return '%r raised instead of %r; result %r' % (said, expected, result)
 
@@ -287,6 +332,6 @@ def supervise(script, arguments, null_host):
         if status < 0:
             sys.stderr.write('signal %d; the last calls:\n%s\n' % (
                 -status, '\n'.join(Journal.tail(journal))))
-        return 1 if status else 0
+        return 0 if status in (0, CALLBACK_FAILED) else 1
     finally:
         os.remove(journal)

@@ -13,12 +13,15 @@ import OpenQuilRender
 
 class Item(object):
     """`record`: the type of the pointer object behind it, if any; `null`: a null pointer; `truth`,
-    `text`: whether it has one; `dangling`: what it points to is gone."""
+    `text`: whether it has one; `dangling`: what it points to is gone; `good`: is taken where it is
+    given."""
 
     def __init__(self, label, value, record=None, null=False, truth=True, text=True,
-                 dangling=False):
-        self.label, self.value, self.record, self.null = label, value, record, null
-        self.truth, self.text, self.dangling = truth, text, dangling
+                 dangling=False, good=False):
+        self.needs = frozenset()  # the items that it points into
+        self.label, self.value, self.null = label, value, null
+        self.record = record and harness.mangled(record)
+        self.truth, self.text, self.dangling, self.good = truth, text, dangling, good
 
 
 def reenter(*_):

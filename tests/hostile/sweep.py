@@ -6,7 +6,7 @@ import sys
 
 import calls
 import corpus
-from calls import attempt, complaint, judge, may_call
+from calls import attempt, judge, may_call
 from corpus import Item
 
 MOST_FAULTS = 40
@@ -61,26 +61,22 @@ class Sweep(object):
             if not is_taken[count]:
                 self.journal.write('%s with %d arguments' % (row.name, count))
                 result, error = attempt(row.function, [None] * count)
-                text = "Wrong number or type of arguments for overloaded function '%s'.\n" % row.name
+                text = calls.NO_OVERLOAD % row.name
                 right = isinstance(error, NotImplementedError) and str(error).startswith(text) if (
                     len(row.cases) > 1) else type(error) is TypeError
                 self.count(row, result is calls.NOTHING and right, (), repr(error))
 
     def one(self, row, types, position, item):
-        keep = self.goods.make if row.is_destructor or row.is_protocol else (
-            self.goods.keep)
-        items = [Item('good', keep(declared)) for declared in types]
+        keep = self.goods.item if row.is_destructor or row.is_protocol else self.goods.keep
+        items = [keep(declared) for declared in types]
         items[position] = item
         if types[position] == 'list' and type(item.value) is list:
             items[position] = item = Item(item.label, list(item.value))  # it is filled with names
-        if len(row.cases) == 1:
-            expected = [complaint(row, position, types[position], item)]
-        else:
-            expected = self.possible(row, len(types), item)
-        if None in expected or 'Expected a ' in expected[0][1]:
-            if not may_call(row, types, items, self.goods):
-                self.held_back += 1
-                return
+        expected = calls.expectations(row, items)
+        if any(e is None or calls.goes_on(e) for e in expected) and (
+                not may_call(row, items, self.goods)):
+            self.held_back += 1
+            return
         arguments = [i.value for i in items]
         counted = [a for a in arguments if not is_shared(a)]
         self.journal.write('%s(%s)' % (row.name, ', '.join(i.label for i in items)))
@@ -92,17 +88,6 @@ class Sweep(object):
         after = map(sys.getrefcount, counted)
         if after != before and not row.is_protocol:
             self.count(row, False, items, 'references: %r, before %r' % (after, before))
-
-    def possible(self, row, count, item):
-        """Of an overloaded function: the item may keep a case from being chosen, and another one
-        then complains about its own first difference."""
-        expected = []
-        for least, most, types in row.cases:
-            if least <= count <= most:
-                for position, declared in enumerate(types):
-                    expected.append(complaint(row, position, declared, item))
-                    expected.append((TypeError, row.message(position, declared)))
-        return expected
 
     def count(self, row, right, items, text):
         self.made += 1
