@@ -34,8 +34,25 @@ NO_OVERLOAD = "Wrong number or type of arguments for overloaded function '%s'.\n
 LARGEST_FLOAT = 3.4028234663852886e38
 GL_DATA_RECORDS = map(harness.mangled, (
     'double', 'float', 'int', 'unsigned int', 'short', 'unsigned short', 'char', 'unsigned char'))
+# Who gives shared shapes back must not use them any more: which argument is given back.
+GIVES_BACK = {'ZGeometryManager_dereferenceDefaultGeometry': 0,
+              'ZHardwareRenderer_dereferenceGeometry': 1}
+# What is not simply constructed: from the module of the proxy classes.
+MADE = {
+    'ZHardwareRenderer': lambda m: m.ZHardwareRenderer.theRenderer(),
+    'ZGLFunctionTable': lambda m: m.ZHardwareRenderer.theRenderer().glFunctionTable(),
+    'ZGeometryData': lambda m: m.ZGeometryData('data', 1, 0, 3, 4, None, True),
+    'ZGeometryList': lambda m: m.ZGeometryManager.referenceDefaultGeometry(
+        1, m.ZGeometryRequirements()),
+    'ZGeometry': lambda m: MADE['ZGeometryList'](m).geometry(0),
+    'ZGeometryPrimitive': lambda m: MADE['ZGeometry'](m).primitiveArray(0),
+    'ZSwatchRenderBase': lambda m: m.ZSwatchRenderBase(OpenQuil.ZObject(), OpenQuil.ZObject(), 8),
+    'ZUniformParameter': lambda m: m.ZUniformParameter('name', 3, 0),
+    'ZVaryingParameter': lambda m: m.ZVaryingParameter('name', 1),
+}
 BUFFERS = {'void *': 'VoidPointer', 'p_void': 'VoidPointer', 'p_char': 'CharPointer',
-           'p_unsigned_int': 'UnsignedIntPointer',
+           'p_unsigned int': 'UnsignedIntPointer',
+           'ZImageFileInfo::ZHwTextureType': 'ZHwTextureType',
            'ZHardwareRenderer__BufferPixelFormat': 'BufferPixelFormat'}
 NOTHING = object()
 raise_pending = ctypes.pythonapi.PyErr_Occurred  # which raises what it finds
@@ -218,17 +235,9 @@ class Goods(object):
     def construct(self, name):
         buffer_name = BUFFERS.get(name, name.title().replace(' ', '')) + 'Buffer'
         if hasattr(OpenQuil, buffer_name):
-            return getattr(OpenQuil, buffer_name)(4096)
-        if name == 'ZGLFunctionTable':
-            return OpenQuilRender.ZHardwareRenderer.theRenderer().glFunctionTable()
-        if name == 'ZHardwareRenderer':
-            return OpenQuilRender.ZHardwareRenderer.theRenderer() or self.fail()
-        if name == 'ZGeometryData':
-            return OpenQuilRender.ZGeometryData('data', 1, 0, 3, 4, None, True)
-        if name == 'ZUniformParameter':
-            return OpenQuilRender.ZUniformParameter('name', 3, 0)
-        if name == 'ZVaryingParameter':
-            return OpenQuilRender.ZVaryingParameter('name', 1)
+            return getattr(OpenQuil, buffer_name)(1024)
+        if name in MADE:
+            return MADE[name](OpenQuilRender) or self.fail()
         return (getattr(OpenQuilRender, name, None) or getattr(OpenQuil, name))()
 
     def fail(self):
@@ -243,15 +252,21 @@ class Goods(object):
         return Item('good', self.make(declared), good=True)
 
 
+def owns(value):
+    bare = getattr(value, 'this', value)
+    return bare.own() or bool(bare.next() and owns(bare.next()))
+
+
 def may_call(row, items, goods):
     """Whether a host survives a call whose arguments are all taken. A null host always does; a
     real one wants the object of a method, takes what it is told is memory for memory, and has no
     use for pointers to objects that are gone or never were."""
-    if row.is_destructor:  # what is deleted here nobody else uses
-        return items[0].null or (items[0].label in ('good one', 'chained') and
-                                 row.cases[0][2][0] not in goods.placeholders)
+    if row.is_destructor:
+        return items[0].null or items[0].expendable and owns(items[0].value)
     if row.null_host:
         return True
+    if row.name in GIVES_BACK and not items[GIVES_BACK[row.name]].null:
+        return False
     return not any(
         item.dangling or declared in goods.placeholders or
         declared in ('void *', 'void const *') and item.value is not None or

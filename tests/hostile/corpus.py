@@ -18,6 +18,7 @@ class Item(object):
 
     def __init__(self, label, value, record=None, null=False, truth=True, text=True,
                  dangling=False, good=False):
+        self.expendable = False  # whether it may be deleted
         self.needs = frozenset()  # the items that it points into
         self.label, self.value, self.null = label, value, null
         self.record = record and harness.mangled(record)

@@ -15,18 +15,28 @@ from corpus import Item
 
 POOL_SIZE = 150
 NUMBERS = (0, 1, 2, 3, 4, 7, 0.5, 255, -1, 1000)
+METHODS = '__str__ __repr__ __hex__ __oct__ __int__ __long__ next own disown'.split()
 # What the host cannot check: how long the memory is that it is told to read.
 TRUSTED = {
     'ZRenderView_updatePixels': 'as many pixels as the region has',
 }
 
 
-def has(kind, value):
-    try:
-        kind(value)
-    except Exception:
-        return False
-    return True
+class Result(Item):
+    """What a call returned. A host object may change what it is in other words."""
+
+    @staticmethod
+    def fact(kind):
+        def look(item):
+            try:
+                kind(item.value)
+            except Exception:
+                return False
+            return True
+        return property(look, lambda item, value: None)
+
+
+Result.truth, Result.text = Result.fact(bool), Result.fact(unicode)
 
 
 class Sequence(object):
@@ -60,6 +70,8 @@ class Sequence(object):
 
     def step(self):
         """One call, or none if no host would survive it."""
+        if self.pool and self.random.random() < 0.05:
+            return self.use(self.random.choice(self.pool))
         row = self.random.choice(self.rows)
         least, most, types = self.random.choice(row.cases)
         items = [self.item(declared) for declared in types[:self.random.randint(least, most)]]
@@ -79,13 +91,20 @@ class Sequence(object):
         if result is not calls.NOTHING and result is not None:
             self.keep(row, result, items)
 
+    def use(self, item):
+        """One of the methods that pointer objects have themselves."""
+        method = self.random.choice(METHODS if item.record else ('__repr__',))
+        self.journal.write('%s of %s' % (method, item.label))
+        self.made += 1
+        getattr(getattr(item.value, 'this', item.value), method)()
+
     def take(self, item):
         """Takes what is to be deleted out of the pool; false where it is not ours to delete."""
         if item.null:
             return True
         if item not in self.pool or any(item in other.needs for other in self.pool):
             return False
-        if not getattr(item.value, 'this', item.value).own():
+        if not calls.owns(item.value):
             return False
         self.pool.remove(item)
         return True
@@ -95,9 +114,8 @@ class Sequence(object):
         record = calls.record_of(result)
         if not record and self.random.random() < 0.9:
             return
-        item = Item('<%d: %s>' % (self.journal.count - 1, row.name), result,
-                    truth=has(bool, result), text=has(unicode, result),
-                    dangling=record == '_p_void')
+        item = Result('<%d: %s>' % (self.journal.count - 1, row.name), result,
+                      dangling=record == '_p_void')
         item.record = record
         item.needs = set(i for i in items if i.record)
         item.needs.update(*[i.needs for i in item.needs])
@@ -127,6 +145,7 @@ def main():
         return status and 'failed with --seed %d' % options.seed
     sequence = Sequence(options)
     sequence.run(options.calls)
+    calls.attempt(calls.module.ZRenderView_endRender, ())
     print '%d calls, %d succeeded, %d held back' % (
         sequence.made, sequence.succeeded, sequence.held_back)
 

@@ -50,9 +50,11 @@ class Sweep(object):
             good, behind = self.goods.make(declared), self.goods.make(declared)
             chain = calls.harness.placeholder('RV_AOV' if name != 'RV_AOV' else 'RV_PIXEL')
             chain.append(getattr(behind, 'this', behind))
-            self.suited[kind] = self.items + [
-                Item('good one', good, record=name), Item('chained', chain, record=name),
-                Item('null', calls.harness.pointer(name, 0), record=name, null=True)]
+            suited = [Item('good one', good, record=name), Item('chained', chain, record=name),
+                      Item('null', calls.harness.pointer(name, 0), record=name, null=True)]
+            for item in suited:
+                item.expendable = row.is_destructor
+            self.suited[kind] = self.items + suited
         return self.suited[kind]
 
     def wrong_counts(self, row):
