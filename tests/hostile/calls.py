@@ -288,6 +288,11 @@ def attempt(function, arguments):
     return result, None
 
 
+def leave():
+    """Ends a render that a call may have begun: the program does not end well with an open one."""
+    attempt(module.ZRenderView_endRender, ())
+
+
 class Journal(object):
     """The last calls, in a file that outlives a crash."""
     SLOTS, WIDTH = 40, 500

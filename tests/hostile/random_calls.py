@@ -145,7 +145,7 @@ def main():
         return status and 'failed with --seed %d' % options.seed
     sequence = Sequence(options)
     sequence.run(options.calls)
-    calls.attempt(calls.module.ZRenderView_endRender, ())
+    calls.leave()
     print '%d calls, %d succeeded, %d held back' % (
         sequence.made, sequence.succeeded, sequence.held_back)
 

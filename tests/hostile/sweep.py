@@ -102,9 +102,10 @@ class Sweep(object):
 def child(options):
     sweep = Sweep(options)
     count = sweep.run()
+    calls.leave()
     print '%d functions, %d odd objects: %d calls, %d held back, %d faults' % (
         count, len(sweep.items), sweep.made, sweep.held_back, len(sweep.faults))
-    return '\n'.join(sweep.faults)
+    return '\n'.join(sweep.faults) or 0
 
 
 def main():
