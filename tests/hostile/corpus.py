@@ -164,6 +164,13 @@ def method_items():
                    made('Again', bases, __unicode__=lambda _: reenter() and u'text'))
         yield Item(kind + '__len__ is negative', made('Again', bases, __len__=lambda _: -1),
                    truth=False)
+    recursive = made('Again', (object,), __unicode__=lambda self: (
+        module.ZRenderUtil_relativeFileName(self)), __nonzero__=lambda self: (
+            module.ZRenderView_setDrawTileBoundary(self)))
+    yield Item('recursion', recursive, truth=False)
+    yield Item('the pointer objects\' name', made('SwigPyObject', (object,)))
+    yield Item('the pointer objects\' class', made(
+        'Liar', (object,), __class__=property(lambda _: type(harness.placeholder('ZImage')))))
     yield Item('__getattribute__ raises', made(
         'Raising', (object,), __getattribute__=failing(KeyError('no attribute'))))
     yield Item('no dictionary, __getattr__ raises', made(

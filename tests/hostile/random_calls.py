@@ -6,12 +6,13 @@ returned. Outcomes are judged like the sweep's. A seed makes one sequence; repla
 import argparse
 import gc
 import random
-import resource
 import sys
 
 import calls
 import corpus
+import rows
 from corpus import Item
+from goods import Goods, may_call, owns
 
 POOL_SIZE = 150
 NUMBERS = (0, 1, 2, 3, 4, 7, 0.5, 255, -1, 1000)
@@ -43,24 +44,24 @@ class Sequence(object):
     def __init__(self, options):
         self.random = random.Random(options.seed)
         self.journal = calls.Journal(options.journal)
-        self.goods = calls.Goods()
+        self.goods = Goods()
         self.odd = corpus.corpus()
         self.pool = []
         self.made = self.held_back = self.succeeded = 0
-        rows = [row for row in calls.read_rows()
-                if not row.is_protocol and (row.null_host or row.name not in TRUSTED)]
-        others = [row for row in rows if not row.name.startswith('ZGLFunctionTable_')]
-        self.rows = rows + 3 * others
+        table = [row for row in rows.read_rows()
+                 if not row.is_protocol and (row.null_host or row.name not in TRUSTED)]
+        others = [row for row in table if not row.name.startswith('ZGLFunctionTable_')]
+        self.rows = table + 3 * others
 
     def item(self, declared):
         chance = self.random.random()
-        if calls.is_pointer(declared) and chance < 0.5:
-            record = calls.harness.mangled(calls.pointee(declared))
+        if rows.is_pointer(declared) and chance < 0.5:
+            record = rows.harness.mangled(rows.pointee(declared))
             known = [item for item in self.pool if item.record == record]
             if known:
                 return self.random.choice(known)
         if chance < 0.8:
-            if calls.native_of(declared) in calls.NUMBERS:
+            if rows.native_of(declared) in rows.NUMBERS:
                 value = self.random.choice(NUMBERS)
                 return Item(repr(value), value)
             return self.goods.keep(declared)
@@ -75,10 +76,10 @@ class Sequence(object):
         row = self.random.choice(self.rows)
         least, most, types = self.random.choice(row.cases)
         items = [self.item(declared) for declared in types[:self.random.randint(least, most)]]
-        expected = calls.expectations(row, items)
-        is_call = any(e is None or calls.goes_on(e) for e in expected)
+        expected = rows.expectations(row, items)
+        is_call = any(e is None or rows.goes_on(e) for e in expected)
         if is_call and (row.is_destructor and not self.take(items[0]) or
-                        not row.is_destructor and not calls.may_call(row, items, self.goods)):
+                        not row.is_destructor and not may_call(row, items, self.goods)):
             self.held_back += 1
             return
         self.journal.write('%s(%s)' % (row.name, ', '.join(item.label for item in items)))
@@ -104,7 +105,7 @@ class Sequence(object):
             return True
         if item not in self.pool or any(item in other.needs for other in self.pool):
             return False
-        if not calls.owns(item.value):
+        if not owns(item.value):
             return False
         self.pool.remove(item)
         return True

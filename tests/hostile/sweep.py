@@ -6,8 +6,10 @@ import sys
 
 import calls
 import corpus
-from calls import attempt, judge, may_call
+import rows
+from calls import attempt, judge
 from corpus import Item
+from goods import Goods, OpenQuilRender, may_call
 
 MOST_FAULTS = 40
 
@@ -22,36 +24,36 @@ def is_shared(value):
 class Sweep(object):
     def __init__(self, options):
         self.journal = calls.Journal(options.journal)
-        self.goods = calls.Goods()
+        self.goods = Goods()
         self.items = corpus.corpus()[::options.stride]
         self.made = self.held_back = 0
         self.faults = []
         self.suited = {}
 
     def run(self):
-        rows = sorted(calls.read_rows(), key=lambda row: row.is_protocol)
-        for row in rows:
+        table = sorted(rows.read_rows(), key=lambda row: row.is_protocol)
+        for row in table:
             self.wrong_counts(row)
             for least, most, types in row.cases:
                 for position in range(most):
                     for item in self.items_for(row, types[position]):
                         self.one(row, types, position, item)
             if row.name.endswith('_swigregister'):
-                row.function(getattr(calls.OpenQuilRender, row.name[:-len('_swigregister')]))
-        return len(rows)
+                row.function(getattr(OpenQuilRender, row.name[:-len('_swigregister')]))
+        return len(table)
 
     def items_for(self, row, declared):
         """The odd objects, and those that suit the declared type: good, null, behind another."""
-        if not calls.is_pointer(declared):
+        if not rows.is_pointer(declared):
             return self.items
-        name = calls.pointee(declared)
+        name = rows.pointee(declared)
         kind = row.is_destructor and row.name or name
         if kind not in self.suited:
             good, behind = self.goods.make(declared), self.goods.make(declared)
-            chain = calls.harness.placeholder('RV_AOV' if name != 'RV_AOV' else 'RV_PIXEL')
+            chain = rows.harness.placeholder('RV_AOV' if name != 'RV_AOV' else 'RV_PIXEL')
             chain.append(getattr(behind, 'this', behind))
             suited = [Item('good one', good, record=name), Item('chained', chain, record=name),
-                      Item('null', calls.harness.pointer(name, 0), record=name, null=True)]
+                      Item('null', rows.harness.pointer(name, 0), record=name, null=True)]
             for item in suited:
                 item.expendable = row.is_destructor
             self.suited[kind] = self.items + suited
@@ -63,7 +65,7 @@ class Sweep(object):
             if not is_taken[count]:
                 self.journal.write('%s with %d arguments' % (row.name, count))
                 result, error = attempt(row.function, [None] * count)
-                text = calls.NO_OVERLOAD % row.name
+                text = rows.NO_OVERLOAD % row.name
                 right = isinstance(error, NotImplementedError) and str(error).startswith(text) if (
                     len(row.cases) > 1) else type(error) is TypeError
                 self.count(row, result is calls.NOTHING and right, (), repr(error))
@@ -74,8 +76,8 @@ class Sweep(object):
         items[position] = item
         if types[position] == 'list' and type(item.value) is list:
             items[position] = item = Item(item.label, list(item.value))  # it is filled with names
-        expected = calls.expectations(row, items)
-        if any(e is None or calls.goes_on(e) for e in expected) and (
+        expected = rows.expectations(row, items)
+        if any(e is None or rows.goes_on(e) for e in expected) and (
                 not may_call(row, items, self.goods)):
             self.held_back += 1
             return
