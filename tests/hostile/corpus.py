@@ -25,6 +25,9 @@ class Item(object):
         self.truth, self.text, self.dangling, self.good = truth, text, dangling, good
 
 
+kept = []  # what a weak proxy refers to
+
+
 def reenter(*_):
     """What a hostile method does: calls of its own in the middle of another one."""
     module.ZRenderUtil_relativeFileName(u're-entered')
@@ -75,6 +78,7 @@ def pointer_items():
     module.delete_RV_PIXEL(gone)
     disowned = OpenQuilRender.RV_PIXEL()
     disowned.this.disown()
+    kept.append(disowned)
     looping, knot = Holder(None), Holder(None)
     looping.this = looping
     knot.this = Holder(Holder(knot))
@@ -96,11 +100,10 @@ def pointer_items():
     yield Item('core image', image, record='ZImage')
     yield Item('bare core image', image.this, record='ZImage')
     yield Item('void', harness.placeholder('void'), record='void')
-    yield Item('signed char', harness.placeholder('signed char'), record='signed char')
-    yield Item('double', OpenQuil.DoubleBuffer(64), record='double')
-    yield Item('float', OpenQuil.FloatBuffer(64), record='float')
-    yield Item('unsigned int', OpenQuil.UnsignedIntBuffer(64), record='unsigned int')
-    yield Item('char', OpenQuil.CharBuffer('buffer\0'), record='char')
+    for record in ('double', 'float', 'int', 'unsigned int', 'short', 'unsigned short', 'char',
+                   'unsigned char', 'signed char', 'long'):
+        buffer_class = getattr(OpenQuil, record.title().replace(' ', '') + 'Buffer')
+        yield Item(record, buffer_class(64), record=record)
     yield Item('circular chain', circle[0], record='ZImage', dangling=True)
     yield Item('its own this', looping)
     yield Item('this in a circle', knot)

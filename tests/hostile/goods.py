@@ -25,7 +25,7 @@ MADE = {
 BUFFERS = {'void *': 'VoidPointer', 'p_void': 'VoidPointer', 'p_char': 'CharPointer',
            'p_unsigned int': 'UnsignedIntPointer',
            'ZImageFileInfo::ZHwTextureType': 'ZHwTextureType',
-           'ZHardwareRenderer__BufferPixelFormat': 'BufferPixelFormat'}
+           'ZHardwareRenderer::BufferPixelFormat': 'BufferPixelFormat'}
 
 
 class Goods(object):

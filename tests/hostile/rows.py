@@ -7,7 +7,6 @@ import sys
 sys.path[:0] = [os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, 'module')]
 import harness
 from harness import module, O
-from test_rows import ANYTHING, FUNCTION_POINTERS, GL_DATA, GL_TYPES, STRINGS, pointee
 
 PROGRAM = os.readlink('/proc/self/exe')
 BUILD = os.path.dirname(os.path.dirname(PROGRAM))
@@ -20,6 +19,24 @@ if os.environ.get('LD_PRELOAD') == NULL_HOST:
 RANGES = {'int': (-2 ** 31, 2 ** 31 - 1), 'unsigned int': (0, 2 ** 32 - 1),
           'short': (-2 ** 15, 2 ** 15 - 1), 'unsigned short': (0, 2 ** 16 - 1),
           'signed char': (-128, 127), 'unsigned char': (0, 255), 'long': (-2 ** 63, 2 ** 63 - 1)}
+GL_TYPES = {
+    'ZGLenum': 'unsigned int', 'ZGLuint': 'unsigned int', 'ZGLbitfield': 'unsigned int',
+    'ZGLhandleARB': 'unsigned int', 'ZGLint': 'int', 'ZGLsizei': 'int', 'ZGLExtension': 'int',
+    'ZGLsizeiptrARB': 'long', 'ZGLintptrARB': 'long', 'ZGLfloat': 'float', 'ZGLclampf': 'float',
+    'ZGLdouble': 'double', 'ZGLclampd': 'double', 'ZGLshort': 'short',
+    'ZGLushort': 'unsigned short', 'ZGLubyte': 'unsigned char', 'ZGLboolean': 'unsigned char',
+    'ZGLbyte': 'signed char', 'ZGLcharARB': 'char'}
+FUNCTION_POINTER = 'ZSwatchRenderCreatorFnPtr'
+# What does not point to a type of its own name. Addresses of addresses have one type each, whatever
+# is const in them.
+POINTEES = {'ZGLvoid **': 'p_void', 'ZGLvoid const **': 'p_void', 'void **': 'p_void',
+            'ZGLcharARB const **': 'p_char', 'char const **': 'p_char',
+            'void const *&': 'p_void', 'unsigned int *&': 'p_unsigned int',
+            'ZHwTextureFileHandle &': 'int',
+            FUNCTION_POINTER: 'f_ZObject_ZObject_int__p_ZSwatchRenderBase'}
+STRINGS = 'ZString', 'ZString &', 'ZString const &', 'list'
+ANYTHING = 'PyObject', 'void *', 'void const *'
+GL_DATA = 'ZGLvoid *', 'ZGLvoid const *'
 CHARACTERS = 'ZGLcharARB const *', 'char const *'
 NO_OVERLOAD = "Wrong number or type of arguments for overloaded function '%s'.\n"
 LARGEST_FLOAT = 3.4028234663852886e38
@@ -74,6 +91,12 @@ def native_of(declared):
     return GL_TYPES.get(bare, bare)
 
 
+def pointee(declared):
+    """The type that an argument points to."""
+    bare = POINTEES.get(declared) or declared.replace('const', '').rstrip('&* ').strip()
+    return GL_TYPES.get(bare, bare)
+
+
 def is_pointer(declared):
     """Whether only pointer objects of one type are taken, and None."""
     return native_of(declared) not in NUMBERS and declared not in (
@@ -125,7 +148,7 @@ def complaint(row, position, declared, item):
     if item.value is not None and item.record != harness.mangled(pointee(declared)):
         return TypeError, text
     is_reference = ('*' not in declared or declared.endswith('*&')) and (
-        declared not in FUNCTION_POINTERS) or row.is_embedded and position == 1
+        declared != FUNCTION_POINTER) or row.is_embedded and position == 1
     return (ValueError, 'invalid null reference ' + text) if item.null and is_reference else None
 
 
