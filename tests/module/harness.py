@@ -72,6 +72,10 @@ def type_records():
     return dict((m.types[i].contents.name, m.types[i]) for m in ring() for i in range(m.size))
 
 
+def mangled(class_name):
+    return '_p_' + class_name.replace(' ', '_').replace('::', '__')
+
+
 def own_module():
     """The ring's entry of the module under test."""
     found, = [m for m in ring() if '_p_ZRenderCallback' in names_of(m)]
@@ -95,7 +99,7 @@ def pointer(class_name, address):
     made = module.new_RV_PIXEL()
     layout = PointerObject.from_address(id(made))
     layout.ptr, layout.own = address, 0
-    layout.ty = type_records()['_p_' + class_name.replace(' ', '_').replace('::', '__')]
+    layout.ty = type_records()[mangled(class_name)]
     return made
 
 
