@@ -93,6 +93,14 @@ class StubTest(unittest.TestCase):
                     checked += 1
             self.assertGreater(checked, 50)
 
+    def test_defaults(self):
+        table = pathlib.Path(__file__).with_name('defaults.tsv').read_text().splitlines()[1:]
+        functions = json.loads(pathlib.Path(DESCRIPTIONS['OpenQuilRender']).read_text())['functions']
+        self.assertEqual(table, [
+            '%s\t%s' % (f['name'], '; '.join(' '.join(map(str, o['defaults']))
+                                             for o in f['overloads'] if o['defaults']))
+            for f in functions if any(o['min'] < o['max'] for o in f['overloads'])])
+
     def test_every_type_is_known(self):
         """Names in annotations are builtins, imports, or classes of the stub."""
         for name in DESCRIPTIONS:

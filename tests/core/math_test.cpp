@@ -47,6 +47,21 @@ class Math : public testing::Test, public Precision {
 using Precisions = testing::Types<Single, Double>;
 TYPED_TEST_SUITE(Math, Precisions);
 
+// The operators that make a new vector are tested through scripts.
+TYPED_TEST(Math, VectorsChangeInPlaceAndHaveALength) {
+    using Vector = typename TestFixture::Vector;
+    const Vector a(1, 2, 3), b(4, -5, 6);
+    Vector c(a);
+    c += b;
+    c -= a;
+    c *= 4;
+    c /= 2;
+    EXPECT_EQ(c, b * 2);
+    EXPECT_EQ(Vector(2, 3, 6).length(), 7);
+    EXPECT_TRUE(Vector(0, 3, 4).normal().isEquivalent(Vector(0, 0.6, 0.8)));
+    EXPECT_EQ(Vector().normal(), Vector());
+}
+
 TYPED_TEST(Math, RowsStandLeftOfMatrices) {
     using Vector = typename TestFixture::Vector;
     using Point = typename TestFixture::Point;

@@ -11,6 +11,11 @@
 
 extern "C" void init_OpenQuilRender();
 
+const char *pytest::make_module() {
+    init_OpenQuilRender();
+    return "_OpenQuilRender";
+}
+
 using namespace pytest;
 
 namespace {
