@@ -46,10 +46,7 @@ class Import(unittest.TestCase):
 
     def test_type_table(self):
         own = harness.own_module()
-        self.assertEqual(own.size, 179)
-        self.assertFalse(own.types[own.size])
         names = harness.names_of(own)
-        self.assertEqual(names, sorted(names))
         # Types that a module before this one knows are that module's records.
         self.assertEqual(len(harness.ring()), 1 + len(harness.IMPORTED_FIRST))
         addresses = dict((n, ctypes.addressof(own.types[i].contents)) for i, n in enumerate(names))

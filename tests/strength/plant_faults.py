@@ -56,14 +56,17 @@ class Copy(object):
         """Brings the sources up to date; files that are the same keep their time."""
         listed = subprocess.run(['git', 'ls-files', '-co', '--exclude-standard'], cwd=ROOT,
                                 check=True, stdout=subprocess.PIPE, text=True).stdout.split('\n')
-        ignored = ROOT / 'build' / 'python2.path'  # the interpreter that was chosen for this tree
-        for name in filter(None, listed + [str(ignored.relative_to(ROOT))]):
+        listed.append('build/python2.path')  # the interpreter that was chosen for this tree
+        names = {name for name in listed if (ROOT / name).is_file()}
+        for name in names:
             source, target = ROOT / name, self.tree / name
-            if not source.is_file():
-                continue
             target.parent.mkdir(parents=True, exist_ok=True)
             if not target.exists() or source.read_bytes() != target.read_bytes():
                 shutil.copy(source, target)
+        for found in self.tree.rglob('*'):
+            if found.is_file() and self.build not in found.parents and \
+                    str(found.relative_to(self.tree)) not in names:
+                found.unlink()
 
     def prepare(self):
         self.update()
