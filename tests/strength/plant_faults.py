@@ -48,7 +48,7 @@ class Copy(object):
         self.environment = dict(os.environ, CCACHE_BASEDIR=str(self.tree), CCACHE_NOHASHDIR='1')
 
     def run(self, *command):
-        return subprocess.run(['nice'] + list(command), cwd=self.tree, env=self.environment,
+        return subprocess.run(command, cwd=self.tree, env=self.environment,
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT, text=True, errors='replace')
 
@@ -139,8 +139,8 @@ def main():
             outcomes.append(copy.outcome(fault))
             print('%5.0f s  %s: %s' % (outcomes[-1].seconds, fault.name,
                                        outcomes[-1].caught_by or 'SURVIVED'), flush=True)
-    if options.output:
-        options.output.write_text(report(outcomes))
+            if options.output:
+                options.output.write_text(report(outcomes))
     caught = sum(1 for outcome in outcomes if outcome.caught_by)
     print('%d of %d faults are caught' % (caught, len(outcomes)))
     return caught < LEAST_CAUGHT * len(outcomes)
