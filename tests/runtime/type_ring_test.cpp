@@ -181,8 +181,11 @@ TEST_F(TypeRing, TeardownDropsTheReferencesOfOwnedClientData) {
             "    __swig_destroy__ = staticmethod(lambda p: None)\n"
             "class Classic: pass\n"
             "_r.ZRenderData_swigregister(New)\n"
-            "_r.ZRenderView_swigregister(Classic)\n"
             "keep = New.__new__, New.__swig_destroy__\n");
+        const Py_ssize_t unregistered = eval("Classic").count();
+        run("_r.ZRenderView_swigregister(Classic)");
+        EXPECT_EQ(eval("Classic").count(), unregistered + 2)
+            << "as class, and to make instances of";
         // Attached, but not owned: left alone.
         SWIG_TypeClientData(in_use("_p_ZImage"), SwigPyClientData_New(eval("New")));
         const auto counts = [] {

@@ -15,6 +15,7 @@ import time
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 LEAST_CAUGHT = 0.95
 TEST_LIMIT = 240  # seconds for the tests of one fault; a hang is a catch
+SURVIVED = '**survived**'
 LONG_TESTS = '^(cli|setup_script)$'  # left for the end: a run that has failed waits for them
 
 Fault = collections.namedtuple('Fault', 'name kind file old new')
@@ -107,6 +108,15 @@ class Copy(object):
             path.write_text(sound)
 
 
+def earlier_outcomes(path, faults):
+    """What a table that was written before says, by fault."""
+    known = {fault.name: fault for fault in faults}
+    rows = re.findall(r'^\| (.+?) \| .+? \| .+? \| (.+?) \| (\d+) \|$', path.read_text(),
+                      re.MULTILINE)
+    return {name: Outcome(known[name], None if caught_by == SURVIVED else caught_by, int(seconds))
+            for name, caught_by, seconds in rows if name in known}
+
+
 def report(outcomes):
     caught = sum(1 for outcome in outcomes if outcome.caught_by)
     lines = ['# Strength of the tests', '',
@@ -116,7 +126,7 @@ def report(outcomes):
                                                            100 * caught / len(outcomes)), '',
              '| Fault | Kind | File | Caught by | Seconds |', '|---|---|---|---|---:|']
     lines += ['| %s | %s | %s | %s | %.0f |' % (o.fault.name, o.fault.kind, o.fault.file,
-                                                o.caught_by or '**survived**', o.seconds)
+                                                o.caught_by or SURVIVED, o.seconds)
               for o in outcomes]
     return '\n'.join(lines) + '\n'
 
@@ -124,7 +134,8 @@ def report(outcomes):
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument('--folder', type=pathlib.Path, required=True, help='for the copy')
-    parser.add_argument('--only', default='', help='regular expression for names of faults')
+    parser.add_argument('--only', default='', help='regular expression for names of faults; the '
+                        'other rows of the table stay')
     parser.add_argument('--jobs', type=int, default=2)
     parser.add_argument('--output', type=pathlib.Path, help='where the table goes')
     options = parser.parse_args()
@@ -133,15 +144,17 @@ def main():
         planted(fault, (ROOT / fault.file).read_text())
     copy = Copy(options.folder.resolve(), options.jobs)
     copy.prepare()
-    outcomes = []
+    output, outcomes = options.output, {}
+    if options.only and output and output.exists():
+        outcomes = earlier_outcomes(output, faults)
     for fault in faults:
         if re.search(options.only, fault.name):
-            outcomes.append(copy.outcome(fault))
-            print('%5.0f s  %s: %s' % (outcomes[-1].seconds, fault.name,
-                                       outcomes[-1].caught_by or 'SURVIVED'), flush=True)
-            if options.output:
-                options.output.write_text(report(outcomes))
-    caught = sum(1 for outcome in outcomes if outcome.caught_by)
+            found = outcomes[fault.name] = copy.outcome(fault)
+            print('%5.0f s  %s: %s' % (found.seconds, fault.name, found.caught_by or 'SURVIVED'),
+                  flush=True)
+            if output:
+                output.write_text(report([outcomes[f.name] for f in faults if f.name in outcomes]))
+    caught = sum(1 for outcome in outcomes.values() if outcome.caught_by)
     print('%d of %d faults are caught' % (caught, len(outcomes)))
     return caught < LEAST_CAUGHT * len(outcomes)
 
