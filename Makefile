@@ -1,7 +1,7 @@
 # Day-to-day commands; CMake does the work. PYTHON2=/path/to/python2.7 chooses the interpreter.
 SCENE ?= /usr/share/glmark2/models/bunny.obj
 
-.PHONY: build setup demo test bench format clean
+.PHONY: build setup demo test strength bench format clean
 
 build: setup
 	cmake --preset release
@@ -16,6 +16,10 @@ demo: build
 
 test: build
 	ctest --test-dir build --output-on-failure -j2
+
+# What the tests catch: faults planted one at a time (an hour); writes docs/test_strength.md.
+strength: setup
+	python3 tests/strength/plant_faults.py --folder build/strength --output docs/test_strength.md
 
 # Call times of the wrappers beside hand-written C, Cython and ctypes; see bench/run.py.
 bench: build

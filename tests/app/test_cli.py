@@ -287,11 +287,16 @@ class HostRenders(Case):
         self.assertTrue(text.rstrip().endswith(b"a.png"), text)
 
     def test_failing_callback(self):
-        self.write("a.py", CALLBACK.format(body="raise ValueError('in the callback')"))
-        out, err = self.run_host("tri.obj", "--python", "a.py", "--frames", "1-2", "--output",
-                                 "a.#.png", "--quiet", code=4)
-        self.assertEqual(err.count("ValueError: in the callback"), 2)
-        self.assertEqual(self.files(), ["a.1.png", "a.2.png", "a.py", "tri.obj"])
+        for error, code, reports, pictures in [("ValueError", 4, 2, ["a.1.png", "a.2.png"]),
+                                               ("KeyboardInterrupt", 130, 1, [])]:
+            with self.subTest(error=error):
+                self.write("a.py", CALLBACK.format(body="raise %s('in the callback')" % error))
+                out, err = self.run_host("tri.obj", "--python", "a.py", "--frames", "1-2",
+                                         "--output", "a.#.png", "--quiet", code=code)
+                self.assertEqual(err.count(error + ": in the callback"), reports)
+                self.assertEqual(self.files(), pictures + ["a.py", "tri.obj"])
+                for name in pictures:
+                    os.remove(os.path.join(self.folder, name))
 
 
 class Interrupts(Case):

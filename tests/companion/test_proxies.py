@@ -37,6 +37,29 @@ class Described(object):
 MODULES = [Described(*item) for item in sorted(DESCRIPTIONS.items())]
 
 
+# Documentation by how it begins and ends: lines with names, types and defaults of the parameters,
+# the header's text, what an extension adds.
+DOCUMENTATION = (
+    (OpenQuil.ZQuaternion.__init__, 'ZQuaternion()\nZQuaternion(other: ZQuaternion)\n',
+     'Makes a quaternion from its components.\n\n`items` may be any sequence.'),
+    (OpenQuil.ZVector.__add__, '__add__(v: ZVector) -> ZVector\n\nReturns the sum.', ''),
+    (OpenQuil.ZImage.pixels, 'pixels() -> Optional[UnsignedCharBuffer]\n\nReturns', ''),
+    (OpenQuilRender.ZRenderCallback.addCallback,
+     'addCallback(callback: Optional[ZRenderCallback], priority: int) -> None\n\nRegisters a',
+     '\n\nThe Python instance is kept alive until it is removed.'),
+    (OpenQuilRender.ZCommonRenderSettingsData.getImageName,
+     'getImageName(pathType: ZpathType, frameNumber: float, sceneName: unicode, cameraName: '
+     'unicode,\n        format: unicode, layer: OpenQuil.ZObject, createDirectory: bool = True) -> '
+     'unicode\ngetImageName(', '<RenderPass>\nand <Version>.'),
+    (OpenQuilRender.ZHardwareRenderer.drawSwatchBackGroundQuads,
+     'drawSwatchBackGroundQuads(color: OpenQuil.ZColor = OpenQuil.ZColor(0.5, 0.5, 0.5, 1.0),\n'
+     '        textured: bool = False, numberOfRepeats: int = 8) -> None\n\nFills', ''),
+    (OpenQuilRender.ZRenderShadowData.lightType, "lightType: LightType\n\nThe light's kind.", ''),
+    (OpenQuilRender.ZRenderShadowData, 'The shadow depth maps of one light. Directional',
+     '\n    kSpot: Shines from a point into a cone.'),
+)
+
+
 class TableTest(unittest.TestCase):
     """Everything that the tables list is there."""
 
@@ -60,6 +83,11 @@ class TableTest(unittest.TestCase):
                 self.assert_documented(member, function['member'], len(function['overloads']))
                 is_static = function['kind'] == 'static'
                 self.assertEqual(is_static, inspect.isfunction(member), function['name'])
+
+    def test_documentation(self):
+        for documented, head, tail in DOCUMENTATION:
+            text = inspect.getdoc(documented)
+            self.assertEqual((text[:len(head)], text[len(text) - len(tail):]), (head, tail))
 
     def assert_documented(self, member, name, overload_count):
         signatures, _, text = inspect.getdoc(member).partition('\n\n')

@@ -11,6 +11,29 @@ FOLDER = pathlib.Path(sys.argv.pop(1))
 DESCRIPTIONS = dict(argument.split('=', 1) for argument in sys.argv[1:])
 del sys.argv[1:]
 
+# What stands in a class: names and defaults of parameters, overloads, enumerations as numbers,
+# texts, objects and buffers, constants, data members.
+LINES = {
+    'OpenQuil.ZQuaternion': ['def __init__(self, from_: ZVector, to: ZVector) -> None:',
+                             'def __init__(self, items: Iterable[Any]) -> None:',
+                             'def getAxisAngle(self, axis: ZVector, angle: DoubleBuffer) -> bool:',
+                             'def __eq__(self, other: Any) -> bool:',
+                             'def x(self, value: float) -> None:'],
+    'OpenQuilRender.RV_AOV': ['def name(self) -> OpenQuil.ZString:',
+                              'def name(self, value: Union[OpenQuil.ZString, Text]) -> None:',
+                              'def pPixels(self) -> Optional[OpenQuil.FloatBuffer]:'],
+    'OpenQuilRender.ZRenderView': [
+        'def updatePixels(left: int, right: int, bottom: int, top: int, '
+        'pPixels: Optional[RV_PIXEL], isHdr: bool=False, numberOfAOVs: int=0, '
+        'pAOVs: Optional[RV_AOV]=None) -> None:', 'def className() -> str:'],
+    'OpenQuilRender.ZFnImageSource': [
+        'def getImageName(self, pathType: int, frame: float, sceneName: Text, '
+        'camera: OpenQuil.ZObject, layer: OpenQuil.ZObject, '
+        'imageFormat: Optional[OpenQuil.ZString]=None) -> Text:'],
+    'OpenQuilRender.ZRenderShadowData': ['kSpot: int', 'def lightType(self, value: int) -> None:',
+                                         'def internalData(self) -> Any:'],
+}
+
 
 def classes_of(path):
     """The members of each class in a module, by name; overloads make lists."""
@@ -46,6 +69,14 @@ class StubTest(unittest.TestCase):
                             member.endswith('__') and member in stubs[name]}
                 self.assertEqual(expected, set(stubs[name]), name)
 
+    def test_types_and_names(self):
+        for full_name, lines in LINES.items():
+            module, name = full_name.split('.')
+            tree = ast.parse((FOLDER / (module + '.pyi')).read_text())
+            stub, = [ast.unparse(node) for node in tree.body if getattr(node, 'name', '') == name]
+            for line in lines:
+                self.assertIn('    ' + line, stub.split('\n'))
+
     def test_every_native_function_has_its_overloads(self):
         for data, _, stubs in self.each_module():
             checked = 0
@@ -61,6 +92,14 @@ class StubTest(unittest.TestCase):
                                      function['name'])
                     checked += 1
             self.assertGreater(checked, 50)
+
+    def test_defaults(self):
+        table = pathlib.Path(__file__).with_name('defaults.tsv').read_text().splitlines()[1:]
+        functions = json.loads(pathlib.Path(DESCRIPTIONS['OpenQuilRender']).read_text())['functions']
+        self.assertEqual(table, [
+            '%s\t%s' % (f['name'], '; '.join(' '.join(map(str, o['defaults']))
+                                             for o in f['overloads'] if o['defaults']))
+            for f in functions if any(o['min'] < o['max'] for o in f['overloads'])])
 
     def test_every_type_is_known(self):
         """Names in annotations are builtins, imports, or classes of the stub."""

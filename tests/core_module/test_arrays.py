@@ -126,6 +126,24 @@ class Arrays(unittest.TestCase):
         items[1] = Vandal()
         self.assertEqual(list(core['ZStringArray'](items)), [u'a', u'b', u'c'])
 
+    def test_array_that_changes_while_its_items_are_made(self):
+        array = core['ZVectorArray']([(i, 1, 2) for i in range(3)])
+
+        class Vandal(object):
+            __swig_destroy__ = _OpenQuil.delete_ZVector
+
+            def __new__(cls):
+                array[2] = made
+                return object.__new__(cls)
+        made = core['ZVector'](9, 9, 9)
+        _OpenQuil.ZVector_swigregister(Vandal)
+        try:
+            found = list(array)
+        finally:
+            _OpenQuil.ZVector_swigregister(core['ZVector'])
+        self.assertEqual([_OpenQuil.ZVector_x_get(vector) for vector in found], [0, 1, 2])
+        self.assertEqual(array[2], made)
+
 
 if __name__ == '__main__':
     unittest.main(argv=sys.argv[:1])

@@ -4,6 +4,7 @@ import csv
 import ctypes
 import os
 import subprocess
+import unittest
 
 IMPORTED_FIRST = os.environ.get('IMPORT_FIRST', '').split()
 for _name in IMPORTED_FIRST:
@@ -11,7 +12,7 @@ for _name in IMPORTED_FIRST:
 
 import _OpenQuilRender as module
 
-ROWS_FILE = os.path.join(os.path.dirname(os.path.abspath(__file__)), 'rows.tsv')
+FOLDER = os.path.dirname(os.path.abspath(__file__))
 NOARGS, O, VARARGS = 4, 8, 1
 
 
@@ -110,6 +111,14 @@ def placeholder(class_name):
     return pointer(class_name, ctypes.addressof(room))
 
 
+class Test(unittest.TestCase):
+    def assert_raises(self, error, text, function, *arguments):
+        """The exact text."""
+        with self.assertRaises(error) as caught:
+            function(*arguments)
+        self.assertEqual(str(caught.exception), text)
+
+
 _pending = ctypes.pythonapi.PyErr_Occurred
 
 
@@ -131,7 +140,7 @@ def run(code, *options):
     program's."""
     program = os.readlink('/proc/self/exe')
     option = '--python-expr' if os.path.basename(program) == 'quilhost' else '-c'
-    folders = os.path.dirname(os.path.abspath(module.__file__)), os.path.dirname(ROWS_FILE)
+    folders = os.path.dirname(os.path.abspath(module.__file__)), FOLDER
     child = subprocess.Popen([program] + list(options) + [option, code], stdout=subprocess.PIPE,
                              stderr=subprocess.PIPE,
                              env=dict(os.environ, PYTHONPATH=':'.join(folders)))
@@ -139,9 +148,13 @@ def run(code, *options):
     return child.returncode, output, errors
 
 
+def table(name):
+    """The lines of a table beside the tests."""
+    with open(os.path.join(FOLDER, name), 'rb') as lines:
+        return list(csv.reader((l for l in lines if not l.startswith('#')), delimiter='\t'))
+
+
 def rows():
     """Every function of the table: name, flag, least and most arguments, declared types."""
-    with open(ROWS_FILE, 'rb') as table:
-        for line in csv.reader((l for l in table if not l.startswith('#')), delimiter='\t'):
-            name, flag, least, most, types = line
-            yield name, globals()[flag], int(least), int(most), types.split('; ') if types else []
+    for name, flag, least, most, types in table('rows.tsv'):
+        yield name, globals()[flag], int(least), int(most), types.split('; ') if types else []

@@ -28,12 +28,7 @@ class Textless(object):
         raise KeyError('no text')
 
 
-class HardwareTest(unittest.TestCase):
-    def assert_raises(self, error, text, function, *arguments):
-        with self.assertRaises(error) as caught:
-            function(*arguments)
-        self.assertEqual(str(caught.exception), text)
-
+class HardwareTest(harness.Test):
     def procedure(self, name, *locations):
         made = harness.pointer('ZDrawProcedureBase', native.make_procedure(name))
         self.addCleanup(native.take_calls)

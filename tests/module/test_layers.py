@@ -89,10 +89,6 @@ class LayersTest(unittest.TestCase):
             self.assertTrue(make(node(good)).own())
             self.assertEqual(getattr(module, name + '_className')(), name)
             self.assert_fails(RuntimeError, '(kInvalidParameter)', make, node(bad))
-            self.assert_fails(
-                NotImplementedError, "Wrong number or type of arguments for overloaded function "
-                "'new_%s'.\n  Possible C/C++ prototypes are:\n    %s()\n    "
-                "%s(ZObject &,ZStatus *)\n" % (name, name, name), make, node(good), node(good))
         self.assert_fails(RuntimeError, '(kFailure)', module.ZFnRenderLayer_inLayer,
                           module.new_ZFnRenderLayer(), node('roof'))
 

@@ -131,26 +131,6 @@ class Textures(SceneTest):
                           "'ZHwTextureFileHandle'", self.bind, 7.0, kind)
 
 
-class Overloads(unittest.TestCase):
-    def test_prototypes(self):
-        rest = 'ZImageFileInfo::ZHwTextureType &,ZImageFileInfo::ZImageType)'
-        profile = module.new_ZRenderProfile()
-        for name, arguments, prototypes in (
-                ('ZHwTextureManager_glBind', (7, profile, 0, 0),
-                 ('glBind(ZObject const &,' + rest, 'glBind(ZPlug const &,' + rest,
-                  'ZHwTextureManager::glBind(ZHwTextureFileHandle const &,' + rest)),
-                ('ZRenderProfile_hasRenderer', (profile,),
-                 ('hasRenderer(ZRenderProfile const *,ZRenderProfile::ZStandardRenderer)',
-                  'hasRenderer(ZRenderProfile const *,ZString const &,float)'))):
-            with self.assertRaises(NotImplementedError) as caught:
-                getattr(module, name)(*arguments)
-            self.assertEqual(str(caught.exception),
-                             "Wrong number or type of arguments for overloaded function '%s'.\n"
-                             "  Possible C/C++ prototypes are:\n%s"
-                             % (name, ''.join('    %s\n' % p for p in prototypes)))
-        module.delete_ZRenderProfile(profile)
-
-
 if __name__ == '__main__':
     del sys.argv[1:]
     unittest.main()

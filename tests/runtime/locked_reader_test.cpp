@@ -102,17 +102,33 @@ TEST_F(LockedReader, TakesTheLockOnThreadsThatDoNotHaveIt) {
     run(R"(
 class Counting(object):
     def __unicode__(self): return unicode(captured())
+    def __len__(self): return captured()
+    def __getitem__(self, i): return self
 )");
     const Ref counting = eval("Counting()");
     Tstring here, there;
+    TstringArray several;
     EXPECT_TRUE(Holder(counting).getValue(here));
     EXPECT_STREQ(here.asUTF8(), "0") << "this thread has the lock anyway";
     const Py_ssize_t count = counting.count();
 
     PyThreadState *state = PyEval_SaveThread();
-    std::thread([&] { EXPECT_TRUE(Holder(counting).getValue(there)); }).join();
+    {
+        const TpythonLock lock(kPythonLock);
+        EXPECT_TRUE(pythonMainThreadIsLocked);
+    }
+    std::thread([&] {
+        const TpythonLock lock(kPythonLock);
+        EXPECT_FALSE(pythonMainThreadIsLocked);
+    }).join();
+    std::thread([&] {
+        EXPECT_TRUE(Holder(counting).getValue(there));
+        EXPECT_TRUE(Holder(counting).getValue(several));
+    }).join();
     PyEval_RestoreThread(state);
 
     EXPECT_STREQ(there.asUTF8(), "1");
+    ASSERT_EQ(several.logicalSize(), 1u) << "the lock is held already when the length is asked for";
+    EXPECT_STREQ(several[0].asUTF8(), "1");
     EXPECT_EQ(counting.count(), count);
 }

@@ -5,8 +5,6 @@
 #include <cstdlib>
 #include <unistd.h>
 
-extern "C" void init_OpenQuilRender();
-
 namespace pytest {
 
 void start_python() {
@@ -47,15 +45,15 @@ PyObject *scope() {
 void import_module() {
     start_python();
     static const bool imported = [] {
-        init_OpenQuilRender();
+        const std::string name = make_module();
         static PyMethodDef functions[] = {{"pointer", make_pointer, METH_VARARGS, nullptr},
                                           {"captured", capture_count, METH_NOARGS, nullptr}};
         for (PyMethodDef &function : functions)
             define(function);
-        run(R"(
-import sys, weakref, _OpenQuilRender as _r
+        run(("import sys, weakref, " + name + R"( as _r
 def eq(a, b): assert a == b, '%r is not %r' % (a, b)
-)");
+)")
+                .c_str());
         return true;
     }();
     ASSERT_TRUE(imported);

@@ -29,7 +29,9 @@ class Ref {
 
 /// Starts the interpreter, without the module.
 void start_python();
-/// Imports the module and fills the scope; repeated calls have no effect.
+/// Each program's own: makes the module that it tests, and returns its name.
+const char *make_module();
+/// Imports that module and fills the scope; repeated calls have no effect.
 void import_module();
 
 /// The dictionary in which run() and eval() work. `_r` is the module; `pointer(address, type name,

@@ -11,6 +11,11 @@
 
 extern "C" void init_OpenQuilRender();
 
+const char *pytest::make_module() {
+    init_OpenQuilRender();
+    return "_OpenQuilRender";
+}
+
 using namespace pytest;
 
 namespace {
@@ -174,21 +179,28 @@ TEST_F(TypeRing, TeardownDropsTheReferencesOfOwnedClientData) {
         run("class New(object):\n"
             "    __new__ = staticmethod(lambda cls: object.__new__(cls))\n"
             "    __swig_destroy__ = staticmethod(lambda p: None)\n"
+            "class Classic: pass\n"
             "_r.ZRenderData_swigregister(New)\n"
             "keep = New.__new__, New.__swig_destroy__\n");
+        const Py_ssize_t unregistered = eval("Classic").count();
+        run("_r.ZRenderView_swigregister(Classic)");
+        EXPECT_EQ(eval("Classic").count(), unregistered + 2)
+            << "as class, and to make instances of";
         // Attached, but not owned: left alone.
         SWIG_TypeClientData(in_use("_p_ZImage"), SwigPyClientData_New(eval("New")));
         const auto counts = [] {
             return std::vector{eval("keep[0]").count(), eval("keep[1]").count(),
-                               eval("New").count(), SWIG_This()->ob_refcnt};
+                               eval("New").count(), eval("Classic").count(),
+                               SWIG_This()->ob_refcnt};
         };
         auto expected = counts();
         Py_INCREF(SWIG_This());
         run("import swig_runtime_data4\ndel swig_runtime_data4.type_pointer");
-        // __new__, __swig_destroy__, the argument tuple, which held New, and the name "this".
+        // __new__, __swig_destroy__, the argument tuple, which held New, the class of the old kind,
+        // which is what its instances are made from, and the name "this".
         for (Py_ssize_t &count : expected)
             count -= 1;
-        expected[3] += 2; // this test's reference, and the name asked for anew
+        expected[4] += 2; // this test's reference, and the name asked for anew
         EXPECT_EQ(counts(), expected);
         // Pointer objects may live on.
         testing::internal::CaptureStdout();

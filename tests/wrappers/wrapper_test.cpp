@@ -1,81 +1,41 @@
 // The calling convention, row shape by row shape, on the recording host: what arrives at the host,
 // what comes back, the texts of failures, and the reference counts of everything passed.
 
+#include "tests/runtime/python_fixture.h"
 #include "tests/wrappers/recorder.h"
 #include "wrappers/call.h"
 #include "wrappers/module_tables.h"
 
 #include <cstdlib>
-#include <gtest/gtest.h>
 #include <vector>
+
+const char *pytest::make_module() {
+    initialise_module("recording");
+    return "recording";
+}
+
+using namespace pytest;
 
 namespace {
 
-PyObject *names; // what expressions of the tests can refer to
-
-void run(const char *statements) {
-    PyObject *result = PyRun_String(statements, Py_file_input, names, names);
-    if (!result)
-        PyErr_Print();
-    ASSERT_TRUE(result);
-    Py_DECREF(result);
-}
-
-PyObject *evaluate(const std::string &expression) {
-    PyObject *result = PyRun_String(expression.c_str(), Py_eval_input, names, names);
-    if (!result) {
-        ADD_FAILURE() << expression;
-        PyErr_Print();
-    }
-    return result;
-}
-
-std::string text_of(PyObject *object, PyObject *(*conversion)(PyObject *)) {
-    PyObject *text = object ? conversion(object) : nullptr;
-    const std::string result = text ? PyString_AsString(text) : "no text";
-    Py_XDECREF(text);
-    return result;
-}
-
-/// " ! Type: text" of a pending exception, which is cleared.
-std::string take_error() {
-    if (!PyErr_Occurred())
-        return "";
-    PyObject *type, *value, *traceback;
-    PyErr_Fetch(&type, &value, &traceback);
-    const std::string type_name = text_of(PyObject_GetAttrString(type, "__name__"), PyObject_Str);
-    const std::string result = " ! " + type_name + ": " + text_of(value, PyObject_Str);
-    for (PyObject *object : {type, value, traceback})
-        Py_XDECREF(object);
-    return result;
-}
-
 /// Arguments as a tuple that alone holds its items' references, as far as the items are new.
 struct Arguments {
-    PyObject *tuple;
+    Ref tuple;
     std::vector<Py_ssize_t> counts;
 
     explicit Arguments(const std::string &source)
-        : tuple(evaluate("(" + source + (source.empty() ? ")" : ",)"))) {
-        counts = current_counts();
-    }
-    ~Arguments() { Py_XDECREF(tuple); }
+        : tuple(eval("(" + source + (source.empty() ? ")" : ",)"))), counts(current_counts()) {}
     std::vector<Py_ssize_t> current_counts() const {
+        PyObject *const items = tuple;
         std::vector<Py_ssize_t> result;
-        if (PyTuple_GET_SIZE(tuple)) // the empty one is shared
-            result.push_back(Py_REFCNT(tuple));
-        for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(tuple); ++i)
-            if (PyTuple_GET_ITEM(tuple, i) != Py_None) // exceptions hold and drop it as well
-                result.push_back(Py_REFCNT(PyTuple_GET_ITEM(tuple, i)));
+        if (PyTuple_GET_SIZE(items)) // the empty one is shared
+            result.push_back(Py_REFCNT(items));
+        for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(items); ++i)
+            if (PyTuple_GET_ITEM(items, i) != Py_None) // exceptions hold and drop it as well
+                result.push_back(Py_REFCNT(PyTuple_GET_ITEM(items, i)));
         return result;
     }
 };
-
-PyObject *function(const std::string &name) {
-    PyObject *result = PyDict_GetItemString(names, name.c_str());
-    EXPECT_TRUE(result) << name;
-    return result;
-}
 
 /// Calls a function, as the interpreter does it, and tells in one line what the host saw, the
 /// result and the exception: "anInt(5) -> None", "! TypeError: ...". The references of all
@@ -83,14 +43,14 @@ PyObject *function(const std::string &name) {
 std::string call(const std::string &name, const std::string &source) {
     calls.clear();
     const Arguments arguments(source);
-    PyObject *result = PyObject_Call(function(name), arguments.tuple, nullptr);
+    Ref result(PyObject_Call(eval(name), arguments.tuple, nullptr));
     std::string outcome = calls;
-    const std::string error = take_error();
+    const std::string error = pending();
     if (result)
-        outcome += " -> " + text_of(result, PyObject_Repr);
-    Py_XDECREF(result);
+        outcome += " -> " + repr(result);
+    result.drop();
     EXPECT_EQ(arguments.counts, arguments.current_counts()) << name << "(" << source << ")";
-    return outcome + error;
+    return outcome + (error.empty() ? "" : " ! " + error);
 }
 
 struct Case {
@@ -107,16 +67,11 @@ void check(const Case (&cases)[count]) {
 class Interpreter : public testing::Environment {
   public:
     void SetUp() override {
-        static char home[] = PYTHON2_HOME;
-        Py_SetPythonHome(home);
-        Py_InitializeEx(0);
-        initialise_module("recording");
-        PyObject *module = PyImport_AddModule("recording");
-        names = PyDict_Copy(PyModule_GetDict(module));
-        PyDict_SetItemString(names, "__builtins__", PyEval_GetBuiltins());
+        import_module();
+        run("from recording import *");
         static ZString title("title");
-        PyDict_SetItemString(names, "z",
-                             SWIG_Python_NewPointerObj(&title, type_of<ZString>(), kBorrowed));
+        PyDict_SetItemString(scope(), "z",
+                             Ref(SWIG_Python_NewPointerObj(&title, type_of<ZString>(), kBorrowed)));
         run("class Item(object):\n"
             "    __swig_destroy__ = delete_Item\n"
             "    def __init__(self, number): Item_swiginit(self, new_Item(number))\n"
@@ -168,9 +123,10 @@ TEST(Arguments, of_each_type) {
         {"Recorder_everything", "1, 1, 1, 1, 1, 1, 1, 1, None, 3, rec, None, None, odd",
          BAD("Recorder_everything", 10, "char const *")},
     });
-    PyObject *item = PyDict_GetItemString(names, "item");
+    const Ref item = eval("item");
     EXPECT_EQ(call("Recorder_opaque", "item"),
-              "opaque(" + shown(static_cast<const void *>(item)) + ") -> None");
+              "opaque(" + shown(static_cast<const void *>(static_cast<PyObject *>(item))) +
+                  ") -> None");
 }
 
 TEST(Arguments, absent) {
@@ -226,9 +182,9 @@ TEST(Results, of_each_type) {
 
 TEST(Results, owned_copies_live_as_long_as_their_proxy) {
     const int before = Item::live;
-    PyObject *copy = evaluate("Recorder_valueResult()");
+    Ref copy = eval("Recorder_valueResult()");
     EXPECT_EQ(Item::live, before + 1);
-    Py_DECREF(copy);
+    copy.drop();
     EXPECT_EQ(Item::live, before);
 }
 
@@ -289,7 +245,7 @@ TEST(Objects, methods_constructors_and_destructors) {
 TEST(Failures, native_exceptions_pass_and_locals_go) {
     const Arguments arguments("item, item, 'thrown text'");
     const int before = Item::live;
-    const auto native = PyCFunction_GET_FUNCTION(function("Recorder_throws"));
+    const auto native = PyCFunction_GET_FUNCTION(static_cast<PyObject *>(eval("Recorder_throws")));
     try {
         native(nullptr, arguments.tuple);
         FAIL() << "nothing was thrown";
@@ -302,8 +258,3 @@ TEST(Failures, native_exceptions_pass_and_locals_go) {
 }
 
 } // namespace
-
-int main(int argc, char **argv) {
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
