@@ -8,6 +8,7 @@
 #include "wrappers/result.h"
 
 #include <initializer_list>
+#include <new>
 #include <tuple>
 
 /// Number of arguments given, or -1 with an exception set.
@@ -91,11 +92,31 @@ bool report_status(Argument<T> &argument) {
     return true;
 }
 
+/// False for an argument of whose operations none runs out of memory: there are so many of these
+/// that the guard's size counts.
+template <class T>
+inline constexpr bool may_run_out_of_memory = true;
+
+/// Calls the host. Running out of memory is the one native exception that a script can cause
+/// wherever it wants to, and ends here; all others pass.
+template <bool is_guarded, class Invoke, class... A>
+[[gnu::always_inline]] inline PyObject *guarded(Invoke &invoke, Argument<A> &...values) {
+    if constexpr (is_guarded) {
+        try {
+            return invoke(values...);
+        } catch (const std::bad_alloc &) {
+            return PyErr_NoMemory();
+        }
+    } else {
+        return invoke(values...);
+    }
+}
+
 /// Converts the arguments to A... and hands them to `invoke`, which makes the result object.
 template <int shape, class... A, class Invoke>
 [[gnu::always_inline]] inline PyObject *with_arguments(const Function &function,
                                                        PyObject *arguments, Invoke invoke) {
-    constexpr int flags = shape & ~kAllGiven;
+    constexpr int flags = shape & ~(kAllGiven | kNeedsNoMemory);
     constexpr bool may_be_absent = !(shape & kAllGiven);
     constexpr bool reads_usual = sizeof...(A) <= kMaxUsualParameters;
     [[maybe_unused]] Py_ssize_t count = 0;
@@ -121,7 +142,8 @@ template <int shape, class... A, class Invoke>
                                                            object_at(i), i) &&
               ...))
             return nullptr;
-        PyObject *result = invoke(std::get<i>(values)...);
+        PyObject *result = guarded < !(shape & kNeedsNoMemory) &&
+                           (may_run_out_of_memory<A> && ...) > (invoke, std::get<i>(values)...);
         return (report_status<A>(std::get<i>(values)) && ...) ? result : nullptr;
     }
     (std::make_integer_sequence<int, sizeof...(A)>());
@@ -262,11 +284,11 @@ struct Constructor<Object(A...)> {
 /// Deletes a native object whose pointer object gives up its ownership; None deletes nothing.
 template <class Object>
 PyObject *destroy(const Function &function, PyObject *argument) {
-    return with_arguments<METH_O, Given<Object *>>(function, argument,
-                                                   [](Argument<Given<Object *>> &object) {
-                                                       delete object.get();
-                                                       Py_RETURN_NONE;
-                                                   });
+    return with_arguments<METH_O | kNeedsNoMemory, Given<Object *>>(
+        function, argument, [](Argument<Given<Object *>> &object) {
+            delete object.get();
+            Py_RETURN_NONE;
+        });
 }
 
 /// A public data member. Numbers are stored and returned as numbers; an embedded object is copied
@@ -283,7 +305,7 @@ struct Member {
 
     [[gnu::noinline]] static PyObject *set(const Function &function, PyObject *arguments,
                                            Field Object::*field) {
-        return with_arguments<METH_VARARGS, Object *, Value>(
+        return with_arguments<METH_VARARGS | (is_object ? 0 : kNeedsNoMemory), Object *, Value>(
             function, arguments, [=](Argument<Object *> &self, Argument<Value> &value) {
                 if (self.get())
                     self.get()->*field = value.get();
@@ -292,9 +314,10 @@ struct Member {
     }
     [[gnu::noinline]] static PyObject *get(const Function &function, PyObject *argument,
                                            Field Object::*field) {
-        return with_arguments<METH_O, Object *>(function, argument, [=](Argument<Object *> &self) {
-            return result_of<Result>([&]() -> Result { return self.get()->*field; });
-        });
+        return with_arguments<METH_O | kNeedsNoMemory, Object *>(
+            function, argument, [=](Argument<Object *> &self) {
+                return result_of<Result>([&]() -> Result { return self.get()->*field; });
+            });
     }
 };
 

@@ -30,6 +30,8 @@ inline constexpr int kMaxDefaults = 6;
 
 /// Added to the flags in Function::shape().
 inline constexpr int kAllGiven = 0x100;
+/// Added where what is called cannot run out of memory.
+inline constexpr int kNeedsNoMemory = 0x200;
 
 /// One native function. There are well over a thousand of them, and what weighs in the module are
 /// the pointers, which the loader has to relocate: hence one text for name and declaration.

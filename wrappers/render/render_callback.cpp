@@ -80,7 +80,11 @@ PyObject *_wrap_new_ZRenderCallback(PyObject *, PyObject *argument) {
         new_ZRenderCallback, argument, [](Argument<Instance> &self) {
             ZRenderCallback *callback =
                 self.get() ? new SwigDirector_ZRenderCallback(self.get()) : new ZRenderCallback;
-            return SWIG_Python_NewPointerObj(callback, type_of<ZRenderCallback>(), kConstructed);
+            PyObject *result =
+                SWIG_Python_NewPointerObj(callback, type_of<ZRenderCallback>(), kConstructed);
+            if (!result)
+                delete callback;
+            return result;
         });
 }
 ROW(new_ZRenderCallback)

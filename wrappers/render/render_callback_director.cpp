@@ -19,10 +19,13 @@ void SwigDirector_ZRenderCallback::swig_set_inner(const char *name, bool value) 
     swig_inner[name] = value;
 }
 
-// The caller holds the lock. The method sees the host's own data, which it must not keep beyond
-// the call.
+// The caller holds the lock. The method, whose name is made once, sees the host's own data, which
+// it must not keep beyond the call.
 template <class Data>
-bool SwigDirector_ZRenderCallback::forward(PyObject *method, Data const &data) const {
+bool SwigDirector_ZRenderCallback::forward(PyObject *&method, const char *name,
+                                           Data const &data) const {
+    if (!method)
+        method = PyString_InternFromString(name);
     const swig::SwigPtr_PyObject argument(
         SWIG_Python_NewPointerObj(const_cast<Data *>(&data), type_of<Data>(), kBorrowed));
     return swig_call_predicate("ZRenderCallback", method, argument.get());
@@ -30,18 +33,18 @@ bool SwigDirector_ZRenderCallback::forward(PyObject *method, Data const &data) c
 
 bool SwigDirector_ZRenderCallback::shadowCastCallback(ZRenderShadowData const &data) {
     TpythonLock lock(kPythonLock);
-    static PyObject *const method = PyString_InternFromString("shadowCastCallback");
-    return forward(method, data);
+    static PyObject *method = nullptr;
+    return forward(method, "shadowCastCallback", data);
 }
 
 bool SwigDirector_ZRenderCallback::renderCallback(ZRenderData const &data) {
     TpythonLock lock(kPythonLock);
-    static PyObject *const method = PyString_InternFromString("renderCallback");
-    return forward(method, data);
+    static PyObject *method = nullptr;
+    return forward(method, "renderCallback", data);
 }
 
 bool SwigDirector_ZRenderCallback::postProcessCallback(ZRenderData const &data) {
     TpythonLock lock(kPythonLock);
-    static PyObject *const method = PyString_InternFromString("postProcessCallback");
-    return forward(method, data);
+    static PyObject *method = nullptr;
+    return forward(method, "postProcessCallback", data);
 }

@@ -20,7 +20,7 @@ class SwigDirector_ZRenderCallback : public ZRenderCallback, public Swig::Direct
 
   private:
     template <class Data>
-    bool forward(PyObject *method, Data const &data) const;
+    bool forward(PyObject *&method, const char *name, Data const &data) const;
 
     mutable std::map<std::string, bool> swig_inner;
 };

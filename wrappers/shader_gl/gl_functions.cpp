@@ -4,6 +4,9 @@
 #include "wrappers/shader_gl/gl_argument.h"
 #include "wrappers/wrapper_table.h"
 
+template <>
+inline constexpr bool may_run_out_of_memory<ZGLFunctionTable *> = false;
+
 ROWS_BEGIN
 
 using gl::ZGLvoid; // instead of the host's
