@@ -118,6 +118,7 @@ template <int shape, class... A, class Invoke>
                                                        PyObject *arguments, Invoke invoke) {
     constexpr int flags = shape & ~(kAllGiven | kNeedsNoMemory);
     constexpr bool may_be_absent = !(shape & kAllGiven);
+    constexpr bool is_guarded = !(shape & kNeedsNoMemory) && (may_run_out_of_memory<A> && ...);
     constexpr bool reads_usual = sizeof...(A) <= kMaxUsualParameters;
     [[maybe_unused]] Py_ssize_t count = 0;
     if constexpr (flags == METH_O) {
@@ -142,8 +143,7 @@ template <int shape, class... A, class Invoke>
                                                            object_at(i), i) &&
               ...))
             return nullptr;
-        PyObject *result = guarded < !(shape & kNeedsNoMemory) &&
-                           (may_run_out_of_memory<A> && ...) > (invoke, std::get<i>(values)...);
+        PyObject *result = guarded<is_guarded>(invoke, std::get<i>(values)...);
         return (report_status<A>(std::get<i>(values)) && ...) ? result : nullptr;
     }
     (std::make_integer_sequence<int, sizeof...(A)>());

@@ -1,4 +1,5 @@
 #include "wrappers/module_tables.h"
+#include "runtime/object_holder.h"
 #include "runtime/pending_error.h"
 #include "runtime/registration.h"
 
@@ -47,7 +48,9 @@ void initialise_module(const char *name) {
     static PyMethodDef *SwigMethods = nullptr;
     if (!SwigMethods)
         SwigMethods = make_method_array();
-    if (!SwigMethods) {
+    // Made now, because memory may be short when it is needed.
+    const swig::SwigPtr_PyObject key(PyString_FromString(name));
+    if (!SwigMethods || !key) {
         PyErr_NoMemory();
         return;
     }
@@ -61,5 +64,5 @@ void initialise_module(const char *name) {
     }
     // The next import is to start anew, not to find half a module.
     const PendingError keep;
-    PyDict_DelItemString(PyImport_GetModuleDict(), name);
+    PyDict_DelItem(PyImport_GetModuleDict(), key.get());
 }

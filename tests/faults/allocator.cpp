@@ -9,7 +9,6 @@ extern "C" {
 void *__libc_malloc(size_t);
 void *__libc_calloc(size_t, size_t);
 void *__libc_realloc(void *, size_t);
-void *__libc_memalign(size_t, size_t);
 void __libc_free(void *);
 }
 
@@ -73,18 +72,6 @@ REPLACES void *realloc(void *block, size_t size) {
     if (!size)
         return free(block), nullptr;
     return fails() ? nullptr : __libc_realloc(block, size);
-}
-REPLACES void *memalign(size_t alignment, size_t size) {
-    return fails() ? nullptr : counted(__libc_memalign(alignment, size));
-}
-REPLACES void *aligned_alloc(size_t alignment, size_t size) {
-    return memalign(alignment, size);
-}
-REPLACES int posix_memalign(void **block, size_t alignment, size_t size) {
-    void *made = memalign(alignment, size);
-    if (made)
-        *block = made;
-    return made ? 0 : ENOMEM;
 }
 
 // The interpreter's own, in front of its pools.

@@ -23,33 +23,29 @@ swig_type_info *type_named(const char *mangled) {
 }
 
 /// call(function, arguments, nth, persistent) -> (result or None, had a result, exception type or
-/// None, exception value or None, allocations seen). A nth of 0 lets none fail. The function is
-/// entered the way the interpreter's own call of it would, but for its check of the result.
+/// None, left by a native exception, allocations seen). A nth of 0 lets none fail. Built-ins are
+/// entered without the interpreter's own check of the result.
 PyObject *call(PyObject *, PyObject *arguments) {
     PyObject *function, *given;
     long nth;
     int persistent;
     if (!PyArg_ParseTuple(arguments, "OO!li", &function, &PyTuple_Type, &given, &nth, &persistent))
         return nullptr;
-    PyObject *result = nullptr, *type = nullptr, *value = nullptr, *traceback = nullptr;
-    const char *thrown = nullptr;
-    const int depth = PyThreadState_GET()->recursion_depth;
+    PyObject *result = nullptr, *type, *value, *traceback;
+    bool is_thrown = false;
     allocator::fail_at(nth, persistent);
     try {
         result = PyCFunction_Check(function) ? PyCFunction_Call(function, given, nullptr)
                                              : PyObject_Call(function, given, nullptr);
-    } catch (const std::exception &error) {
-        thrown = error.what();
+    } catch (const std::exception &) {
+        is_thrown = true;
     }
     const long seen = allocator::disarm();
-    PyThreadState_GET()->recursion_depth = depth;
     PyErr_Fetch(&type, &value, &traceback);
     Py_XDECREF(traceback);
     const Ref owned_result(result), owned_type(type), owned_value(value);
-    if (thrown)
-        return Py_BuildValue("OOsOl", Py_None, Py_False, thrown, Py_None, seen);
     return Py_BuildValue("OOOOl", result ? result : Py_None, result ? Py_True : Py_False,
-                         type ? type : Py_None, value ? value : Py_None, seen);
+                         type ? type : Py_None, is_thrown ? Py_True : Py_False, seen);
 }
 
 PyObject *live(PyObject *, PyObject *) {

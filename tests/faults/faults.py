@@ -12,9 +12,9 @@ os.dup2(os.open(os.devnull, os.O_WRONLY), 2)  # reports of callbacks, cut short
 
 def outcome(call):
     """What a call came to, in a form that two calls can be compared by."""
-    result, has_result, error, value, seen = call
-    if isinstance(error, str):
-        return 'thrown ' + error
+    result, has_result, error, is_thrown, seen = call
+    if is_thrown:
+        return 'native exception'
     if error:
         return error.__name__ + ' with a result' * has_result
     if not has_result:
@@ -27,6 +27,7 @@ def outcome(call):
 def in_child(work):
     """What `work` returns in a process of its own, which starts as this one is; None when that
     crashes or takes too long."""
+    sys.stdout.flush()
     reading, writing = os.pipe()
     child = os.fork()
     if not child:
