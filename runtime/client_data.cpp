@@ -2,20 +2,31 @@
 #include "runtime/convert.h"
 
 #include <cstdlib>
+#include <initializer_list>
 
 namespace {
 
-/// Takes over the class's way of making raw instances.
-void set_constructor(SwigPyClientData *data) {
-    data->newargs = data->klass;
-    if (!PyClass_Check(data->klass)) {
-        data->newraw = PyObject_GetAttrString(data->klass, "__new__");
-        if (data->newraw) {
-            data->newargs = PyTuple_Pack(1, data->klass);
-            return;
-        }
+/// Looks for an attribute that a class may well lack, or refuse with any exception. False, with the
+/// exception left, only when memory is short.
+bool find_attribute(PyObject *klass, const char *name, PyObject *&value) {
+    value = PyObject_GetAttrString(klass, name);
+    if (!value) {
+        if (PyErr_ExceptionMatches(PyExc_MemoryError))
+            return false;
+        PyErr_Clear();
     }
-    Py_INCREF(data->newargs);
+    return true;
+}
+
+/// Takes over the class's way of making raw instances.
+bool set_constructor(SwigPyClientData *data) {
+    if (!PyClass_Check(data->klass) && !find_attribute(data->klass, "__new__", data->newraw))
+        return false;
+    if (data->newraw)
+        return (data->newargs = PyTuple_Pack(1, data->klass));
+    Py_INCREF(data->klass);
+    data->newargs = data->klass;
+    return true;
 }
 
 /// A built-in that takes one object is called directly, anything else through the interpreter.
@@ -23,14 +34,11 @@ bool needs_fresh_argument(PyObject *destroy) {
     return !PyCFunction_Check(destroy) || !(PyCFunction_GET_FLAGS(destroy) & METH_O);
 }
 
-void set_destructor(SwigPyClientData *data) {
-    // This also clears an error that set_constructor may have left.
-    data->destroy = PyObject_GetAttrString(data->klass, "__swig_destroy__");
-    if (PyErr_Occurred()) {
-        PyErr_Clear();
-        Py_CLEAR(data->destroy);
-    }
+bool set_destructor(SwigPyClientData *data) {
+    if (!find_attribute(data->klass, "__swig_destroy__", data->destroy))
+        return false;
     data->delargs = data->destroy && needs_fresh_argument(data->destroy);
+    return true;
 }
 
 /// True for a class whose "__new__" is object's own. Most proxy classes are such, and their
@@ -53,20 +61,22 @@ PyObject *make_instance(SwigPyClientData *data) {
 PyObject *new_style_instance(SwigPyClientData *data, PyObject *pointer_object) {
     PyObject *instance = make_instance(data);
     PyObject **dictionary = instance ? _PyObject_GetDictPtr(instance) : nullptr;
-    if (dictionary && !*dictionary) {
-        *dictionary = PyDict_New();
-        if (*dictionary)
-            PyDict_SetItem(*dictionary, SWIG_This(), pointer_object);
-    }
-    return instance;
+    if (!dictionary || *dictionary)
+        return instance;
+    *dictionary = PyDict_New();
+    if (*dictionary && SWIG_SetThis(*dictionary, pointer_object))
+        return instance;
+    Py_DECREF(instance);
+    return nullptr;
 }
 
 PyObject *classic_instance(SwigPyClientData *data, PyObject *pointer_object) {
     PyObject *dictionary = PyDict_New();
     if (!dictionary)
         return nullptr;
-    PyDict_SetItem(dictionary, SWIG_This(), pointer_object);
-    PyObject *instance = PyInstance_NewRaw(data->newargs, dictionary);
+    PyObject *instance = nullptr;
+    if (SWIG_SetThis(dictionary, pointer_object))
+        instance = PyInstance_NewRaw(data->newargs, dictionary);
     Py_DECREF(dictionary);
     return instance;
 }
@@ -74,15 +84,21 @@ PyObject *classic_instance(SwigPyClientData *data, PyObject *pointer_object) {
 } // namespace
 
 SwigPyClientData *SwigPyClientData_New(PyObject *klass) {
-    auto *data =
-        static_cast<SwigPyClientData *>(klass ? std::calloc(1, sizeof(SwigPyClientData)) : nullptr);
-    if (!data)
+    if (!klass)
         return nullptr;
+    auto *data = static_cast<SwigPyClientData *>(std::calloc(1, sizeof(SwigPyClientData)));
+    if (!data) {
+        PyErr_NoMemory();
+        return nullptr;
+    }
     Py_INCREF(klass);
     data->klass = klass;
-    set_constructor(data);
-    set_destructor(data);
-    return data;
+    if (set_constructor(data) && set_destructor(data))
+        return data;
+    for (PyObject *object : {data->klass, data->newraw, data->newargs, data->destroy})
+        Py_XDECREF(object);
+    std::free(data);
+    return nullptr;
 }
 
 PyObject *SWIG_Python_NewShadowInstance(SwigPyClientData *data, PyObject *pointer_object) {

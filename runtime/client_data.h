@@ -15,7 +15,8 @@ struct SwigPyClientData {
     int implicitconv;  ///< set while an implicit conversion through klass runs
 };
 
-/// Client data for a proxy class, never freed; null for a null class or when memory is short.
+/// Client data for a proxy class, never freed; null for a null class, and with an exception set
+/// when memory is short.
 SwigPyClientData *SwigPyClientData_New(PyObject *klass);
 
 /// An instance of the proxy class that holds `pointer_object` as its "this", made without running

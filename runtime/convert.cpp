@@ -1,30 +1,26 @@
 #include "runtime/convert.h"
 #include "runtime/client_data.h"
+#include "runtime/pending_error.h"
 #include "runtime/result_codes.h"
 
 namespace {
 
 PyObject *this_name = nullptr;
 
-/// Keeps an exception that is pending while code runs that clears its own.
-class PendingError {
-  public:
-    PendingError() { PyErr_Fetch(&type_, &value_, &traceback_); }
-    ~PendingError() { PyErr_Restore(type_, value_, traceback_); }
-    PendingError(const PendingError &) = delete;
-
-  private:
-    PyObject *type_, *value_, *traceback_;
-};
+/// "this" for lookups, which leave no exception; null when memory is short.
+PyObject *this_or_null() {
+    if (this_name) [[likely]]
+        return this_name;
+    const PendingError keep;
+    return SWIG_This();
+}
 
 /// The "this" of a type without an instance dictionary (borrowed: its owner keeps it), or null.
 PyObject *this_attribute(PyObject *object) {
     const PendingError keep;
-    PyObject *value = PyObject_GetAttr(object, SWIG_This());
-    if (!value) {
-        PyErr_Clear();
+    PyObject *value = PyObject_GetAttr(object, this_name);
+    if (!value)
         return nullptr;
-    }
     // A property may have made the value just now: then nobody keeps it.
     const bool is_kept = value->ob_refcnt > 1;
     Py_DECREF(value);
@@ -33,14 +29,15 @@ PyObject *this_attribute(PyObject *object) {
 
 /// The next candidate on the way from a value to its pointer object (borrowed), or null.
 PyObject *candidate_behind(PyObject *object) {
+    PyObject *name = this_or_null();
+    if (!name)
+        return nullptr;
     if (PyInstance_Check(object)) {
         const PendingError keep;
-        PyObject *value = _PyInstance_Lookup(object, SWIG_This());
-        PyErr_Clear();
-        return value;
+        return _PyInstance_Lookup(object, name);
     }
     if (PyObject **dictionary = _PyObject_GetDictPtr(object))
-        return *dictionary ? PyDict_GetItem(*dictionary, SWIG_This()) : nullptr;
+        return *dictionary ? PyDict_GetItem(*dictionary, name) : nullptr;
     if (PyWeakref_CheckProxy(object))
         return PyWeakref_GET_OBJECT(object);
     return this_attribute(object);
@@ -116,6 +113,11 @@ PyObject *SWIG_This() {
     if (!this_name)
         this_name = PyString_InternFromString("this");
     return this_name;
+}
+
+bool SWIG_SetThis(PyObject *dictionary, PyObject *pointer_object) {
+    PyObject *name = SWIG_This();
+    return name && PyDict_SetItem(dictionary, name, pointer_object) == 0;
 }
 
 void SWIG_ForgetThis() {

@@ -78,7 +78,9 @@ bool Director::swig_call_predicate(const char *class_name, PyObject *name,
                                     class_name + ".__init__.";
         DirectorException::raise(message.c_str());
     }
-    const swig::SwigPtr_PyObject result(call_method(self, name, argument));
+    // Where the argument is not even a proxy for want of memory, the method would only stumble.
+    const bool is_complete = name && argument && !PyErr_ExceptionMatches(PyExc_MemoryError);
+    const swig::SwigPtr_PyObject result(is_complete ? call_method(self, name, argument) : nullptr);
     if (!result) {
         report_exception();
         return false;

@@ -35,8 +35,9 @@ class Director {
     void swig_disown() const;
 
     /// Calls the Python method `name` with a borrowed `argument` and returns the truth of its
-    /// result. The caller holds the lock. An exception that the method raises is reported by the
-    /// host and reads as false. Throws DirectorException when there is no instance to call,
+    /// result. The caller holds the lock. An exception that the method raises, or the one
+    /// that is pending where `name` or `argument` could not be made, is reported by the host and
+    /// reads as false. Throws DirectorException when there is no instance to call,
     /// DirectorTypeMismatchException when the result has no truth value.
     bool swig_call_predicate(const char *class_name, PyObject *name, PyObject *argument) const;
 

@@ -3,16 +3,22 @@
 
 #include "host/base/TpythonObjectWithLock.h"
 #include "runtime/object_holder.h"
+#include "runtime/pending_error.h"
 
 #include <cstring>
 #include <memory>
 #include <new>
+#include <strings.h>
 
 using Holder = TpythonObjectWithLock<TpythonLock>;
 
 namespace {
 
 PyObject *decode(const char *bytes, Py_ssize_t size) {
+    // The usual encoding without the registry's detour through Python code, which is slow and, when
+    // memory is short, not safe in the interpreter.
+    if (Py_FileSystemDefaultEncoding && !strcasecmp(Py_FileSystemDefaultEncoding, "utf-8"))
+        return PyUnicode_DecodeUTF8(bytes, size, "strict");
     return PyUnicode_Decode(bytes, size, Py_FileSystemDefaultEncoding, "strict");
 }
 
@@ -42,11 +48,8 @@ PyObject *make_text(PyObject *object) {
 /// The same, or null, with the error indicator as it was found: an earlier argument of the same
 /// call may have left its error there on purpose.
 PyObject *text_of(PyObject *object) {
-    PyObject *type, *value, *traceback;
-    PyErr_Fetch(&type, &value, &traceback);
-    PyObject *text = make_text(object);
-    PyErr_Restore(type, value, traceback);
-    return text;
+    const PendingError keep;
+    return make_text(object);
 }
 
 bool copy_text(PyObject *text, Tstring &out) {
@@ -62,7 +65,11 @@ bool copy_text(PyObject *text, Tstring &out) {
     // What the interpreter's own copy to wide characters does in a UCS4 build, in one move.
     static_assert(sizeof(Py_UNICODE) == sizeof(wchar_t));
     std::memcpy(buffer, PyUnicode_AS_UNICODE(text), static_cast<size_t>(size) * sizeof(wchar_t));
-    out.set(buffer, static_cast<unsigned>(size));
+    try {
+        out.set(buffer, static_cast<unsigned>(size));
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
     return true;
 }
 
@@ -98,18 +105,18 @@ bool Holder::getValue(TstringArray &out) const {
     const auto count = static_cast<unsigned>(size);
     try {
         out.changeLogicalSizeTo(count);
+        for (unsigned i = 0; i < count; ++i) {
+            const swig::SwigPtr_PyObject object(PySequence_GetItem(fObject, i));
+            if (!object)
+                PyErr_Clear();
+            const Holder item(object.get());
+            Tstring text;
+            if (!item.getValue(text))
+                return false;
+            out[i] = text;
+        }
     } catch (const std::bad_alloc &) {
         return false;
-    }
-    for (unsigned i = 0; i < count; ++i) {
-        const swig::SwigPtr_PyObject object(PySequence_GetItem(fObject, i));
-        if (!object)
-            PyErr_Clear();
-        const Holder item(object.get());
-        Tstring text;
-        if (!item.getValue(text))
-            return false;
-        out[i] = text;
     }
     return true;
 }

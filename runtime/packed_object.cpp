@@ -1,5 +1,6 @@
 #include "runtime/packed_object.h"
 #include "runtime/hex.h"
+#include "runtime/pointer_object.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -85,9 +86,7 @@ constinit PyTypeObject packed_object_type = type_object();
 } // namespace
 
 PyTypeObject *SwigPyPacked_type() {
-    static const bool ready = PyType_Ready(&packed_object_type) == 0;
-    (void)ready;
-    return &packed_object_type;
+    return make_ready(packed_object_type) ? &packed_object_type : nullptr;
 }
 
 bool SwigPyPacked_Check(PyObject *object) {
@@ -96,13 +95,15 @@ bool SwigPyPacked_Check(PyObject *object) {
 }
 
 PyObject *SwigPyPacked_New(const void *bytes, size_t size, swig_type_info *type) {
-    SwigPyPacked *self = PyObject_New(SwigPyPacked, SwigPyPacked_type());
+    PyTypeObject *kind = SwigPyPacked_type();
+    SwigPyPacked *self = kind ? PyObject_New(SwigPyPacked, kind) : nullptr;
     if (!self)
         return nullptr;
     // One byte more than asked for: see SwigPyPacked_compare.
     auto *pack = static_cast<char *>(std::malloc(size + 1));
     if (!pack) {
         PyObject_DEL(self);
+        PyErr_NoMemory();
         return nullptr;
     }
     std::memcpy(pack, bytes, size);

@@ -11,7 +11,7 @@ struct SwigPyPacked {
     size_t size;              ///< in bytes
 };
 
-/// The type object; made ready on first use.
+/// The type object, made ready on first use; null with an exception set when that fails.
 PyTypeObject *SwigPyPacked_type();
 
 /// True for packed objects of any module that carries a copy of the runtime.

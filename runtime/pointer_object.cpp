@@ -224,11 +224,18 @@ constexpr PyTypeObject type_object() {
 constinit PyTypeObject pointer_object_type = type_object();
 constinit PyTypeObject *other_pointer_object_type = nullptr;
 
+bool make_ready(PyTypeObject &type) {
+    if (PyType_HasFeature(&type, Py_TPFLAGS_READY))
+        return true;
+    // The interpreter does not tell in every case.
+    if (PyType_Ready(&type) == 0 && !PyErr_ExceptionMatches(PyExc_MemoryError))
+        return true;
+    PyErr_NoMemory();
+    return false;
+}
+
 PyTypeObject *SwigPyObject_type() {
-    // The attribute table is made ready once; a failure leaves its exception for the caller.
-    static const bool ready = PyType_Ready(&pointer_object_type) == 0;
-    (void)ready;
-    return &pointer_object_type;
+    return make_ready(pointer_object_type) ? &pointer_object_type : nullptr;
 }
 
 bool SwigPyObject_Check(PyObject *object) {
@@ -243,7 +250,8 @@ bool SwigPyObject_Check(PyObject *object) {
 }
 
 PyObject *SwigPyObject_New(void *pointer, swig_type_info *type, int own) {
-    SwigPyObject *self = PyObject_New(SwigPyObject, SwigPyObject_type());
+    PyTypeObject *kind = SwigPyObject_type();
+    SwigPyObject *self = kind ? PyObject_New(SwigPyObject, kind) : nullptr;
     if (!self)
         return nullptr;
     self->ptr = pointer;

@@ -29,9 +29,9 @@ bool set_this(PyObject *instance, PyObject *pointer_object) {
     PyObject *dictionary = dictionary_of(instance);
     if (!dictionary)
         return false;
-    const int status = PyDict_SetItem(dictionary, SWIG_This(), pointer_object);
+    const bool is_set = SWIG_SetThis(dictionary, pointer_object);
     Py_DECREF(dictionary);
-    return status == 0;
+    return is_set;
 }
 
 const swig_const_info *named_in(const swig_const_info *constants, const char *text) {
@@ -75,7 +75,10 @@ PyObject *SWIG_RegisterProxy(PyObject *arguments, swig_type_info *type) {
     PyObject *klass;
     if (!SWIG_Python_UnpackTuple(arguments, "swigregister", 1, 1, &klass))
         return nullptr;
-    SWIG_TypeNewClientData(type, SwigPyClientData_New(klass));
+    SwigPyClientData *data = SwigPyClientData_New(klass);
+    if (!data)
+        return nullptr;
+    SWIG_TypeNewClientData(type, data);
     Py_RETURN_NONE;
 }
 
@@ -98,8 +101,10 @@ PyObject *SWIG_PyInstanceMethod_New(PyObject *, PyObject *) {
 }
 
 int SWIG_Python_SetConstant(PyObject *dictionary, const char *name, PyObject *object) {
+    if (!object)
+        return -1;
     const int status = PyDict_SetItemString(dictionary, name, object);
-    Py_XDECREF(object);
+    Py_DECREF(object);
     return status;
 }
 

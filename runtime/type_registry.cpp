@@ -1,6 +1,7 @@
 #include "runtime/type_registry.h"
 #include "runtime/client_data.h"
 #include "runtime/convert.h"
+#include "runtime/pending_error.h"
 
 #include <cstring>
 #include <string_view>
@@ -13,11 +14,13 @@ constexpr char kHolderAttribute[] = "type_pointer";
 /// Head of the ring, once it was found.
 swig_module_info *type_pointer = nullptr;
 
+/// Null where there is no ring yet, and with an exception set when memory is short: to take that
+/// for the former would end the ring that there is.
 swig_module_info *ring_head() {
     if (!type_pointer) {
         type_pointer = static_cast<swig_module_info *>(PyCObject_Import(
             const_cast<char *>(kHolderModule), const_cast<char *>(kHolderAttribute)));
-        if (!type_pointer)
+        if (!type_pointer && !PyErr_ExceptionMatches(PyExc_MemoryError))
             PyErr_Clear();
     }
     return type_pointer;
@@ -40,20 +43,21 @@ void SWIG_Python_DestroyModule(void *published) {
         Py_CLEAR(data->newargs);
         Py_CLEAR(data->destroy);
     }
-    Py_DECREF(SWIG_This());
+    Py_XDECREF(SWIG_This());
     SWIG_ForgetThis();
 }
 
 /// Makes swig_module the head of a new ring. The cached head is left alone: the next lookup
-/// imports it, so that it is only ever what the interpreter really holds.
-void publish_ring() {
+/// imports it, so that it is only ever what the interpreter really holds. False with an exception
+/// set when memory is short.
+bool publish_ring() {
     static PyMethodDef no_methods[] = {{nullptr, nullptr, 0, nullptr}};
     PyObject *holder = Py_InitModule(const_cast<char *>(kHolderModule), no_methods);
     PyObject *pointer = PyCObject_FromVoidPtr(&swig_module, SWIG_Python_DestroyModule);
-    if (holder && pointer)
-        PyModule_AddObject(holder, kHolderAttribute, pointer);
-    else
-        Py_XDECREF(pointer);
+    if (holder && pointer && PyModule_AddObject(holder, kHolderAttribute, pointer) == 0)
+        return true;
+    Py_XDECREF(pointer);
+    return false;
 }
 
 /// False when this module is in the ring already.
@@ -158,7 +162,10 @@ bool has_alternative(const char *alternatives, std::string_view name) {
 
 } // namespace
 
-void SWIG_InitializeModule() {
+bool SWIG_InitializeModule() {
+    swig_module_info *head = ring_head();
+    if (!head && PyErr_ExceptionMatches(PyExc_MemoryError))
+        return false;
     const bool first_time = !swig_module.next;
     if (first_time) {
         make_initial_cast_lists();
@@ -166,14 +173,13 @@ void SWIG_InitializeModule() {
         swig_module.cast_initial = swig_cast_initial;
         swig_module.next = &swig_module;
     }
-    if (swig_module_info *head = ring_head()) {
-        if (!join_ring(head))
-            return;
-    } else {
-        publish_ring();
+    if (!head && !publish_ring()) {
+        if (first_time)
+            swig_module.next = nullptr;
+        return false;
     }
-    if (!first_time)
-        return;
+    if ((head && !join_ring(head)) || !first_time)
+        return true;
     for (size_t i = 0; i < swig_module.size; ++i) {
         swig_type_info *own = swig_module.type_initial[i];
         swig_type_info *chosen = choose_record(own);
@@ -181,6 +187,7 @@ void SWIG_InitializeModule() {
         swig_module.types[i] = chosen;
     }
     swig_module.types[swig_module.size] = nullptr;
+    return true;
 }
 
 swig_cast_info *SWIG_TypeCheck(const char *name, swig_type_info *target) {
@@ -229,7 +236,10 @@ swig_type_info *SWIG_TypeQueryModule(swig_module_info *start, swig_module_info *
 }
 
 swig_type_info *SWIG_TypeQuery(const char *name) {
-    static PyObject *known = PyDict_New();
+    static PyObject *known = nullptr;
+    const PendingError keep; // what cannot be remembered is found again
+    if (!known)
+        known = PyDict_New();
     PyObject *key = PyString_FromString(name);
     swig_type_info *type = nullptr;
     if (PyObject *address = known && key ? PyDict_GetItem(known, key) : nullptr) {

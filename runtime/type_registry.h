@@ -64,7 +64,8 @@ void make_initial_cast_lists();
 
 /// Joins swig_module to the interpreter's ring (making the ring when there is none) and, the first
 /// time in the process, chooses the record of each type and links the cast lists.
-void SWIG_InitializeModule();
+/// False with an exception set when memory is short; the next call then starts anew.
+bool SWIG_InitializeModule();
 
 /// The entry of `target`'s cast list whose type has the given mangled name, moved to the front of
 /// the list; null when pointers of that type do not convert.

@@ -288,11 +288,7 @@ struct Constructor<Object(A...)> {
     template <int flags>
     [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments) {
         return with_arguments<flags, A...>(function, arguments, [](Argument<A> &...values) {
-            auto *object = new Object(values.get()...);
-            PyObject *result = SWIG_Python_NewPointerObj(object, type_of<Object>(), kConstructed);
-            if (!result)
-                delete object;
-            return result;
+            return owned(new (std::nothrow) Object(values.get()...), kConstructed);
         });
     }
     /// With a function that makes the pointer object.

@@ -1,5 +1,7 @@
 #include "wrappers/result.h"
 
+#include <new>
+
 PyObject *status_result(const ZStatus &status) {
     if (!status.error())
         Py_RETURN_NONE;
@@ -9,7 +11,11 @@ PyObject *status_result(const ZStatus &status) {
 }
 
 PyObject *raise_status(const ZStatus &status) {
-    PyErr_SetString(PyExc_RuntimeError, status.errorString().asChar());
+    try {
+        PyErr_SetString(PyExc_RuntimeError, status.errorString().asChar());
+    } catch (const std::bad_alloc &) {
+        PyErr_NoMemory();
+    }
     return nullptr;
 }
 

@@ -9,6 +9,7 @@
 #include "runtime/module_types.h"
 
 #include <climits>
+#include <new>
 #include <type_traits>
 #include <utility>
 
@@ -22,13 +23,15 @@ PyObject *raise_status(const ZStatus &status);
 /// Always a unicode object.
 PyObject *string_result(const ZString &text);
 
+/// A pointer object, or proxy, that owns `object`; takes over null where memory was short.
 template <class T>
-PyObject *owned_copy(T &&value) {
-    auto *copy = new std::remove_cvref_t<T>(std::forward<T>(value));
-    PyObject *object = SWIG_Python_NewPointerObj(copy, type_of<std::remove_cvref_t<T>>(), kOwned);
+PyObject *owned(T *object, int flags) {
     if (!object)
-        delete copy;
-    return object;
+        return PyErr_NoMemory();
+    PyObject *result = SWIG_Python_NewPointerObj(object, type_of<T>(), flags);
+    if (!result)
+        delete object;
+    return result;
 }
 
 template <class T>
@@ -71,5 +74,5 @@ PyObject *to_python(std::type_identity_t<R> &&value) {
     else if constexpr (std::is_reference_v<R>)
         return borrowed(&value);
     else
-        return owned_copy(std::move(value));
+        return owned(new (std::nothrow) Bare(std::move(value)), kOwned);
 }

@@ -18,6 +18,7 @@ void TpythonInterpreter::catchAndReportException() {
         interrupted = true;
     if (!PyErr_ExceptionMatches(PyExc_SystemExit)) {
         PyErr_Print();
+        PyErr_Clear(); // what printing itself may have run into
         return;
     }
     // PyErr_Print would end the process here.
@@ -28,6 +29,7 @@ void TpythonInterpreter::catchAndReportException() {
     Py_XDECREF(type);
     Py_XDECREF(value);
     Py_XDECREF(traceback);
+    PyErr_Clear();
 }
 
 unsigned TpythonInterpreter::reportedCount() {

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <exception>
 #include <mutex>
+#include <new>
 #include <vector>
 
 #include "devhost/render/RenderSession.h"
@@ -94,7 +95,9 @@ class CallbackRegistry {
 /// exits.
 template <class Callback>
 CallbackRegistry<Callback> &callbackRegistry() {
-    static auto *const instance = new CallbackRegistry<Callback>;
+    // Destructors of callbacks come here as well: there must be no need for memory.
+    alignas(CallbackRegistry<Callback>) static char room[sizeof(CallbackRegistry<Callback>)];
+    static auto *const instance = new (room) CallbackRegistry<Callback>;
     return *instance;
 }
 

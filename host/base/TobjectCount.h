@@ -10,9 +10,8 @@
 /// have this function.
 extern "C" OPENQUIL_API void tCountObject(const char *className, int change) __attribute__((weak));
 
-[[gnu::noinline]] inline void *tNewCountedObject(std::size_t size, const char *className) {
-    void *const memory = ::operator new(size);
-    if (tCountObject)
+[[gnu::noinline]] inline void *tCountNewObject(void *memory, const char *className) noexcept {
+    if (memory && tCountObject)
         tCountObject(className, 1);
     return memory;
 }
@@ -24,10 +23,16 @@ extern "C" OPENQUIL_API void tCountObject(const char *className, int change) __a
 }
 
 /// Stands in the public part of each class that scripts can own objects of.
-#define OPENQUIL_COUNTED(Class)                          \
-    static void *operator new(std::size_t size) {        \
-        return tNewCountedObject(size, #Class);          \
-    }                                                    \
-    static void operator delete(void *memory) noexcept { \
-        tDeleteCountedObject(memory, #Class);            \
+#define OPENQUIL_COUNTED(Class)                                                        \
+    static void *operator new(std::size_t size) {                                      \
+        return tCountNewObject(::operator new(size), #Class);                          \
+    }                                                                                  \
+    static void *operator new(std::size_t size, const std::nothrow_t &none) noexcept { \
+        return tCountNewObject(::operator new(size, none), #Class);                    \
+    }                                                                                  \
+    static void operator delete(void *memory) noexcept {                               \
+        tDeleteCountedObject(memory, #Class);                                          \
+    }                                                                                  \
+    static void operator delete(void *memory, const std::nothrow_t &) noexcept {       \
+        tDeleteCountedObject(memory, #Class);                                          \
     }

@@ -71,5 +71,6 @@ class RowTest(unittest.TestCase):
                 self.assert_raises(NotImplementedError, text, getattr(module, name),
                                    [None] * int(count))
 
+
 if __name__ == '__main__':
     unittest.main()

@@ -78,9 +78,10 @@ DESCRIBE(new_ZRenderCallback, Constructor, Pack<Instance>(), ZRenderCallback, "n
 PyObject *_wrap_new_ZRenderCallback(PyObject *, PyObject *argument) {
     return with_arguments<METH_O, Instance>(
         new_ZRenderCallback, argument, [](Argument<Instance> &self) {
-            ZRenderCallback *callback =
-                self.get() ? new SwigDirector_ZRenderCallback(self.get()) : new ZRenderCallback;
-            return SWIG_Python_NewPointerObj(callback, type_of<ZRenderCallback>(), kConstructed);
+            return owned<ZRenderCallback>(self.get() ? new (std::nothrow)
+                                                           SwigDirector_ZRenderCallback(self.get())
+                                                     : new (std::nothrow) ZRenderCallback,
+                                          kConstructed);
         });
 }
 ROW(new_ZRenderCallback)
