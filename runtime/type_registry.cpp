@@ -36,7 +36,7 @@ void SWIG_Python_DestroyModule(void *published) {
     auto *module = static_cast<swig_module_info *>(published);
     for (size_t i = 0; i < module->size; ++i) {
         swig_type_info *type = module->types[i];
-        if (!type->owndata || !type->clientdata)
+        if (!type || !type->owndata || !type->clientdata) // null: publishing failed
             continue;
         auto *data = static_cast<SwigPyClientData *>(type->clientdata);
         Py_CLEAR(data->newraw);
