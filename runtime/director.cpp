@@ -63,10 +63,11 @@ static PyObject *call_method(PyObject *self, PyObject *name, PyObject *argument)
     PyObject *function = plain_method(self, name);
     if (!function)
         return PyObject_CallMethodObjArgs(self, name, argument, nullptr);
+    // Held first: what makes the tuple may collect garbage, and so run code that changes the class.
+    const swig::SwigPtr_PyObject keep((Py_INCREF(function), function));
     const swig::SwigPtr_PyObject arguments(PyTuple_Pack(2, self, argument));
     if (!arguments)
         return nullptr;
-    const swig::SwigPtr_PyObject keep((Py_INCREF(function), function));
     return PyObject_Call(function, arguments.get(), nullptr);
 }
 
