@@ -3,6 +3,9 @@
 #include "runtime/object_holder.h"
 #include "runtime/result_codes.h"
 
+#include <cstdio>
+#include <new>
+
 namespace Swig {
 
 Director::Director(PyObject *self) : swig_self(self) {
@@ -40,9 +43,13 @@ void Director::swig_disown() const {
 }
 
 static void report_exception() {
-    if (!TpythonInterpreter::fsInterpreter)
-        TpythonInterpreter::fsInterpreter = new TpythonInterpreter;
-    TpythonInterpreter::fsInterpreter->catchAndReportException();
+    auto *&interpreter = TpythonInterpreter::fsInterpreter;
+    if (!interpreter)
+        interpreter = new (std::nothrow) TpythonInterpreter;
+    if (interpreter)
+        interpreter->catchAndReportException();
+    else
+        PyErr_WriteUnraisable(Py_None);
 }
 
 /// The function behind a method that the instance's class defines and the instance itself does not
@@ -75,9 +82,10 @@ bool Director::swig_call_predicate(const char *class_name, PyObject *name,
                                    PyObject *argument) const {
     PyObject *const self = swig_instance();
     if (!self) {
-        const std::string message = std::string("'self' uninitialized, maybe you forgot to call ") +
-                                    class_name + ".__init__.";
-        DirectorException::raise(message.c_str());
+        char message[160]; // memory may be what is short
+        std::snprintf(message, sizeof(message),
+                      "'self' uninitialized, maybe you forgot to call %s.__init__.", class_name);
+        DirectorException::raise(message);
     }
     // Where the argument is not even a proxy for want of memory, the method would only stumble.
     const bool is_complete = name && argument && !PyErr_ExceptionMatches(PyExc_MemoryError);
@@ -95,10 +103,14 @@ bool Director::swig_call_predicate(const char *class_name, PyObject *name,
     return truth;
 }
 
-DirectorException::DirectorException(PyObject *type, const char *header, const char *text)
-    : swig_msg(header) {
-    if (*text)
-        swig_msg.append(" ").append(text);
+DirectorException::DirectorException(PyObject *type, const char *header, const char *text) {
+    try {
+        swig_msg = header;
+        if (*text)
+            swig_msg.append(" ").append(text);
+    } catch (const std::bad_alloc &) {
+        // What there is has to do: the exception is of more use than its text.
+    }
     if (!PyErr_Occurred())
         PyErr_SetString(type, swig_msg.c_str());
 }

@@ -256,6 +256,17 @@ bool lacks_text() {
     return has_text && PyErr_Occurred();
 }
 
+/// Calls code of the binding's own, which raises MemoryError where it finds no memory. What the
+/// host throws is the host's affair and passes.
+template <class Call>
+PyObject *call_extension(Call call) {
+    try {
+        return call();
+    } catch (const std::bad_alloc &) {
+        return PyErr_NoMemory();
+    }
+}
+
 /// A free function that acts on an object. Its result is the declared one, or a finished Python
 /// object.
 template <class Object, class Signature>
@@ -269,8 +280,9 @@ struct Extension<Object, R(A...)> {
         static_assert(std::is_same_v<Result, R> || std::is_same_v<Result, PyObject *>);
         return with_arguments<flags, Embedded<Object>, A...>(
             function, arguments, [=](Argument<Embedded<Object>> &self, Argument<A> &...values) {
-                return lacks_text<A...>() ? nullptr : result_of<Result>([&]() -> Result {
-                    return target(self.get(), values.get()...);
+                return lacks_text<A...>() ? nullptr : call_extension([&] {
+                    return result_of<Result>(
+                        [&]() -> Result { return target(self.get(), values.get()...); });
                 });
             });
     }
@@ -296,7 +308,8 @@ struct Constructor<Object(A...)> {
     [[gnu::noinline]] static PyObject *make(const Function &function, PyObject *arguments,
                                             PyObject *(*maker)(A...)) {
         return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
-            return lacks_text<A...>() ? nullptr : maker(values.get()...);
+            return lacks_text<A...>() ? nullptr
+                                      : call_extension([&] { return maker(values.get()...); });
         });
     }
 };

@@ -11,11 +11,6 @@
 
 extern "C" void init_OpenQuilRender();
 
-const char *pytest::make_module() {
-    init_OpenQuilRender();
-    return "_OpenQuilRender";
-}
-
 using namespace pytest;
 
 namespace {

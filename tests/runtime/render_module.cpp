@@ -1,0 +1,10 @@
+// The module under test, where it is the render module, compiled in.
+
+#include "python_fixture.h"
+
+extern "C" void init_OpenQuilRender();
+
+const char *pytest::make_module() {
+    init_OpenQuilRender();
+    return "_OpenQuilRender";
+}
