@@ -22,6 +22,7 @@ CONVERSION = '-1', 'TypeError'       # no "this" for a lookup: conversions leave
 REPORTED = 'False'                   # what a callback runs into is reported, and reads as false
 UNDESTROYED = 'MemoryError with a result'  # no object to call the destructor with: it stays behind
 STATUS = 'RuntimeError'              # a failed status of the host, for want of memory
+HOST = 'native exception'            # thrown by the host: it passes, and the locals are let go
 NO_TUPLE = 'TypeError'               # the interpreter calls without the tuple that it could not make
 LEAKS = 'leaks'                      # blocks are to stay behind where nothing fails
 # The interpreter makes a type ready without a look at whether its entry in the base's list of
@@ -212,7 +213,7 @@ def director_cases():
     upcall = Upcall()
     yield Case('callback, upcall', lambda: (m.ZRenderCallback_renderCallback, upcall.this, data),
                REPORTED)
-    yield Case('callback, added', lambda: (m.ZRenderCallback_addCallback, upcall, 0))
+    yield Case('callback, added', lambda: (m.ZRenderCallback_addCallback, upcall, 0), HOST)
     yield Case('callback, removed', lambda: (m.ZRenderCallback_removeCallback, upcall))
     yield Case('disown', lambda: (m.disown_ZRenderCallback, upcall))
 
@@ -231,26 +232,26 @@ def wrapper_cases():
     array = core.ZVectorArray()
     geometry = render.ZGeometryData('n', 1, 1, 1, 1, None, 0)
     yield Case('constructor', lambda: (m.new_RV_PIXEL,))
-    yield Case('constructor, text', lambda: (m.new_ZUniformParameter, 'n', 1, 1), TEXT)
-    yield Case('constructor, status failed', lambda: (m.new_ZFnRenderLayer, node), LEAKS)
+    yield Case('constructor, text', lambda: (m.new_ZUniformParameter, 'n', 1, 1), TEXT, HOST)
+    yield Case('constructor, status failed', lambda: (m.new_ZFnRenderLayer, node), LEAKS, HOST)
     yield Case('constructor, proxy', lambda: (render.RV_PIXEL,), NO_TUPLE)
     yield Case('destructor', lambda: (m.delete_RV_PIXEL, pixel()))
     yield Case('copy', lambda: (m.new_ZGeometryData, geometry))
-    yield Case('value', lambda: (m.ZUniformParameter_getPlug, parameter), PROXY)
+    yield Case('value', lambda: (m.ZUniformParameter_getPlug, parameter), PROXY, HOST)
     yield Case('reference', lambda: (m.ZCommonRenderSettingsData_name_get, settings), PROXY)
-    yield Case('number', lambda: (m.ZRenderUtil_noise1, 0.5))
+    yield Case('number', lambda: (m.ZRenderUtil_noise1, 0.5), HOST)
     yield Case('text out', lambda: (m.ZRenderUtil_mainBeautyPassName,))
     for name, text in [('bytes', 'text'), ('unicode', u'text'), ('long', long_text), ('other', 7)]:
         yield Case('text in, ' + name, lambda: (m.ZUniformParameter_setAsString, parameter, text),
-                   TEXT)
+                   TEXT, HOST)
     yield Case('text member', lambda: (m.ZCommonRenderSettingsData_name_set, settings,
-                                       core.ZString(long_text)))
+                                       core.ZString(long_text)), HOST)
     yield Case('text in and out', lambda: (m.ZRenderUtil_relativeFileName, long_text), TEXT,
-               STATUS)
+               STATUS, HOST)
     yield Case('list of texts', lambda: (
         m.ZHardwareRenderer_getDrawProcedureListNames, hardware, 'x', 0, ['a', long_text]), TEXT,
-        'TypeError')  # "Unable to modify argument 4"
-    yield Case('out-arguments', lambda: (m.ZRenderView_getRenderRegion,) + tuple(cells(4)))
+        'TypeError', HOST)  # "Unable to modify argument 4"
+    yield Case('out-arguments', lambda: (m.ZRenderView_getRenderRegion,) + tuple(cells(4)), HOST)
     yield Case('status', lambda: (m.ZRenderView_refresh, 0, 0, 0, 0))
     yield Case('status, failed', lambda: (m.ZRenderView_setCurrentCamera, core.ZDagPath()))
     yield Case('array', lambda: (m.ZRenderUtil_eval2dTexture, node, core.ZDoubleArray(),
