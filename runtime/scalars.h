@@ -15,6 +15,10 @@ int long_as_unsigned_int(PyObject *object, unsigned int *value);
 int number_as_double(PyObject *object, double *value);
 } // namespace scalars
 
+/// The truth value of any object. An error of an earlier argument stays pending: the code that a
+/// script runs here must neither see it nor clear it.
+int SWIG_AsVal_bool(PyObject *object, bool *value);
+
 /// int or long to a native int; floats are refused.
 inline int SWIG_AsVal_int(PyObject *object, int *value) {
     if (!PyInt_Check(object))

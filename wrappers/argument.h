@@ -158,11 +158,7 @@ struct Argument<bool> {
         value = object == Py_True;
         return value || object == Py_False;
     }
-    int read(PyObject *object, int) {
-        const int truth = object == Py_True ? 1 : object == Py_False ? 0 : PyObject_IsTrue(object);
-        value = truth > 0;
-        return truth < 0 ? SWIG_TypeError : SWIG_OK;
-    }
+    int read(PyObject *object, int) { return SWIG_AsVal_bool(object, &value); }
     void use_default(double d) { value = d != 0; }
     const bool &get() const { return value; }
     static bool probe(PyObject *object) {

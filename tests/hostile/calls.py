@@ -92,6 +92,9 @@ def supervise(script, arguments, null_host):
     environment = dict(os.environ, PYTHONDONTWRITEBYTECODE='1')
     if null_host:
         environment['LD_PRELOAD'] = NULL_HOST
+        # An instrumented program would rather be the first to be loaded.
+        environment['ASAN_OPTIONS'] = environment.get('ASAN_OPTIONS', '') + (
+            ':verify_asan_link_order=0')
     try:
         status = subprocess.call(
             [PROGRAM, '--no-gl', '--quiet', '--python', script, '--', '--journal', journal] +

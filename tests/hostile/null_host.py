@@ -11,7 +11,6 @@ import sys
 
 CLASS_RESULT = re.compile(r'(?!ZGL)Z[A-Z][A-Za-z0-9]+$')
 PREAMBLE = '''\
-#include <cstring>
 #include <type_traits>
 %s
 namespace {

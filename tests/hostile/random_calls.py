@@ -111,14 +111,14 @@ class Sequence(object):
         return True
 
     def keep(self, row, result, items):
-        """A result may point into any argument: those stay as long as it does."""
+        """A result may point into any argument, or know one: those stay as long as it does."""
         record = calls.record_of(result)
         if not record and self.random.random() < 0.9:
             return
         item = Result('<%d: %s>' % (self.journal.count - 1, row.name), result,
                       dangling=record == '_p_void')
         item.record = record
-        item.needs = set(i for i in items if i.record)
+        item.needs = set(i for i in items if isinstance(i, Result))
         item.needs.update(*[i.needs for i in item.needs])
         if len(item.needs) > 20:
             return

@@ -33,6 +33,15 @@ class Strings(HostTest):
         function = module.ZCommonRenderSettingsData_getBufferName
         self.assertEqual(call(function, settings, nothing, nothing, u'p', None),
                          (u'p', expected % 5))
+        # A truth test behind it runs code, which neither meets the complaint nor takes it away.
+        class Catching(object):
+            def __nonzero__(self):
+                try:
+                    return [i for i in iter([1])] == [int('x')]
+                except ValueError:
+                    return True
+        self.assertEqual(call(function, settings, nothing, nothing, u'p', None, Catching()),
+                         (u'p', expected % 5))
         # A failure behind the string replaces the complaint.
         self.assert_raises(ValueError, "invalid null reference in method 'ZRenderUtil_"
                            "sampleShadingNetwork', argument 14 of type 'ZFloatVectorArray &'",

@@ -70,7 +70,7 @@ TEST_F(Scalars, RealNumbersAndFailingTruth) {
     EXPECT_TRUE(std::isnan(nan.get()));
     run("class Untrue(object):\n    def __nonzero__(self): raise ValueError('no truth')\n");
     EXPECT_EQ(Argument<bool>().read(eval("Untrue()"), 1), -5);
-    EXPECT_EQ(pending(), "ValueError: no truth"); // the wrapper's own message replaces it
+    EXPECT_EQ(pending(), ""); // the wrapper has a message of its own
 }
 
 TEST_F(Scalars, CharacterStrings) {
