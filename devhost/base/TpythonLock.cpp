@@ -12,22 +12,27 @@ wchar_t sPythonObjectCharConvertBuffer[kPythonObjectCharConvertBufferSize];
 
 namespace {
 
-bool has_several_interpreters() {
-    return PyInterpreterState_Next(PyInterpreterState_Head());
+/// Remembers the state that this thread runs the interpreter with, when it does.
+bool remember(PyThreadState *state, bool runs) {
+    tPythonThread = {state, PyThread_get_thread_ident()};
+    return runs;
 }
 
-/// True when this thread runs the interpreter, under whichever of its states. A thread that does
-/// not have the lock must not look into the state that runs, which may go away at any moment; with
-/// one interpreter it has only one state to compare the address with. In further interpreters the
-/// thread has states that only tell by their contents whose they are.
-bool this_thread_has_lock() {
-    PyThreadState *const current = _PyThreadState_Current;
+/// True when this thread runs the interpreter under its usual state. A thread that does not have
+/// the lock must not look into the state that runs, which may go away at any moment: the address
+/// has to do.
+bool runs_usual_state() {
     PyThreadState *const usual = PyGILState_GetThisThreadState();
-    const long ident = PyThread_get_thread_ident();
-    const bool held = current && (current == usual ||
-                                  (has_several_interpreters() && current->thread_id == ident));
-    tPythonThread = {held ? current : usual, ident};
-    return held;
+    return remember(usual, usual && usual == _PyThreadState_Current);
+}
+
+/// The same under another state: this thread's in a further interpreter. Only their contents tell
+/// whose such states are.
+bool runs_further_state() {
+    PyInterpreterState *const latest = PyInterpreterState_Head();
+    PyThreadState *const current = _PyThreadState_Current;
+    return latest && PyInterpreterState_Next(latest) && current &&
+           current->thread_id == PyThread_get_thread_ident() && remember(current, true);
 }
 
 bool is_main_thread() {
@@ -38,8 +43,10 @@ bool is_main_thread() {
 
 void TpythonLock::initLock(TpythonLockingInfo info) {
     // A thread that has the lock keeps it to the interpreter's very end, gate or not.
-    if (info == kPythonDontLock || fCaptured || this_thread_has_lock() || !devhost::passGate())
+    if (info == kPythonDontLock || fCaptured || runs_usual_state() || !devhost::passGate())
         return;
+    if (runs_further_state())
+        return devhost::passedGate();
     fState = PyGILState_Ensure();
     tPythonThread = {_PyThreadState_Current, PyThread_get_thread_ident()};
     fCaptured = true;
