@@ -6,6 +6,8 @@
 #include <unistd.h>
 
 extern "C" void init_OpenQuilRender();
+/// There in a coverage build only, where _exit would lose what a child process covered.
+extern "C" __attribute__((weak)) void __gcov_dump();
 
 namespace pytest {
 
@@ -129,6 +131,8 @@ void in_child(const std::function<void()> &body) {
                          part.message());
     }
     std::fflush(nullptr);
+    if (__gcov_dump)
+        __gcov_dump();
     _exit(testing::Test::HasFailure() ? 1 : 0);
 }
 
