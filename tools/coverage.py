@@ -2,16 +2,20 @@
 branches of runtime/ that no test took with the list of those that have a reason.
 
 Branches that only an exception of a called function takes (the compiler adds them to every call)
-are not counted: gcovr's --exclude-throw-branches. A line of the list is the file, how many branches
+are not counted: gcovr's --exclude-throw-branches. Nor are those of a line that only changes a
+reference count (the interpreter's macro asks whether it was the last one) or makes a function's
+static variable (the compiler's guard asks whether another thread does). A line of the list is the file, how many branches
 of the source line are not taken, the source line itself, and the reason, with tabs between.
 
 Usage: coverage.py BUILD_DIR UNREACHED.tsv MINIMUM_PERCENT
 """
 import collections
 import json
+import re
 import subprocess
 import sys
 
+NOT_OURS = re.compile(r"Py_(X?(INC|DEC)REF|CLEAR)\(.*\);$|static .* = .*;$")
 FOLDERS = "runtime", "wrappers"
 
 
@@ -22,7 +26,15 @@ def measured(build):
     for folder in FOLDERS:
         command += ["--filter", folder + "/"]
     report = json.loads(subprocess.run(command + [build], stdout=subprocess.PIPE, check=True).stdout)
-    return {file["file"]: file["lines"] for file in report["files"]}
+    files = {file["file"]: file["lines"] for file in report["files"]}
+    for path, lines in files.items():
+        with open(path) as file:
+            source = file.read().splitlines()
+        for line in lines:
+            line["text"] = source[line["line_number"] - 1].strip()
+            if NOT_OURS.match(line["text"]):
+                line["branches"] = []
+    return files
 
 
 def told(files, folder):
@@ -45,12 +57,10 @@ def unreached(files, folder):
     for path, lines in files.items():
         if not path.startswith(folder + "/"):
             continue
-        with open(path) as file:
-            source = file.read().splitlines()
         for line in lines:
             missing = sum(not branch["count"] for branch in line["branches"])
             if missing:
-                result[path, source[line["line_number"] - 1].strip()] += missing
+                result[path, line["text"]] += missing
     return result
 
 
