@@ -1,7 +1,8 @@
 # Day-to-day commands; CMake does the work. PYTHON2=/path/to/python2.7 chooses the interpreter.
 SCENE ?= /usr/share/glmark2/models/bunny.obj
 
-.PHONY: build setup demo test strength bench format clean
+.PHONY: build setup setup-checks demo test stress bench format clean
+.PHONY: check-asan check-tsan check-valgrind coverage lint strength
 
 build: setup
 	cmake --preset release
@@ -16,6 +17,37 @@ demo: build
 
 test: build
 	ctest --test-dir build --output-on-failure -j2
+
+# The long forms of the tests under load.
+stress: build
+	ctest --preset stress
+
+setup-checks:
+	@tools/setup.sh --checks
+
+# The whole suite, instrumented; what is tolerated is in tests/sanitizers.
+check-asan check-tsan: check-%: setup-checks
+	cmake --preset $*
+	cmake --build --preset $*
+	ctest --preset $*
+
+# The runtime, wrapper and module tests.
+check-valgrind: build setup-checks
+	python3 tools/valgrind.py build
+
+# Line and branch coverage; fails when a branch of runtime/ is not taken without a reason.
+coverage: setup-checks
+	cmake --preset coverage
+	cmake --build --preset coverage
+	find build-coverage -name '*.gcda' -delete
+	ctest --preset coverage
+	python3 tools/coverage.py build-coverage tests/runtime/unreached.tsv 93
+
+# clang-format, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp).
+lint: setup-checks
+	cmake --preset debug -B build-lint
+	git ls-files -co --exclude-standard -- '*.h' '*.cpp' | xargs clang-format --dry-run -Werror
+	python3 tools/lint.py build-lint $(or $(CXX),c++)
 
 # What the tests catch: faults planted one at a time (an hour); writes docs/test_strength.md.
 strength: setup

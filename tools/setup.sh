@@ -2,6 +2,9 @@
 # Prepares a machine for the build: installs the Debian packages that are missing, finds (or, last,
 # builds) a Python 2.7 that can be embedded, and leaves its path in build/python2.path.
 #
+# Usage: setup.sh [--checks]
+#   --checks     installs also what the checking targets of the Makefile need
+#
 # Environment:
 #   PYTHON2      the python2.7 program to use; an error when it does not fit
 #   PYENV_ROOT   where pyenv keeps its versions (default ~/.pyenv)
@@ -20,6 +23,7 @@ readonly build_packages=(
     libegl-dev libgl-dev libegl1 libgl1-mesa-dri
     libgtest-dev libgmock-dev glmark2-data cython3 clang-format
 )
+readonly check_packages=(clang-tidy cppcheck gcovr valgrind)
 readonly python_build_packages=(
     gcc make patch git curl ca-certificates xz-utils
     libssl-dev zlib1g-dev libffi-dev libbz2-dev libreadline-dev libsqlite3-dev libncurses-dev
@@ -178,10 +182,16 @@ find_python() {
 
 # ---- main -----------------------------------------------------------------------------------
 
+packages=("${build_packages[@]}")
+case "$*" in
+'') ;;
+--checks) packages+=("${check_packages[@]}") ;;
+*) die "usage: setup.sh [--checks]" ;;
+esac
 if have dpkg-query && have apt-get; then
-    install_packages "${build_packages[@]}"
+    install_packages "${packages[@]}"
 else
-    say "not a Debian system: install the equivalents of ${build_packages[*]} yourself"
+    say "not a Debian system: install the equivalents of ${packages[*]} yourself"
 fi
 
 find_python

@@ -54,7 +54,7 @@ void Tstring::append(const wchar_t *chars, unsigned count) {
         auto buffer = newBuffer(capacity);
         std::wmemcpy(buffer.get(), data_, length_);
         std::wmemcpy(buffer.get() + length_, chars, count);
-        const unsigned kept = static_cast<unsigned>(length);
+        const auto kept = static_cast<unsigned>(length);
         release();
         data_ = buffer.release();
         capacity_ = static_cast<unsigned>(capacity);

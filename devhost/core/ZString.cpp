@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstring>
 #include <cwctype>
-#include <locale.h>
+#include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale is not in <clocale>
 #include <optional>
 #include <string_view>
 

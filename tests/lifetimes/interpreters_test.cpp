@@ -19,9 +19,10 @@ using Code = std::string;
 const Code kUse = R"(
 import OpenQuil as c, OpenQuilRender as r
 class Callback(r.ZRenderCallback):
-    calls = 0
+    made = []
+    calls = property(lambda self: len(self.made))
     def renderCallback(self, data):
-        self.calls += 1
+        self.made.append(1)  # counts on several threads as well
         return len(c.ZString(u'text')) == 4
 def use():
     for text in u'caf\xe9', 'plain', u'\U0001f40d' * 2000:
@@ -76,6 +77,12 @@ PyThreadState *start_second() {
 }
 
 void end_second(PyThreadState *state, PyThreadState *main) {
+    // Threads are joined a little before they are gone.
+    while (PyThreadState_Next(PyInterpreterState_ThreadHead(state->interp))) {
+        PyEval_SaveThread();
+        std::this_thread::yield();
+        PyEval_RestoreThread(state);
+    }
     Py_EndInterpreter(state);
     PyThreadState_Swap(main);
 }

@@ -70,6 +70,25 @@ TEST_F(Director, ForwardsCallsAndReportsExceptions) {
     run("sys.exc_clear(); sys.last_traceback = None");
 }
 
+TEST_F(Director, MethodsAreFoundAsTheInstanceFindsThem) {
+    run(R"(
+class CallableObject(Callback):
+    class Yes(object):
+        def __call__(self, d): return True
+    renderCallback = Yes()
+class Intercepted(Callback):
+    def __getattribute__(self, name):
+        if name == 'renderCallback': return lambda d: True
+        return object.__getattribute__(self, name)
+hidden = make(lambda d: False)
+hidden.renderCallback = lambda d: True
+found = [CallableObject(), Intercepted(), hidden]
+)");
+    for (const char *callback : {"found[0]", "found[1]", "found[2]"})
+        EXPECT_TRUE(call(*native(callback), 1)) << callback;
+    run("del found, hidden");
+}
+
 TEST_F(Director, FailsWithoutAnInstance) {
     SwigDirector_ZRenderCallback none(nullptr);
     EXPECT_THROW(call(none, 1), Swig::DirectorException);
