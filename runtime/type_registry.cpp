@@ -14,13 +14,22 @@ constexpr char kHolderAttribute[] = "type_pointer";
 /// Head of the ring, once it was found.
 swig_module_info *type_pointer = nullptr;
 
+/// True when the failure to find the ring's holder is one of memory, in whichever words.
+bool is_memory_short() {
+    return PyErr_ExceptionMatches(PyExc_MemoryError) ||
+           (PyErr_ExceptionMatches(PyExc_ImportError) &&
+            PyDict_GetItemString(PyImport_GetModuleDict(), kHolderModule));
+}
+
 /// Null where there is no ring yet, and with an exception set when memory is short: to take that
 /// for the former would end the ring that there is.
 swig_module_info *ring_head() {
     if (!type_pointer) {
         type_pointer = static_cast<swig_module_info *>(PyCObject_Import(
             const_cast<char *>(kHolderModule), const_cast<char *>(kHolderAttribute)));
-        if (!type_pointer && !PyErr_ExceptionMatches(PyExc_MemoryError))
+        if (!type_pointer && is_memory_short())
+            PyErr_NoMemory();
+        else if (!type_pointer)
             PyErr_Clear();
     }
     return type_pointer;
