@@ -1,4 +1,5 @@
 #include "runtime/scalars.h"
+#include "runtime/pending_error.h"
 
 namespace scalars {
 
@@ -63,10 +64,8 @@ int number_as_double(PyObject *object, double *value) {
 } // namespace scalars
 
 int SWIG_AsVal_bool(PyObject *object, bool *value) {
-    PyObject *type, *error, *traceback;
-    PyErr_Fetch(&type, &error, &traceback);
+    const PendingError keep;
     const int truth = PyObject_IsTrue(object);
-    PyErr_Restore(type, error, traceback);
     *value = truth > 0;
     return truth < 0 ? SWIG_TypeError : SWIG_OK;
 }
