@@ -25,8 +25,9 @@ T nothing() {
     }
 }
 } // namespace
+// Member functions stand at even addresses: odd values in member pointers are virtual functions.
 #define MEMBER(number, symbol, T) \\
-    __attribute__((visibility("default"))) T member##number() __asm__(symbol); \\
+    __attribute__((visibility("default"), aligned(16))) T member##number() __asm__(symbol); \\
     T member##number() { return nothing<T>(); }
 '''
 
