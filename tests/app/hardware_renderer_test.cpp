@@ -90,10 +90,8 @@ TEST_F(HardwareRenderer, DefaultShapesAreCounted) {
     EXPECT_EQ(std::pair(streams, count), std::pair(3u, 36u));
     EXPECT_EQ(data[2].elementCount(), 24u);
     EXPECT_EQ(renderer().referenceDefaultGeometry(cube, streams, indices, count), data);
-    EXPECT_TRUE(renderer().dereferenceGeometry(data, streams + 1).error());
-    EXPECT_FALSE(renderer().dereferenceGeometry(data, streams).error());
-    EXPECT_FALSE(renderer().dereferenceGeometry(data, streams).error());
-    EXPECT_TRUE(renderer().dereferenceGeometry(data, streams).error());
+    for (const bool error : {false, false, true})
+        EXPECT_EQ(renderer().dereferenceGeometry(data, streams).error(), error);
 }
 
 TEST_F(HardwareBuffers, ProceduresDrawIntoTheFrame) {
