@@ -33,9 +33,9 @@ struct Recorder : ZHwrCallback {
     std::string calls;
 };
 
-class HardwareRenderer : public apptest::SquareScene {};
+using HardwareRenderer = apptest::SquareScene;
 
-class HardwareBuffers : public HardwareRenderer {
+class HardwareBuffers : public apptest::SquareScene {
   protected:
     void SetUp() override {
         SquareScene::SetUp();
@@ -52,8 +52,6 @@ class HardwareBuffers : public HardwareRenderer {
     static Pixel pixel(ZImage &image, unsigned x, unsigned y) {
         unsigned width = 0, height = 0;
         image.getSize(width, height);
-        if (x >= width || y >= height)
-            return {-1, -1, -1, -1};
         const unsigned char *p = image.pixels() + 4 * (y * width + x);
         return {p[0], p[1], p[2], p[3]};
     }
@@ -107,7 +105,6 @@ TEST_F(HardwareBuffers, ProceduresDrawIntoTheFrame) {
     ZImage image;
     ASSERT_FALSE(devhost::readHardwareFrame(image).error());
     EXPECT_EQ(pixel(image, 63, 47), (Pixel{0, 255, 0, 255}));
-    EXPECT_TRUE(renderer().readSwatchContextPixels("", image).error());
     renderer().removeDrawProcedure("", &green, ZHardwareRenderer::kPreExposure);
     ASSERT_FALSE(devhost::drawHardwareFrame().error());
     ASSERT_FALSE(devhost::readHardwareFrame(image).error());

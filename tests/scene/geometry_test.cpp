@@ -20,12 +20,6 @@ const char *const kSquares = "o square\n"
                              "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\nvn 0 0 1\n"
                              "f 1/1/1 2/2/1 3/3/1\nf 1/2/1 3/4/1 4/3/1\n";
 
-ZDagPath pathTo(const char *name) {
-    ZDagPath path;
-    ZDagPath::getAPathTo(scene().object(scene().find(name)), path);
-    return path;
-}
-
 /// The values as their type is told to be.
 std::vector<double> values(const ZGeometryData &stream) {
     const size_t count = size_t(stream.elementCount()) * stream.elementSize();
@@ -57,7 +51,7 @@ struct Drawer : ZViewportRenderer {
 class GeometryTest : public SceneTest {
   protected:
     ZGeometryRequirements wanted;
-    ZGeometry read(const char *name) { return ZGeometryManager::getGeometry(pathTo(name), wanted); }
+    ZGeometry read(const char *name) { return ZGeometryManager::getGeometry(path(name), wanted); }
 };
 
 } // namespace
@@ -124,17 +118,17 @@ TEST_F(GeometryTest, ListFollowsTheScene) {
     ZGeometryList &list = *drawer.drawn;
     ASSERT_EQ(list.length(), 1);
     EXPECT_TRUE(list.projectionMatrix() == drawer.projection);
-    EXPECT_TRUE((list.viewMatrix() * pathTo("persp").inclusiveMatrix()).isEquivalent(ZMatrix()));
+    EXPECT_TRUE((list.viewMatrix() * path("persp").inclusiveMatrix()).isEquivalent(ZMatrix()));
     EXPECT_EQ(list.objectToWorldMatrix()(3, 0), 5);
-    EXPECT_EQ(list.path(), pathTo("cube"));
+    EXPECT_EQ(list.path(), path("cube"));
     ZGeometry &cube = list.geometry();
     const int id = cube.position().uniqueID();
-    EXPECT_TRUE(list.addLast(pathTo("hidden")));
+    EXPECT_TRUE(list.addLast(path("hidden")));
     for (int i = 0; i < 100; ++i)
         EXPECT_TRUE(list.addLast(cube, ZMatrix()));
     EXPECT_EQ(cube.position().uniqueID(), id) << "the reference does not move";
     list.next();
-    EXPECT_EQ(list.path(), pathTo("hidden"));
+    EXPECT_EQ(list.path(), path("hidden"));
     for (const int place : {-1, 102}) {
         list.setCurrentElement(place);
         EXPECT_TRUE(list.isDone());

@@ -10,10 +10,6 @@ using namespace devhost;
 
 namespace {
 
-ZObject find(const char *name) {
-    return scene().object(scene().find(name));
-}
-
 /// |a|shape and |b|c|shape, and a material.
 class HandlesTest : public SceneTest {
   protected:
@@ -37,7 +33,7 @@ class HandlesTest : public SceneTest {
 };
 
 TEST_F(HandlesTest, ObjectsReadAsNullOnceTheirNodeIsGone) {
-    const ZObject below = scene().object(bShape), other = find("a");
+    const ZObject below = scene().object(bShape), other = object("a");
     scene().remove(b);
     EXPECT_TRUE(below.isNull()) << "what lies below goes too";
     EXPECT_FALSE(other.isNull());
@@ -63,11 +59,11 @@ TEST_F(HandlesTest, PathsNameAndMove) {
     EXPECT_EQ(at.push(scene().object(bShape)).statusCode(), ZStatus::kInvalidParameter);
     ASSERT_TRUE(at.push(at.child(0)));
     EXPECT_TRUE(at == path(c));
-    EXPECT_EQ(ZDagPath::getAPathTo(find("paint"), at).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(ZDagPath::getAPathTo(object("paint"), at).statusCode(), ZStatus::kInvalidParameter);
 }
 
 TEST_F(HandlesTest, PlugsReadAndWriteWhatNodesHold) {
-    ZPlug plug(find("headlight"), "intensity");
+    ZPlug plug(object("headlight"), "intensity");
     const unsigned long revision = scene().revision();
     EXPECT_TRUE(plug.setDouble(2.5));
     EXPECT_NE(scene().revision(), revision) << "renderers must notice";
@@ -76,10 +72,10 @@ TEST_F(HandlesTest, PlugsReadAndWriteWhatNodesHold) {
     EXPECT_EQ(plug.setString("bright").statusCode(), ZStatus::kFailure);
     EXPECT_EQ(plug.asDouble(), 2.5) << "unchanged";
 
-    EXPECT_TRUE(ZPlug(find("paint"), "diffuse").setVector(ZVector(1, 2, 3)));
+    EXPECT_TRUE(ZPlug(object("paint"), "diffuse").setVector(ZVector(1, 2, 3)));
     EXPECT_TRUE(near(node("paint").material()->diffuse, ZVector(1, 2, 3)));
-    EXPECT_TRUE(ZPlug(find("c"), "worldMatrix").asMatrix() == path(c).inclusiveMatrix());
-    EXPECT_FALSE(ZPlug(find("c"), "worldMatrix").setMatrix(ZMatrix()));
+    EXPECT_TRUE(ZPlug(object("c"), "worldMatrix").asMatrix() == path(c).inclusiveMatrix());
+    EXPECT_FALSE(ZPlug(object("c"), "worldMatrix").setMatrix(ZMatrix()));
     newScene();
     EXPECT_TRUE(plug.isNull());
     EXPECT_EQ(plug.setDouble(1).statusCode(), ZStatus::kFailure);
@@ -96,7 +92,7 @@ TEST_F(HandlesTest, SelectionListsHoldEachNodeOnce) {
     ZPlug plug;
     EXPECT_TRUE(list.getPlug(2, plug));
     EXPECT_TRUE(plug.node() == scene().object(aShape));
-    EXPECT_TRUE(list.hasItem(find("paint")));
+    EXPECT_TRUE(list.hasItem(object("paint")));
     EXPECT_FALSE(list.hasItem(scene().object(aShape))) << "only its plug";
 
     scene().remove(b);

@@ -25,12 +25,6 @@ class LayersTest : public SceneTest {
         write("room.layers.json", layers);
         return loadScene(write("room.obj", kFloorAndRoof));
     }
-    static ZObject named(const char *name) { return scene().object(scene().find(name)); }
-    static ZDagPath path(const char *name) {
-        ZDagPath result;
-        ZDagPath::getAPathTo(named(name), result);
-        return result;
-    }
     static void choose(const char *layer) {
         ASSERT_TRUE(scene().setCurrentLayer(scene().find(layer)));
     }
@@ -109,10 +103,10 @@ TEST_F(LayersTest, MembersOfChildLayersBelongToTheParent) {
     ASSERT_TRUE(open(R"({"layers": [{"name": "all", "members": ["floor"]},
                         {"name": "part", "parent": "all", "members": ["roof"]},
                         {"name": "piece", "parent": "part"}]})"));
-    ZObject top = named("all"), below = named("part");
+    ZObject top = object("all"), below = object("part");
     ZFnRenderLayer all(top), part(below);
-    EXPECT_TRUE(all.inLayer(named("roof")));
-    EXPECT_FALSE(part.inLayer(named("floor")));
+    EXPECT_TRUE(all.inLayer(object("roof")));
+    EXPECT_FALSE(part.inLayer(object("floor")));
     ZObjectArray found;
     for (const bool deep : {false, true}) {
         EXPECT_TRUE(all.layerChildren(found, deep));
@@ -123,9 +117,9 @@ TEST_F(LayersTest, MembersOfChildLayersBelongToTheParent) {
 TEST_F(LayersTest, AdjustmentsComeAndGoWithTheirLayer) {
     ASSERT_TRUE(open(R"({"layers": [{"name": "dim", "members": ["floor"],
                          "adjustments": {"headlight.intensity": 0.25, "roof.visibility": 0}}]})"));
-    ZObject layer = named("dim");
+    ZObject layer = object("dim");
     ZFnRenderLayer dim(layer);
-    ZPlug intensity(named("headlight"), "intensity");
+    ZPlug intensity(object("headlight"), "intensity");
     EXPECT_EQ(intensity.asDouble(), 1);
     EXPECT_TRUE(dim.isPlugAdjusted(intensity));
     ZPlug adjusted = dim.adjustmentPlug(intensity);
@@ -133,7 +127,7 @@ TEST_F(LayersTest, AdjustmentsComeAndGoWithTheirLayer) {
 
     choose("dim");
     EXPECT_EQ(intensity.asDouble(), 0.25);
-    EXPECT_FALSE(ZPlug(named("roof"), "visibility").asBool());
+    EXPECT_FALSE(ZPlug(object("roof"), "visibility").asBool());
     EXPECT_TRUE(adjusted.setDouble(0.5));
     EXPECT_EQ(intensity.asDouble(), 0.5) << "the layer's plug is the scene's as long as it shows";
     choose("defaultRenderLayer");
@@ -181,8 +175,8 @@ TEST_F(LayersTest, LinksAreThoseOfWhatIsAskedFor) {
     const std::string floor = light + " illuminates |floor, which casts shadows\n";
     const std::string roof = light + " ignores |roof, which casts shadows\n";
     EXPECT_EQ(print(ZObject()), floor + roof);
-    EXPECT_EQ(print(named("roof")), roof);
-    EXPECT_EQ(print(named("low")), floor);
+    EXPECT_EQ(print(object("roof")), roof);
+    EXPECT_EQ(print(object("low")), floor);
     scene().edit(scene().find("roof"))->visible = false;
     EXPECT_EQ(print(ZObject()), floor);
     EXPECT_EQ(print(ZObject(), true), floor + roof);

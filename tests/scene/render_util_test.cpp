@@ -54,7 +54,6 @@ class UtilTest : public SceneTest {
         load("scene.obj", "mtllib paint.mtl\nv -1 0 -1\nv -1 0 1\nv 1 0 -1\nvn 0 1 0\n"
                           "usemtl paint\nf 1//1 2//1 3//1\nusemtl plain\nf 1//1 2//1 3//1\n");
     }
-    static ZObject find(const char *name) { return scene().object(scene().find(name)); }
     std::string file(const char *name) const { return (folder / name).string(); }
 
     ZStatus status;
@@ -72,7 +71,7 @@ TEST_F(UtilTest, TexturesGiveExactPixelCentresAndRepeat) {
     }
     for (const char *name : {"four", "paint"}) {
         ZVectorArray colors;
-        ASSERT_TRUE(ZRenderUtil::eval2dTexture(find(name), u, v, &colors, &alphas));
+        ASSERT_TRUE(ZRenderUtil::eval2dTexture(object(name), u, v, &colors, &alphas));
         ASSERT_EQ(colors.length(), 6u);
         for (unsigned at = 0; at < 6; ++at)
             EXPECT_TRUE(near(colors[at], wanted[at], 1e-12)) << name << at;
@@ -82,14 +81,14 @@ TEST_F(UtilTest, TexturesGiveExactPixelCentresAndRepeat) {
     const auto code = [&](const ZObject &object) {
         return ZRenderUtil::eval2dTexture(object, u, v, nullptr, nullptr).statusCode();
     };
-    EXPECT_EQ(code(find("four")), ZStatus::kInvalidParameter) << "more v than u";
+    EXPECT_EQ(code(object("four")), ZStatus::kInvalidParameter) << "more v than u";
     v.remove(6);
-    EXPECT_EQ(code(find("headlight")), ZStatus::kInvalidParameter);
-    EXPECT_EQ(code(find("gone")), ZStatus::kNotFound);
+    EXPECT_EQ(code(object("headlight")), ZStatus::kInvalidParameter);
+    EXPECT_EQ(code(object("gone")), ZStatus::kNotFound);
     write("gone.png", "no picture");
-    EXPECT_EQ(code(find("gone")), ZStatus::kFailure);
+    EXPECT_EQ(code(object("gone")), ZStatus::kFailure);
     scene().setAttribute(scene().find("four"), "fileTextureName", ZString("absent.png"));
-    EXPECT_EQ(code(find("four")), ZStatus::kNotFound) << "the old picture is forgotten";
+    EXPECT_EQ(code(object("four")), ZStatus::kNotFound) << "the old picture is forgotten";
 }
 
 TEST_F(UtilTest, FileNamesAreResolvedAgainstTheScenesFolder) {
@@ -134,12 +133,12 @@ TEST_F(UtilTest, FileNamesAreResolvedAgainstTheScenesFolder) {
     }
 
     scene().setAttribute(scene().find("persp"), "imageName", ZString("run.0007.png"));
-    EXPECT_EQ(ZRenderUtil::exactImagePlaneFileName(find("persp"), &status).asChar(),
+    EXPECT_EQ(ZRenderUtil::exactImagePlaneFileName(object("persp"), &status).asChar(),
               file("run.0007.png"));
 }
 
 TEST_F(UtilTest, LayeredPicturesAreConverted) {
-    EXPECT_EQ(ZRenderUtil::convertPsdFile(find("four"), false, &status).asChar(),
+    EXPECT_EQ(ZRenderUtil::convertPsdFile(object("four"), false, &status).asChar(),
               file("tex/four.png"));
     // The smallest such file: header, three empty sections, one raw pixel of three channels.
     const std::string header("8BPS\0\1\0\0\0\0\0\0\0\3\0\0\0\1\0\0\0\1\0\x8\0\3", 26);
@@ -149,14 +148,14 @@ TEST_F(UtilTest, LayeredPicturesAreConverted) {
     scene().setAttribute(scene().find("four"), "fileTextureName", ZString("art.psd"));
     for (const char *rgb : {"\x10\x20\x30", "\x40\x20\x30"}) {
         write("art.psd", picture(rgb));
-        const ZString name = ZRenderUtil::convertPsdFile(find("four"), true, &status);
+        const ZString name = ZRenderUtil::convertPsdFile(object("four"), true, &status);
         EXPECT_EQ(name.asChar(), file("art.png"));
         ZImage image;
         ASSERT_TRUE(image.readFromFile(name));
         EXPECT_EQ(image.pixels()[0], rgb[0]);
     }
     write("art.psd", "8BPS damaged");
-    ZRenderUtil::convertPsdFile(find("four"), true, &status);
+    ZRenderUtil::convertPsdFile(object("four"), true, &status);
     EXPECT_EQ(status.statusCode(), ZStatus::kFailure);
 }
 

@@ -9,7 +9,9 @@
 
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/scene/SceneLoader.h"
+#include "host/core/ZDagPath.h"
 #include "host/core/ZFloatVector.h"
+#include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 #include "tests/temporary_folder.h"
@@ -24,6 +26,14 @@ class SceneTest : public testing::Test {
     void load(const std::string &name, const std::string &contents) const {
         const ZStatus status = devhost::loadScene(write(name, contents));
         ASSERT_TRUE(status) << status.errorString().asChar();
+    }
+    static ZObject object(const char *name) {
+        return devhost::scene().object(devhost::scene().find(name));
+    }
+    static ZDagPath path(const char *name) {
+        ZDagPath result;
+        ZDagPath::getAPathTo(object(name), result);
+        return result;
     }
     static const devhost::Node &node(const std::string &name) {
         const devhost::Node *found = devhost::scene().node(devhost::scene().find(name));
