@@ -171,7 +171,7 @@ TEST_F(RayTest, BadRaysAreRefused) {
                   ZStatus::kInvalidParameter);
 }
 
-TEST_F(RayTest, LightsShadeByAngleDistanceAndCone) {
+TEST_F(RayTest, LightsShadeByAngleDistanceConeAndShadow) {
     scene().clear();
     Material paint;
     paint.diffuse = ZVector(0.5, 1, 0.25);
@@ -184,9 +184,9 @@ TEST_F(RayTest, LightsShadeByAngleDistanceAndCone) {
     addLight(light, ZVector(0, 2, 0));
 
     ZFloatVector point, color;
-    const auto seen = [&](float x) {
-        EXPECT_TRUE(
-            ZRenderUtil::raytrace({x, 1.8f, 0}, {0, -1, 0}, nullptr, nullptr, 0, point, color));
+    const auto seen = [&](float x, bool shadows = true) {
+        EXPECT_TRUE(ZRenderUtil::raytrace({x, 0.5f, 0}, {0, -1, 0}, nullptr, nullptr, 0, point,
+                                          color, shadows));
         EXPECT_TRUE(near(point, ZVector(x, 0, 0)));
         return ZVector(color);
     };
@@ -194,6 +194,9 @@ TEST_F(RayTest, LightsShadeByAngleDistanceAndCone) {
     // Straight below: 8 / 2^2. Two aside: 8 / (2 sqrt 2)^2, times the cosine of 45 degrees.
     EXPECT_TRUE(near(seen(0), full * 2));
     EXPECT_TRUE(near(seen(2), full * std::sqrt(0.5)));
+    addFloor("roof", 1, 0.1f, paint);
+    EXPECT_TRUE(near(seen(0), ZVector()));
+    EXPECT_TRUE(near(seen(0, false), full * 2));
 
     // As a spot light straight down that fades from atan(1/2) to atan(1).
     Light &spot = std::get<Light>(scene().edit(scene().find("lamp"))->payload);
@@ -205,7 +208,7 @@ TEST_F(RayTest, LightsShadeByAngleDistanceAndCone) {
     ZMatrix &matrix = scene().edit(scene().find("lamp"))->local;
     matrix[2][1] = matrix[1][2] = 1; // -Z turned to -Y
     matrix[1][1] = matrix[2][2] = 0;
-    EXPECT_TRUE(near(seen(0), full));
+    EXPECT_TRUE(near(seen(0, false), full));
     EXPECT_TRUE(near(seen(2.01f), ZVector()));
     const double angle = std::atan(0.75), fade = std::atan(1.0) - std::atan(0.5);
     EXPECT_TRUE(near(seen(1.5f), full * (std::cos(angle) * (std::atan(1.0) - angle) / fade)));
