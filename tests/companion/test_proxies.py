@@ -42,8 +42,6 @@ MODULES = [Described(*item) for item in sorted(DESCRIPTIONS.items())]
 DOCUMENTATION = (
     (OpenQuil.ZQuaternion.__init__, 'ZQuaternion()\nZQuaternion(other: ZQuaternion)\n',
      'Makes a quaternion from its components.\n\n`items` may be any sequence.'),
-    (OpenQuil.ZVector.__add__, '__add__(v: ZVector) -> ZVector\n\nReturns the sum.', ''),
-    (OpenQuil.ZImage.pixels, 'pixels() -> Optional[UnsignedCharBuffer]\n\nReturns', ''),
     (OpenQuilRender.ZRenderCallback.addCallback,
      'addCallback(callback: Optional[ZRenderCallback], priority: int) -> None\n\nRegisters a',
      '\n\nThe Python instance is kept alive until it is removed.'),
@@ -99,15 +97,12 @@ class TableTest(unittest.TestCase):
 
     def test_every_data_member_is_a_documented_property(self):
         for module in MODULES:
-            for function in module.functions('getter'):
+            for function in module.functions('getter', 'setter'):
                 member = getattr(module.proxy_class(function), function['member'])
-                self.assertIsInstance(member, property)
+                self.assertTrue(member.fget if function['kind'] == 'getter' else member.fset)
                 head, _, text = inspect.getdoc(member).partition('\n\n')
                 self.assertTrue(head.startswith(function['member'] + ': '), head)
                 self.assertTrue(text, function['name'])
-            for function in module.functions('setter'):
-                member = getattr(module.proxy_class(function), function['member'])
-                self.assertTrue(member.fset, function['name'])
 
     def test_constants_are_attributes_of_their_class_or_of_the_module(self):
         for module in MODULES:
@@ -184,12 +179,9 @@ class InstanceTest(unittest.TestCase):
         data.rgbaArr = None
         self.assertIsNone(data.rgbaArr)
 
-    def test_equality_and_hash(self):
-        vector = OpenQuil.ZVector(1, 2, 3)
-        self.assertTrue(vector == OpenQuil.ZVector((1, 2, 3)))
-        self.assertFalse(vector != OpenQuil.ZVector((1, 2, 3)))
+    def test_values_are_not_hashed(self):
         with self.assertRaisesRegexp(TypeError, 'unhashable'):
-            hash(vector)
+            hash(OpenQuil.ZVector(1, 2, 3))
 
     def test_named_arguments_and_defaults(self):
         self.assertIsNone(OpenQuilRender.ZRenderView.startRender(height=2, width=4))
@@ -214,11 +206,6 @@ class Recorder(OpenQuilRender.ZRenderCallback):
         return super(Recorder, self).renderCallback(data) or 'changed'
 
 
-class Forgetful(OpenQuilRender.ZRenderCallback):
-    def __init__(self):
-        pass
-
-
 def call_as_host(name, callback, data):
     """A virtual call: the pointer object is not the instance itself, so this is no upcall."""
     return getattr(_OpenQuilRender, 'ZRenderCallback_' + name)(callback.this, data)
@@ -228,6 +215,10 @@ class DirectorTest(unittest.TestCase):
     def setUp(self):
         self.data = OpenQuilRender.ZRenderData()
         self.data.resX = 64
+
+    def assert_gone(self, instance, gone=True):
+        gc.collect()
+        self.assertEqual(instance() is None, gone)
 
     def test_overrides_are_called_and_may_call_the_base(self):
         recorder, plain = Recorder(), OpenQuilRender.ZRenderCallback()
@@ -241,10 +232,12 @@ class DirectorTest(unittest.TestCase):
         gone = weakref.ref(plain)
         _OpenQuilRender.disown_ZRenderCallback(plain)  # would keep the instance of a director
         del plain
-        gc.collect()
-        self.assertIsNone(gone())
+        self.assert_gone(gone)
 
     def test_a_forgotten_init_is_told(self):
+        class Forgetful(OpenQuilRender.ZRenderCallback):
+            def __init__(self):
+                pass
         message = "^'self' uninitialized, maybe you forgot to call ZRenderCallback.__init__.$"
         for use in (lambda c: OpenQuilRender.ZRenderCallback.addCallback(c, 0),
                     OpenQuilRender.ZRenderCallback.removeCallback,
@@ -258,11 +251,9 @@ class DirectorTest(unittest.TestCase):
         OpenQuilRender.ZRenderCallback.addCallback(recorder, 3)
         OpenQuilRender.ZRenderCallback.addCallback(recorder, 1)
         del recorder
-        gc.collect()
-        self.assertIsNotNone(gone())
+        self.assert_gone(gone, False)
         OpenQuilRender.ZRenderCallback.removeCallback(gone())
-        gc.collect()
-        self.assertIsNone(gone())
+        self.assert_gone(gone)
 
     def test_a_callback_that_was_refused_is_not_kept(self):
         recorder = Recorder()
@@ -271,8 +262,7 @@ class DirectorTest(unittest.TestCase):
             OpenQuilRender.ZRenderCallback.addCallback(recorder, 'first')
         sys.exc_clear()  # its traceback holds the arguments
         del recorder
-        gc.collect()
-        self.assertIsNone(gone())
+        self.assert_gone(gone)
 
     def test_disown_passes_the_instance_to_the_host(self):
         recorder = Recorder()
@@ -285,8 +275,7 @@ class DirectorTest(unittest.TestCase):
         self.assertTrue(_OpenQuilRender.ZRenderCallback_renderCallback(pointer, self.data))
         self.assertEqual([64], weak.seen)
         _OpenQuilRender.delete_ZRenderCallback(pointer)
-        gc.collect()
-        self.assertIsNone(gone())
+        self.assert_gone(gone)
 
 
 if __name__ == '__main__':

@@ -17,7 +17,6 @@ LINES = {
     'OpenQuil.ZQuaternion': ['def __init__(self, from_: ZVector, to: ZVector) -> None:',
                              'def __init__(self, items: Iterable[Any]) -> None:',
                              'def getAxisAngle(self, axis: ZVector, angle: DoubleBuffer) -> bool:',
-                             'def __eq__(self, other: Any) -> bool:',
                              'def x(self, value: float) -> None:'],
     'OpenQuilRender.RV_AOV': ['def name(self) -> OpenQuil.ZString:',
                               'def name(self, value: Union[OpenQuil.ZString, Text]) -> None:',
@@ -26,10 +25,6 @@ LINES = {
         'def updatePixels(left: int, right: int, bottom: int, top: int, '
         'pPixels: Optional[RV_PIXEL], isHdr: bool=False, numberOfAOVs: int=0, '
         'pAOVs: Optional[RV_AOV]=None) -> None:', 'def className() -> str:'],
-    'OpenQuilRender.ZFnImageSource': [
-        'def getImageName(self, pathType: int, frame: float, sceneName: Text, '
-        'camera: OpenQuil.ZObject, layer: OpenQuil.ZObject, '
-        'imageFormat: Optional[OpenQuil.ZString]=None) -> Text:'],
     'OpenQuilRender.ZRenderShadowData': ['kSpot: int', 'def lightType(self, value: int) -> None:',
                                          'def internalData(self) -> Any:'],
 }

@@ -1,4 +1,5 @@
-// Vectors, points, matrices, quaternions and boxes against values worked out by hand.
+// Vectors, points, matrices and rotations against results worked out by hand; what scripts can do
+// with them is tested through the core module.
 #include "host/core/ZBoundingBox.h"
 #include "host/core/ZFloatMatrix.h"
 #include "host/core/ZFloatPoint.h"
@@ -14,8 +15,6 @@
 
 namespace {
 
-constexpr double kPi = std::numbers::pi;
-
 template <class ScalarType, class VectorType, class PointType, class MatrixType>
 struct Types {
     using Scalar = ScalarType;
@@ -27,27 +26,25 @@ using Single = Types<float, ZFloatVector, ZFloatPoint, ZFloatMatrix>;
 using Double = Types<double, ZVector, ZPoint, ZMatrix>;
 
 template <class Precision>
-class Math : public testing::Test, public Precision {
-  public:
-    using Scalar = typename Precision::Scalar;
-
-    // A quarter turn around z, counter-clockwise: x goes to y.
-    static constexpr Scalar kTurn[4][4] = {{0, 1, 0, 0}, {-1, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
-    static constexpr Scalar kMove[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {1, 2, 3, 1}};
-    static constexpr Scalar kScaleMove[4][4] = {
-        {2, 0, 0, 0}, {0, 4, 0, 0}, {0, 0, 8, 0}, {1, 2, 3, 1}};
-    static constexpr Scalar kScaleMoveInverse[4][4] = {
-        {.5, 0, 0, 0}, {0, .25, 0, 0}, {0, 0, .125, 0}, {-.5, -.5, -.375, 1}};
-    static constexpr Scalar kLens[4][4] = {
-        {1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, -1, -1}, {0, 0, -2, 0}};
-    static constexpr Scalar kLensInverse[4][4] = {
-        {1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 0, -.5}, {0, 0, -1, .5}};
-    static constexpr Scalar kFlat[4][4] = {{1, 2, 0, 0}, {2, 4, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
-};
+class Math : public testing::Test, public Precision {};
 using Precisions = testing::Types<Single, Double>;
 TYPED_TEST_SUITE(Math, Precisions);
 
-// The operators that make a new vector are tested through scripts.
+template <class Matrix>
+Matrix matrix(std::initializer_list<double> values) {
+    Matrix result;
+    std::copy(values.begin(), values.end(), result.matrix[0]);
+    return result;
+}
+
+// A quarter turn around z, counter-clockwise: x goes to y.
+constexpr auto kTurn = {0., 1., 0., 0., -1., 0., 0., 0., 0., 0., 1., 0., 0., 0., 0., 1.};
+constexpr auto kScaleMove = {2., 0., 0., 0., 0., 4., 0., 0., 0., 0., 8., 0., 1., 2., 3., 1.};
+constexpr auto kScaleMoveInverse = {.5, 0., 0.,   0., 0.,  .25, 0.,    0.,
+                                    0., 0., .125, 0., -.5, -.5, -.375, 1.};
+constexpr auto kLens = {1., 0., 0., 0., 0., 1., 0., 0., 0., 0., -1., -1., 0., 0., -2., 0.};
+constexpr auto kFlat = {1., 2., 0., 0., 2., 4., 0., 0., 0., 0., 1., 0., 0., 0., 0., 1.};
+
 TYPED_TEST(Math, VectorsChangeInPlaceAndHaveALength) {
     using Vector = typename TestFixture::Vector;
     const Vector a(1, 2, 3), b(4, -5, 6);
@@ -62,72 +59,46 @@ TYPED_TEST(Math, VectorsChangeInPlaceAndHaveALength) {
     EXPECT_EQ(Vector().normal(), Vector());
 }
 
-TYPED_TEST(Math, RowsStandLeftOfMatrices) {
-    using Vector = typename TestFixture::Vector;
-    using Point = typename TestFixture::Point;
-    using Matrix = typename TestFixture::Matrix;
-    const Matrix turn(TestFixture::kTurn), move(TestFixture::kMove);
-    EXPECT_EQ(Vector(1, 0, 0) * turn, Vector(0, 1, 0));
-    EXPECT_EQ(Vector(1, 1, 1) * move, Vector(1, 1, 1));
-    EXPECT_EQ(Point(1, 1, 1) * move, Point(2, 3, 4));
-    // The left factor acts first.
-    EXPECT_EQ(Point(1, 0, 0) * (turn * move), Point(1, 3, 3));
-    EXPECT_EQ(Point(1, 0, 0) * (move * turn), Point(-2, 2, 3));
-    EXPECT_EQ(turn.transpose()(0, 1), -1);
-}
-
 TYPED_TEST(Math, PointsDivideTheirWeightOut) {
     using Vector = typename TestFixture::Vector;
     using Point = typename TestFixture::Point;
-    using Matrix = typename TestFixture::Matrix;
-    Point seen = Point(1, 2, -2) * Matrix(TestFixture::kLens);
+    Point seen = Point(1, 2, -2) * matrix<typename TestFixture::Matrix>(kLens);
     EXPECT_EQ(seen, Point(1, 2, 0, 2));
     EXPECT_EQ(seen - Point(0, 0, 0), Vector(0.5, 1, 0));
     EXPECT_EQ(seen + Vector(1, 1, 1), Point(1.5, 2, 1));
     EXPECT_TRUE(seen.isEquivalent(Point(0.5, 1, 0)));
     EXPECT_TRUE(seen.cartesianize());
     EXPECT_EQ(seen, Point(0.5, 1, 0, 1));
-    Point farAway(1, 0, 0, 0);
-    EXPECT_EQ(farAway.cartesianize().statusCode(), ZStatus::kFailure);
 }
 
-TYPED_TEST(Math, MatricesInvert) {
-    using Matrix = typename TestFixture::Matrix;
-    const Matrix scaleMove(TestFixture::kScaleMove), lens(TestFixture::kLens);
-    EXPECT_TRUE(scaleMove.inverse().isEquivalent(Matrix(TestFixture::kScaleMoveInverse)));
-    EXPECT_TRUE(lens.inverse().isEquivalent(Matrix(TestFixture::kLensInverse)));
-    EXPECT_EQ(scaleMove.det4x4(), 64);
-    EXPECT_EQ(lens.det3x3(), -1);
-    const Matrix flat(TestFixture::kFlat);
-    EXPECT_TRUE(flat.isSingular());
-    EXPECT_EQ(flat.inverse(), Matrix());
-}
-
-TYPED_TEST(Math, NormalsStayAtRightAnglesToTheirSurface) {
+TYPED_TEST(Math, MatricesInvertAndCarryNormals) {
     using Vector = typename TestFixture::Vector;
     using Matrix = typename TestFixture::Matrix;
-    const Matrix scaleMove(TestFixture::kScaleMove);
+    const auto scaleMove = matrix<Matrix>(kScaleMove), lens = matrix<Matrix>(kLens);
+    EXPECT_TRUE(scaleMove.inverse().isEquivalent(matrix<Matrix>(kScaleMoveInverse)));
+    EXPECT_TRUE((lens * lens.inverse()).isEquivalent(Matrix()));
+    EXPECT_EQ(scaleMove.det4x4(), 64);
+    EXPECT_EQ(lens.det3x3(), -1);
+    EXPECT_TRUE(matrix<Matrix>(kFlat).isSingular());
+    EXPECT_EQ(matrix<Matrix>(kFlat).inverse(), Matrix());
+    EXPECT_EQ(scaleMove.transpose()(0, 3), 1);
+    EXPECT_EQ(Vector(1, 1, 1) * scaleMove, Vector(2, 4, 8)) << "a direction does not move";
     const Vector normal = Vector(1, 1, 0).transformAsNormal(scaleMove);
     EXPECT_TRUE(normal.isEquivalent(Vector(2, 1, 0).normal()));
-    EXPECT_NEAR(normal * (Vector(1, -1, 0) * scaleMove), 0, 1e-6);
 }
 
 TEST(Quaternion, TurnsLikeItsMatrix) {
-    const ZQuaternion aroundZ(kPi / 2, ZVector(0, 0, 2)), aroundX(kPi / 2, ZVector(1, 0, 0));
-    EXPECT_TRUE(ZVector(1, 0, 0).rotateBy(aroundZ).isEquivalent(ZVector(0, 1, 0)));
-    EXPECT_TRUE(aroundZ.asMatrix().isEquivalent(ZMatrix(Math<Double>::kTurn)));
+    constexpr double kRight = std::numbers::pi / 2;
+    const ZQuaternion aroundZ(kRight, ZVector(0, 0, 2)), aroundX(kRight, ZVector(1, 0, 0));
+    EXPECT_TRUE(aroundZ.asMatrix().isEquivalent(matrix<ZMatrix>(kTurn)));
     // x to y around z, then y to z around x.
     EXPECT_TRUE(ZVector(1, 0, 0).rotateBy(aroundZ * aroundX).isEquivalent(ZVector(0, 0, 1)));
-    EXPECT_TRUE(
-        (aroundZ * aroundX).asMatrix().isEquivalent(aroundZ.asMatrix() * aroundX.asMatrix()));
     EXPECT_TRUE(ZQuaternion(aroundX.asMatrix()).isEquivalent(aroundX));
     EXPECT_TRUE((aroundX * aroundX.inverse()).isEquivalent(ZQuaternion()));
 }
 
 TEST(BoundingBox, EnclosesTransformsAndIntersects) {
     ZBoundingBox box;
-    EXPECT_TRUE(box.isEmpty());
-    EXPECT_FALSE(box.contains(ZPoint()));
     box.expand(ZBoundingBox());
     EXPECT_TRUE(box.isEmpty());
     box.expand(ZPoint(1, 5, 2));
@@ -139,10 +110,9 @@ TEST(BoundingBox, EnclosesTransformsAndIntersects) {
     const ZBoundingBox beside(ZPoint(4, 2, 2), ZPoint(5, 5, 5));
     EXPECT_FALSE(box.intersects(beside, 0.5));
     EXPECT_TRUE(box.intersects(beside, 1.0));
-
-    box.transformUsing(ZMatrix(Math<Double>::kTurn) * ZMatrix(Math<Double>::kMove));
-    EXPECT_TRUE(box.min().isEquivalent(ZPoint(-4, 3, 5)));
-    EXPECT_TRUE(box.max().isEquivalent(ZPoint(-1, 5, 11)));
+    box.transformUsing(matrix<ZMatrix>(kTurn));
+    EXPECT_TRUE(box.min().isEquivalent(ZPoint(-5, 1, 2)));
+    EXPECT_TRUE(box.max().isEquivalent(ZPoint(-2, 3, 8)));
 }
 
 } // namespace

@@ -31,13 +31,9 @@ TEST(ZTime, WholeFramesCompareExactlyAcrossUnits) {
         ASSERT_TRUE(film - 1.0 < field);
         ASSERT_TRUE(film <= field && film >= field);
     }
-    const ZTime sum = ZTime(12, ZTime::kFilm) + ZTime(0.5, ZTime::kSeconds);
-    EXPECT_EQ(sum.value(), 24.0);
-    EXPECT_EQ(sum.unit(), ZTime::kFilm);
 }
 
 TEST(ZTime, UsesTheUnitOfTheUserInterface) {
-    EXPECT_EQ(ZTime(5).unit(), ZTime::kFilm);
     ASSERT_TRUE(ZTime::setUIUnit(ZTime::kPALFrame));
     EXPECT_EQ(ZTime(5).unit(), ZTime::kPALFrame);
     EXPECT_EQ(ZTime::setUIUnit(ZTime::kInvalid).statusCode(), ZStatus::kInvalidParameter);

@@ -10,10 +10,6 @@ using namespace devhost;
 
 namespace {
 
-ZObject find(const char *name) {
-    return scene().object(scene().find(name));
-}
-
 /// |a|shape and |b|c|shape, and a material.
 class HandlesTest : public SceneTest {
   protected:
@@ -37,10 +33,8 @@ class HandlesTest : public SceneTest {
 };
 
 TEST_F(HandlesTest, ObjectsReadAsNullOnceTheirNodeIsGone) {
-    EXPECT_TRUE(ZObject().isNull());
-    const ZObject top = scene().object(b), below = scene().object(bShape), other = find("a");
+    const ZObject below = scene().object(bShape), other = object("a");
     scene().remove(b);
-    EXPECT_TRUE(top.isNull());
     EXPECT_TRUE(below.isNull()) << "what lies below goes too";
     EXPECT_FALSE(other.isNull());
     // The ids of a new scene start over; old handles must not fit its nodes.
@@ -63,42 +57,25 @@ TEST_F(HandlesTest, PathsNameAndMove) {
     ASSERT_TRUE(at.pop(2));
     EXPECT_TRUE(at == path(b));
     EXPECT_EQ(at.push(scene().object(bShape)).statusCode(), ZStatus::kInvalidParameter);
-    ASSERT_EQ(at.childCount(), 1u);
     ASSERT_TRUE(at.push(at.child(0)));
     EXPECT_TRUE(at == path(c));
-    ZStatus status;
-    EXPECT_TRUE(at.child(1, &status).isNull());
-    EXPECT_EQ(status.statusCode(), ZStatus::kInvalidParameter);
-
-    EXPECT_EQ(ZDagPath::getAPathTo(ZObject(), at).statusCode(), ZStatus::kInvalidParameter);
-    EXPECT_EQ(ZDagPath::getAPathTo(find("paint"), at).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(ZDagPath::getAPathTo(object("paint"), at).statusCode(), ZStatus::kInvalidParameter);
 }
 
 TEST_F(HandlesTest, PlugsReadAndWriteWhatNodesHold) {
-    ZStatus status;
-    ZPlug plug(find("headlight"), "intensity", &status);
-    ASSERT_TRUE(status);
-    EXPECT_STREQ(plug.name().asChar(), "headlight.intensity");
-    EXPECT_EQ(plug.asDouble(), 1);
+    ZPlug plug(object("headlight"), "intensity");
     const unsigned long revision = scene().revision();
     EXPECT_TRUE(plug.setDouble(2.5));
     EXPECT_NE(scene().revision(), revision) << "renderers must notice";
     EXPECT_EQ(node("headlight").light()->intensity, 2.5);
     EXPECT_EQ(plug.asInt(), 2);
     EXPECT_EQ(plug.setString("bright").statusCode(), ZStatus::kFailure);
-    plug.asString(&status);
-    EXPECT_EQ(status.statusCode(), ZStatus::kFailure);
     EXPECT_EQ(plug.asDouble(), 2.5) << "unchanged";
 
-    EXPECT_TRUE(ZPlug(find("paint"), "diffuse").setVector(ZVector(1, 2, 3)));
+    EXPECT_TRUE(ZPlug(object("paint"), "diffuse").setVector(ZVector(1, 2, 3)));
     EXPECT_TRUE(near(node("paint").material()->diffuse, ZVector(1, 2, 3)));
-    EXPECT_TRUE(ZPlug(scene().object(bShape), "visibility").setInt(0));
-    EXPECT_FALSE(scene().isVisible(bShape));
-    EXPECT_TRUE(ZPlug(find("c"), "worldMatrix").asMatrix() == path(c).inclusiveMatrix());
-    EXPECT_FALSE(ZPlug(find("c"), "worldMatrix").setMatrix(ZMatrix()));
-
-    EXPECT_TRUE(ZPlug(find("paint"), "missing", &status).isNull());
-    EXPECT_EQ(status.statusCode(), ZStatus::kNotFound);
+    EXPECT_TRUE(ZPlug(object("c"), "worldMatrix").asMatrix() == path(c).inclusiveMatrix());
+    EXPECT_FALSE(ZPlug(object("c"), "worldMatrix").setMatrix(ZMatrix()));
     newScene();
     EXPECT_TRUE(plug.isNull());
     EXPECT_EQ(plug.setDouble(1).statusCode(), ZStatus::kFailure);
@@ -110,23 +87,15 @@ TEST_F(HandlesTest, SelectionListsHoldEachNodeOnce) {
     EXPECT_TRUE(list.add(ZString("c|shape")));
     EXPECT_TRUE(list.add(path(bShape)));
     EXPECT_TRUE(list.add(ZString("|a|shape.visibility")));
-    EXPECT_EQ(list.add(ZString("nothing")).statusCode(), ZStatus::kNotFound);
-    EXPECT_EQ(list.add(ZObject()).statusCode(), ZStatus::kInvalidParameter);
     ASSERT_EQ(list.length(), 3u);
 
-    ZDagPath found;
-    EXPECT_TRUE(list.getDagPath(1, found));
-    EXPECT_TRUE(found == path(bShape));
-    EXPECT_EQ(list.getDagPath(0, found).statusCode(), ZStatus::kInvalidParameter);
     ZPlug plug;
     EXPECT_TRUE(list.getPlug(2, plug));
     EXPECT_TRUE(plug.node() == scene().object(aShape));
-    EXPECT_TRUE(list.hasItem(find("paint")));
+    EXPECT_TRUE(list.hasItem(object("paint")));
     EXPECT_FALSE(list.hasItem(scene().object(aShape))) << "only its plug";
 
     scene().remove(b);
-    ZObject object;
-    EXPECT_EQ(list.getDependNode(1, object).statusCode(), ZStatus::kInvalidParameter);
     ZStringArray names;
     EXPECT_TRUE(list.getSelectionStrings(names));
     ASSERT_EQ(names.length(), 2u);

@@ -1,40 +1,39 @@
 // What the scene tests share: a folder of files written for one test, and comparisons.
 #pragma once
 
-#include <unistd.h>
-
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/scene/SceneLoader.h"
+#include "host/core/ZDagPath.h"
 #include "host/core/ZFloatVector.h"
+#include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
+#include "tests/temporary_folder.h"
 
 class SceneTest : public testing::Test {
   protected:
-    SceneTest() {
-        static int count = 0;
-        folder = std::filesystem::temp_directory_path() /
-                 ("scene_test_" + std::to_string(getpid()) + "_" + std::to_string(count++));
-        std::filesystem::create_directories(folder);
-        devhost::newScene();
-    }
-    ~SceneTest() override { std::filesystem::remove_all(folder); }
+    SceneTest() { devhost::newScene(); }
 
     std::string write(const std::string &name, const std::string &contents) const {
-        std::ofstream(folder / name, std::ios::binary) << contents;
-        return (folder / name).string();
+        return files.write(name, contents);
     }
     void load(const std::string &name, const std::string &contents) const {
         const ZStatus status = devhost::loadScene(write(name, contents));
         ASSERT_TRUE(status) << status.errorString().asChar();
+    }
+    static ZObject object(const char *name) {
+        return devhost::scene().object(devhost::scene().find(name));
+    }
+    static ZDagPath path(const char *name) {
+        ZDagPath result;
+        ZDagPath::getAPathTo(object(name), result);
+        return result;
     }
     static const devhost::Node &node(const std::string &name) {
         const devhost::Node *found = devhost::scene().node(devhost::scene().find(name));
@@ -43,7 +42,8 @@ class SceneTest : public testing::Test {
         return *found;
     }
 
-    std::filesystem::path folder;
+    TemporaryFolder files;
+    const std::filesystem::path &folder = files.path;
 };
 
 /// The bytes of numbers as they lie in memory.

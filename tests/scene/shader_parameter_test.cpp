@@ -57,8 +57,6 @@ class ShaderParameters : public ::testing::Test {
     }
     void TearDown() override { scene().clear(); }
 
-    ZGeometry geometry() const { return ZGeometryManager::getGeometry(path_, requirements_); }
-
     ZDagPath path_;
     ZGeometryRequirements requirements_;
 };
@@ -105,7 +103,6 @@ TEST_F(ShaderParameters, MatricesComeFromWhatIsDrawn) {
     const Uniform time("t", Uniform::kTypeFloat, Uniform::kSemanticTime);
     EXPECT_EQ(time.getAsFloat(context), 0.5f);
     devhost::renderSession().frame = 1;
-    EXPECT_TRUE(time.hasChanged(context));
     const Uniform size("s", Uniform::kTypeFloat, Uniform::kSemanticViewportPixelSize, 1, 2);
     EXPECT_EQ(size.getAsFloatArray(context)[1], 200);
 }
@@ -132,7 +129,6 @@ TEST_F(ShaderParameters, ValuesKeepToTypeAndRange) {
     exact.setAsInt(16777217); // no float has this value
     EXPECT_EQ(exact.getAsInt(context), 16777217);
     exact.setRangeMax(10);
-    exact.setSoftRangeMax(5);
     EXPECT_EQ(exact.getAsInt(context), 10);
 
     Uniform choice("e", Uniform::kTypeEnum, Uniform::kSemanticUnknown);
@@ -141,8 +137,6 @@ TEST_F(ShaderParameters, ValuesKeepToTypeAndRange) {
     EXPECT_EQ(choice.getAsInt(context), 2);
     choice.setAsInt(1);
     EXPECT_STREQ(choice.getAsString(context).asChar(), "medium");
-    choice.setAsInt(3);
-    EXPECT_EQ(choice.getAsString(context).length(), 0u);
 }
 
 TEST_F(ShaderParameters, NamesOfAttributesReachTheScene) {
@@ -167,10 +161,6 @@ TEST_F(ShaderParameters, NamesOfAttributesReachTheScene) {
     EXPECT_STREQ(file.getAsString(context).asChar(), "wood.png");
     file.setAsString("pine.png");
     EXPECT_EQ(scene().node(material.texture)->texture()->fileName, "pine.png");
-
-    scene().remove(oak);
-    EXPECT_TRUE(colour.getPlug().isNull());
-    EXPECT_EQ(colour.getAsFloat(context), 0.75f); // what was set last
 }
 
 TEST_F(ShaderParameters, VertexValuesAreLaidOutAsAskedFor) {
@@ -180,7 +170,7 @@ TEST_F(ShaderParameters, VertexValuesAreLaidOutAsAskedFor) {
     ASSERT_TRUE(vertex.addElement(inner));
     ASSERT_TRUE(vertex.addElement(Varying("p", Varying::kDouble, 1, 4, Varying::kPosition)));
     ASSERT_TRUE(vertex.addElement(Varying("n", Varying::kInt16, 1, 3, 3, Varying::kNormal)));
-    ZGeometry shape = geometry();
+    ZGeometry shape = ZGeometryManager::getGeometry(path_, requirements_);
     const void *data = nullptr;
     unsigned count = 0, stride = 0;
     ASSERT_TRUE(vertex.getBuffer(shape, data, count, stride));
@@ -201,36 +191,12 @@ TEST_F(ShaderParameters, VertexValuesAreLaidOutAsAskedFor) {
     ASSERT_TRUE(plain.getBuffer(shape, data, count, stride));
     EXPECT_EQ(data, shape.position().data());
     EXPECT_EQ(stride, 12u);
-}
 
-TEST_F(ShaderParameters, SourcesAndElementsAreChecked) {
-    using Code = ZStatus::ZStatusCode;
-    ZGeometry shape = geometry();
-    const void *data = nullptr;
-    unsigned count = 0, stride = 0;
-    const auto found = [&](const Varying &parameter) {
-        return parameter.getBuffer(shape, data, count, stride).statusCode();
-    };
+    // Another source than the semantic's, and one that is not there.
     Varying weight("w", Varying::kFloat, 3, 3, Varying::kWeight);
-    EXPECT_EQ(found(weight), Code::kNotFound);
-    const unsigned id = weight.getUpdateId();
-    EXPECT_TRUE(weight.setSource(Varying::kNormal, ""));
-    EXPECT_NE(weight.getUpdateId(), id);
-    EXPECT_EQ(found(weight), Code::kSuccess);
+    ASSERT_TRUE(weight.setSource(Varying::kNormal, ""));
+    ASSERT_TRUE(weight.getBuffer(shape, data, count, stride));
     EXPECT_EQ(data, shape.normal().data());
-    EXPECT_EQ(weight.setSource(Varying::ZVaryingParameterSemantic(6), "").statusCode(),
-              Code::kInvalidParameter);
-    EXPECT_TRUE(weight.setSource(Varying::kTexCoord, "no such set"));
-    EXPECT_EQ(found(weight), Code::kNotFound);
-
-    EXPECT_EQ(found(Varying()), Code::kInvalidParameter);
-    Varying structure("s", Varying::kStructure);
-    EXPECT_EQ(found(structure), Code::kInvalidParameter);
-    EXPECT_TRUE(weight.addElement(weight).error());
-    EXPECT_TRUE(structure.addElement(structure).error()); // empty
-    ASSERT_TRUE(structure.addElement(weight));
-    int added = 0;
-    while (added < 100 && structure.addElement(structure))
-        ++added; // doubles every time
-    EXPECT_EQ(added, 6);
+    ASSERT_TRUE(weight.setSource(Varying::kTexCoord, "no such set"));
+    EXPECT_EQ(weight.getBuffer(shape, data, count, stride).statusCode(), ZStatus::kNotFound);
 }

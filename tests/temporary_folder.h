@@ -1,0 +1,28 @@
+// A folder for the files of one test.
+#pragma once
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        static int count = 0;
+        path = std::filesystem::canonical(std::filesystem::temp_directory_path()) /
+               ("openquil_" + std::to_string(getpid()) + "_" + std::to_string(count++));
+        std::filesystem::create_directories(path);
+    }
+    TemporaryFolder(const TemporaryFolder &) = delete;
+    ~TemporaryFolder() { std::filesystem::remove_all(path); }
+
+    std::string file(const std::string &name) const { return (path / name).string(); }
+    std::string write(const std::string &name, const std::string &contents) const {
+        std::ofstream(path / name, std::ios::binary) << contents;
+        return file(name);
+    }
+
+    std::filesystem::path path;
+};
