@@ -66,11 +66,6 @@ class CreatorTest(unittest.TestCase):
                 self.fail('accepted: %r %r' % (creator, getattr(creator, '__doc__', None)))
         self.assertRaises(RuntimeError, unregister, 'refused')
 
-    def test_names_are_registered_once(self):
-        register('twice', None)
-        self.assertRaises(RuntimeError, register, 'twice', None)
-        unregister('twice')
-
     def test_the_host_calls_the_creator(self):
         null, calls, swatches = core.new_ZObject(), [], []
         self.addCleanup(core.delete_ZObject, null)
