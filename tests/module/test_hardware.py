@@ -120,10 +120,6 @@ class OutArguments(HardwareTest):
         cells = [harness.pointer('double', ctypes.addressof(values) + 8 * i) for i in range(6)]
         self.assertIsNone(of('getSwatchOrthoCameraSetting', *cells))
         self.assertEqual(list(values), [-1.1, 1.1, -1.1, 1.1, -10, 10])
-        cell = ctypes.c_int(9)
-        of('getDepthBufferPixelFormat', '', harness.pointer('ZHardwareRenderer__BufferPixelFormat',
-                                                            ctypes.addressof(cell)))
-        self.assertEqual(cell.value, module.ZHardwareRenderer_kDepth_Float32)
 
 
 if __name__ == '__main__':
