@@ -99,14 +99,6 @@ class Arrays(unittest.TestCase):
             self.assertTrue(array != items)
         self.assertRaisesRegexp(TypeError, 'item 1 ', core['ZIntArray'], [1, 'x'])
 
-    def test_items_are_copies(self):
-        array = core['ZVectorArray']([(1, 2, 3)])
-        vector = array[0]
-        vector.x = 9
-        self.assertEqual(array[0].x, 1)
-        array.clear()
-        self.assertEqual(list(vector), [9, 2, 3])
-
     def test_values_from_tuples(self):
         vectors = core['ZFloatVectorArray']([(1, 2, 3), core['ZFloatVector'](4, 5, 6)])
         self.assertEqual([tuple(v) for v in vectors], [(1, 2, 3), (4, 5, 6)])

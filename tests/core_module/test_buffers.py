@@ -136,19 +136,6 @@ class Ownership(unittest.TestCase):
         self.assertRaises(IndexError, pixels.read, 0, -1)
         self.assertRaises(TypeError, len, pixels)
 
-    def test_acquire_and_disown(self):
-        cells = UnsignedIntPointerBuffer(1)
-        numbers = UnsignedIntBuffer([4, 5])
-        numbers.this.disown()
-        cells[0] = numbers
-        del numbers
-        owner = cells[0]
-        self.assertEqual(list(owner), [4, 5])
-        owner.this.acquire()
-        del owner
-        # The block is gone; its address is no block of ours any more.
-        self.assertEqual(cells[0].length(), -1)
-
 
 class Pixels(unittest.TestCase):
     def test_colors(self):
