@@ -1,11 +1,4 @@
-"""Bare proxy classes for every class of a native module, without the companion layer, and helpers
-that look behind them."""
-
-import ctypes
-import os
-import sys
-import tempfile
-
+"""Bare proxy classes for every class of a native module, without the companion layer."""
 
 def _method(native):
     return lambda self, *arguments: native(self, *arguments)
@@ -37,21 +30,3 @@ def make_proxies(module):
         proxies[name] = type(name, (object,), body)
         getattr(module, name + suffix)(proxies[name])
     return proxies
-
-
-def printed_by(action):
-    """What native code prints while the action runs."""
-    libc = ctypes.CDLL(None)
-    sys.stdout.flush()
-    libc.fflush(None)
-    kept = os.dup(1)
-    with tempfile.TemporaryFile() as sink:
-        os.dup2(sink.fileno(), 1)
-        try:
-            action()
-        finally:
-            libc.fflush(None)
-            os.dup2(kept, 1)
-            os.close(kept)
-        sink.seek(0)
-        return sink.read()

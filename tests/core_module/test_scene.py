@@ -3,7 +3,6 @@
 
 import os
 import shutil
-import struct
 import sys
 import tempfile
 import unittest
@@ -26,43 +25,20 @@ class Texts(unittest.TestCase):
                              ('héllo 😀', 'héllo 😀', u'h\u00e9llo \U0001f600'))
             self.assertEqual((len(text), text.length(), text.numBytes()), (7, 7, 11))
         self.assertEqual(ZString().asUnicode(), u'')
-        self.assertEqual(ZString(ZString(u'x')), u'x')
-        self.assertEqual(ZString(5).asInt(), 5)
         for call in (ZString, ZString('a').append, ZString('a').set, ZString('a').index):
             self.assertRaises(TypeError, call, None)
         self.assertEqual(repr(ZString(u'a')), "ZString(u'a')")
-
-    def test_set_and_compare(self):
-        text = ZString('abc')
-        text.set(2.0, 3)
-        self.assertEqual(text, u'2.000')
-        self.assertTrue(text == ZString('2.000') and text != 'three' and text != 2)
-        self.assertRaises(RuntimeError, text.set, 1.0, 100)
-
-    def test_parts(self):
-        text, parts = ZString('one,two,three'), ZStringArray()
-        text.split(',', parts)
-        self.assertEqual(list(parts), ['one', 'two', 'three'])
-        self.assertEqual(parts.join(u'\u00b7'), u'one\u00b7two\u00b7three')
-        self.assertEqual((text[0], text[-1]), ('o', 'e'))
-        self.assertRaises(IndexError, lambda: text[13])
-        self.assertEqual(ZString('a') + 'b', 'ab')
 
 
 class Images(unittest.TestCase):
     def test_pixels_in_and_out(self):
         image = ZImage()
         image.create(2, 2)
-        self.assertEqual((image.width(), image.height(), image.channels(), image.depth()),
-                         (2, 2, 4, 4))
-        image.writePixels(''.join(map(chr, range(16))))
-        image.verticalFlip()
-        self.assertEqual(image.readPixels(), ''.join(map(chr, range(8, 16) + range(8))))
+        pixels = ''.join(map(chr, range(16)))
+        image.writePixels(pixels)
+        self.assertEqual(image.readPixels(), pixels)
         self.assertRaises(ValueError, image.writePixels, 'short')
         self.assertRaises(TypeError, image.writePixels, u'x' * 16)
-        image.setPixels(UnsignedCharBuffer([255] * 4), 1, 1)
-        image.convertPixelFormat(_OpenQuil.ZImage_kFloat)
-        self.assertEqual(struct.unpack('4f', image.readPixels()), (1, 1, 1, 1))
 
     def test_short_buffers_are_refused(self):
         image = ZImage()
@@ -97,26 +73,11 @@ class Scene(unittest.TestCase):
         again = ZDagPath()
         _OpenQuil.ZDagPath_getAPathTo(node, again)
         self.assertEqual(again, path)
-        names = ZStringArray()
-        selection.getSelectionStrings(names)
-        self.assertEqual(list(names), [path.fullPathName()])
         self.assertRaisesRegexp(RuntimeError, 'kNotFound', selection.add, 'nothing')
         # A handle outlives its node and then reads as null.
         _OpenQuil.ZFileIO_newScene()
         self.assertTrue(node.isNull() and not path.isValid())
         self.assertRaisesRegexp(RuntimeError, 'kNotFound', _OpenQuil.ZFileIO_open, '/no/such.obj')
-
-    def test_plugs(self):
-        selection, node = ZSelectionList(), ZObject()
-        selection.add('shape')
-        selection.getDependNode(0, node)
-        plug = ZPlug(node, 'visibility')
-        plug.setBool(False)
-        self.assertFalse(plug.asBool())
-        self.assertEqual(plug.name(), 'shape.visibility')
-        self.assertRaises(RuntimeError, plug.asString)
-        # The proxy's initialiser never sees an object for a plug that does not exist.
-        self.assertRaisesRegexp(RuntimeError, 'kNotFound', ZPlug, node, 'nothing')
 
 
 if __name__ == '__main__':

@@ -16,7 +16,6 @@ from goods import Goods, may_call, owns
 
 POOL_SIZE = 150
 NUMBERS = (0, 1, 2, 3, 4, 7, 0.5, 255, -1, 1000)
-METHODS = '__str__ __repr__ __hex__ __oct__ __int__ __long__ next own disown'.split()
 # What the host cannot check: how long the memory is that it is told to read.
 TRUSTED = {
     'ZRenderView_updatePixels': 'as many pixels as the region has',
@@ -71,8 +70,6 @@ class Sequence(object):
 
     def step(self):
         """One call, or none if no host would survive it."""
-        if self.pool and self.random.random() < 0.05:
-            return self.use(self.random.choice(self.pool))
         row = self.random.choice(self.rows)
         least, most, types = self.random.choice(row.cases)
         items = [self.item(declared) for declared in types[:self.random.randint(least, most)]]
@@ -91,13 +88,6 @@ class Sequence(object):
             raise AssertionError('call %d, %s: %s' % (self.journal.count - 1, row.name, fault))
         if result is not calls.NOTHING and result is not None:
             self.keep(row, result, items)
-
-    def use(self, item):
-        """One of the methods that pointer objects have themselves."""
-        method = self.random.choice(METHODS if item.record else ('__repr__',))
-        self.journal.write('%s of %s' % (method, item.label))
-        self.made += 1
-        getattr(getattr(item.value, 'this', item.value), method)()
 
     def take(self, item):
         """Takes what is to be deleted out of the pool; false where it is not ours to delete."""

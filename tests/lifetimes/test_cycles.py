@@ -53,7 +53,8 @@ array of texts: c.ZStringArray([long_text, u'b']).join(u'+')
 array of large values: a = c.ZMatrixArray(100, matrix); a.setLength(7)
 iterator: list(array), tuple(texts), [x for x in vector]
 iterator, left off: iter(array).next(); iter(texts).next()
-buffer: c.FloatBuffer([1, 2, 3]).read(0, 3); c.CharBuffer('text').readBytes(0, 4)
+buffer: b = c.FloatBuffer([1, 2, 3]); b.write(0, b.readBytes(0, 3)); c.CharBuffer('text').read(0, 4)
+buffer of pointers: cells = c.CharPointerBuffer([c.CharBuffer('text'), None]); cells[0]
 pixels: c.PixelBuffer(64).fill(c.ZColor(1, 0, 0)); c.PixelBuffer(2).pixels(1)
 image: image = c.ZImage(); image.create(16, 16); image.readPixels()
 out-arguments: cells = [c.UnsignedIntBuffer(1) for _ in range(4)]; r.ZRenderView.getRenderRegion(*cells)
@@ -72,6 +73,8 @@ null reference: attempt(n.ZRenderCallback_renderCallback, r.ZRenderCallback(), N
 no overload: attempt(c.ZVector, 'x', 'y', 'z'); attempt(profile.addRenderer, 1, 2, 3)
 failed status: attempt(selection.getDependNode, 99, node); attempt(r.ZRenderView.endRender)
 failed items: attempt(c.ZFloatVectorArray, [vector, seen]); attempt(c.FloatBuffer, [1, 'x'])
+failed index: attempt(array.__getitem__, 10 ** 6); attempt(floats.read, 0, 10 ** 6)
+failed data: attempt(floats.write, 0, [1.0, seen]); attempt(c.ZImage().writePixels, 'x')
 '''
 
 pending = ctypes.pythonapi.PyErr_Occurred

@@ -6,8 +6,7 @@ import os
 import subprocess
 import unittest
 
-IMPORTED_FIRST = os.environ.get('IMPORT_FIRST', '').split()
-for _name in IMPORTED_FIRST:
+for _name in os.environ.get('IMPORT_FIRST', '').split():
     __import__(_name)
 
 import _OpenQuilRender as module
@@ -28,11 +27,6 @@ class ModuleInfo(ctypes.Structure):
 
 ModuleInfo._fields_ = [('types', ctypes.POINTER(ctypes.POINTER(TypeInfo))),
                        ('size', ctypes.c_size_t), ('next', ctypes.POINTER(ModuleInfo))]
-
-
-class CastInfo(ctypes.Structure):
-    _fields_ = [('type', ctypes.c_void_p), ('converter', ctypes.c_void_p),
-                ('next', ctypes.c_void_p), ('prev', ctypes.c_void_p)]
 
 
 class PointerObject(ctypes.Structure):
@@ -64,10 +58,6 @@ def ring():
     return modules
 
 
-def names_of(entry):
-    return [entry.types[i].contents.name for i in range(entry.size)]
-
-
 def type_records():
     """Mangled names and records of all types that modules of the ring know."""
     return dict((m.types[i].contents.name, m.types[i]) for m in ring() for i in range(m.size))
@@ -75,20 +65,6 @@ def type_records():
 
 def mangled(class_name):
     return '_p_' + class_name.replace(' ', '_').replace('::', '__')
-
-
-def own_module():
-    """The ring's entry of the module under test."""
-    found, = [m for m in ring() if '_p_ZRenderCallback' in names_of(m)]
-    return found
-
-
-def cast_list(record):
-    entries, address = [], record.contents.cast
-    while address and len(entries) < 1000:
-        entries.append(address)
-        address = CastInfo.from_address(address).next
-    return entries
 
 
 def definition(function):

@@ -1,10 +1,9 @@
 // What only native code can do to the hardware renderer, for test_hardware.py: make draw procedures
-// and callbacks, and draw. Every call of theirs is written down.
+// and draw. Every call of theirs is written down.
 
 #include "devhost/render/HardwareRendering.h"
 #include "host/render/ZDrawProcedureBase.h"
 #include "host/render/ZHardwareRenderer.h"
-#include "host/render/ZHwrCallback.h"
 
 #include <string>
 
@@ -24,13 +23,6 @@ struct Procedure : ZDrawProcedureBase {
     }
 };
 
-struct Callback : ZHwrCallback {
-    void deviceNew() override { calls += "new "; }
-    void deviceLost() override { calls += "lost "; }
-    void deviceReset() override { calls += "reset "; }
-    void deviceDeleted() override { calls += "deleted "; }
-};
-
 } // namespace
 
 #define EXPORTED extern "C" __attribute__((visibility("default")))
@@ -39,9 +31,6 @@ EXPORTED ZDrawProcedureBase *make_procedure(const char *name) {
     auto *procedure = new Procedure;
     procedure->setName(name);
     return procedure;
-}
-EXPORTED ZHwrCallback *make_callback() {
-    return new Callback;
 }
 EXPORTED int draw(unsigned exposures) {
     return devhost::drawHardwareFrame(exposures).statusCode();

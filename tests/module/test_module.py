@@ -1,10 +1,10 @@
-"""The built module as a file and as an import: exports, dependencies, the type ring."""
+"""The built module as a file: exports, dependencies, static construction."""
 import ctypes
 import subprocess
 import unittest
 
-import harness
 from harness import module
+
 
 def output(*command):
     return subprocess.check_output(command).splitlines()
@@ -36,40 +36,6 @@ class File(unittest.TestCase):
         # One is the compiler's own; another may be that of the standard streams.
         streams = any('ios_base4Init' in line for line in symbols)
         self.assertLessEqual(entries, 2 if streams else 1)
-
-
-class Import(unittest.TestCase):
-    def state(self):
-        types = harness.own_module().types
-        size = harness.own_module().size
-        return (len(harness.ring()), [ctypes.addressof(types[i].contents) for i in range(size)],
-                [harness.cast_list(types[i]) for i in range(size)])
-
-    def test_type_table(self):
-        own = harness.own_module()
-        names = harness.names_of(own)
-        # Types that a module before this one knows are that module's records.
-        self.assertEqual(len(harness.ring()), 1 + len(harness.IMPORTED_FIRST))
-        addresses = dict((n, ctypes.addressof(own.types[i].contents)) for i, n in enumerate(names))
-        for other in harness.ring():
-            for i, name in enumerate(harness.names_of(other)):
-                if name in addresses:
-                    self.assertEqual(addresses[name], ctypes.addressof(other.types[i].contents))
-
-    def test_again(self):
-        before, names = self.state(), dict(vars(module))
-        reload(module)
-        self.assertEqual(self.state(), before)
-        # The entry function itself, as for another interpreter.
-        ctypes.PyDLL(module.__file__).init_OpenQuilRender()
-        self.assertEqual(self.state(), before)
-        self.assertEqual(set(vars(module)), set(names))
-        self.assertEqual(module.ZRenderUtil_kSpecularOnly, 5)
-        self.assertEqual(module.ZRenderUtil_noise1(0.5), names['ZRenderUtil_noise1'](0.5))
-
-    def test_inert_row(self):
-        with self.assertRaises(SystemError):  # a null result without an exception
-            module.SWIG_PyInstanceMethod_New(None)
 
 
 if __name__ == '__main__':

@@ -41,11 +41,6 @@ class SceneTest(unittest.TestCase):
     def path(self, name):
         return os.path.join(self.folder, name)
 
-    def assert_fails(self, error, text, function, *arguments):
-        with self.assertRaises(error) as caught:
-            function(*arguments)
-        self.assertIn(text, str(caught.exception))
-
 
 class Viewports(SceneTest):
     def setUp(self):
@@ -60,7 +55,7 @@ class Viewports(SceneTest):
     def tearDown(self):
         harness.PointerObject.from_address(id(self.renderer)).own = 1
         module.delete_ZViewportRenderer(self.renderer)
-        self.assert_fails(RuntimeError, 'kNotFound', core.Viewports_renderer, 'paint')
+        self.assertRaisesRegexp(RuntimeError, 'kNotFound', core.Viewports_renderer, 'paint')
         SceneTest.tearDown(self)
 
     def called(self, address):
@@ -80,9 +75,6 @@ class Viewports(SceneTest):
                          [True, True, True, False])
         self.assertEqual(m.ZViewportRenderer_overrideThenStandardExclusion(r),
                          m.ZViewportRenderer_kExcludePluginShapes)
-        for step, count in (('initialize', 1), ('uninitialize', 0)):
-            self.assertIs(getattr(m, 'ZViewportRenderer_' + step)(r), None)
-            self.assertEqual(plugin.initialized_count(), count)
 
     def test_a_script_draws(self):
         m = module
@@ -121,14 +113,12 @@ class Textures(SceneTest):
         for source in (material, core.new_ZPlug(material, 'diffuse'), number, long(number)):
             for image_type in ((), (2,)):
                 core.ZHwTextureTypeBuffer_set(kind, 0, 0)
-                self.assert_fails(RuntimeError, 'no OpenGL', self.bind, source, kind, *image_type)
+                self.assertRaisesRegexp(RuntimeError, 'no OpenGL', self.bind, source, kind,
+                                        *image_type)
                 self.assertEqual(core.ZHwTextureTypeBuffer_get(kind, 0),
                                  core.ZImageFileInfo_kHwTexture2D)
-        self.assertIs(module.ZHwTextureManager_textureFile(number, ''), None)  # no name
         module.ZHwTextureManager_deregisterTextureFile(number)
-        self.assert_fails(RuntimeError, 'handle', self.bind, number, kind)
-        self.assert_fails(TypeError, "in method 'ZHwTextureManager_glBind', argument 1 of type "
-                          "'ZHwTextureFileHandle'", self.bind, 7.0, kind)
+        self.assertRaisesRegexp(RuntimeError, 'handle', self.bind, number, kind)
 
 
 if __name__ == '__main__':

@@ -10,14 +10,8 @@ using Draw = bool (*)(const ZRenderingInfo *);
 class Paint : public ZViewportRenderer {
   public:
     Paint() : ZViewportRenderer("paint") {}
-    ZStatus initialize() override {
-        ++initialized;
-        return {};
-    }
-    ZStatus uninitialize() override {
-        --initialized;
-        return {};
-    }
+    ZStatus initialize() override { return {}; }
+    ZStatus uninitialize() override { return {}; }
     ZStatus render(ZRenderingInfo const &info) override {
         return draw && draw(&info) ? ZStatus() : ZStatus(ZStatus::kFailure, "nothing was drawn");
     }
@@ -27,23 +21,16 @@ class Paint : public ZViewportRenderer {
     bool override(RenderingOverride mode) override { return mode != kOverrideThenUI; }
     int overrideThenStandardExclusion() override { return kExcludePluginShapes; }
 
-    int initialized = 0;
     Draw draw = nullptr;
 };
-
-Paint *live = nullptr;
 
 } // namespace
 
 extern "C" {
 
 OPENQUIL_API ZViewportRenderer *make_renderer(Draw draw) {
-    live = new Paint;
-    live->draw = draw;
-    return live;
-}
-
-OPENQUIL_API int initialized_count() {
-    return live->initialized;
+    auto *renderer = new Paint;
+    renderer->draw = draw;
+    return renderer;
 }
 }

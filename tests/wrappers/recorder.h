@@ -78,12 +78,8 @@ class Recorder {
     ~Recorder() { calls += "~Recorder()"; }
 
     // One argument.
-    static void aBoolReference(bool const &v) { record("aBoolReference", v); }
     static void aString(ZString const &v) { record("aString", v); }
-    static void aStringReference(ZString &v) { record("aStringReference", v); }
-    static void aStringValue(ZString v) { record("aStringValue", v); }
     static void chars(char const *v) { record("chars", v); }
-    static void aPointer(Item const *v) { record("aPointer", v); }
     static void aReference(Item &v) { record("aReference", v), ++v.number; }
     static void aValue(Item v) { record("aValue", v), ++v.number; }
     static void opaque(void const *v) { record("opaque", v); }
@@ -97,7 +93,6 @@ class Recorder {
     static void absent(int a, bool b, unsigned int c, double d, ZString const &e, Item *f) {
         record("absent", a, b, c, d, e, f);
     }
-    static void absentOnly(int a) { record("absentOnly", a); }
     static void twoStrings(ZString const &a, ZString const &b, int c) {
         record("twoStrings", a, b, c);
     }
@@ -120,14 +115,7 @@ class Recorder {
     }
 
     // One result of each type.
-    static bool boolResult(int v) { return v != 0; }
-    static int intResult() { return -2147483647 - 1; }
-    static short shortResult() { return -32768; }
-    static Kind kindResult() { return kLow; }
     static unsigned int unsignedResult() { return 4294967295u; }
-    static unsigned short unsignedShortResult() { return 65535; }
-    static float floatResult() { return 0.1f; }
-    static double doubleResult() { return 0.1; }
     static ZString stringResult() { return L"a\u00e9\U0001F600"; }
     static char const *charsResult(bool v) { return v ? "bytes \xc3\xa9" : nullptr; }
     static Item valueResult() { return Item(5); }

@@ -6,12 +6,8 @@
 
 ROWS_BEGIN
 
-STATIC(Recorder, aBoolReference, void(bool const &))
 STATIC(Recorder, aString, void(ZString const &))
-STATIC(Recorder, aStringReference, void(ZString &))
-STATIC(Recorder, aStringValue, void(ZString))
 STATIC(Recorder, chars, void(char const *))
-STATIC(Recorder, aPointer, void(Item const *))
 STATIC(Recorder, aReference, void(Item &))
 STATIC(Recorder, aValue, void(Item const))
 STATIC(Recorder, opaque, void(void const *))
@@ -20,20 +16,12 @@ STATIC(Recorder, everything,
             ZString const &, char const *, Item *, Item const &, Item const, void const *))
 STATIC(Recorder, absent, void(int, bool, unsigned int, double, ZString const &, Item *), true, 9,
        -7, 0, 0)
-STATIC(Recorder, absentOnly, void(int), -3)
 STATIC(Recorder, twoStrings, void(ZString const &, ZString const &, int))
 STATIC(Recorder, throws, void(Item const &, Item const, ZString const &))
 STATIC(Recorder, verdict, ZStatus(int))
 STATIC(Recorder, stringAndStatus, ZString(int, ZStatus *))
 STATIC(Recorder, itemAndStatus, Item(ZString const &, int, ZStatus *))
-STATIC(Recorder, boolResult, bool(int))
-STATIC(Recorder, intResult, int())
-STATIC(Recorder, shortResult, short())
-STATIC(Recorder, kindResult, Recorder::Kind())
 STATIC(Recorder, unsignedResult, unsigned int())
-STATIC(Recorder, unsignedShortResult, unsigned short())
-STATIC(Recorder, floatResult, float())
-STATIC(Recorder, doubleResult, double())
 STATIC(Recorder, stringResult, ZString())
 STATIC(Recorder, charsResult, char const *(bool))
 STATIC(Recorder, valueResult, Item())

@@ -1,5 +1,5 @@
 // The calling convention, row shape by row shape, on the recording host: what arrives at the host,
-// what comes back, the texts of failures, and the reference counts of everything passed.
+// what comes back, and the texts of failures.
 
 #include "tests/runtime/python_fixture.h"
 #include "tests/wrappers/recorder.h"
@@ -7,7 +7,6 @@
 #include "wrappers/module_tables.h"
 
 #include <cstdlib>
-#include <vector>
 
 const char *pytest::make_module() {
     initialise_module("recording");
@@ -18,38 +17,20 @@ using namespace pytest;
 
 namespace {
 
-/// Arguments as a tuple that alone holds its items' references, as far as the items are new.
-struct Arguments {
-    Ref tuple;
-    std::vector<Py_ssize_t> counts;
-
-    explicit Arguments(const std::string &source)
-        : tuple(eval("(" + source + (source.empty() ? ")" : ",)"))), counts(current_counts()) {}
-    std::vector<Py_ssize_t> current_counts() const {
-        PyObject *const items = tuple;
-        std::vector<Py_ssize_t> result;
-        if (PyTuple_GET_SIZE(items)) // the empty one is shared
-            result.push_back(Py_REFCNT(items));
-        for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(items); ++i)
-            if (PyTuple_GET_ITEM(items, i) != Py_None) // exceptions hold and drop it as well
-                result.push_back(Py_REFCNT(PyTuple_GET_ITEM(items, i)));
-        return result;
-    }
-};
+Ref tuple(const std::string &source) {
+    return eval("(" + source + (source.empty() ? ")" : ",)"));
+}
 
 /// Calls a function, as the interpreter does it, and tells in one line what the host saw, the
-/// result and the exception: "anInt(5) -> None", "! TypeError: ...". The references of all
-/// arguments must be as before.
+/// result and the exception: "chars(null) -> None", "! TypeError: ...".
 std::string call(const std::string &name, const std::string &source) {
     calls.clear();
-    const Arguments arguments(source);
-    Ref result(PyObject_Call(eval(name), arguments.tuple, nullptr));
+    Ref result(PyObject_Call(eval(name), tuple(source), nullptr));
     std::string outcome = calls;
     const std::string error = pending();
     if (result)
         outcome += " -> " + repr(result);
     result.drop();
-    EXPECT_EQ(arguments.counts, arguments.current_counts()) << name << "(" << source << ")";
     return outcome + (error.empty() ? "" : " ! " + error);
 }
 
@@ -102,11 +83,8 @@ class Interpreter : public testing::Environment {
 // What each type refuses is tested on the rows of the module itself.
 TEST(Arguments, of_each_type) {
     check({
-        {"Recorder_aBoolReference", "2", "aBoolReference(true) -> None"},
         {"Recorder_chars", "'a\\0b'", "chars(\"a\") -> None"},
         {"Recorder_chars", "None", "chars(null) -> None"},
-        {"Recorder_aPointer", "item", "aPointer(&Item 4) -> None"},
-        {"Recorder_aPointer", "None", "aPointer(null) -> None"},
         {"Recorder_aReference", "item", "aReference(Item 4) -> None"},
         {"Recorder_aValue", "item", "aValue(Item 5) -> None"},
         {"Recorder_aValue", "item", "aValue(Item 5) -> None"}, // a copy was changed
@@ -135,8 +113,6 @@ TEST(Arguments, absent) {
         {"Recorder_absent", "1, 0, 2", "absent(1, false, 2, -7, '', null) -> None"},
         {"Recorder_absent", "1, 0, 2, 3, 'e', Item(6)",
          "absent(1, false, 2, 3, 'e', &Item 6) -> None"},
-        {"Recorder_absentOnly", "", "absentOnly(-3) -> None"},
-        {"Recorder_absentOnly", "3", "absentOnly(3) -> None"},
     });
 }
 
@@ -147,8 +123,6 @@ TEST(Arguments, strings) {
         {"Recorder_aString", "5", "aString('5') -> None"},
         {"Recorder_aString", "None", "aString('') -> None" NO_TEXT(1)},
         {"Recorder_aString", "odd", "aString('') -> None" NO_TEXT(1)},
-        {"Recorder_aStringReference", "None", "aStringReference('') -> None" NO_TEXT(1)},
-        {"Recorder_aStringValue", "'v'", "aStringValue('v') -> None"},
         {"Recorder_twoStrings", "'a', 'b', 3", "twoStrings('a', 'b', 3) -> None"},
         {"Recorder_twoStrings", "None, odd, 3", "twoStrings('', '', 3) -> None" NO_TEXT(2)},
         {"Recorder_twoStrings", "None, 'b', 2**31", TOO_LARGE("Recorder_twoStrings", 3, "int")},
@@ -158,14 +132,7 @@ TEST(Arguments, strings) {
 
 TEST(Results, of_each_type) {
     check({
-        {"Recorder_boolResult", "256", " -> True"},
-        {"Recorder_intResult", "", " -> -2147483648"},
-        {"Recorder_shortResult", "", " -> -32768"},
-        {"Recorder_kindResult", "", " -> -2"},
         {"Recorder_unsignedResult", "", " -> 4294967295"}, // no long
-        {"Recorder_unsignedShortResult", "", " -> 65535"},
-        {"Recorder_floatResult", "", " -> 0.10000000149011612"},
-        {"Recorder_doubleResult", "", " -> 0.1"},
         {"Recorder_stringResult", "", " -> u'a\\xe9\\U0001f600'"},
         {"Recorder_charsResult", "1", " -> 'bytes \\xc3\\xa9'"},
         {"Recorder_charsResult", "0", " -> None"},
@@ -178,14 +145,6 @@ TEST(Results, of_each_type) {
     run("assert int(Recorder_opaqueResult(item)) == id(item)\n"
         "assert str(Recorder_opaqueResult(item)).endswith('_p_void')\n"
         "assert not Recorder_opaqueResult(item).own()\n");
-}
-
-TEST(Results, owned_copies_live_as_long_as_their_proxy) {
-    const int before = Item::live;
-    Ref copy = eval("Recorder_valueResult()");
-    EXPECT_EQ(Item::live, before + 1);
-    copy.drop();
-    EXPECT_EQ(Item::live, before);
 }
 
 TEST(Statuses, returned_and_hidden) {
@@ -237,23 +196,19 @@ TEST(Objects, methods_constructors_and_destructors) {
         {"delete_Recorder", "new_Recorder(3)", "Recorder(3)~Recorder() -> None"},
         {"delete_Recorder", "new_Recorder(Item(9))", "Recorder(Item 9)~Recorder() -> None"},
     });
-    run("made = new_Item(6)\n" // bare although the class registered
-        "assert type(made).__name__ == 'SwigPyObject' and made.own()\n"
-        "assert delete_Item(made) is None and not made.own()\n");
 }
 
 TEST(Failures, native_exceptions_pass_and_locals_go) {
-    const Arguments arguments("item, item, 'thrown text'");
+    const Ref arguments = tuple("item, item, 'thrown text'");
     const int before = Item::live;
     const auto native = PyCFunction_GET_FUNCTION(static_cast<PyObject *>(eval("Recorder_throws")));
     try {
-        native(nullptr, arguments.tuple);
+        native(nullptr, arguments);
         FAIL() << "nothing was thrown";
     } catch (const std::string &text) {
         EXPECT_EQ(text, "thrown text");
     }
     EXPECT_EQ(Item::live, before);
-    EXPECT_EQ(arguments.counts, arguments.current_counts());
     EXPECT_FALSE(PyErr_Occurred());
 }
 
