@@ -16,6 +16,7 @@ namespace {
 class Finalization : public Threads {
   protected:
     void storm(unsigned round) {
+        const Watchdog watchdog(std::chrono::seconds(20));
         prepare();
         run("sys.stderr = cStringIO.StringIO()\n"
             "for _name in 'Good Raises NoTruth Inner'.split():\n"
@@ -28,11 +29,17 @@ class Finalization : public Threads {
         std::atomic<bool> over = false, ended = false;
         auto threads = start([&](unsigned number) {
             const auto each = number % (kept.size() + 1);
-            for (unsigned i = 0; !over; ++i)
-                if (const bool isLate = ended; each < kept.size())
-                    call(*kept[each], i, isLate ? late : answers);
+            Progress &own = progress[number];
+            own.kind = each < kept.size() ? "calls" : "renders";
+            for (; !over; ++own.made) {
+                const bool isLate = ended;
+                own.inside = true;
+                if (each < kept.size())
+                    call(*kept[each], own.made, isLate ? late : answers);
                 else
                     render();
+                own.inside = false;
+            }
             if (each < kept.size())
                 call(*kept[each], 0, late);
         });

@@ -2,6 +2,7 @@
 // can. Each piece of work knows its own results.
 
 #include "callers.h"
+#include "runtime/packed_object.h"
 
 #include <set>
 
@@ -22,6 +23,11 @@ PyObject *base_of(PyObject *, PyObject *arguments) {
     return PyLong_FromVoidPtr(pointer);
 }
 
+PyObject *pack(PyObject *, PyObject *bytes) {
+    return SwigPyPacked_New(PyString_AS_STRING(bytes), size_t(PyString_GET_SIZE(bytes)),
+                            type("_p_ZFnBase"));
+}
+
 std::multiset<const swig_type_info *> types_that_convert(const char *name) {
     std::multiset<const swig_type_info *> result;
     for (swig_cast_info *entry = type(name)->cast; entry; entry = entry->next) {
@@ -36,8 +42,10 @@ std::multiset<const swig_type_info *> types_that_convert(const char *name) {
 class PythonThreads : public Threads {};
 
 TEST_F(PythonThreads, DoNotDisturbOneAnother) {
+    const Watchdog watchdog(std::chrono::seconds(amount("WATCHDOG_SECONDS", 100)));
     prepare();
-    static PyMethodDef functions[] = {{"base_of", base_of, METH_VARARGS, nullptr}};
+    static PyMethodDef functions[] = {{"base_of", base_of, METH_VARARGS, nullptr},
+                                      {"pack", pack, METH_O, nullptr}};
     for (PyMethodDef &function : functions)
         define(function);
     const auto casts = types_that_convert("_p_ZFnBase");
@@ -75,7 +83,13 @@ def owned(mine, i):
     for n, pixel in enumerate(pixels): _r.RV_PIXEL_r_set(pixel, n + i)
     eq([_r.RV_PIXEL_r_get(pixel) for pixel in pixels], range(i, i + 5))
     eq(len(set(map(int, pixels))), 5)
-def failures_of(mine, i):
+def packed(mine, i):
+    one, same, other = pack(mine.encode() * 3), pack(mine.encode() * 3), pack('x' * 9)
+    eq((one == same, one == other), (True, False))
+    eq(repr(one), '<Swig Packed at _%s_p_ZFnBase>' % (mine * 3).encode('hex'))
+def gl(mine, i):
+    eq(_r.ZGLFunctionTable_glColor3f(table, i, 2, 3), None)
+    eq(_r.ZGLFunctionTable_glGetError(table) in (0, 1282), True)
     eq(raised(_r.ZGLFunctionTable_glColor3f, table, i, mine, 3),
        ('TypeError', "in method 'ZGLFunctionTable_glColor3f', argument 3 of type 'ZGLfloat'"))
 def registry(mine, i):
@@ -89,13 +103,13 @@ def callbacks(mine, i):
     for priority in i, -i: _r.ZRenderCallback_addCallback(made, priority)
     if i % 2: _r.ZRenderCallback_removeCallback(made)
 
-work = strings, casts, client_data, owned, failures_of, registry, callbacks
+work = strings, casts, client_data, owned, packed, gl, registry, callbacks
 the_renderer = _r.ZHardwareRenderer_theRenderer()
 table = _r.ZHardwareRenderer_glFunctionTable(the_renderer)
 failures, done = [], []
 def worker(mine):
     for i in range(TIMES):
-        for each in work[mine % 7:] + work[:mine % 7]:
+        for each in work[mine % 8:] + work[:mine % 8]:
             try: each(u'%03d' % mine, i)
             except BaseException as error: failures.append((each.__name__, mine, i, error))
     done.append(mine)
