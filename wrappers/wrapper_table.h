@@ -199,7 +199,7 @@ template <int index>
 constexpr Row row_at = nullptr;
 template <class Indices>
 constexpr Row row_table[] = {nullptr};
-template <int... i>
+template <int... i> // NOLINTNEXTLINE(misc-definitions-in-headers): the file's own
 constexpr Row row_table<std::integer_sequence<int, i...>>[] = {row_at<i>...};
 } // namespace
 

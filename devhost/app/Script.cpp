@@ -99,6 +99,7 @@ void setArguments(const Options &options) {
     arguments.insert(arguments.end(), options.scriptArguments.begin(),
                      options.scriptArguments.end());
     std::vector<char *> pointers;
+    pointers.reserve(arguments.size());
     for (auto &argument : arguments)
         pointers.push_back(argument.data());
     // This puts the script's folder first on the search path.

@@ -3,7 +3,7 @@
 
 #include "devhost/app/CommandLine.h"
 
-struct _ts;
+struct _ts; // NOLINT(bugprone-reserved-identifier): the interpreter's name for a thread state
 
 namespace quilhost {
 

@@ -23,7 +23,7 @@ struct Swatches {
         PyObject *result =
             SWIG_Python_NewPointerObj(swatch.get(), type_of<ZSwatchRenderBase>(), kOwned);
         if (result)
-            swatch.release();
+            static_cast<void>(swatch.release()); // the pointer object owns it now
         return result;
     }
 

@@ -60,6 +60,7 @@ class GeometryRequirementList {
     void addAll();
     auto begin() const { return fSizes.begin(); }
     auto end() const { return fSizes.end(); }
+    // NOLINTNEXTLINE(modernize-use-nullptr): what is generated compares with a literal 0
     auto operator<=>(const GeometryRequirementList &) const = default;
 
   private:
@@ -71,7 +72,7 @@ using MeshHandle = std::shared_ptr<const Mesh>;
 /// The mesh node at the end of a path, or the first right below it; kNoNode when there is none.
 NodeId meshNode(const ZDagPath &path);
 /// The mesh of a node; null when it has none.
-MeshHandle meshOfNode(NodeId node);
+MeshHandle meshOfNode(NodeId id);
 
 /// The required streams, as far as the mesh has them, and its indices. Without a mesh, nothing.
 std::shared_ptr<const GeometryStreams> makeGeometry(const MeshHandle &mesh,

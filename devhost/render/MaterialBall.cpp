@@ -27,10 +27,10 @@ constexpr int kHighestQuality = 3;
 Mesh makeFloor() {
     constexpr float kHalf = 12;
     Mesh mesh;
-    for (const auto &[x, z] : {std::pair(-1, 1), {1, 1}, {1, -1}, {-1, -1}}) {
+    for (const auto &[x, z] : {std::pair(-1.0f, 1.0f), {1, 1}, {1, -1}, {-1, -1}}) {
         for (float value : {x * kHalf, -1.0f, z * kHalf})
             mesh.positions.push_back(value);
-        for (float value : {0, 1, 0})
+        for (float value : {0.0f, 1.0f, 0.0f})
             mesh.normals.push_back(value);
         for (float value : {x * kHalf / 2, z * kHalf / 2})
             mesh.uvs.push_back(value);
@@ -163,11 +163,12 @@ bool MaterialBall::hasPicture() {
 
 void MaterialBall::sample(size_t begin, size_t end) {
     const size_t size = size_t(resolution());
-    const double right = (samples_ % side() + 0.5) / side(),
-                 up = (samples_ / side() + 0.5) / side();
+    const int place = samples_ % side(), row = samples_ / side();
+    const double right = (place + 0.5) / side(), up = (row + 0.5) / side();
     for (size_t i = begin; i < end; ++i) {
-        const double x = (double(i % size) + right) * 2 / double(size) - 1;
-        const double y = (double(i / size) + up) * 2 / double(size) - 1;
+        const size_t column = i % size, line = i / size;
+        const double x = (double(column) + right) * 2 / double(size) - 1;
+        const double y = (double(line) + up) * 2 / double(size) - 1;
         sums_[i] += shader_.trace(rays_.origin(x, y), rays_.direction(x, y), kReflectionDepth);
         const ZFloatVector color = sums_[i] / float(samples_ + 1);
         unsigned char *pixel = image().pixels() + 4 * i;

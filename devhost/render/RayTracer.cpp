@@ -18,7 +18,7 @@ namespace {
 
 RTCDevice device() {
     // Never released: a tracer may outlive the main function's end.
-    static const RTCDevice theDevice =
+    static auto *const theDevice =
         rtcNewDevice(("threads=" + std::to_string(renderThreads())).c_str());
     if (!theDevice)
         throw std::runtime_error("the ray tracing library does not start on this machine");
@@ -70,7 +70,7 @@ struct RayTracer::Impl {
         const ZMatrix forNormals = world.inverse().transpose();
         WorldMesh made{id, mesh, std::vector<float>(mesh->normals.size())};
 
-        const RTCGeometry geometry = rtcNewGeometry(device(), RTC_GEOMETRY_TYPE_TRIANGLE);
+        auto *const geometry = rtcNewGeometry(device(), RTC_GEOMETRY_TYPE_TRIANGLE);
         auto *positions = static_cast<float *>(
             rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
                                     3 * sizeof(float), mesh->vertexCount()));

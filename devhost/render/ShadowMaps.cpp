@@ -35,8 +35,9 @@ void fillMap(float *depths, const ViewRays &rays, const RayTracer &tracer,
              const PassThrough *through) {
     forBlocks(kShadowMapSize, 8, [&](size_t begin, size_t end) {
         for (size_t i = begin * kShadowMapSize; i < end * kShadowMapSize; ++i) {
-            const double x = (i % kShadowMapSize + 0.5) * 2 / kShadowMapSize - 1;
-            const double y = (i / kShadowMapSize + 0.5) * 2 / kShadowMapSize - 1;
+            const size_t column = i % kShadowMapSize, row = i / kShadowMapSize;
+            const double x = (double(column) + 0.5) * 2 / kShadowMapSize - 1;
+            const double y = (double(row) + 0.5) * 2 / kShadowMapSize - 1;
             const ZFloatVector direction = rays.direction(x, y);
             Hit hit;
             constexpr float nothing = std::numeric_limits<float>::infinity();

@@ -48,8 +48,8 @@ void describe(const CameraView &view, ZRenderData &data) {
 
 void renderPixel(Frame &frame, const ViewRays &rays, const Shader &shader, const RayTracer &tracer,
                  size_t column, size_t row) {
-    const auto x = [&](double part) { return (column + part) * 2 / frame.data.xsize - 1; };
-    const auto y = [&](double part) { return (row + part) * 2 / frame.data.ysize - 1; };
+    const auto x = [&](double part) { return (double(column) + part) * 2 / frame.data.xsize - 1; };
+    const auto y = [&](double part) { return (double(row) + part) * 2 / frame.data.ysize - 1; };
     ZFloatVector sum;
     unsigned covered = 0;
     for (const auto &[right, up] : kSamples) {

@@ -17,7 +17,7 @@ using Parameter = ZVaryingParameter;
 template <class Use>
 bool withType(Parameter::ZVaryingParameterType type, Use use) {
     switch (type) {
-    case Parameter::kFloat:
+    case Parameter::kFloat: // NOLINT(bugprone-branch-clone): of as many types as there are branches
         return use(float()), true;
     case Parameter::kDouble:
         return use(double()), true;

@@ -30,8 +30,9 @@ void drawStandard(ViewportImage &image, const ViewRays &rays) {
     const size_t width = image.width, height = image.height;
     forBlocks(width * height, 256, [&](size_t begin, size_t end) {
         for (size_t i = begin; i < end; ++i) {
-            const double x = (i % width + 0.5) * 2 / width - 1;
-            const double y = (i / width + 0.5) * 2 / height - 1;
+            const size_t column = i % width, row = i / width;
+            const double x = (double(column) + 0.5) * 2 / double(width) - 1;
+            const double y = (double(row) + 0.5) * 2 / double(height) - 1;
             const ZFloatVector direction = rays.direction(x, y);
             Hit hit;
             const ZFloatVector color = shader.trace(rays.origin(x, y), direction, 0, &hit);

@@ -5,7 +5,6 @@
 #include "devhost/scene/SceneGraph.h"
 
 using devhost::ImageSource;
-using devhost::kNoNode;
 using devhost::Node;
 using devhost::NodeId;
 using devhost::report;

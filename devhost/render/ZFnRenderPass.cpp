@@ -27,7 +27,7 @@ class Implementation : public ZPxRenderPassImpl {
 };
 
 /// Null when there is none of that name.
-ZPxRenderPassImpl *implementation(const std::string &name) {
+ZPxRenderPassImpl *implementationOf(const std::string &name) {
     // Never destroyed: scripts may keep what they were handed.
     static auto *const all =
         new std::vector<Implementation>(devhost::passKinds().begin(), devhost::passKinds().end());
@@ -61,24 +61,25 @@ const char *ZFnRenderPass::className() {
     return "ZFnRenderPass";
 }
 
-ZPxRenderPassImpl *ZFnRenderPass::setImplementation(ZString const &name, ZStatus *ReturnStatus) {
-    ZPxRenderPassImpl *const chosen = implementation(name.asChar());
+ZPxRenderPassImpl *ZFnRenderPass::setImplementation(ZString const &implementation,
+                                                    ZStatus *ReturnStatus) {
+    ZPxRenderPassImpl *const chosen = implementationOf(implementation.asChar());
     if (!passOf(*this, ReturnStatus))
         return nullptr;
     if (chosen)
         std::get<RenderPass>(scene().edit(scene().id(object()))->payload).implementation =
-            name.asChar();
+            implementation.asChar();
     else
         devhost::report(
             ReturnStatus,
-            ZStatus(ZStatus::kNotFound,
-                    std::string("there is no render pass implementation ") + name.asChar()));
+            ZStatus(ZStatus::kNotFound, std::string("there is no render pass implementation ") +
+                                            implementation.asChar()));
     return chosen;
 }
 
 ZPxRenderPassImpl *ZFnRenderPass::getImplementation(ZStatus *ReturnStatus) const {
     const RenderPass *pass = passOf(*this, ReturnStatus);
-    return pass ? implementation(pass->implementation) : nullptr;
+    return pass ? implementationOf(pass->implementation) : nullptr;
 }
 
 ZPxRenderPassImpl::PassTypeBit ZFnRenderPass::frameBufferType(ZStatus *ReturnStatus) const {

@@ -16,8 +16,8 @@ ZGeometry everythingOf(const devhost::MeshHandle &mesh) {
 ZGeometryList::ZGeometryList()
     : ZSetupFlags(kMatrices), fElements(std::make_unique<devhost::GeometryElements>()) {}
 
-ZGeometryList::ZGeometryList(ZRenderingInfo const &renderInfo, int setupFlags) : ZGeometryList() {
-    ZSetupFlags = setupFlags;
+ZGeometryList::ZGeometryList(ZRenderingInfo const &renderInfo, int setupFlags)
+    : ZSetupFlags(setupFlags), fElements(std::make_unique<devhost::GeometryElements>()) {
     fElements->projection = renderInfo.projectionMatrix();
     fElements->view = renderInfo.viewMatrix();
     const devhost::Scene &scene = devhost::scene();

@@ -58,8 +58,8 @@ ZStatus withBackEnd(const ZString &backEnd, Step step) {
 /// force again behind. Coordinates go from 0 to 1 across the buffers.
 class PlainDrawing {
   public:
-    explicit PlainDrawing(ZGLFunctionTable &gl) : fGl(gl) {
-        fProgram = gl.glGetHandleARB(GL_PROGRAM_OBJECT_ARB);
+    explicit PlainDrawing(ZGLFunctionTable &gl)
+        : fGl(gl), fProgram(gl.glGetHandleARB(GL_PROGRAM_OBJECT_ARB)) {
         if (fProgram)
             gl.glUseProgramObjectARB(0);
         gl.glPushAttrib(GL_ALL_ATTRIB_BITS);

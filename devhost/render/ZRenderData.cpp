@@ -11,11 +11,10 @@ namespace {
 /// Half the width and height of the view at a depth in front of the eye.
 struct HalfView {
     double width, height;
-    HalfView(const ZRenderData &data, double depth) {
-        const double fov = data.fieldOfView;
-        width = data.perspective ? std::tan(fov * std::numbers::pi / 360) * depth : fov / 2;
-        height = width / data.aspectRatio;
-    }
+    HalfView(const ZRenderData &data, double depth)
+        : width(data.perspective ? std::tan(data.fieldOfView * std::numbers::pi / 360) * depth
+                                 : double(data.fieldOfView) / 2),
+          height(width / data.aspectRatio) {}
 };
 
 } // namespace

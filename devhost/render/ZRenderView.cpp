@@ -89,9 +89,9 @@ ZStatus openPicture(unsigned width, unsigned height, const Block &region, bool k
         v.begun = false;
     } else if (!keep) {
         v.forRows(region, [&](size_t place, size_t) {
-            std::fill_n(v.picture.pixels.begin() + place, region.width(), RV_PIXEL());
+            std::fill_n(v.picture.pixels.data() + place, region.width(), RV_PIXEL());
             for (auto &layer : v.picture.layers)
-                std::fill_n(layer.values.begin() + place * layer.channels,
+                std::fill_n(layer.values.data() + place * layer.channels,
                             region.width() * layer.channels, 0.0f);
         });
     }
@@ -141,11 +141,11 @@ ZStatus update(const Block &block, const RV_PIXEL *pixels, bool isHdr, unsigned 
             v.picture.layers.push_back({layers[i].name.asChar(), layers[i].numberOfChannels,
                                         std::vector<float>(all * layers[i].numberOfChannels)});
     v.forRows(block, [&](size_t place, size_t offset) {
-        std::copy_n(pixels + offset, block.width(), v.picture.pixels.begin() + place);
+        std::copy_n(pixels + offset, block.width(), v.picture.pixels.data() + place);
         for (unsigned i = 0; i < layerCount; ++i) {
             const size_t channels = layers[i].numberOfChannels;
             std::copy_n(layers[i].pPixels + offset * channels, block.width() * channels,
-                        v.layer(layers[i].name.asChar())->values.begin() + place * channels);
+                        v.layer(layers[i].name.asChar())->values.data() + place * channels);
         }
     });
     v.picture.isHdr = isHdr;

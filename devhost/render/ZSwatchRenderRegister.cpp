@@ -60,6 +60,7 @@ ZStatus beginSwatch(const ZString &generator, const ZObject &node, int resolutio
 
 using namespace devhost;
 
+// NOLINTBEGIN(performance-unnecessary-value-param): the host declares them by value
 ZStatus ZSwatchRenderRegister::registerSwatchRender(ZString name,
                                                     ZSwatchRenderCreatorFnPtr creator) {
     if (name.length() == 0)
@@ -77,3 +78,4 @@ ZStatus ZSwatchRenderRegister::unregisterSwatchRender(ZString name) {
         generators().erase(name.asChar());
     return status;
 }
+// NOLINTEND(performance-unnecessary-value-param)

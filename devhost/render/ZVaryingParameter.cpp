@@ -10,6 +10,7 @@
 #include <atomic>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 using devhost::invalid;
@@ -244,7 +245,8 @@ ZStatus ZVaryingParameter::addElement(ZVaryingParameter const &element) {
         added.levels() + 1 > kMostLevels)
         return invalid("the structure would be too large");
     return devhost::guarded([&] {
-        description.elements.push_back(Description(added)); // the element may be this structure
+        Description copy = added; // the element may be this structure
+        description.elements.push_back(std::move(copy));
         description.updateId = nextUpdateId();
         return ZStatus();
     });

@@ -156,7 +156,7 @@ class Reader {
         for (const tinygltf::Node &node : fModel.nodes)
             children.insert(node.children.begin(), node.children.end());
         for (int index = 0; index < int(fModel.nodes.size()); ++index)
-            if (!children.count(index))
+            if (!children.contains(index))
                 roots.push_back(index);
         return roots;
     }

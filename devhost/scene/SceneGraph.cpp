@@ -97,7 +97,7 @@ bool store(Target &target, const AttributeValue &value) {
             } else if constexpr (std::is_same_v<Target, int> && std::is_same_v<Given, double>) {
                 if (!(given > -2147483649.0 && given < 2147483648.0))
                     return false;
-                target = int(given);
+                target = Target(given);
                 return true;
             } else if constexpr (isNumber<Target> && isNumber<Given>) {
                 target = Target(given);
@@ -300,7 +300,7 @@ std::string Scene::path(NodeId id) const {
         return end->name;
     std::string result;
     for (const Node *each = end; each; each = node(each->parent))
-        result = "|" + each->name + result;
+        result.insert(0, "|" + each->name);
     return result;
 }
 

@@ -4,7 +4,6 @@
 #include "devhost/core/statuses.h"
 #include "devhost/scene/SceneGraph.h"
 
-using devhost::kNoNode;
 using devhost::Node;
 using devhost::NodeId;
 using devhost::scene;

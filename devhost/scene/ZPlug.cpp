@@ -9,7 +9,6 @@
 #include "devhost/scene/SceneGraph.h"
 
 using devhost::AttributeValue;
-using devhost::kNoNode;
 using devhost::NodeId;
 using devhost::report;
 using devhost::scene;

@@ -35,6 +35,7 @@ class ZArrayOf {
     /// Adds an element at the end.
     ZStatus append(const T &value) {
         return guarded([&] {
+            // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may lie in here
             const T kept = value;
             makeRoom();
             elements_.push_back(kept);
@@ -46,6 +47,7 @@ class ZArrayOf {
         if (index > length())
             return outOfRange();
         return guarded([&] {
+            // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may lie in here
             const T kept = value;
             makeRoom();
             elements_.insert(elements_.begin() + index, kept);

@@ -15,6 +15,7 @@ struct ViewportRequest;
 class OPENQUIL_API ZRenderTarget {
   public:
     OPENQUIL_COUNTED(ZRenderTarget);
+    ZRenderTarget(const ZRenderTarget &) = delete;
     /// The width in pixels.
     unsigned int width() const;
     /// The height in pixels.
@@ -33,7 +34,6 @@ class OPENQUIL_API ZRenderTarget {
   private:
     friend struct devhost::ViewportRequest;
     explicit ZRenderTarget(devhost::ViewportRequest &request) : fRequest(request) {}
-    ZRenderTarget(const ZRenderTarget &) = delete;
 
     devhost::ViewportRequest &fRequest;
 };

@@ -13,6 +13,7 @@
 class OPENQUIL_API ZRenderingInfo {
   public:
     OPENQUIL_COUNTED(ZRenderingInfo);
+    ZRenderingInfo(const ZRenderingInfo &) = delete;
     /// The left border of the image in its target, in pixels.
     int originX() const;
     /// The lower border of the image in its target, in pixels.
@@ -38,7 +39,6 @@ class OPENQUIL_API ZRenderingInfo {
   private:
     friend struct devhost::ViewportRequest;
     explicit ZRenderingInfo(const devhost::ViewportRequest &request) : fRequest(request) {}
-    ZRenderingInfo(const ZRenderingInfo &) = delete;
 
     const devhost::ViewportRequest &fRequest;
 };

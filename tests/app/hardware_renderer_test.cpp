@@ -52,7 +52,7 @@ class HardwareBuffers : public apptest::SquareScene {
     static Pixel pixel(ZImage &image, unsigned x, unsigned y) {
         unsigned width = 0, height = 0;
         image.getSize(width, height);
-        const unsigned char *p = image.pixels() + 4 * (y * width + x);
+        const unsigned char *p = image.pixels() + size_t(4) * (y * width + x);
         return {p[0], p[1], p[2], p[3]};
     }
     static void clear(float red, float green, float blue) {

@@ -79,7 +79,7 @@ TEST_F(Textures, EveryFormBindsTheImage) {
         name);
     // Row 0 of OpenGL is the lowest: v runs upwards.
     unsigned char texels[8] = {};
-    gl.glBindTexture(kTexture2D, name);
+    gl.glBindTexture(kTexture2D, name); // NOLINT(readability-suspicious-call-argument): in order
     gl.glGetTexImage(kTexture2D, 0, kRgba, kByte, texels);
     EXPECT_EQ((std::array{texels[0], texels[1], texels[4], texels[5]}),
               (std::array<unsigned char, 4>{255, 0, 0, 255}));

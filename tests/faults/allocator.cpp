@@ -6,10 +6,12 @@
 #include <cstdlib>
 
 extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's, behind what is replaced here
 void *__libc_malloc(size_t);
 void *__libc_calloc(size_t, size_t);
 void *__libc_realloc(void *, size_t);
 void __libc_free(void *);
+// NOLINTEND(bugprone-reserved-identifier)
 }
 
 namespace {
@@ -58,20 +60,20 @@ extern "C" {
 REPLACES void *malloc(size_t size) {
     return fails() ? nullptr : counted(__libc_malloc(size));
 }
-REPLACES void *calloc(size_t count, size_t size) {
-    return fails() ? nullptr : counted(__libc_calloc(count, size));
+REPLACES void *calloc(size_t nmemb, size_t size) {
+    return fails() ? nullptr : counted(__libc_calloc(nmemb, size));
 }
-REPLACES void free(void *block) {
-    if (block)
+REPLACES void free(void *ptr) {
+    if (ptr)
         --blocks;
-    __libc_free(block);
+    __libc_free(ptr);
 }
-REPLACES void *realloc(void *block, size_t size) {
-    if (!block)
+REPLACES void *realloc(void *ptr, size_t size) {
+    if (!ptr)
         return malloc(size);
     if (!size)
-        return free(block), nullptr;
-    return fails() ? nullptr : __libc_realloc(block, size);
+        return free(ptr), nullptr;
+    return fails() ? nullptr : __libc_realloc(ptr, size);
 }
 
 // The interpreter's own, in front of its pools.

@@ -112,6 +112,7 @@ watch = weakref.ref(kept)
     run("del kept");
     PyThreadState *state = PyEval_SaveThread();
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i)
         threads.emplace_back([&, i] {
             for (int round = 0; round < 25; ++round) {

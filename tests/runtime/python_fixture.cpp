@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 /// There in a coverage build only, where _exit would lose what a child process covered.
-extern "C" __attribute__((weak)) void __gcov_dump();
+extern "C" __attribute__((weak)) void __gcov_dump(); // NOLINT(bugprone-reserved-identifier)
 
 namespace pytest {
 

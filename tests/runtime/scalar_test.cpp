@@ -80,9 +80,9 @@ TEST_F(Scalars, CharacterStrings) {
         const char *expression;
         int mark, code, mark_after;
         std::string text; // empty: a null string
-    } rows[] = {{"'a\\0b'", kOldString, 0, kOldString, {"a\0b", 4}},
-                {"'a\\0b'", kNewString, 0, kNewString, {"a\0b", 4}},
-                {"native", kNewString, 0, kOldString, {"native", 7}},
+    } rows[] = {{"'a\\0b'", kOldString, 0, kOldString, {"a\0b\0", 4}},
+                {"'a\\0b'", kNewString, 0, kNewString, {"a\0b\0", 4}},
+                {"native", kNewString, 0, kOldString, {"native\0", 7}},
                 {"None", kNewString, 0, kOldString, ""},
                 {"u'abc'", kOldString, -5, kOldString, ""},
                 {"5", kNewString, -5, kNewString, ""},

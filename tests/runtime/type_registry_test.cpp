@@ -15,7 +15,7 @@ class TypeRegistry : public pytest::Test {};
 std::vector<std::string> names(const swig_type_info *target) {
     std::vector<std::string> result;
     for (const swig_cast_info *entry = target->cast; entry; entry = entry->next) {
-        result.push_back(entry->type->name);
+        result.emplace_back(entry->type->name);
         EXPECT_EQ(entry->prev == nullptr, entry == target->cast) << entry->type->name;
         if (entry->next) {
             EXPECT_EQ(entry->next->prev, entry) << entry->type->name;

@@ -17,7 +17,7 @@ namespace {
 
 /// Another extension module's table, made by hand. Every type converts to itself.
 struct OtherModule {
-    explicit OtherModule(std::vector<const char *> names) {
+    explicit OtherModule(const std::vector<const char *> &names) {
         for (const char *name : names) {
             records.push_back({name, nullptr, nullptr, nullptr, nullptr, 0});
             types.push_back(&records.back());
