@@ -54,7 +54,7 @@ class HardwareBuffers : public HardwareRenderer {
         image.getSize(width, height);
         if (x >= width || y >= height)
             return {-1, -1, -1, -1};
-        const unsigned char *p = image.pixels() + size_t(4) * (y * width + x);
+        const unsigned char *p = image.pixels() + 4 * (y * width + x);
         return {p[0], p[1], p[2], p[3]};
     }
     static void clear(float red, float green, float blue) {
