@@ -8,6 +8,7 @@ import concurrent.futures
 import hashlib
 import json
 import os
+import pathlib
 import shlex
 import subprocess
 import sys
@@ -15,8 +16,12 @@ import sys
 build, compiler = sys.argv[1:]
 passed, memory = os.path.join(build, "tidy"), os.path.join(build, "cppcheck")
 database = os.path.join(build, "checked.json")
-with open(".clang-tidy", "rb") as file:
-    settings = file.read()
+
+
+def settings(source):
+    """The .clang-tidy files of a source file's folders."""
+    files = [folder / ".clang-tidy" for folder in pathlib.Path(os.path.relpath(source)).parents]
+    return b"".join(file.read_bytes() for file in files if file.exists())
 
 
 def check(entry):
@@ -27,7 +32,7 @@ def check(entry):
     at = words.index("-o")
     rule = subprocess.run([compiler, "-MM"] + words[:at] + words[at + 2:], cwd=entry["directory"],
                           stdout=subprocess.PIPE, check=True, universal_newlines=True).stdout
-    state = hashlib.sha256(settings + repr(words).encode())
+    state = hashlib.sha256(settings(source) + repr(words).encode())
     for path in rule.replace("\\\n", " ").split()[1:]:
         with open(os.path.join(entry["directory"], path), "rb") as file:
             state.update(file.read())

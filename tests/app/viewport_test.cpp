@@ -57,7 +57,7 @@ class Viewport : public apptest::SquareScene {
     }
     static Pixel at(const devhost::ViewportImage &image, unsigned x, unsigned y) {
         Pixel pixel;
-        std::copy_n(image.rgba.data() + size_t(4) * (y * image.width + x), 4, pixel.begin());
+        std::copy_n(image.rgba.begin() + (y * image.width + x) * 4, 4, pixel.begin());
         return pixel;
     }
     /// An image of one value all over, and of one depth.

@@ -104,7 +104,7 @@ requires std::is_floating_point_v<T> Passed pass(int round, int position, std::t
 
 /// An address that no other position has.
 void *addressFor(int round, int position) {
-    return reinterpret_cast<void *>(0x7fff00000000 + 0x10000L * round + 0x10L * position);
+    return reinterpret_cast<void *>(0x7fff00000000 + 0x10000 * round + 0x10 * position);
 }
 
 Passed passAddress(void *address, swig_type_info *type) {

@@ -143,10 +143,10 @@ TEST(Interpreters, EndInEveryOrder) {
           "del sys.modules['swig_runtime_data4'].type_pointer; v = c.ZVector() + c.ZVector()",
           "callback.__disown__(); del callback", "callback.this.disown()",
           "keep = callback.this; del callback, r.ZRenderCallback._registered",
-          "class Late(object):\n"
-          "    def __init__(self): self.vector, self.native = c.ZVector(1, 2, 3), c._native\n"
-          "    def __del__(self): self.native.ZVector_length(self.vector + self.vector)\n"
-          "sys.late = late = Late(); loop = c.ZVector(); loop.loop = loop, late"})
+          R"(class Late(object):
+    def __init__(self): self.vector, self.native = c.ZVector(1, 2, 3), c._native
+    def __del__(self): self.native.ZVector_length(self.vector + self.vector)
+sys.late = late = Late(); loop = c.ZVector(); loop.loop = loop, late)"})
         for (const Code first : {"", "import _OpenQuilRender"}) // which then owns the ring
             IN_CHILD(start(); run(first); run(kUse); run(alive); Py_Finalize(); start(); run(kUse);
                      Py_Finalize());

@@ -68,7 +68,9 @@ float boxDistance(const ZFloatVector &origin, const ZFloatVector &direction) {
         enter = std::max(enter, low);
         leave = std::min(leave, high);
     }
-    return enter <= leave ? enter : kInfinity;
+    if (enter <= leave)
+        return enter;
+    return kInfinity;
 }
 
 TEST_F(RayTest, RandomRaysHitAStretchedAndMirroredCubeWhereTheyShould) {
@@ -125,7 +127,8 @@ TEST_F(RayTest, ManyRaysGiveWhatSingleRaysGive) {
     const unsigned count = 3000;
     ZFloatVectorArray origins, directions;
     for (unsigned at = 0; at < count; ++at) {
-        origins.append(ZFloatVector(-2 + 4 * float(at % 60) / 59, -2 + 4 * float(at / 60) / 49, 5));
+        const unsigned column = at % 60, row = at / 60;
+        origins.append(ZFloatVector(-2 + 4 * float(column) / 59, -2 + 4 * float(row) / 49, 5));
         directions.append(ZFloatVector(0.1f, 0, -1));
     }
     for (unsigned threads : {1u, 5u}) {

@@ -146,7 +146,7 @@ TEST_F(UtilTest, LayeredPicturesAreConverted) {
         return header + std::string(12, '\0') + std::string(2, '\0') + std::string(rgb, 3);
     };
     scene().setAttribute(scene().find("four"), "fileTextureName", ZString("art.psd"));
-    for (const char *rgb : {"\x10\x20\x30", "\x40\x20\x30"}) {
+    for (const char *rgb : {"\x10\x20\x30", "\x11\x20\x30"}) {
         write("art.psd", picture(rgb));
         const ZString name = ZRenderUtil::convertPsdFile(object("four"), true, &status);
         EXPECT_EQ(name.asChar(), file("art.png"));
@@ -165,7 +165,7 @@ TEST_F(UtilTest, ShadingNetworksAreSampledByName) {
     ZFloatVectorArray normals(4, ZFloatVector(0, 1, 0));
     for (int at = 0; at < 4; ++at) {
         u.append(0.25f + float(at % 2) * 0.5f);
-        v.append(0.25f + float(at / 2));
+        v.append(at < 2 ? 0.25f : 1.25f);
         points.append(ZFloatPoint(float(at) * 0.3f, 5, 0));
     }
     ZFloatMatrix camera;
