@@ -317,7 +317,7 @@ class Interrupts(Case):
     def test_in_the_render(self):
         self.write("a.py", "import sys\nprint('now')\nsys.stdout.flush()")
         self.interrupted("tri.obj", "--python", "a.py", "--output", "a.png", "--resolution",
-                         "16000", "16000", "--threads", "1")
+                         "6000", "6000", "--threads", "1")
         self.assertEqual(self.files(), ["a.py", "tri.obj"])
 
     def test_in_a_callback(self):
