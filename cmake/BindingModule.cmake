@@ -2,7 +2,7 @@
 # exports.map beside it says. It has its own copy of the runtime; `library` has its tables.
 function(add_binding_module name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "TABLES" "")
-  add_library(${name} MODULE ${name}.cpp)
+  add_library(${name} MODULE ${name}.cpp ${OPENQUIL_COVERAGE_SOURCE})
   target_link_libraries(${name} PRIVATE ${arg_TABLES} runtime OpenQuilRender OpenQuil
     OpenQuilScripting OpenQuilFoundation)
   # The interpreter's symbols come from the process that loads the module.

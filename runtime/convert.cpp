@@ -89,8 +89,6 @@ int convert_implicitly(PyObject *object, void **pointer, swig_type_info *type) {
         Py_XDECREF(made);
         return SWIG_ERROR;
     }
-    if (!made)
-        return SWIG_ERROR;
     int code = SWIG_ERROR;
     if (SwigPyObject *self = SWIG_Python_GetSwigThis(made)) {
         void *converted = nullptr;

@@ -22,11 +22,6 @@ PyObject *decode(const char *bytes, Py_ssize_t size) {
     return PyUnicode_Decode(bytes, size, Py_FileSystemDefaultEncoding, "strict");
 }
 
-bool offers_new_buffer(PyObject *object) {
-    return PyType_HasFeature(Py_TYPE(object), Py_TPFLAGS_HAVE_NEWBUFFER) &&
-           PyObject_CheckBuffer(object);
-}
-
 PyObject *decode_buffer(PyObject *object) {
     Py_buffer view;
     if (PyObject_GetBuffer(object, &view, PyBUF_SIMPLE) < 0)
@@ -40,7 +35,7 @@ PyObject *decode_buffer(PyObject *object) {
 PyObject *make_text(PyObject *object) {
     if (PyString_Check(object))
         return decode(PyString_AS_STRING(object), PyString_GET_SIZE(object));
-    if (!PyCallable_Check(object) && offers_new_buffer(object))
+    if (!PyCallable_Check(object) && PyObject_CheckBuffer(object))
         return decode_buffer(object);
     return PyObject_Unicode(object);
 }

@@ -59,8 +59,7 @@ int SwigPyPacked_compare(PyObject *a, PyObject *b) {
 }
 
 void SwigPyPacked_dealloc(PyObject *object) {
-    if (SwigPyPacked_Check(object))
-        std::free(as_packed(object)->pack);
+    std::free(as_packed(object)->pack);
     PyObject_DEL(object);
 }
 

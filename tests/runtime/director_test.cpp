@@ -1,10 +1,12 @@
 // Python classes that override the host's callbacks.
 
+#include "devhost/base/InterpreterGate.h"
 #include "host/base/TpythonInterpreter.h"
 #include "python_fixture.h"
 #include "runtime/module_types.h"
 #include "wrappers/render/render_callback_director.h"
 
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -96,6 +98,37 @@ TEST_F(Director, FailsWithoutAnInstance) {
                          "ZRenderCallback.__init__.");
     const KeepsEarlierException earlier;
     EXPECT_STREQ(Swig::DirectorException(PyExc_ValueError, "header", "text").what(), "header text");
+}
+
+TEST_F(Director, InstancesWithoutWeakReferences) {
+    run("class Bare(object):\n"
+        "    __slots__ = 'this'\n"
+        "    def renderCallback(self, d): return True\n"
+        "bare = Bare()");
+    const Ref bare = eval("bare");
+    EXPECT_TRUE(call(*std::make_unique<SwigDirector_ZRenderCallback>(bare), 1));
+}
+
+TEST_F(Director, NothingIsLetGoOfOnceTheInterpreterEnds) {
+    EXPECT_SURVIVES({
+        run("kept = make(None); kept.this.disown(); _r.disown_ZRenderCallback(kept)\n"
+            "import atexit; atexit.register(lambda: end(kept))");
+        static ZRenderCallback *callback = native("kept");
+        static Py_ssize_t before = 0, after = 0;
+        static PyMethodDef end = {"end",
+                                  [](PyObject *, PyObject *kept) {
+                                      before = Py_REFCNT(kept);
+                                      // The lock is taken, and not to be had any more.
+                                      std::thread([] { delete callback; }).join();
+                                      after = Py_REFCNT(kept);
+                                      Py_RETURN_NONE;
+                                  },
+                                  METH_O, nullptr};
+        define(end);
+        devhost::endInterpreter();
+        EXPECT_GT(before, 0);
+        EXPECT_EQ(after, before);
+    });
 }
 
 TEST_F(Director, NativeThreadsCallWhileTheMainThreadHasReleasedTheLock) {

@@ -101,6 +101,7 @@ TEST_F(Edges, FunctionsThatNameAConstantGetItsAddress) {
     const Ref dictionary(PyDict_New());
     SWIG_Python_InstallConstants(dictionary, constants);
     EXPECT_EQ(PyDict_GetItemString(dictionary, "no pack"), Py_None);
+    EXPECT_EQ(SWIG_Python_SetConstant(dictionary, "no object", nullptr), -1);
     free(const_cast<char *>(methods[std::size(texts) - 1].ml_doc));
 }
 
@@ -188,6 +189,7 @@ class Number(int): pass
     run("class Varied(object): __swig_destroy__ = max");
     SwigPyClientData *varied = SwigPyClientData_New(eval("Varied"));
     EXPECT_TRUE(varied->delargs);
+    EXPECT_FALSE(SwigPyClientData_New(nullptr));
     // An instance that has a dictionary keeps it.
     run("o = Number(); o.other = 1; _r.ZRenderView_swiginit(o, called.this)");
     expect({{"sorted(o.__dict__)", "['other', 'this']"}});

@@ -80,6 +80,7 @@ for value, expected in (
         ('a\0\xc3\xa9', u'a\0\xe9'), (u'\0\u20ac', u'\0\u20ac'), (long_text, long_text),
         (u'x' * 1024, u'x' * 1024), (5, u'5'), ([1, u'a'], u"[1, u'a']"), (Text(u'own'), u'own'),
         (bytearray('\xc3\xa9'), u'\xe9'), (memoryview('a\0b'), u'a\0b'),
+        (buffer('\0c'), u'\0c'), # of the old kind: converted by the interpreter
         (CallableBuffer('bytes'), u'asked'), # callables come before buffers
         (None, None), ('\xff', None), (bytearray('\xff'), None), (Text(ValueError()), None),
         (Text(5), None)):
@@ -96,6 +97,18 @@ for value, readable, expected in (
 )");
     Tstring text;
     EXPECT_FALSE(Holder().getValue(text));
+}
+
+TEST_F(LockedReader, BytesAreInTheEncodingOfTheFileSystem) {
+    const char *const usual = Py_FileSystemDefaultEncoding;
+    const struct {
+        const char *encoding, *text;
+    } cases[] = {{"UTF-8", "u'\\xe9'"}, {"latin-1", "u'\\xc3\\xa9'"}, {nullptr, "None"}};
+    for (const auto &row : cases) {
+        Py_FileSystemDefaultEncoding = row.encoding; // null: the interpreter's default, ASCII
+        expect({{"text('\\xc3\\xa9')", row.text}});
+    }
+    Py_FileSystemDefaultEncoding = usual;
 }
 
 TEST_F(LockedReader, TakesTheLockOnThreadsThatDoNotHaveIt) {

@@ -5,9 +5,6 @@
 #include <cstdlib>
 #include <unistd.h>
 
-/// There in a coverage build only, where _exit would lose what a child process covered.
-extern "C" __attribute__((weak)) void __gcov_dump(); // NOLINT(bugprone-reserved-identifier)
-
 namespace pytest {
 
 void start_python() {
@@ -130,8 +127,6 @@ void in_child(const std::function<void()> &body) {
                          part.message());
     }
     std::fflush(nullptr);
-    if (__gcov_dump)
-        __gcov_dump();
     _exit(testing::Test::HasFailure() ? 1 : 0);
 }
 

@@ -202,5 +202,7 @@ TEST_F(TypeRing, TeardownDropsTheReferencesOfOwnedClientData) {
         Ref(SwigPyObject_New(address(0x10), in_use("_p_ZRenderData"), 1)).drop();
         EXPECT_NE(testing::internal::GetCapturedStdout().find("no destructor found"),
                   std::string::npos);
+        init_OpenQuilRender();
+        EXPECT_EQ(published_head(), &swig_module) << "a holder without a head gets one again";
     });
 }
