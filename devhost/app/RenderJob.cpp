@@ -41,7 +41,8 @@ class RenderingScope {
 void fillSettings(const Options &options, ZCommonRenderSettingsData &settings) {
     settings.width = options.width;
     settings.height = options.height;
-    settings.deviceAspectRatio = static_cast<float>(options.width) / options.height;
+    settings.deviceAspectRatio =
+        static_cast<float>(options.width) / static_cast<float>(options.height);
     const auto [first, last] = std::minmax_element(options.frames.begin(), options.frames.end());
     settings.frameStart = ZTime(*first);
     settings.frameEnd = ZTime(*last);
