@@ -156,6 +156,13 @@ TEST_F(Viewport, ImagesAreConvertedAndCutOff) {
             };
             EXPECT_EQ(at(drawn(1, 1), 0, 0), wanted[channels - 1]) << channels;
         }
+    painter.draw = [&](ZRenderingInfo const &info) {
+        ZImage image;
+        image.create(4, 4);
+        return info.renderTarget().writeColorBuffer(image, 0, 0, true); // no depths
+    };
+    EXPECT_EQ(devhost::renderViewport("painter", 8, 8, "").statusCode(),
+              ZStatus::kInvalidParameter);
 }
 
 TEST_F(Viewport, RegistrationAndFailures) {
@@ -204,6 +211,8 @@ TEST_F(Viewport, OpenGLDrawsIntoTheTarget) {
     const auto image = drawn();
     EXPECT_EQ(at(image, 60, 5), (Pixel{255, 0, 0, 255}));
     EXPECT_EQ(at(image, 60, 20), kNothing);
+    EXPECT_EQ(image.depth[24 * 64 + 28], 5); // the square, drawn by the host
+    EXPECT_TRUE(std::isinf(image.depth[20 * 64 + 60]));
     EXPECT_EQ(at(image, 1, 1), (Pixel{7, 7, 7, 255}));
     EXPECT_NEAR(image.depth[64 + 1], 4, 1e-3);
 }

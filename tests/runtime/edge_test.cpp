@@ -174,6 +174,7 @@ class Number(int): pass
     EXPECT_FALSE(SwigPyObject_Check(eval("looks_like('SwigPyObject')")));
     EXPECT_TRUE(SwigPyPacked_Check(eval("looks_like('SwigPyPacked')")));
     EXPECT_FALSE(SwigPyPacked_Check(eval("looks_like('SwigPy')")));
+    EXPECT_TRUE(SwigPyPacked_Check(Ref(SwigPyPacked_New("a", 1, nullptr))));
     void *pointer = nullptr;
     EXPECT_EQ(
         SWIG_Python_ConvertPtrAndOwn(eval("weakref.proxy(called)"), &pointer, type("_p_int"), 0),

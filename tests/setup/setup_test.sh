@@ -57,13 +57,14 @@ stand_in "$work/apt/sudo" <<'SCRIPT'
 exec "$@"
 SCRIPT
 
-# run EXPECTED_CODE [VARIABLE=VALUE...]: output in $output.
+# run EXPECTED_CODE [VARIABLE=VALUE...]: the script with $options; output in $output.
+options=()
 run() {
     local expected=$1 code=0
     shift
     output=$(env -u PYTHON2 HOME="$work/home" XDG_CACHE_HOME="$work/cache" \
         PYENV_ROOT="$work/no-pyenv" PATH="$work/apt:/usr/bin:/bin" "$@" \
-        bash "$work/project/tools/setup.sh" 2>&1) || code=$?
+        bash "$work/project/tools/setup.sh" "${options[@]}" 2>&1) || code=$?
     if ((code != expected)); then
         fail "exit code $code, not $expected"
     fi
@@ -143,6 +144,17 @@ begin "missing packages are installed, with an update when it does not work with
 run 0 PYTHON2="$good" MISSING=libembree-dev
 says "installing libembree-dev"
 [[ "$(xargs <"$work/apt.log")" == "install update install" ]] || fail "apt: $(xargs <"$work/apt.log")"
+
+begin "the checking tools are installed when they are asked for, and not before"
+touch "$work/updated"
+run 0 PYTHON2="$good" MISSING=cppcheck
+[[ ! -e $work/apt.log ]] || fail "installed cppcheck for a build"
+options=(--checks)
+run 0 PYTHON2="$good" MISSING=cppcheck
+says "installing cppcheck"
+options=(--nonsense)
+run 1 PYTHON2="$good"
+says "usage"
 
 ((failures == 0)) || exit 1
 echo "all cases passed"
