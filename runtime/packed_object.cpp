@@ -1,6 +1,6 @@
 #include "runtime/packed_object.h"
 #include "runtime/hex.h"
-#include "runtime/pointer_object.h"
+#include "runtime/static_type.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -64,19 +64,12 @@ void SwigPyPacked_dealloc(PyObject *object) {
 }
 
 constexpr PyTypeObject type_object() {
-    PyTypeObject type{};
-    type.ob_refcnt = 1;
-    type.ob_type = &PyType_Type;
-    type.tp_name = "SwigPyPacked";
-    type.tp_basicsize = sizeof(SwigPyPacked);
+    PyTypeObject type = static_type("SwigPyPacked", sizeof(SwigPyPacked));
     type.tp_dealloc = SwigPyPacked_dealloc;
     type.tp_print = SwigPyPacked_print;
     type.tp_compare = SwigPyPacked_compare;
     type.tp_repr = SwigPyPacked_repr;
     type.tp_str = SwigPyPacked_str;
-    type.tp_getattro = PyObject_GenericGetAttr;
-    type.tp_flags = Py_TPFLAGS_DEFAULT;
-    type.tp_doc = "Swig object carries a C/C++ instance pointer";
     return type;
 }
 
@@ -85,7 +78,7 @@ constinit PyTypeObject packed_object_type = type_object();
 } // namespace
 
 PyTypeObject *SwigPyPacked_type() {
-    return make_ready(packed_object_type) ? &packed_object_type : nullptr;
+    return ready(packed_object_type);
 }
 
 bool SwigPyPacked_Check(PyObject *object) {

@@ -1,6 +1,7 @@
 #include "runtime/pointer_object.h"
 #include "runtime/client_data.h"
 #include "runtime/hex.h"
+#include "runtime/static_type.h"
 
 #include <cstdio>
 #include <cstring>
@@ -200,20 +201,13 @@ constexpr PyNumberMethods number_methods() {
 constinit PyNumberMethods SwigPyObject_as_number = number_methods();
 
 constexpr PyTypeObject type_object() {
-    PyTypeObject type{};
-    type.ob_refcnt = 1;
-    type.ob_type = &PyType_Type;
-    type.tp_name = "SwigPyObject";
-    type.tp_basicsize = sizeof(SwigPyObject);
+    PyTypeObject type = static_type("SwigPyObject", sizeof(SwigPyObject));
     type.tp_dealloc = SwigPyObject_dealloc;
     type.tp_print = SwigPyObject_print;
     type.tp_compare = SwigPyObject_compare;
     type.tp_repr = SwigPyObject_repr;
     type.tp_as_number = &SwigPyObject_as_number;
     type.tp_str = SwigPyObject_str;
-    type.tp_getattro = PyObject_GenericGetAttr;
-    type.tp_flags = Py_TPFLAGS_DEFAULT;
-    type.tp_doc = "Swig object carries a C/C++ instance pointer";
     type.tp_richcompare = SwigPyObject_richcompare;
     type.tp_methods = swigobject_methods;
     return type;
@@ -224,18 +218,8 @@ constexpr PyTypeObject type_object() {
 constinit PyTypeObject pointer_object_type = type_object();
 constinit PyTypeObject *other_pointer_object_type = nullptr;
 
-bool make_ready(PyTypeObject &type) {
-    if (PyType_HasFeature(&type, Py_TPFLAGS_READY))
-        return true;
-    // The interpreter does not tell in every case.
-    if (PyType_Ready(&type) == 0 && !PyErr_ExceptionMatches(PyExc_MemoryError))
-        return true;
-    PyErr_NoMemory();
-    return false;
-}
-
 PyTypeObject *SwigPyObject_type() {
-    return make_ready(pointer_object_type) ? &pointer_object_type : nullptr;
+    return ready(pointer_object_type);
 }
 
 bool SwigPyObject_Check(PyObject *object) {

@@ -11,10 +11,6 @@ struct SwigPyObject {
     PyObject *next;          ///< further pointer object of the same proxy instance, or null
 };
 
-/// Prepares one of the runtime's types for use, where that was not done yet; false with an
-/// exception set when memory is short.
-bool make_ready(PyTypeObject &type);
-
 /// The type object, made ready on first use; null with an exception set when that fails.
 PyTypeObject *SwigPyObject_type();
 

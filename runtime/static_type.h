@@ -1,0 +1,22 @@
+#pragma once
+
+// What the type objects of the runtime have in common.
+
+#include <Python.h>
+
+/// A type of that name whose objects have `size` bytes; the slots are the caller's to fill.
+constexpr PyTypeObject static_type(const char *name, Py_ssize_t size) {
+    PyTypeObject type{};
+    type.ob_refcnt = 1;
+    type.ob_type = &PyType_Type;
+    type.tp_name = name;
+    type.tp_basicsize = size;
+    type.tp_getattro = PyObject_GenericGetAttr;
+    type.tp_flags = Py_TPFLAGS_DEFAULT;
+    type.tp_doc = "Swig object carries a C/C++ instance pointer";
+    return type;
+}
+
+/// Prepares a type for use, where that was not done yet; itself, or null with an exception set when
+/// memory is short.
+PyTypeObject *ready(PyTypeObject &type);
