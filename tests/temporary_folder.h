@@ -9,10 +9,9 @@
 
 class TemporaryFolder {
   public:
-    TemporaryFolder() {
-        static int count = 0;
-        path = std::filesystem::canonical(std::filesystem::temp_directory_path()) /
-               ("openquil_" + std::to_string(getpid()) + "_" + std::to_string(count++));
+    TemporaryFolder()
+        : path(std::filesystem::canonical(std::filesystem::temp_directory_path()) /
+               ("openquil_" + std::to_string(getpid()) + "_" + std::to_string(count++))) {
         std::filesystem::create_directories(path);
     }
     TemporaryFolder(const TemporaryFolder &) = delete;
@@ -25,4 +24,7 @@ class TemporaryFolder {
     }
 
     std::filesystem::path path;
+
+  private:
+    static inline int count = 0;
 };

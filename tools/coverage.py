@@ -4,8 +4,9 @@ branches of runtime/ that no test took with the list of those that have a reason
 Branches that only an exception of a called function takes (the compiler adds them to every call)
 are not counted: gcovr's --exclude-throw-branches. Nor are those of a line that only changes a
 reference count (the interpreter's macro asks whether it was the last one) or makes a function's
-static variable (the compiler's guard asks whether another thread does). A line of the list is the file, how many branches
-of the source line are not taken, the source line itself, and the reason, with tabs between.
+static variable (the compiler's guard asks whether another thread does). A line of the list is the
+file, how many branches of the source line are not taken, the source line itself, and the reason,
+with tabs between.
 
 Usage: coverage.py BUILD_DIR UNREACHED.tsv MINIMUM_PERCENT
 """

@@ -1,6 +1,6 @@
 """Runs clang-tidy over every source file of a build folder's compile database, on all cores, then
-cppcheck. A file that clang-tidy passed is not looked at again until it, a header of it or .clang-tidy
-changes; cppcheck keeps such a memory of its own.
+cppcheck. A file that clang-tidy passed is not looked at again until it, a header of it or
+.clang-tidy changes; cppcheck keeps such a memory of its own.
 
 Usage: lint.py BUILD_DIR CXX
 """
@@ -73,9 +73,9 @@ def cppcheck(entries):
                    if not os.path.relpath(entry["file"]).startswith(rows)], file)
     return not subprocess.run(
         ["cppcheck", "--project=" + database, "--enable=warning,performance,portability",
-         "--library=googletest", "--library=python", "--suppressions-list=tools/cppcheck.supp", "--error-exitcode=1",
-         "--cppcheck-build-dir=" + memory, "--template=gcc", "--quiet",
-         "-j%d" % len(os.sched_getaffinity(0))]).returncode
+         "--library=googletest", "--library=python", "--error-exitcode=1",
+         "--suppressions-list=tools/cppcheck.supp", "--cppcheck-build-dir=" + memory,
+         "--template=gcc", "--quiet", "-j%d" % len(os.sched_getaffinity(0))]).returncode
 
 
 def main():

@@ -142,9 +142,9 @@ def text_items():
 def container_items():
     circular = []
     circular.append(circular)
-    for value in ([], [u'a', 7.5, circular], [7.5, 'a', None], ['\xff'], (None,), (), {}, set([1]), xrange(3), circular,
-                  (i for i in ()), object(), type, len, sys, lambda: None, Ellipsis,
-                  module.ZRenderUtil_noise1, types.ClassType('Classic', (), {}), Exception('x')):
+    for value in ([], [u'a', 7.5, circular], [7.5, 'a', None], ['\xff'], (None,), (), {}, set([1]),
+                  xrange(3), circular, (i for i in ()), object(), type, len, sys, lambda: None,
+                  Ellipsis, module.ZRenderUtil_noise1, types.ClassType('Classic', (), {}), Exception('x')):
         yield Item(repr(value)[:24], value)
 
 

@@ -1,5 +1,5 @@
-"""The rows of the module and what each of their arguments takes, by the families of the declared types
-in tests/module/rows.tsv. Known of an argument is what corpus.Item tells."""
+"""The rows of the module and what each of their arguments takes, by the families of the declared
+types in tests/module/rows.tsv. Known of an argument is what corpus.Item tells."""
 import json
 import os
 import sys
