@@ -49,7 +49,7 @@ lint: setup-checks
 	git ls-files -co --exclude-standard -- '*.h' '*.cpp' | xargs clang-format --dry-run -Werror
 	python3 tools/lint.py build-lint $(or $(CXX),c++)
 
-# What the tests catch: faults planted one at a time (an hour); writes docs/test_strength.md.
+# What the tests catch: faults planted one at a time (twenty minutes); writes docs/test_strength.md.
 strength: setup
 	python3 tests/strength/plant_faults.py --folder build/strength --output docs/test_strength.md
 
