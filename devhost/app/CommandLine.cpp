@@ -12,6 +12,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <tuple>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -108,7 +109,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                  "quilhost");
     app.footer(kFooter);
     bool background = false;
-    std::vector<unsigned> resolution;
+    std::pair resolution(options.width, options.height);
     std::string frames;
     app.add_option("scene", options.scene, "The scene to load: a .obj, .gltf or .glb file");
     app.add_flag("--background", background, "Accepted; the host has no windows");
@@ -119,7 +120,6 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
     app.add_option("--output", options.output, "The picture to write, such as out.####.png");
     app.add_option("--resolution", resolution, "Width and height in pixels (default 640 480)")
-        ->expected(2)
         ->check(CLI::Range(1u, 16384u));
     app.add_option("--camera", options.camera, "The camera to render from (default: the first)");
     app.add_option("--layer", options.layer, "The render layer to render (default: all objects)");
@@ -144,10 +144,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         usage(oneLine(error.what()) + " (quilhost --help tells the options)");
     }
     options.hasExpression = expression->count() > 0;
-    if (!resolution.empty()) {
-        options.width = resolution[0];
-        options.height = resolution[1];
-    }
+    std::tie(options.width, options.height) = resolution;
     try {
         if (app["--frames"]->count())
             options.frames = parseFrames(frames);

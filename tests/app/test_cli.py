@@ -207,7 +207,7 @@ def render(frame):
 
 class HostRenders(Case):
     def test_picture(self):
-        self.run_host("tri.obj", "--output", "a.png", "--resolution", "60", "40")
+        self.run_host("--resolution", "60", "40", "tri.obj", "--output", "a.png")
         width, height, rows = self.png("a.png")
         self.assertEqual((width, height), (60, 40))
         covered = [sum(row[3::4]) / 255.0 for row in rows]
