@@ -30,8 +30,17 @@ ZFloatVector vectorAt(const std::vector<float> &flat, unsigned index) {
     return ZFloatVector(p[0], p[1], p[2]);
 }
 
+/// Whether the ray library takes such numbers: it ends the process over larger ones.
+bool isInRange(const ZFloatVector &v) {
+    constexpr float most = 1e18f;
+    return std::abs(v.x) <= most && std::abs(v.y) <= most && std::abs(v.z) <= most;
+}
+
+/// False for a ray that nothing can be hit by: of no length, or from too far away.
 template <class Ray>
-void setRay(Ray &ray, const ZFloatVector &origin, const ZFloatVector &direction, float far) {
+bool setRay(Ray &ray, const ZFloatVector &origin, const ZFloatVector &direction, float far) {
+    if (!isInRange(origin) || !isInRange(direction) || !(far >= 0))
+        return false;
     ray.org_x = origin.x;
     ray.org_y = origin.y;
     ray.org_z = origin.z;
@@ -44,6 +53,7 @@ void setRay(Ray &ray, const ZFloatVector &origin, const ZFloatVector &direction,
     ray.mask = ~0u;
     ray.id = 0;
     ray.flags = 0;
+    return true;
 }
 
 } // namespace
@@ -143,7 +153,8 @@ bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direct
     hit = Hit();
     RTCRayHit query;
     const ZFloatVector unit = direction.normal();
-    setRay(query.ray, origin, unit, maxDistance);
+    if (!setRay(query.ray, origin, unit, maxDistance))
+        return false;
     query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
     query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
     QueryContext context(fImpl->meshes, through);
@@ -180,7 +191,8 @@ bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direct
 bool RayTracer::occluded(const ZFloatVector &origin, const ZFloatVector &direction,
                          float maxDistance, const PassThrough *through) const {
     RTCRay ray;
-    setRay(ray, origin, direction.normal(), maxDistance);
+    if (!setRay(ray, origin, direction.normal(), maxDistance))
+        return false;
     QueryContext context(fImpl->meshes, through);
     rtcOccluded1(fImpl->scene, &context.base, &ray);
     return ray.tfar < 0;

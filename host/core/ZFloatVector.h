@@ -69,7 +69,9 @@ class OPENQUIL_API ZFloatVector {
     bool operator==(const ZFloatVector &v) const { return x == v.x && y == v.y && z == v.z; }
 
     /// Returns the length.
-    float length() const { return std::sqrt(*this * *this); }
+    float length() const {
+        return static_cast<float>(std::sqrt(double{x} * x + double{y} * y + double{z} * z));
+    }
     /// Returns the vector of length one in the same direction, or the zero vector for the zero
     /// vector.
     ZFloatVector normal() const;

@@ -57,6 +57,10 @@ TYPED_TEST(Math, VectorsChangeInPlaceAndHaveALength) {
     EXPECT_EQ(Vector(2, 3, 6).length(), 7);
     EXPECT_TRUE(Vector(0, 3, 4).normal().isEquivalent(Vector(0, 0.6, 0.8)));
     EXPECT_EQ(Vector().normal(), Vector());
+    for (const auto size : {1e-30f, 1e30f}) {
+        EXPECT_FLOAT_EQ(float(Vector(0, 3 * size, 4 * size).length()), 5 * size);
+        EXPECT_FLOAT_EQ(float(Vector(0, 3 * size, 4 * size).normal().y), 0.6f);
+    }
 }
 
 TYPED_TEST(Math, PointsDivideTheirWeightOut) {

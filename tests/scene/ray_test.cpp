@@ -54,6 +54,11 @@ TEST_F(RayTest, TriangleHitsGiveDistanceNormalsAndWeights) {
     EXPECT_FALSE(rayTracer().intersect({0.5f, 0.25f, 1}, {0, 0, -1}, hit, 4.9f)) << "too far";
     EXPECT_TRUE(rayTracer().occluded({0.5f, 0.25f, -9}, {0, 0, 1}, 6));
     EXPECT_FALSE(rayTracer().occluded({0.5f, 0.25f, -9}, {0, 0, 1}, 4));
+    // What the ray library does not take.
+    for (const float odd : {1e30f, kInfinity, NAN}) {
+        EXPECT_FALSE(rayTracer().intersect({0.5f, 0.25f, odd}, {0, 0, -1}, hit)) << odd;
+        EXPECT_FALSE(rayTracer().occluded({0.5f, 0.25f, -9}, {0, odd, 1}, 100 - odd)) << odd;
+    }
 }
 
 /// Where a ray enters the box from -1 to 1 in x and z and -2 to 2 in y; infinite if it misses.
