@@ -9,6 +9,8 @@ import tempfile
 
 from rows import NO_OVERLOAD, NULL_HOST, PROGRAM, goes_on, harness, module
 
+SCENE = os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, os.pardir,
+                     'examples', 'scenes', 'layers.gltf')
 CALLBACK_FAILED = 4  # the program's exit status; odd objects make odd callbacks
 CPU_SECONDS = 1200  # a call that hangs ends by a signal
 NOTHING = object()
@@ -97,8 +99,8 @@ def supervise(script, arguments, null_host):
             ':verify_asan_link_order=0')
     try:
         status = subprocess.call(
-            [PROGRAM, '--no-gl', '--quiet', '--python', script, '--', '--journal', journal] +
-            arguments, env=environment, preexec_fn=lambda: resource.setrlimit(
+            [PROGRAM, '--no-gl', '--quiet', '--resolution', '8', '6', SCENE, '--python', script,
+             '--', '--journal', journal] + arguments, env=environment, preexec_fn=lambda: resource.setrlimit(
                 resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS)))
         if status in (0, CALLBACK_FAILED):
             return 0

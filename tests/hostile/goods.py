@@ -22,6 +22,19 @@ MADE = {
     'ZUniformParameter': lambda m: m.ZUniformParameter('name', 3, 0),
     'ZVaryingParameter': lambda m: m.ZVaryingParameter('name', 1),
 }
+# What is made of numbers: of one number all over.
+FILLED = {
+    'ZTime': lambda x: OpenQuil.ZTime(x),
+    'ZColor': lambda x: OpenQuil.ZColor(x, x, x),
+    'ZFloatVector': lambda x: OpenQuil.ZFloatVector(x, x, x),
+    'ZFloatPoint': lambda x: OpenQuil.ZFloatPoint(x, x, x),
+    'ZFloatMatrix': lambda x: OpenQuil.ZFloatMatrix() * x,
+    'ZFloatArray': lambda x: OpenQuil.ZFloatArray([x]),
+    'ZDoubleArray': lambda x: OpenQuil.ZDoubleArray([x]),
+    'ZFloatVectorArray': lambda x: OpenQuil.ZFloatVectorArray([(x, x, x)]),
+    'ZFloatPointArray': lambda x: OpenQuil.ZFloatPointArray([(x, x, x)]),
+}
+ODD_NUMBERS = float('nan'), 3e38, -1e30, 1e-40
 BUFFERS = {'void *': 'VoidPointer', 'p_void': 'VoidPointer', 'p_char': 'CharPointer',
            'p_unsigned int': 'UnsignedIntPointer',
            'ZImageFileInfo::ZHwTextureType': 'ZHwTextureType',
@@ -54,6 +67,8 @@ class Goods(object):
         buffer_name = BUFFERS.get(name, name.title().replace(' ', '')) + 'Buffer'
         if hasattr(OpenQuil, buffer_name):
             return getattr(OpenQuil, buffer_name)(1024)
+        if name in FILLED:
+            return FILLED[name](1)
         if name in MADE:
             return MADE[name](OpenQuilRender) or self.fail()
         return (getattr(OpenQuilRender, name, None) or getattr(OpenQuil, name))()
@@ -68,6 +83,13 @@ class Goods(object):
 
     def item(self, declared):
         return Item('good', self.make(declared), good=True)
+
+    @staticmethod
+    def filled(name):
+        """Host objects of odd numbers."""
+        if name in FILLED:
+            for number in ODD_NUMBERS:
+                yield Item('%s of %r' % (name, number), FILLED[name](number), record=name)
 
 
 def owns(value):

@@ -12,7 +12,7 @@ import calls
 import corpus
 import rows
 from corpus import Item
-from goods import Goods, may_call, owns
+from goods import FILLED, Goods, may_call, owns
 
 POOL_SIZE = 150
 NUMBERS = (0, 1, 2, 3, 4, 7, 0.5, 255, -1, 1000)
@@ -45,7 +45,9 @@ class Sequence(object):
         self.journal = calls.Journal(options.journal)
         self.goods = Goods()
         self.odd = corpus.corpus()
+        self.filled = [item for name in FILLED for item in self.goods.filled(name)]
         self.pool = []
+        self.stored = set()  # what members may point to from now on
         self.made = self.held_back = self.succeeded = 0
         table = [row for row in rows.read_rows()
                  if not row.is_protocol and (row.null_host or row.name not in TRUSTED)]
@@ -56,7 +58,7 @@ class Sequence(object):
         chance = self.random.random()
         if rows.is_pointer(declared) and chance < 0.5:
             record = rows.harness.mangled(rows.pointee(declared))
-            known = [item for item in self.pool if item.record == record]
+            known = [item for item in self.pool + self.filled if item.record == record]
             if known:
                 return self.random.choice(known)
         if chance < 0.8:
@@ -86,6 +88,10 @@ class Sequence(object):
         fault = calls.judge(row, expected, result, error)
         if fault:
             raise AssertionError('call %d, %s: %s' % (self.journal.count - 1, row.name, fault))
+        if row.name.endswith('_set'):
+            for item in items:
+                if isinstance(item, Result):
+                    self.stored |= item.needs | {item}
         if result is not calls.NOTHING and result is not None:
             self.keep(row, result, items)
 
@@ -93,7 +99,8 @@ class Sequence(object):
         """Takes what is to be deleted out of the pool; false where it is not ours to delete."""
         if item.null:
             return True
-        if item not in self.pool or any(item in other.needs for other in self.pool):
+        if item not in self.pool or item in self.stored or any(
+                item in other.needs for other in self.pool):
             return False
         if not owns(item.value):
             return False

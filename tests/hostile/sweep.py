@@ -54,6 +54,7 @@ class Sweep(object):
             chain.append(getattr(behind, 'this', behind))
             suited = [Item('good one', good, record=name), Item('chained', chain, record=name),
                       Item('null', rows.harness.pointer(name, 0), record=name, null=True)]
+            suited += self.goods.filled(name)
             for item in suited:
                 item.expendable = row.is_destructor
             self.suited[kind] = self.items + suited
