@@ -9,8 +9,20 @@ from corpus import Item
 # Who gives shared shapes back must not use them any more: which argument is given back.
 GIVES_BACK = {'ZGeometryManager_dereferenceDefaultGeometry': 0,
               'ZHardwareRenderer_dereferenceGeometry': 1}
+
+
+def from_scene(name, get, kind):
+    """What the selection list says of a node of the scene."""
+    nodes, found = OpenQuil.ZSelectionList(), kind()
+    nodes.add(name)
+    getattr(nodes, get)(0, found)
+    return found
+
+
 # What is not simply constructed: from the module of the proxy classes.
 MADE = {
+    'ZObject': lambda _: from_scene('ballPaint', 'getDependNode', OpenQuil.ZObject),
+    'ZDagPath': lambda _: from_scene('ball', 'getDagPath', OpenQuil.ZDagPath),
     'ZHardwareRenderer': lambda m: m.ZHardwareRenderer.theRenderer(),
     'ZGLFunctionTable': lambda m: m.ZHardwareRenderer.theRenderer().glFunctionTable(),
     'ZGeometryData': lambda m: m.ZGeometryData('data', 1, 0, 3, 4, None, True),
