@@ -52,6 +52,8 @@ PyObject *array_of_copies(unsigned int count, Item value) {
 
 template <class Array>
 PyObject *array_from_sequence(PyObject *sequence) {
+    if (refuse_length(sequence))
+        return nullptr;
     const swig::SwigPtr_PyObject items(PySequence_Tuple(sequence));
     if (!items)
         return nullptr;

@@ -100,6 +100,8 @@ bool read_data(PyObject *data, std::vector<T> &items) {
 
 template <class T>
 PyObject *buffer_from_data(PyObject *data) {
+    if (refuse_length(data))
+        return nullptr;
     std::vector<T> items;
     return read_data(data, items) ? new_buffer(items.data(), items.size()) : nullptr;
 }

@@ -61,6 +61,13 @@ bool raise_item(Py_ssize_t index, int code) {
     return false;
 }
 
+bool refuse_length(PyObject *items) {
+    if (!PyInt_Check(items) && !PyLong_Check(items))
+        return false;
+    PyErr_SetString(PyExc_OverflowError, "a length is from 0 to 4294967295");
+    return true;
+}
+
 bool find_index(long &index, unsigned long length) {
     if (index < 0)
         index += static_cast<long>(length);

@@ -107,6 +107,10 @@ PyObject *make_list(Py_ssize_t count, ItemAt item_at) {
     return list.release();
 }
 
+/// True, with an exception set, for a number that came to be taken for a sequence of items: as a
+/// length it is out of range, or it would have been taken for that.
+bool refuse_length(PyObject *items);
+
 /// Makes a Python index (negative ones count from the end) the native one; raises IndexError and
 /// returns false when there is no such item.
 bool find_index(long &index, unsigned long length);

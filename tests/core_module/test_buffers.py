@@ -79,7 +79,9 @@ class Buffers(unittest.TestCase):
             self.assertRaises(TypeError, IntBuffer(2).write, 0, wrong)
             self.assertRaises(TypeError, IntBuffer, object())
         self.assertRaises(ValueError, IntBuffer(2).write, 0, 'abc')
-        self.assertRaises((MemoryError, OverflowError, TypeError), DoubleBuffer, -1)
+        for kind in DoubleBuffer, ZFloatArray:
+            for length in -1, 2 ** 32, 2 ** 64:
+                self.assertRaisesRegexp(OverflowError, 'a length is from 0', kind, length)
 
     def test_pointers(self):
         text, numbers = CharBuffer('hello'), UnsignedIntBuffer([1, 2])
