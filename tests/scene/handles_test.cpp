@@ -76,6 +76,9 @@ TEST_F(HandlesTest, PlugsReadAndWriteWhatNodesHold) {
     EXPECT_TRUE(near(node("paint").material()->diffuse, ZVector(1, 2, 3)));
     EXPECT_TRUE(ZPlug(object("c"), "worldMatrix").asMatrix() == path(c).inclusiveMatrix());
     EXPECT_FALSE(ZPlug(object("c"), "worldMatrix").setMatrix(ZMatrix()));
+    ZStatus status;
+    EXPECT_TRUE(ZPlug(object("paint"), "missing", &status).isNull());
+    EXPECT_EQ(status.statusCode(), ZStatus::kNotFound);
     newScene();
     EXPECT_TRUE(plug.isNull());
     EXPECT_EQ(plug.setDouble(1).statusCode(), ZStatus::kFailure);
@@ -94,6 +97,13 @@ TEST_F(HandlesTest, SelectionListsHoldEachNodeOnce) {
     EXPECT_TRUE(plug.node() == scene().object(aShape));
     EXPECT_TRUE(list.hasItem(object("paint")));
     EXPECT_FALSE(list.hasItem(scene().object(aShape))) << "only its plug";
+    ZDagPath found;
+    EXPECT_TRUE(list.getDagPath(1, found));
+    EXPECT_TRUE(found == path(bShape));
+    EXPECT_EQ(list.getDagPath(0, found).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(list.add(ZString("nothing")).statusCode(), ZStatus::kNotFound);
+    EXPECT_EQ(list.add(ZObject()).statusCode(), ZStatus::kInvalidParameter);
+    ASSERT_EQ(list.length(), 3u);
 
     scene().remove(b);
     ZStringArray names;

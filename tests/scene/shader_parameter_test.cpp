@@ -128,6 +128,7 @@ TEST_F(ShaderParameters, ValuesKeepToTypeAndRange) {
     Uniform exact("i", Uniform::kTypeInt, Uniform::kSemanticUnknown);
     exact.setAsInt(16777217); // no float has this value
     EXPECT_EQ(exact.getAsInt(context), 16777217);
+    exact.setSoftRangeMax(5); // for sliders only
     exact.setRangeMax(10);
     EXPECT_EQ(exact.getAsInt(context), 10);
 
@@ -137,6 +138,8 @@ TEST_F(ShaderParameters, ValuesKeepToTypeAndRange) {
     EXPECT_EQ(choice.getAsInt(context), 2);
     choice.setAsInt(1);
     EXPECT_STREQ(choice.getAsString(context).asChar(), "medium");
+    choice.setAsInt(3);
+    EXPECT_EQ(choice.getAsString(context).length(), 0u);
 }
 
 TEST_F(ShaderParameters, NamesOfAttributesReachTheScene) {
@@ -161,6 +164,9 @@ TEST_F(ShaderParameters, NamesOfAttributesReachTheScene) {
     EXPECT_STREQ(file.getAsString(context).asChar(), "wood.png");
     file.setAsString("pine.png");
     EXPECT_EQ(scene().node(material.texture)->texture()->fileName, "pine.png");
+    scene().remove(oak);
+    EXPECT_TRUE(colour.getPlug().isNull());
+    EXPECT_EQ(colour.getAsFloat(context), 0.75f) << "what was set last";
 }
 
 TEST_F(ShaderParameters, VertexValuesAreLaidOutAsAskedFor) {
