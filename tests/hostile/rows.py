@@ -6,7 +6,7 @@ import sys
 
 sys.path[:0] = [os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, 'module')]
 import harness
-from harness import module, O
+from harness import module, NOARGS, O, VARARGS
 
 PROGRAM = os.readlink('/proc/self/exe')
 BUILD = os.path.dirname(os.path.dirname(PROGRAM))
@@ -57,6 +57,21 @@ class Row(object):
         self.is_destructor = name.startswith('delete_')
         self.is_embedded = name.endswith('_set') and cases[0][2][1] in (
             'ZString *', 'ZTime *', 'ZFloatVector *', 'ZFloatPoint *', 'ZFloatMatrix *')
+
+    def count_error(self, count):
+        """What is raised for so many arguments, None when so many are taken; of an overloaded
+        function how the text begins."""
+        if any(least <= count <= most for least, most, _ in self.cases):
+            return None
+        if len(self.cases) > 1:
+            return NotImplementedError, NO_OVERLOAD % self.name
+        if self.flag != VARARGS:
+            wanted = 'no arguments' if self.flag == NOARGS else 'exactly one argument'
+            return TypeError, '%s() takes %s (%d given)' % (self.name, wanted, count)
+        own = self.name.rsplit('_', 1)[1] if self.is_protocol else self.name
+        bound, word = (self.least, 'least') if count < self.least else (self.most, 'most')
+        return TypeError, '%s expected %s%d arguments, got %d' % (
+            own, '' if self.least == self.most else 'at %s ' % word, bound, count)
 
     def message(self, position, declared):
         return "in method '%s', argument %d of type '%s'" % (self.name, position + 1, declared)

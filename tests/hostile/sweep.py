@@ -61,15 +61,14 @@ class Sweep(object):
         return self.suited[kind]
 
     def wrong_counts(self, row):
-        is_taken = [any(least <= n <= most for least, most, _ in row.cases) for n in range(40)]
         for count in range(row.most + 3) + [39]:
-            if not is_taken[count]:
+            expected = row.count_error(count)
+            if expected:
                 self.journal.write('%s with %d arguments' % (row.name, count))
                 result, error = attempt(row.function, [None] * count)
-                text = rows.NO_OVERLOAD % row.name
-                right = isinstance(error, NotImplementedError) and str(error).startswith(text) if (
-                    len(row.cases) > 1) else type(error) is TypeError
-                self.count(row, result is calls.NOTHING and right, (), repr(error))
+                said = type(error), str(error)[:len(expected[1])] if (
+                    len(row.cases) > 1) else str(error)
+                self.count(row, result is calls.NOTHING and said == expected, (), repr(error))
 
     def one(self, row, types, position, item):
         keep = self.goods.item if row.is_destructor or row.is_protocol else self.goods.keep

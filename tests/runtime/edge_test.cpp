@@ -105,19 +105,6 @@ TEST_F(Edges, FunctionsThatNameAConstantGetItsAddress) {
     free(const_cast<char *>(methods[std::size(texts) - 1].ml_doc));
 }
 
-TEST_F(Edges, PacksAreOrderedBySizeThenBytes) {
-    const auto pack = [](const char *bytes) {
-        return Ref(SwigPyPacked_New(bytes, std::char_traits<char>::length(bytes), type("_p_int")));
-    };
-    const Ref a = pack("a"), b = pack("b"), ab = pack("ab");
-    const struct {
-        PyObject *left, *right;
-        int order;
-    } cases[] = {{a, b, -1}, {b, a, 1}, {a, ab, -1}, {ab, b, 1}, {a, a, 0}};
-    for (const auto &row : cases)
-        EXPECT_EQ(PyObject_Compare(row.left, row.right), row.order);
-}
-
 TEST_F(Edges, DigitsBesideTheDigits) {
     for (const char *text : {"/0", ":0", "`0", "g0", "0/", "0g", "A0"}) {
         char byte;

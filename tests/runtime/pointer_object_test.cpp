@@ -180,6 +180,8 @@ TEST_F(PackedObject, ShowsItsBytesWhileTheyAreFewAndComparesThem) {
     EXPECT_EQ(repr(pack(std::string(512, '\0'))), "<Swig Packed _p_m>");
     const cmpfunc compare = SwigPyPacked_type()->tp_compare;
     EXPECT_EQ(compare(pack("b"), pack("aa")), -1) << "sizes first";
+    EXPECT_EQ(compare(pack("aa"), pack("b")), 1);
     EXPECT_EQ(compare(pack("\x80\x7f"), pack("\x7f\x80")), 1);
+    EXPECT_EQ(compare(pack("\x7f\x80"), pack("\x80\x7f")), -1);
     EXPECT_EQ(compare(pack(std::string("a\0b", 3)), pack(std::string("a\0c", 3))), 0);
 }
