@@ -25,7 +25,7 @@ stress: build
 setup-checks:
 	@tools/setup.sh --checks
 
-# The whole suite, instrumented; what is tolerated is in tests/sanitizers.
+# The whole suite, instrumented; what is tolerated is in tools/sanitizers.
 check-asan check-tsan: check-%: setup-checks
 	cmake --preset $*
 	cmake --build --preset $*
@@ -51,7 +51,7 @@ lint: setup-checks
 
 # What the tests catch: faults planted one at a time (twenty minutes); writes docs/test_strength.md.
 strength: setup
-	python3 tests/strength/plant_faults.py --folder build/strength --output docs/test_strength.md
+	python3 tools/strength/plant_faults.py --folder build/strength --output docs/test_strength.md
 
 # Call times of the wrappers beside hand-written C, Cython and ctypes; see bench/run.py.
 bench: build

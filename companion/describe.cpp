@@ -2,7 +2,7 @@
 // are constant data: no interpreter is started.
 
 #include "runtime/type_registry.h"
-#include "wrappers/module_tables.h"
+#include "wrappers/rows/module_tables.h"
 
 #include <iostream>
 #include <map>

@@ -2,7 +2,7 @@
 // that it was built against. Nothing else is exported.
 
 #include "host/base/HostApi.h"
-#include "wrappers/module_tables.h"
+#include "wrappers/rows/module_tables.h"
 
 extern "C" {
 

@@ -1,6 +1,6 @@
 // The module's integer constants, group by group, in the order in which they are installed.
 
-#include "wrappers/module_tables.h"
+#include "wrappers/rows/module_tables.h"
 
 extern const Constants common_render_settings_constants;
 extern const Constants geometry_constants;

@@ -1,6 +1,6 @@
 // The module's rows, family by family, in the order in which they are installed.
 
-#include "wrappers/module_tables.h"
+#include "wrappers/rows/module_tables.h"
 
 extern const Rows common_render_settings_rows;
 extern const Rows d3d9_renderer_rows;

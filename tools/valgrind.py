@@ -10,10 +10,10 @@ import subprocess
 import sys
 
 # Not gl.GlRecording: it compares long doubles, which valgrind keeps in 64 bits.
-TESTS = r"^(runtime\.|wrappers\.|module\.|core_module|companion_proxies)"
+TESTS = r"^(runtime\.|wrappers\.|module\.|core_module\.|companion\.proxies)"
 VALGRIND = ["valgrind", "--quiet", "--error-exitcode=99", "--trace-children=yes",
             "--trace-children-skip=/bin/*,/usr/bin/*,*/pyenv/*",
-            "--suppressions=" + os.path.realpath("tests/sanitizers/valgrind.supp")]
+            "--suppressions=" + os.path.realpath("tools/sanitizers/valgrind.supp")]
 
 
 def run(test):

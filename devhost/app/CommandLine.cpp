@@ -2,8 +2,8 @@
 
 #include "devhost/app/Errors.h"
 #include "devhost/app/FrameRange.h"
-#include "devhost/core/file_name.h"
-#include "devhost/render/Picture.h"
+#include "devhost/util/FileName.h"
+#include "devhost/image/Picture.h"
 
 #include <CLI/CLI.hpp>
 

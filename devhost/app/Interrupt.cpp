@@ -1,6 +1,6 @@
 #include "devhost/app/Interrupt.h"
 
-#include "devhost/render/RenderSession.h"
+#include "devhost/session/RenderSession.h"
 
 #include <Python.h>
 

@@ -2,10 +2,10 @@
 
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
-#include "devhost/render/HardwareRendering.h"
-#include "devhost/render/Picture.h"
-#include "devhost/render/RenderSession.h"
-#include "devhost/render/SoftwareRenderer.h"
+#include "devhost/gl/HardwareRendering.h"
+#include "devhost/image/Picture.h"
+#include "devhost/session/RenderSession.h"
+#include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/scene/SceneLoader.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "devhost/app/Script.h"
 
 #include "devhost/app/Errors.h"
-#include "devhost/base/InterpreterGate.h"
-#include "devhost/base/ObjectCensus.h"
-#include "devhost/render/RenderSession.h"
+#include "devhost/process/InterpreterGate.h"
+#include "devhost/process/ObjectCensus.h"
+#include "devhost/session/RenderSession.h"
 #include "host/base/TpythonInterpreter.h"
 #include "host/base/TpythonLock.h"
 

@@ -2,7 +2,7 @@
 #include "devhost/app/CommandLine.h"
 #include "devhost/app/Errors.h"
 #include "devhost/app/RenderJob.h"
-#include "devhost/base/ObjectCensus.h"
+#include "devhost/process/ObjectCensus.h"
 
 #include <cstdio>
 #include <exception>

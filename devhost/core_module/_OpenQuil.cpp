@@ -1,7 +1,7 @@
 // The core module's entry function. Nothing else is exported.
 
 #include "host/base/HostApi.h"
-#include "wrappers/module_tables.h"
+#include "wrappers/rows/module_tables.h"
 
 extern "C" {
 

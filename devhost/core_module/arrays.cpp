@@ -18,7 +18,7 @@
 #include "host/core/ZUint64Array.h"
 #include "host/core/ZUintArray.h"
 #include "host/core/ZVectorArray.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

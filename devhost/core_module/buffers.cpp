@@ -9,7 +9,7 @@
 #include "host/core/ZImageFileInfo.h"
 #include "host/render/ZHardwareRenderer.h"
 #include "host/render/ZPxRenderPassImpl.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 #include <cstring>
 #include <vector>

@@ -1,6 +1,6 @@
 // The core module's integer constants, group by group, in the order in which they are installed.
 
-#include "wrappers/module_tables.h"
+#include "wrappers/rows/module_tables.h"
 
 extern const Constants image_constants;
 extern const Constants rotation_constants;

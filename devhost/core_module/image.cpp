@@ -4,7 +4,7 @@
 #include "devhost/core_module/items.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZImageFileInfo.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 #include <cstring>
 

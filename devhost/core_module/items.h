@@ -4,8 +4,8 @@
 
 #include "devhost/core_module/components.h"
 #include "runtime/object_holder.h"
-#include "wrappers/argument.h"
-#include "wrappers/result.h"
+#include "wrappers/rows/argument.h"
+#include "wrappers/rows/result.h"
 
 #include <cstddef>
 

@@ -4,7 +4,7 @@
 #include "devhost/core_module/operators.h"
 #include "host/core/ZFloatMatrix.h"
 #include "host/core/ZMatrix.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -1,6 +1,6 @@
 // The core module's rows, family by family, in the order in which they are installed.
 
-#include "wrappers/module_tables.h"
+#include "wrappers/rows/module_tables.h"
 
 extern const Rows array_rows;
 extern const Rows buffer_rows;

@@ -8,7 +8,7 @@
 #include "devhost/core_module/items.h"
 #include "host/core/ZColorArray.h"
 #include "host/core/ZFloatVectorArray.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 #include <algorithm>
 #include <exception>

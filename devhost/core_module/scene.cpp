@@ -6,7 +6,7 @@
 #include "host/core/ZObject.h"
 #include "host/core/ZPlug.h"
 #include "host/core/ZSelectionList.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

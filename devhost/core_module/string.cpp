@@ -3,7 +3,7 @@
 
 #include "devhost/core_module/items.h"
 #include "host/core/ZStringArray.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -1,8 +1,8 @@
 // Swatches for scripts: what the host does with the generators that are registered, and the typed
 // pointers of their creators, which scripts can register under further names.
 
-#include "devhost/render/Swatches.h"
-#include "wrappers/wrapper_table.h"
+#include "devhost/raytrace/Swatches.h"
+#include "wrappers/rows/wrapper_table.h"
 
 /// The development host's swatches; static functions only.
 struct Swatches {

@@ -3,7 +3,7 @@
 #include "devhost/core_module/items.h"
 #include "devhost/core_module/operators.h"
 #include "host/core/ZTime.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -4,7 +4,7 @@
 
 #include "devhost/core_module/items.h"
 #include "devhost/core_module/operators.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 /// From any sequence of the components.
 template <class T>

@@ -1,10 +1,10 @@
 // Viewports for scripts: the renderers that native code has registered, and images of the scene
 // that they draw.
 
-#include "devhost/render/Viewport.h"
+#include "devhost/session/Viewport.h"
 #include "host/core/ZStringArray.h"
 #include "host/render/ZViewportRenderer.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 /// The development host's viewports; static functions only.
 struct Viewports {

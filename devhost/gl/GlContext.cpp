@@ -4,7 +4,7 @@
 #include <EGL/eglext.h>
 
 #include "devhost/gl/GlDriver.h"
-#include "devhost/render/RenderSession.h"
+#include "devhost/session/RenderSession.h"
 
 namespace devhost {
 

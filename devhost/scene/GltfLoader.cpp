@@ -12,7 +12,7 @@
 #include "devhost/scene/MeshBuilder.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/scene/SceneLoader.h"
-#include "devhost/scene/TextureImage.h"
+#include "devhost/image/TextureImage.h"
 
 namespace devhost {
 

@@ -89,7 +89,7 @@ struct Pixels {
 
 struct Texture {
     std::string fileName;                 // as the scene file gives it; empty when embedded
-    std::shared_ptr<const Pixels> pixels; // null until loaded, see devhost/scene/TextureImage.h
+    std::shared_ptr<const Pixels> pixels; // null until loaded, see devhost/image/TextureImage.h
 };
 
 /// What a picture of the scene is made of. Child layers are child nodes; their members are the

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "devhost/core/file_name.h"
+#include "devhost/util/FileName.h"
 #include "devhost/scene/LayerFile.h"
 #include "devhost/scene/SceneGraph.h"
 

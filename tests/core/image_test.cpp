@@ -1,5 +1,5 @@
 // Images: formats, orientation against the libraries' own readers, and writes that fail.
-#include "devhost/core/image_io.h"
+#include "devhost/image/ImageIo.h"
 #include "host/core/ZImage.h"
 #include "tests/temporary_folder.h"
 

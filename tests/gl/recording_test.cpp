@@ -5,7 +5,7 @@
 #include "host/render/ZGLFunctionTable.h"
 #include "runtime/convert.h"
 #include "runtime/module_types.h"
-#include "wrappers/module_tables.h"
+#include "wrappers/rows/module_tables.h"
 
 #include <cfloat>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // The values of the OpenGL tokens against the system's OpenGL headers.
 
-#include "wrappers/module_tables.h"
+#include "wrappers/rows/module_tables.h"
 
 #include <fstream>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // What only native code can do to the hardware renderer, for test_hardware.py: make draw procedures
 // and draw. Every call of theirs is written down.
 
-#include "devhost/render/HardwareRendering.h"
+#include "devhost/gl/HardwareRendering.h"
 #include "host/render/ZDrawProcedureBase.h"
 #include "host/render/ZHardwareRenderer.h"
 

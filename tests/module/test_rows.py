@@ -1,5 +1,5 @@
 """The functions of the render families, each against the table of declared types in rows.tsv:
-presence, calling flag, overloads. tests/hostile has the complaints about arguments and counts."""
+presence, calling flag, overloads. tests/across/hostile has the complaints about arguments and counts."""
 import unittest
 
 import harness

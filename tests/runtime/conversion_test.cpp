@@ -1,7 +1,7 @@
 // From Python values to native pointers and back, through the functions that fixture code calls as
 // `convert` and `wrap`.
 
-#include "python_fixture.h"
+#include "tests/runtime/python_fixture.h"
 #include "runtime/client_data.h"
 
 using namespace pytest;

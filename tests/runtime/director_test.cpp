@@ -1,8 +1,8 @@
 // Python classes that override the host's callbacks.
 
-#include "devhost/base/InterpreterGate.h"
+#include "devhost/process/InterpreterGate.h"
 #include "host/base/TpythonInterpreter.h"
-#include "python_fixture.h"
+#include "tests/runtime/python_fixture.h"
 #include "runtime/module_types.h"
 #include "wrappers/render/render_callback_director.h"
 

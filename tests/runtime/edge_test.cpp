@@ -1,7 +1,7 @@
 // Edges of the runtime's small functions that no wrapper of this module comes to.
 
 #include "host/base/TpythonObjectWithLock.h"
-#include "python_fixture.h"
+#include "tests/runtime/python_fixture.h"
 #include "runtime/arguments.h"
 #include "runtime/char_strings.h"
 #include "runtime/client_data.h"

@@ -1,7 +1,7 @@
 // The locked holder of a Python object and its readers of texts.
 
 #include "host/base/TpythonObjectWithLock.h"
-#include "python_fixture.h"
+#include "tests/runtime/python_fixture.h"
 #include "runtime/director.h"
 
 #include <thread>

@@ -1,7 +1,7 @@
 // The pointer object: its texts, slots and methods, and what its death does. Then the packed
 // object.
 
-#include "python_fixture.h"
+#include "tests/runtime/python_fixture.h"
 #include "runtime/client_data.h"
 #include "runtime/packed_object.h"
 

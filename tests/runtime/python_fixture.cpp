@@ -1,4 +1,4 @@
-#include "python_fixture.h"
+#include "tests/runtime/python_fixture.h"
 #include "runtime/director.h"
 
 #include <cstdio>

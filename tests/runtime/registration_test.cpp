@@ -1,6 +1,6 @@
 // The module-level half of the proxy protocol, and constants.
 
-#include "python_fixture.h"
+#include "tests/runtime/python_fixture.h"
 #include "runtime/client_data.h"
 #include "runtime/registration.h"
 

@@ -1,6 +1,6 @@
 // The module under test, where it is the render module, compiled in.
 
-#include "python_fixture.h"
+#include "tests/runtime/python_fixture.h"
 
 extern "C" void init_OpenQuilRender();
 

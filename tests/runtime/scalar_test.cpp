@@ -1,7 +1,7 @@
 // Numbers and strings in both directions.
 
-#include "python_fixture.h"
-#include "wrappers/argument.h"
+#include "tests/runtime/python_fixture.h"
+#include "wrappers/rows/argument.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 // The module's type table, its cast graph, and lookups by name.
 
-#include "python_fixture.h"
+#include "tests/runtime/python_fixture.h"
 #include "runtime/module_types.h"
 
 #include <algorithm>

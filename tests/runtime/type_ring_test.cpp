@@ -1,7 +1,7 @@
 // How the module meets others of its kind in one interpreter. All of this is process-wide state:
 // every case has a process of its own.
 
-#include "python_fixture.h"
+#include "tests/runtime/python_fixture.h"
 #include "runtime/client_data.h"
 #include "runtime/module_types.h"
 

@@ -1,7 +1,7 @@
 // Reading of .gltf and .glb files.
 #include <cmath>
 
-#include "tests/scene/scene_files.h"
+#include "tests/scene_files.h"
 
 using namespace devhost;
 

@@ -4,7 +4,7 @@
 #include "host/core/ZPlug.h"
 #include "host/core/ZSelectionList.h"
 #include "host/core/ZStringArray.h"
-#include "tests/scene/scene_files.h"
+#include "tests/scene_files.h"
 
 using namespace devhost;
 

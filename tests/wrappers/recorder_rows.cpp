@@ -1,8 +1,8 @@
 // The recording host as a module: every shape of row that the language knows.
 
 #include "tests/wrappers/recorder.h"
-#include "wrappers/module_tables.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/module_tables.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -3,8 +3,8 @@
 
 #include "tests/runtime/python_fixture.h"
 #include "tests/wrappers/recorder.h"
-#include "wrappers/call.h"
-#include "wrappers/module_tables.h"
+#include "wrappers/rows/call.h"
+#include "wrappers/rows/module_tables.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 // Swatches with Direct3D 9. The device is opaque.
 
 #include "host/render/ZD3D9Renderer.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

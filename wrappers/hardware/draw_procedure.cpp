@@ -1,7 +1,7 @@
 // Draw procedures. They are abstract and have no director: scripts only handle native ones.
 
 #include "host/render/ZDrawProcedureBase.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

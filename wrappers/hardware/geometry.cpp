@@ -7,7 +7,7 @@
 #include "host/render/ZGeometryManager.h"
 #include "host/render/ZGeometryPrimitive.h"
 #include "host/render/ZGeometryRequirements.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

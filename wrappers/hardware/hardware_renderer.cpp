@@ -5,7 +5,7 @@
 #include "host/core/ZStringArray.h"
 #include "host/render/ZHardwareRenderer.h"
 #include "runtime/object_holder.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 /// The type's name is not usable without its class, so it gets its place here.
 template <>

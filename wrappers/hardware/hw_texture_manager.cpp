@@ -2,7 +2,7 @@
 // like any other text, so that scripts do not see it.
 
 #include "host/render/ZHwTextureManager.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 template <>
 inline constexpr int type_index<ZImageFileInfo::ZHwTextureType> =

@@ -1,7 +1,7 @@
 // Device callbacks. They have no director: the host never calls methods of a Python class.
 
 #include "host/render/ZHwrCallback.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -1,7 +1,7 @@
 // The renderers that a shading node supports.
 
 #include "host/render/ZRenderProfile.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -3,7 +3,7 @@
 
 #include "host/render/ZSwatchRenderBase.h"
 #include "host/render/ZSwatchRenderRegister.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

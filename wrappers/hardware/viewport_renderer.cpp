@@ -3,7 +3,7 @@
 
 #include "host/render/ZRenderingInfo.h"
 #include "host/render/ZViewportRenderer.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -1,7 +1,7 @@
 // The record of render settings that every renderer shares.
 
 #include "host/render/ZCommonRenderSettings.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

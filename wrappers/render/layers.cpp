@@ -3,7 +3,7 @@
 #include "host/render/ZFnImageSource.h"
 #include "host/render/ZFnRenderLayer.h"
 #include "host/render/ZFnRenderPass.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

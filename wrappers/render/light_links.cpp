@@ -1,7 +1,7 @@
 // The links between lights and objects.
 
 #include "host/render/ZLightLinks.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "host/render/ZRenderCallback.h"
 #include "wrappers/render/render_callback_director.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The record that a render callback receives with the finished image.
 
 #include "host/render/ZRenderData.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

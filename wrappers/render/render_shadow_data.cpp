@@ -1,7 +1,7 @@
 // The record that a render callback receives when the shadow maps of a light were made.
 
 #include "host/render/ZRenderShadowData.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -1,7 +1,7 @@
 // The image that a viewport renderer draws into.
 
 #include "host/render/ZRenderTarget.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -13,7 +13,7 @@
 #include "host/core/ZVectorArray.h"
 #include "host/render/ZCommonRenderSettings.h"
 #include "host/render/ZRenderUtil.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -2,7 +2,7 @@
 
 #include "host/core/ZDagPath.h"
 #include "host/render/ZRenderView.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -1,7 +1,7 @@
 // What a viewport renderer is asked to draw. Scripts only ever see the host's own object.
 
 #include "host/render/ZRenderingInfo.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

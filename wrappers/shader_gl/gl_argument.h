@@ -2,7 +2,7 @@
 
 // Arguments that only OpenGL's functions have.
 
-#include "wrappers/argument.h"
+#include "wrappers/rows/argument.h"
 
 namespace gl {
 

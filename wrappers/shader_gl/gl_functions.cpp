@@ -2,7 +2,7 @@
 
 #include "host/render/ZGLFunctionTable.h"
 #include "wrappers/shader_gl/gl_argument.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

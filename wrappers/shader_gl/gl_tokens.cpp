@@ -1,6 +1,6 @@
 // The OpenGL tokens as constants of the module.
 
-#include "wrappers/constants.h"
+#include "wrappers/rows/constants.h"
 
 static constexpr Constant tokens[] = {
 #define TOKEN(name, value) {"ZGL_" #name, value},

@@ -2,7 +2,7 @@
 
 #include "host/render/ZUniformParameter.h"
 #include "host/render/ZUniformParameterList.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

@@ -2,7 +2,7 @@
 
 #include "host/render/ZVaryingParameter.h"
 #include "host/render/ZVaryingParameterList.h"
-#include "wrappers/wrapper_table.h"
+#include "wrappers/rows/wrapper_table.h"
 
 ROWS_BEGIN
 

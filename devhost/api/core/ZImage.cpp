@@ -1,0 +1,245 @@
+// A picture in memory, with files to read it from and write it to.
+#include "host/core/ZImage.h"
+
+#include "devhost/util/Guarded.h"
+#include "devhost/image/ImageIo.h"
+#include "devhost/util/Statuses.h"
+
+#include <algorithm>
+#include <cmath>
+
+using devhost::guarded;
+using devhost::invalid;
+
+namespace {
+
+constexpr unsigned kMaximumChannels = 4;
+
+ZStatus noPixels() {
+    return ZStatus(ZStatus::kFailure, "the image has no pixels");
+}
+
+template <class Value>
+void flipRows(std::vector<Value> &values, std::size_t rowLength) {
+    const std::size_t rows = rowLength ? values.size() / rowLength : 0;
+    for (std::size_t row = 0; row < rows / 2; ++row)
+        std::swap_ranges(values.begin() + row * rowLength, values.begin() + (row + 1) * rowLength,
+                         values.begin() + (rows - 1 - row) * rowLength);
+}
+
+/// Scales along one axis with a tent as wide as the larger of the old and the new pixel, so that
+/// enlarging interpolates and shrinking averages. Samples lie `step` values apart.
+void resample(const float *from, std::size_t oldCount, float *to, std::size_t newCount,
+              std::size_t step) {
+    const double ratio = static_cast<double>(oldCount) / static_cast<double>(newCount);
+    const double radius = std::max(ratio, 1.0);
+    for (std::size_t i = 0; i < newCount; ++i) {
+        const double middle = (static_cast<double>(i) + 0.5) * ratio - 0.5;
+        const auto first = static_cast<long>(std::ceil(middle - radius));
+        const auto last = static_cast<long>(std::floor(middle + radius));
+        double sum = 0, weights = 0;
+        for (long k = first; k <= last; ++k) {
+            const double weight = radius - std::abs(static_cast<double>(k) - middle);
+            const long inside = std::clamp(k, 0L, static_cast<long>(oldCount) - 1);
+            sum += weight * from[static_cast<std::size_t>(inside) * step];
+            weights += weight;
+        }
+        to[i * step] = static_cast<float>(sum / weights);
+    }
+}
+
+std::vector<float> scaled(const std::vector<float> &pixels, std::size_t oldWidth,
+                          std::size_t oldHeight, std::size_t width, std::size_t height,
+                          std::size_t channels) {
+    std::vector<float> wide(width * oldHeight * channels);
+    for (std::size_t row = 0; row < oldHeight; ++row)
+        for (std::size_t c = 0; c < channels; ++c)
+            resample(&pixels[row * oldWidth * channels + c], oldWidth,
+                     &wide[row * width * channels + c], width, channels);
+    std::vector<float> result(width * height * channels);
+    for (std::size_t column = 0; column < width * channels; ++column)
+        resample(&wide[column], oldHeight, &result[column], height, width * channels);
+    return result;
+}
+
+/// Spreads 1 to 4 channels to four: grey fills the colours, an absent opacity is one.
+std::vector<float> asRgba(const std::vector<float> &pixels, unsigned channels) {
+    std::vector<float> rgba;
+    rgba.reserve(pixels.size() / channels * 4);
+    for (std::size_t i = 0; i < pixels.size(); i += channels) {
+        const float *p = &pixels[i];
+        const bool grey = channels < 3;
+        const bool opaque = channels % 2 == 1;
+        rgba.insert(rgba.end(), {p[0], grey ? p[0] : p[1], grey ? p[0] : p[2],
+                                 opaque ? 1.0f : p[channels - 1]});
+    }
+    return rgba;
+}
+
+} // namespace
+
+ZStatus ZImage::create(unsigned width, unsigned height, unsigned channels, ZPixelType type) {
+    if (width == 0 || height == 0)
+        return invalid("an image needs a width and a height");
+    if (channels == 0 || channels > kMaximumChannels)
+        return invalid("an image has 1 to 4 channels");
+    if (type != kByte && type != kFloat)
+        return invalid("the pixel type is not known");
+    if (std::size_t{width} * height > devhost::kMaximumPixels)
+        return ZStatus::kInsufficientMemory;
+    return guarded([&] {
+        const std::size_t count = std::size_t{width} * height * channels;
+        std::vector<unsigned char> bytes(type == kByte ? count : 0);
+        std::vector<float> floats(type == kFloat ? count : 0);
+        release();
+        bytes_ = std::move(bytes);
+        floats_ = std::move(floats);
+        width_ = width;
+        height_ = height;
+        channels_ = channels;
+        type_ = type;
+    });
+}
+
+void ZImage::release() {
+    *this = ZImage();
+}
+
+ZStatus ZImage::getSize(unsigned &width, unsigned &height) const {
+    width = width_;
+    height = height_;
+    return ZStatus();
+}
+
+unsigned ZImage::depth() const {
+    return channels_ * static_cast<unsigned>(type_ == kFloat ? sizeof(float) : 1);
+}
+
+ZStatus ZImage::setPixels(const unsigned char *pixels, unsigned width, unsigned height) {
+    if (!pixels)
+        return invalid("there are no pixels");
+    const ZStatus status = create(width, height);
+    if (!status.error())
+        std::copy_n(pixels, bytes_.size(), bytes_.begin());
+    return status;
+}
+
+ZStatus ZImage::setFloatPixels(const float *pixels, unsigned width, unsigned height,
+                               unsigned channels) {
+    if (!pixels)
+        return invalid("there are no pixels");
+    const ZStatus status = create(width, height, channels, kFloat);
+    if (!status.error())
+        std::copy_n(pixels, floats_.size(), floats_.begin());
+    return status;
+}
+
+ZStatus ZImage::convertPixelFormat(ZPixelType type) {
+    if (type != kByte && type != kFloat)
+        return invalid("the pixel type is not known");
+    if (type_ == kUnknown)
+        return noPixels();
+    if (type == type_)
+        return ZStatus();
+    return guarded([&] {
+        if (type == kByte) {
+            bytes_ = devhost::toBytes(floats_.data(), floats_.size());
+            floats_.clear();
+        } else {
+            floats_ = devhost::toFloats(bytes_.data(), bytes_.size());
+            bytes_.clear();
+        }
+        type_ = type;
+    });
+}
+
+ZStatus ZImage::setDepthMap(const float *depths, unsigned width, unsigned height) {
+    if (!depths || width == 0 || height == 0)
+        return invalid("a depth map needs values, a width and a height");
+    return guarded([&] {
+        depths_.assign(depths, depths + std::size_t{width} * height);
+        depthWidth_ = width;
+        depthHeight_ = height;
+    });
+}
+
+ZStatus ZImage::getDepthMapSize(unsigned &width, unsigned &height) const {
+    width = depthWidth_;
+    height = depthHeight_;
+    return ZStatus();
+}
+
+ZStatus ZImage::readFromFile(const ZString &path, ZPixelType type) {
+    return guarded([&] {
+        const std::string name = path.asUTF8();
+        ZImage read;
+        ZStatus status;
+        unsigned width = 0, height = 0;
+        if (devhost::imageFileFormat(name) == devhost::ImageFile::exr) {
+            std::vector<float> pixels;
+            status = devhost::readExr(name, width, height, pixels);
+            if (!status.error())
+                status = read.setFloatPixels(pixels.data(), width, height);
+        } else {
+            std::vector<unsigned char> pixels;
+            status = devhost::readPng(name, width, height, pixels);
+            if (!status.error())
+                status = read.setPixels(pixels.data(), width, height);
+        }
+        if (!status.error() && type != kUnknown)
+            status = read.convertPixelFormat(type);
+        if (!status.error())
+            *this = std::move(read);
+        return status;
+    });
+}
+
+ZStatus ZImage::writeToFile(const ZString &path, const ZString &format) const {
+    const bool png = format == ZString("png");
+    if (!png && format != ZString("exr"))
+        return invalid("the format must be png or exr");
+    if (type_ == kUnknown)
+        return noPixels();
+    return guarded([&] {
+        const std::string name = path.asUTF8();
+        if (png && type_ == kByte && channels_ == 4)
+            return devhost::writePng(name, width_, height_, bytes_.data());
+        const std::vector<float> rgba = asRgba(
+            type_ == kFloat ? floats_ : devhost::toFloats(bytes_.data(), bytes_.size()), channels_);
+        if (!png)
+            return devhost::writeExr(name, width_, height_, rgba.data());
+        return devhost::writePng(name, width_, height_,
+                                 devhost::toBytes(rgba.data(), rgba.size()).data());
+    });
+}
+
+ZStatus ZImage::resize(unsigned width, unsigned height, bool preserveAspectRatio) {
+    if (width == 0 || height == 0)
+        return invalid("an image needs a width and a height");
+    if (type_ == kUnknown)
+        return noPixels();
+    if (preserveAspectRatio) {
+        const double scale = std::min(double(width) / width_, double(height) / height_);
+        width = std::max(1u, static_cast<unsigned>(std::lround(width_ * scale)));
+        height = std::max(1u, static_cast<unsigned>(std::lround(height_ * scale)));
+    }
+    return guarded([&] {
+        const ZPixelType type = type_;
+        ZImage result(*this);
+        result.convertPixelFormat(kFloat);
+        const std::vector<float> pixels =
+            scaled(result.floats_, width_, height_, width, height, channels_);
+        ZStatus status = result.setFloatPixels(pixels.data(), width, height, channels_);
+        if (!status.error())
+            status = result.convertPixelFormat(type);
+        if (!status.error())
+            *this = std::move(result);
+        return status;
+    });
+}
+
+void ZImage::verticalFlip() {
+    flipRows(bytes_, std::size_t{width_} * channels_);
+    flipRows(floats_, std::size_t{width_} * channels_);
+    flipRows(depths_, depthWidth_);
+}

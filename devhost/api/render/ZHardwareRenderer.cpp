@@ -1,0 +1,332 @@
+#include "host/render/ZHardwareRenderer.h"
+
+#include "devhost/util/Guarded.h"
+#include "devhost/gl/GlContext.h"
+#include "devhost/geometry/DefaultGeometry.h"
+#include "devhost/gl/DrawProcedures.h"
+#include "devhost/gl/HardwareDevice.h"
+#include "devhost/gl/HardwareFrame.h"
+#include "devhost/session/RenderSession.h"
+#include "host/core/ZStringArray.h"
+#include "host/render/ZGLFunctionTable.h"
+
+#include <GL/gl.h>
+#include <GL/glext.h>
+#include <algorithm>
+#include <exception>
+
+using devhost::DrawTarget;
+
+namespace {
+
+constexpr char kBackEnd[] = "OpenGL";
+constexpr unsigned kDefaultSwatchSize = 128;
+constexpr unsigned kLargestSwatchSize = 4096;
+constexpr unsigned kMostRepeats = 256;
+
+bool isBackEnd(const ZString &name) {
+    return !name.length() || name == ZString(kBackEnd);
+}
+
+/// Runs a change of a location's list.
+template <class Change>
+ZHardwareRenderer::DrawProcedureReturnCode withList(const ZString &backEnd, int location,
+                                                    Change change) {
+    auto &lists = devhost::drawProcedureLists();
+    if (!isBackEnd(backEnd))
+        return ZHardwareRenderer::kFailure;
+    if (location < 0 || location >= static_cast<int>(lists.size()))
+        return ZHardwareRenderer::kLocationNotFound;
+    try {
+        return change(lists[static_cast<size_t>(location)]);
+    } catch (const std::exception &) { // memory is short
+        return ZHardwareRenderer::kFailure;
+    }
+}
+
+/// Runs an operation of a back end.
+template <class Step>
+ZStatus withBackEnd(const ZString &backEnd, Step step) {
+    return devhost::guarded([&]() -> ZStatus {
+        if (!isBackEnd(backEnd))
+            return {ZStatus::kInvalidParameter, ("there is no such back end: " + backEnd).asChar()};
+        return step();
+    });
+}
+
+/// Nothing that scripts have set shows in what is drawn as long as it lives, and all of it is in
+/// force again behind. Coordinates go from 0 to 1 across the buffers.
+class PlainDrawing {
+  public:
+    explicit PlainDrawing(ZGLFunctionTable &gl)
+        : fGl(gl), fProgram(gl.glGetHandleARB(GL_PROGRAM_OBJECT_ARB)) {
+        if (fProgram)
+            gl.glUseProgramObjectARB(0);
+        gl.glPushAttrib(GL_ALL_ATTRIB_BITS);
+        for (const GLenum capability :
+             {GL_DEPTH_TEST, GL_STENCIL_TEST, GL_ALPHA_TEST, GL_BLEND, GL_CULL_FACE, GL_LIGHTING,
+              GL_FOG, GL_SCISSOR_TEST, GL_POLYGON_STIPPLE, GL_COLOR_LOGIC_OP, GL_VERTEX_PROGRAM_ARB,
+              GL_FRAGMENT_PROGRAM_ARB})
+            gl.glDisable(capability);
+        for (int unit = gl.numTexUnits(); unit-- > 0;) {
+            gl.glActiveTexture(GL_TEXTURE0 + static_cast<unsigned>(unit));
+            for (const GLenum kind :
+                 {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP})
+                gl.glDisable(kind);
+        }
+        gl.glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+        gl.glColorMask(true, true, true, true);
+        for (const GLenum mode : {GL_PROJECTION, GL_MODELVIEW}) {
+            gl.glMatrixMode(mode);
+            gl.glPushMatrix();
+            gl.glLoadIdentity();
+        }
+        gl.glOrtho(0, 1, 0, 1, -1, 1);
+    }
+    ~PlainDrawing() {
+        for (const GLenum mode : {GL_PROJECTION, GL_MODELVIEW}) {
+            fGl.glMatrixMode(mode);
+            fGl.glPopMatrix();
+        }
+        fGl.glPopAttrib();
+        if (fProgram)
+            fGl.glUseProgramObjectARB(fProgram);
+    }
+    PlainDrawing(const PlainDrawing &) = delete;
+
+  private:
+    ZGLFunctionTable &fGl;
+    ZGLhandleARB fProgram;
+};
+
+unsigned swatchSide(unsigned wanted) {
+    return wanted ? std::min(wanted, kLargestSwatchSize) : kDefaultSwatchSize;
+}
+
+} // namespace
+
+ZHardwareRenderer *ZHardwareRenderer::theRenderer() {
+    static ZHardwareRenderer renderer;
+    return &renderer;
+}
+
+ZString ZHardwareRenderer::backEndString() const {
+    return kBackEnd;
+}
+
+ZHardwareRenderer::DrawProcedureReturnCode
+ZHardwareRenderer::addDrawProcedure(ZString const &backEnd, ZDrawProcedureBase *procedure,
+                                    CallLocation location) {
+    return withList(backEnd, location, [&](devhost::DrawProcedureList &list) {
+        return list.insert(procedure, list.procedures().size());
+    });
+}
+
+ZHardwareRenderer::DrawProcedureReturnCode
+ZHardwareRenderer::removeDrawProcedure(ZString const &backEnd, ZDrawProcedureBase *procedure,
+                                       CallLocation location) {
+    return withList(backEnd, location,
+                    [&](devhost::DrawProcedureList &list) { return list.remove(procedure); });
+}
+
+ZHardwareRenderer::DrawProcedureReturnCode
+ZHardwareRenderer::insertDrawProcedure(ZString const &backEnd, ZDrawProcedureBase *procedure,
+                                       CallLocation location, unsigned int position,
+                                       bool insertAfter) {
+    return withList(backEnd, location, [&](devhost::DrawProcedureList &list) {
+        const bool isAtOne = position < list.procedures().size();
+        return list.insert(procedure, size_t{position} + (insertAfter && isAtOne));
+    });
+}
+
+ZHardwareRenderer::DrawProcedureReturnCode
+ZHardwareRenderer::getDrawProcedureCount(ZString const &backEnd, CallLocation location,
+                                         unsigned int &count) const {
+    return withList(backEnd, location, [&](devhost::DrawProcedureList &list) {
+        count = static_cast<unsigned>(list.procedures().size());
+        return kSuccess;
+    });
+}
+
+ZHardwareRenderer::DrawProcedureReturnCode
+ZHardwareRenderer::getDrawProcedureListNames(ZString const &backEnd, CallLocation location,
+                                             ZStringArray &names) const {
+    return withList(backEnd, location, [&](devhost::DrawProcedureList &list) {
+        names.clear();
+        for (const ZDrawProcedureBase *procedure : list.procedures())
+            names.append(procedure->name());
+        return kSuccess;
+    });
+}
+
+ZDrawProcedureBase *ZHardwareRenderer::findDrawProcedure(ZString const &backEnd,
+                                                         CallLocation location,
+                                                         ZString const &procedureName) const {
+    ZDrawProcedureBase *found = nullptr;
+    withList(backEnd, location, [&](devhost::DrawProcedureList &list) {
+        found = list.find(procedureName);
+        return kSuccess;
+    });
+    return found;
+}
+
+ZStatus ZHardwareRenderer::makeResourceContextCurrent(ZString const &backEnd) {
+    return withBackEnd(backEnd, [] {
+        auto &device = devhost::hardwareDevice();
+        ZStatus status = device.open();
+        if (!status.error())
+            device.push(DrawTarget::kNothing);
+        return status;
+    });
+}
+
+ZStatus ZHardwareRenderer::getBufferSize(ZString const &backEnd, unsigned int &width,
+                                         unsigned int &height) const {
+    return withBackEnd(backEnd, [&] {
+        const auto &frame = devhost::hardwareFrame();
+        const auto &settings = devhost::renderSession().settings;
+        width = frame.isDrawing ? frame.width : settings.width;
+        height = frame.isDrawing ? frame.height : settings.height;
+        return ZStatus();
+    });
+}
+
+ZStatus ZHardwareRenderer::getColorBufferPixelFormat(ZString const &backEnd,
+                                                     BufferPixelFormat &format) const {
+    return withBackEnd(backEnd, [&] {
+        format = kRGBA_Fix8;
+        return ZStatus();
+    });
+}
+
+ZStatus ZHardwareRenderer::getDepthBufferPixelFormat(ZString const &backEnd,
+                                                     BufferPixelFormat &format) const {
+    return withBackEnd(backEnd, [&] {
+        format = kDepth_Float32;
+        return ZStatus();
+    });
+}
+
+ZStatus ZHardwareRenderer::getCurrentExposureNumber(ZString const &backEnd,
+                                                    unsigned int &number) const {
+    return withBackEnd(backEnd, [&] {
+        number = devhost::hardwareFrame().exposure;
+        return ZStatus();
+    });
+}
+
+ZStatus ZHardwareRenderer::getTotalExposureCount(ZString const &backEnd,
+                                                 unsigned int &count) const {
+    return withBackEnd(backEnd, [&] {
+        count = devhost::hardwareFrame().exposureCount;
+        return ZStatus();
+    });
+}
+
+ZStatus ZHardwareRenderer::restoreCurrent(ZString const &backEnd) const {
+    return withBackEnd(backEnd, [] {
+        auto &device = devhost::hardwareDevice();
+        if (device.depth() && device.isOpen())
+            device.pop();
+        return ZStatus();
+    });
+}
+
+ZStatus ZHardwareRenderer::makeSwatchContextCurrent(ZString const &backEnd, unsigned int &width,
+                                                    unsigned int &height) {
+    return withBackEnd(backEnd, [&] {
+        auto &device = devhost::hardwareDevice();
+        const unsigned w = swatchSide(width), h = swatchSide(height);
+        ZStatus status = device.open();
+        if (!status.error())
+            status = device.resize(DrawTarget::kSwatch, w, h);
+        if (!status.error()) {
+            device.push(DrawTarget::kSwatch);
+            width = w;
+            height = h;
+        }
+        return status;
+    });
+}
+
+ZStatus ZHardwareRenderer::readSwatchContextPixels(ZString const &backEnd, ZImage &image) {
+    return withBackEnd(backEnd, [&]() -> ZStatus {
+        auto &device = devhost::hardwareDevice();
+        if (device.target() != DrawTarget::kSwatch || !device.isOpen())
+            return {ZStatus::kFailure, "the swatch context is not current"};
+        return device.buffers(DrawTarget::kSwatch).read(image);
+    });
+}
+
+ZGeometryData *ZHardwareRenderer::referenceDefaultGeometry(GeometricShape shape,
+                                                           unsigned int &numberOfData,
+                                                           unsigned int *&indices,
+                                                           unsigned int &numberOfIndices) {
+    devhost::GeometryReference reference;
+    devhost::guarded([&] { reference = devhost::referenceShape(shape); });
+    numberOfData = reference.dataCount;
+    indices = reference.indices;
+    numberOfIndices = reference.indexCount;
+    return reference.data;
+}
+
+ZStatus ZHardwareRenderer::dereferenceGeometry(ZGeometryData *data, unsigned int numberOfData) {
+    if (devhost::dereferenceShape(data, numberOfData))
+        return {};
+    return {ZStatus::kInvalidParameter, "this is no default geometry in use"};
+}
+
+void ZHardwareRenderer::getSwatchOrthoCameraSetting(double &left, double &right, double &bottom,
+                                                    double &top, double &nearPlane,
+                                                    double &farPlane) const {
+    left = bottom = -1.1;
+    right = top = 1.1;
+    nearPlane = -10;
+    farPlane = 10;
+}
+
+// A sphere of radius 1 that is 3 away spans 0.354 to each side of the axis at distance 1.
+void ZHardwareRenderer::getSwatchPerspectiveCameraSetting(double &left, double &right,
+                                                          double &bottom, double &top,
+                                                          double &nearPlane,
+                                                          double &farPlane) const {
+    left = bottom = -0.4;
+    right = top = 0.4;
+    nearPlane = 1;
+    farPlane = 10;
+}
+
+void ZHardwareRenderer::getSwatchPerspectiveCameraTranslation(float &x, float &y, float &z,
+                                                              float &w) const {
+    x = y = 0;
+    z = -3;
+    w = 1;
+}
+
+void ZHardwareRenderer::getSwatchLightDirection(float &x, float &y, float &z, float &w) const {
+    x = -1.0f / 3;
+    y = z = 2.0f / 3;
+    w = 0;
+}
+
+void ZHardwareRenderer::drawSwatchBackGroundQuads(ZColor const &color, bool textured,
+                                                  unsigned int numberOfRepeats) const {
+    if (!devhost::hardwareDevice().isOpen())
+        return;
+    ZGLFunctionTable &gl = *devhost::glFunctionTable();
+    const PlainDrawing scope(gl);
+    gl.glColor4f(color.r, color.g, color.b, color.a);
+    gl.glRectf(0, 0, 1, 1);
+    if (!textured)
+        return;
+    gl.glColor4f(color.r / 2, color.g / 2, color.b / 2, color.a);
+    const unsigned count = std::min(numberOfRepeats, kMostRepeats);
+    const auto edge = [&](unsigned i) { return static_cast<float>(i) / static_cast<float>(count); };
+    for (unsigned row = 0; row < count; ++row)
+        for (unsigned column = (row + 1) % 2; column < count; column += 2)
+            gl.glRectf(edge(column), edge(row), edge(column + 1), edge(row + 1));
+}
+
+ZGLFunctionTable *ZHardwareRenderer::glFunctionTable() const {
+    return devhost::glFunctionTable();
+}

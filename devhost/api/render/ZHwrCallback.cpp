@@ -1,0 +1,46 @@
+#include "host/render/ZHwrCallback.h"
+
+#include "devhost/session/CallbackRegistry.h"
+#include "devhost/session/DeviceCallbacks.h"
+
+namespace {
+
+auto &registry() {
+    return devhost::callbackRegistry<ZHwrCallback>();
+}
+
+} // namespace
+
+namespace devhost {
+
+void runDeviceNewCallbacks() {
+    registry().run("deviceNew", [](ZHwrCallback &callback) { callback.deviceNew(); });
+}
+void runDeviceLostCallbacks() {
+    registry().run("deviceLost", [](ZHwrCallback &callback) { callback.deviceLost(); });
+}
+void runDeviceResetCallbacks() {
+    registry().run("deviceReset", [](ZHwrCallback &callback) { callback.deviceReset(); });
+}
+void runDeviceDeletedCallbacks() {
+    registry().run("deviceDeleted", [](ZHwrCallback &callback) { callback.deviceDeleted(); });
+}
+
+} // namespace devhost
+
+ZHwrCallback::ZHwrCallback() = default;
+ZHwrCallback::~ZHwrCallback() {
+    removeCallback(this);
+}
+
+void ZHwrCallback::deviceNew() {}
+void ZHwrCallback::deviceLost() {}
+void ZHwrCallback::deviceReset() {}
+void ZHwrCallback::deviceDeleted() {}
+
+void ZHwrCallback::addCallback(ZHwrCallback *callback, int priority) {
+    registry().add(callback, priority);
+}
+void ZHwrCallback::removeCallback(ZHwrCallback *callback) {
+    registry().remove(callback);
+}

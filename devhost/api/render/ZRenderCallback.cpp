@@ -1,0 +1,64 @@
+#include "host/render/ZRenderCallback.h"
+
+#include "devhost/session/CallbackRegistry.h"
+#include "devhost/session/RenderCallbacks.h"
+
+namespace {
+
+auto &registry() {
+    return devhost::callbackRegistry<ZRenderCallback>();
+}
+
+} // namespace
+
+namespace devhost {
+
+void reportCallbackError(const char *callback, const char *what) {
+    auto &session = renderSession();
+    ++session.callbackErrors;
+    if (session.onCallbackError)
+        session.onCallbackError(callback, what);
+    else
+        std::fprintf(stderr, "%s failed: %s\n", callback, what);
+}
+
+bool hasRenderCallbacks() {
+    return !registry().isEmpty();
+}
+
+void runShadowCastCallbacks(const ZRenderShadowData &data) {
+    registry().run("shadowCastCallback",
+                   [&](ZRenderCallback &callback) { callback.shadowCastCallback(data); });
+}
+void runRenderCallbacks(const ZRenderData &data) {
+    registry().run("renderCallback",
+                   [&](ZRenderCallback &callback) { callback.renderCallback(data); });
+}
+void runPostProcessCallbacks(const ZRenderData &data) {
+    registry().run("postProcessCallback",
+                   [&](ZRenderCallback &callback) { callback.postProcessCallback(data); });
+}
+
+} // namespace devhost
+
+ZRenderCallback::ZRenderCallback() = default;
+ZRenderCallback::~ZRenderCallback() {
+    removeCallback(this);
+}
+
+bool ZRenderCallback::shadowCastCallback(ZRenderShadowData const &) {
+    return false;
+}
+bool ZRenderCallback::renderCallback(ZRenderData const &) {
+    return false;
+}
+bool ZRenderCallback::postProcessCallback(ZRenderData const &) {
+    return false;
+}
+
+void ZRenderCallback::addCallback(ZRenderCallback *callback, int priority) {
+    registry().add(callback, priority);
+}
+void ZRenderCallback::removeCallback(ZRenderCallback *callback) {
+    registry().remove(callback);
+}

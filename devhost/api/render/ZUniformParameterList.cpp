@@ -1,0 +1,5 @@
+#include "host/render/ZUniformParameterList.h"
+
+#define Element ZUniformParameter
+#define List ZUniformParameterList
+#include "devhost/api/render/ParameterListOperations.inc"

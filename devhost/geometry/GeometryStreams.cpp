@@ -1,0 +1,211 @@
+#include "devhost/geometry/GeometryStreams.h"
+#include "devhost/geometry/VertexFrames.h"
+
+#include <atomic>
+#include <tuple>
+
+namespace devhost {
+
+namespace {
+
+/// Everything that was made of meshes and is still in use.
+class StreamCache {
+  public:
+    using Key = std::tuple<const Mesh *, ZGeometryData::DataType, std::string, int>;
+
+    StreamHandle find(const Key &key) const {
+        const auto found = fStreams.find(key);
+        return found == fStreams.end() ? nullptr : found->second.lock();
+    }
+    void add(const Key &key, const StreamHandle &stream) {
+        // A stream keeps its mesh, so a key can go stale but cannot be met by another mesh's
+        // stream.
+        if (fStreams.size() > fSweepAt) {
+            std::erase_if(fStreams, [](const auto &entry) { return entry.second.expired(); });
+            fSweepAt = 2 * fStreams.size() + 64;
+        }
+        fStreams[key] = stream;
+    }
+
+  private:
+    std::map<Key, std::weak_ptr<GeometryStream>> fStreams;
+    size_t fSweepAt = 64;
+};
+
+/// Values of our own, with the mesh that they were made of.
+template <class T>
+struct Made {
+    MeshHandle mesh;
+    std::vector<T> values;
+};
+
+template <class T>
+constexpr ZGeometryData::ElementType elementType() {
+    return std::is_same_v<T, float> ? ZGeometryData::kFloat : ZGeometryData::kUnsignedInt32;
+}
+
+template <class T>
+StreamHandle streamOf(const std::vector<T> &values, std::shared_ptr<const void> keeper, int size) {
+    auto stream = std::make_shared<GeometryStream>();
+    stream->elementType = elementType<T>();
+    stream->elementSize = size;
+    stream->elementCount = unsigned(values.size() / size);
+    stream->data = const_cast<T *>(values.data());
+    stream->keeper = std::move(keeper);
+    return stream;
+}
+
+template <class T>
+StreamHandle madeStream(const MeshHandle &mesh, std::vector<T> values, int size) {
+    auto made = std::make_shared<const Made<T>>(Made<T>{mesh, std::move(values)});
+    return streamOf(made->values, made, size);
+}
+
+/// Three values for each vertex as two, three or four; `fourth` gives the last for a vertex.
+template <class Fourth>
+std::vector<float> resized(const std::vector<float> &threes, int size, Fourth fourth) {
+    std::vector<float> values;
+    values.reserve(threes.size() / 3 * size);
+    for (size_t i = 0; i < threes.size() / 3; ++i)
+        for (int k = 0; k < size; ++k)
+            values.push_back(k < 3 ? threes[i * 3 + k] : fourth(i));
+    return values;
+}
+
+StreamHandle resizedStream(const MeshHandle &mesh, const std::vector<float> &threes, int size,
+                           float fourth) {
+    return size == 3
+               ? streamOf(threes, mesh, size)
+               : madeStream(mesh, resized(threes, size, [=](size_t) { return fourth; }), size);
+}
+
+std::vector<unsigned> faceOffsets(const Mesh &mesh) {
+    std::vector<unsigned> offsets(mesh.triangleCount() + 1);
+    for (size_t i = 0; i < offsets.size(); ++i)
+        offsets[i] = unsigned(i * 3);
+    return offsets;
+}
+
+StreamHandle makeStream(const MeshHandle &mesh, const GeometryRequirementList::Key &key, int size) {
+    const auto &[type, name] = key;
+    const bool isUvSet = !mesh->uvs.empty() && (name.empty() || name == kUvSet);
+    switch (type) {
+    case ZGeometryData::kPosition:
+        return resizedStream(mesh, mesh->positions, size, 1);
+    case ZGeometryData::kNormal:
+        return resizedStream(mesh, mesh->normals, size, 0);
+    case ZGeometryData::kTexCoord:
+        return isUvSet ? streamOf(mesh->uvs, mesh, 2) : nullptr;
+    case ZGeometryData::kTangent: {
+        if (!isUvSet)
+            return nullptr;
+        const VertexFrames frames = makeVertexFrames(*mesh);
+        const auto hand = [&](size_t i) { return frames.hands[i]; };
+        return madeStream(mesh, resized(frames.tangents, size, hand), size);
+    }
+    case ZGeometryData::kBiNormal:
+        return isUvSet ? madeStream(mesh,
+                                    resized(makeVertexFrames(*mesh).binormals, size,
+                                            [](size_t) { return 0.0f; }),
+                                    size)
+                       : nullptr;
+    case ZGeometryData::kUserData:
+        if (name == kComponentIds)
+            return madeStream(mesh, numberPoints(*mesh), 1);
+        return name == kFaceOffsets ? madeStream(mesh, faceOffsets(*mesh), 1) : nullptr;
+    default:
+        return nullptr; // meshes have no colours
+    }
+}
+
+/// The name that a stream goes by: an empty name of a set stands for the first set.
+std::string streamName(const GeometryRequirementList::Key &key) {
+    const auto &[type, name] = key;
+    if (type == ZGeometryData::kPosition)
+        return "position";
+    if (type == ZGeometryData::kNormal)
+        return "normal";
+    return name.empty() ? kUvSet : name;
+}
+
+StreamCache &cache() {
+    // Never destroyed: scripts may drop their last handles after the process began to end.
+    static auto *const streams = new StreamCache;
+    return *streams;
+}
+
+/// The stream in use, else a new one of `make`; null when that makes none.
+template <class Make>
+StreamHandle shared(const StreamCache::Key &key, Make make) {
+    if (StreamHandle known = cache().find(key))
+        return known;
+    StreamHandle stream = make();
+    if (stream) {
+        stream->id = nextStreamId();
+        stream->type = std::get<ZGeometryData::DataType>(key);
+        stream->name = std::get<std::string>(key);
+        cache().add(key, stream);
+    }
+    return stream;
+}
+
+/// Null when the mesh has no such stream.
+StreamHandle vertexStream(const MeshHandle &mesh, const GeometryRequirementList::Key &key,
+                          int size) {
+    return shared({mesh.get(), key.first, streamName(key), size},
+                  [&] { return makeStream(mesh, key, size); });
+}
+
+StreamHandle indexStream(const MeshHandle &mesh) {
+    return shared({mesh.get(), ZGeometryData::kInvalidDataType, "", 1},
+                  [&] { return streamOf(mesh->triangles, mesh, 1); });
+}
+
+} // namespace
+
+int nextStreamId() {
+    static std::atomic<int> last = 0;
+    return ++last;
+}
+
+void GeometryRequirementList::addAll() {
+    add(ZGeometryData::kPosition, "", 3);
+    add(ZGeometryData::kNormal, "", 3);
+    add(ZGeometryData::kTexCoord, "", 2);
+    add(ZGeometryData::kTangent, "", 3);
+    add(ZGeometryData::kBiNormal, "", 3);
+    add(ZGeometryData::kUserData, kComponentIds, 1);
+    add(ZGeometryData::kUserData, kFaceOffsets, 1);
+}
+
+NodeId meshNode(const ZDagPath &path) {
+    const Scene &all = scene();
+    const NodeId id = all.id(path.node());
+    const Node *node = all.node(id);
+    if (!node || node->mesh())
+        return node ? id : kNoNode;
+    for (const NodeId child : node->children)
+        if (all.node(child)->mesh())
+            return child;
+    return kNoNode;
+}
+
+MeshHandle meshOfNode(NodeId id) {
+    const Node *node = scene().node(id);
+    const auto *held = node ? std::get_if<MeshHandle>(&node->payload) : nullptr;
+    return held ? *held : nullptr;
+}
+
+std::shared_ptr<const GeometryStreams> makeGeometry(const MeshHandle &mesh,
+                                                    const GeometryRequirementList &requirements) {
+    auto geometry = std::make_shared<GeometryStreams>();
+    if (!mesh)
+        return geometry;
+    for (const auto &[key, size] : requirements)
+        if (StreamHandle stream = vertexStream(mesh, key, size))
+            geometry->streams.push_back(std::move(stream));
+    geometry->primitives.emplace_back(indexStream(mesh), ZGeometryPrimitive::kTriangles);
+    return geometry;
+}
+
+} // namespace devhost

@@ -1,0 +1,52 @@
+// The device that the hardware renderer draws with: the host's OpenGL context and buffers in it.
+#pragma once
+
+#include <vector>
+
+#include "devhost/gl/DrawBuffers.h"
+
+namespace devhost {
+
+/// What drawing goes to.
+enum class DrawTarget { kNothing, kFrame, kSwatch };
+
+class HardwareDevice {
+  public:
+    /// Makes the device on first use, which the device callbacks are told, and makes its context
+    /// current in this thread. Fails, saying why, when there is no OpenGL.
+    ZStatus open();
+    /// True when there is a device; its context is then current in this thread.
+    bool isOpen();
+    /// Deletes the device with its buffers, which the device callbacks are told.
+    void close();
+
+    DrawBuffers &buffers(DrawTarget target) {
+        return target == DrawTarget::kFrame ? fFrame : fSwatch;
+    }
+    /// Gives the buffers of a target their size. When they lose their old ones the device callbacks
+    /// are told.
+    ZStatus resize(DrawTarget target, unsigned width, unsigned height);
+
+    /// Directs drawing to a target until it is undone.
+    void push(DrawTarget target);
+    /// Undoes the last push that was not undone; does nothing when there is none.
+    void pop();
+    size_t depth() const { return fUses.size(); }
+    /// The target of the last push that was not undone.
+    DrawTarget target() const { return fUses.empty() ? DrawTarget::kNothing : fUses.back().target; }
+
+  private:
+    struct Use {
+        DrawTarget target;
+        int framebuffer, viewport[4]; // what was in use before
+    };
+
+    bool fIsOpen = false;
+    DrawBuffers fFrame, fSwatch;
+    std::vector<Use> fUses;
+};
+
+/// The device of this process; it belongs to the thread that draws.
+HardwareDevice &hardwareDevice();
+
+} // namespace devhost

@@ -1,0 +1,87 @@
+#include "devhost/gl/HardwareRendering.h"
+
+#include "devhost/util/Guarded.h"
+#include "devhost/gl/DrawProcedures.h"
+#include "devhost/gl/HardwareDevice.h"
+#include "devhost/gl/HardwareFrame.h"
+#include "devhost/session/RenderSession.h"
+
+namespace devhost {
+namespace {
+
+/// The frame is being drawn as long as it lives, and drawing goes to its buffers where there are.
+class FrameScope {
+  public:
+    FrameScope(const HardwareFrame &frame, bool hasBuffers)
+        : fHasBuffers(hasBuffers), fDepth(hardwareDevice().depth()) {
+        hardwareFrame() = frame;
+        if (!hasBuffers)
+            return;
+        hardwareDevice().buffers(DrawTarget::kFrame).clear();
+        hardwareDevice().push(DrawTarget::kFrame);
+    }
+    ~FrameScope() {
+        // A procedure may have left other targets in use.
+        if (fHasBuffers && hardwareDevice().isOpen())
+            while (hardwareDevice().depth() > fDepth)
+                hardwareDevice().pop();
+        hardwareFrame() = {};
+    }
+    FrameScope(const FrameScope &) = delete;
+
+  private:
+    bool fHasBuffers;
+    size_t fDepth;
+};
+
+void execute(ZHardwareRenderer::CallLocation location) {
+    drawProcedureLists()[location].execute();
+}
+
+} // namespace
+
+HardwareFrame &hardwareFrame() {
+    static HardwareFrame frame;
+    return frame;
+}
+
+ZStatus drawHardwareFrame(unsigned exposures, const std::function<void(unsigned)> &expose) {
+    const auto &settings = renderSession().settings;
+    if (hardwareFrame().isDrawing)
+        return {ZStatus::kFailure, "a frame is being drawn already"};
+    if (!exposures || !settings.width || !settings.height)
+        return {ZStatus::kInvalidParameter, "the frame has no exposures or no size"};
+    return guarded([&]() -> ZStatus {
+        HardwareDevice &device = hardwareDevice();
+        const HardwareFrame frame{true, settings.width, settings.height, 0, exposures};
+        const bool hasBuffers = !device.open().error();
+        if (hasBuffers)
+            if (const ZStatus status = device.resize(DrawTarget::kFrame, frame.width, frame.height);
+                status.error())
+                return status;
+        const FrameScope scope(frame, hasBuffers);
+        execute(ZHardwareRenderer::kPreRendering);
+        for (unsigned i = 0; i < exposures; ++i) {
+            hardwareFrame().exposure = i;
+            execute(ZHardwareRenderer::kPreExposure);
+            if (expose)
+                expose(i);
+            execute(ZHardwareRenderer::kPostExposure);
+        }
+        execute(ZHardwareRenderer::kPostRendering);
+        return {};
+    });
+}
+
+ZStatus readHardwareFrame(ZImage &image) {
+    HardwareDevice &device = hardwareDevice();
+    if (!device.isOpen() || !device.buffers(DrawTarget::kFrame).exist())
+        return {ZStatus::kFailure, "no frame was drawn"};
+    return device.buffers(DrawTarget::kFrame).read(image);
+}
+
+void closeHardwareDevice() {
+    hardwareDevice().close();
+}
+
+} // namespace devhost

@@ -1,0 +1,180 @@
+// Diffuse and glossy shading with shadows, reflections and see-through surfaces.
+#include "devhost/raytrace/Shading.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "devhost/image/TextureImage.h"
+
+namespace devhost {
+
+namespace {
+
+// Between two mirrors a ray would go on for ever; what comes after this many is too faint to see.
+constexpr int kDeepest = 16;
+
+ZFloatVector multiply(const ZFloatVector &a, const ZFloatVector &b) {
+    return ZFloatVector(a.x * b.x, a.y * b.y, a.z * b.z);
+}
+
+ZFloatVector fromRow(const ZMatrix &matrix, int row) {
+    return ZFloatVector(float(matrix[row][0]), float(matrix[row][1]), float(matrix[row][2]));
+}
+
+/// The meshes that are not chosen, by node; empty when all are.
+std::vector<bool> meshesOutside(const Scene &scene, const NodeChoice &choice) {
+    std::vector<bool> result;
+    if (choice.except && choice.nodes.empty())
+        return result;
+    for (NodeId id : scene.meshes())
+        if (!scene.isChosen(id, choice)) {
+            result.resize(std::max(result.size(), size_t(id) + 1));
+            result[size_t(id)] = true;
+        }
+    return result;
+}
+
+} // namespace
+
+float WorldLight::attenuation(const ZFloatVector &point) const {
+    if (light.kind == Light::kAmbient || light.kind == Light::kDirectional)
+        return 1;
+    const ZFloatVector way = point - position;
+    const float distance = way.length();
+    if (distance == 0)
+        return 1; // at the light itself, where decay has no bound
+    float share = float(std::pow(double(distance), -light.decay));
+    if (light.kind == Light::kSpot) {
+        const double angle = std::acos(std::clamp(double(way * direction) / distance, -1.0, 1.0));
+        const double fade = light.outerCone - light.innerCone;
+        if (angle >= light.outerCone)
+            share = 0;
+        else if (angle > light.innerCone && fade > 0)
+            share *= float((light.outerCone - angle) / fade);
+    }
+    return share;
+}
+
+ZFloatVector WorldLight::towards(const ZFloatVector &point, float &distance) const {
+    distance = std::numeric_limits<float>::infinity();
+    if (light.kind == Light::kAmbient || light.kind == Light::kDirectional)
+        return -direction;
+    const ZFloatVector way = position - point;
+    distance = way.length();
+    return way.normal();
+}
+
+std::vector<WorldLight> worldLights(const Scene &scene, bool defaultLight) {
+    std::vector<WorldLight> result;
+    for (NodeId id : scene.lights()) {
+        const Light &light = *scene.node(id)->light();
+        if (!scene.isRendered(id) || (light.isDefault && !defaultLight))
+            continue;
+        const ZMatrix world = scene.worldMatrix(id);
+        result.push_back({light, fromRow(world, 3), -fromRow(world, 2).normal(),
+                          meshesOutside(scene, light.illuminated),
+                          meshesOutside(scene, light.shadowCasters)});
+    }
+    return result;
+}
+
+Shader::Shader(const Scene &scene, const RayTracer &tracer, bool castShadows, bool defaultLight)
+    : fScene(scene), fTracer(tracer), fCastShadows(castShadows),
+      fLights(worldLights(scene, defaultLight)) {
+    for (NodeId id : scene.materials()) {
+        const NodeId texture = scene.node(id)->material()->texture;
+        std::shared_ptr<const Pixels> pixels;
+        if (scene.node(texture) && texturePixels(texture, pixels, scene))
+            fTextures[texture] = pixels; // one that cannot be read leaves the plain colour
+    }
+}
+
+const Material &Shader::materialOf(NodeId id) const {
+    static const Material grey;
+    const Node *node = fScene.node(id);
+    return node && node->material() ? *node->material() : grey;
+}
+
+ZFloatVector Shader::diffuseColor(const Material &material, const float uv[2]) const {
+    const ZFloatVector plain(material.diffuse);
+    const auto texture = fTextures.find(material.texture);
+    if (texture == fTextures.end())
+        return plain;
+    double rgba[4];
+    sampleImage(*texture->second, uv[0], uv[1], rgba);
+    return multiply(plain, ZFloatVector(float(rgba[0]), float(rgba[1]), float(rgba[2])));
+}
+
+bool Shader::shadowed(const WorldLight &light, const ZFloatVector &point,
+                      const ZFloatVector &normal) const {
+    float distance;
+    const ZFloatVector way = light.towards(point, distance);
+    const float offset = fTracer.offset(point);
+    const ZFloatVector origin = point + normal * (way * normal < 0 ? -offset : offset);
+    return fTracer.occluded(origin, way, distance - 2 * offset, light.passThrough());
+}
+
+ZFloatVector Shader::surface(const Material &material, const SurfacePoint &at) const {
+    const ZFloatVector diffuse = diffuseColor(material, at.uv);
+    const ZFloatVector specular(material.specular);
+    ZFloatVector result(material.emission);
+    for (const WorldLight &light : fLights) {
+        if (!light.lights(at.mesh))
+            continue;
+        const ZFloatVector color = ZFloatVector(light.light.color) * float(light.light.intensity);
+        if (light.light.kind == Light::kAmbient) {
+            result += multiply(diffuse, color);
+            continue;
+        }
+        float distance;
+        const ZFloatVector way = light.towards(at.point, distance);
+        const float facing = way * at.normal;
+        const float share = facing > 0 ? light.attenuation(at.point) : 0;
+        if (share <= 0 || (fCastShadows && shadowed(light, at.point, at.normal)))
+            continue;
+        const ZFloatVector halfway = (way - at.viewDirection).normal();
+        const float glint =
+            float(std::pow(std::max(halfway * at.normal, 0.0f), material.shininess));
+        result += multiply(color, diffuse + specular * glint) * (facing * share);
+    }
+    return result;
+}
+
+ZFloatVector Shader::trace(const ZFloatVector &origin, const ZFloatVector &direction, int depth,
+                           Hit *first) const {
+    Hit hit;
+    const bool found = fTracer.intersect(origin, direction, hit);
+    if (first)
+        *first = hit;
+    if (!found)
+        return ZFloatVector();
+    const Material &material = materialOf(hit.material);
+    // Surfaces show both sides.
+    const ZFloatVector unit = direction.normal();
+    const bool inside = hit.geometricNormal * unit > 0;
+    SurfacePoint at;
+    at.point = hit.point;
+    at.normal = inside ? -hit.normal : hit.normal;
+    at.viewDirection = unit;
+    std::copy_n(hit.uv, 2, at.uv);
+    at.mesh = hit.mesh;
+    ZFloatVector result = surface(material, at);
+    if (depth <= 0)
+        return result;
+    const int depthLeft = std::min(depth, kDeepest) - 1;
+
+    const float offset = fTracer.offset(hit.point);
+    const ZFloatVector flat = inside ? -hit.geometricNormal : hit.geometricNormal;
+    const ZFloatVector mirrored(material.reflectivity);
+    if (mirrored.x > 0 || mirrored.y > 0 || mirrored.z > 0) {
+        const ZFloatVector away = unit - at.normal * (2 * (unit * at.normal));
+        result += multiply(mirrored, trace(hit.point + flat * offset, away, depthLeft));
+    }
+    const float opacity = float(std::clamp(material.opacity, 0.0, 1.0));
+    if (opacity < 1)
+        result =
+            result * opacity + trace(hit.point - flat * offset, unit, depthLeft) * (1 - opacity);
+    return result;
+}
+
+} // namespace devhost

@@ -1,5 +1,0 @@
-#include "host/render/ZVaryingParameterList.h"
-
-#define Element ZVaryingParameter
-#define List ZVaryingParameterList
-#include "devhost/render/ParameterListOperations.inc"

@@ -1,0 +1,19 @@
+#include "devhost/session/RenderSession.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace devhost {
+
+RenderSession &renderSession() {
+    // Never destroyed: callbacks may still be unregistered while the process exits.
+    static auto *const session = new RenderSession;
+    return *session;
+}
+
+unsigned renderThreads() {
+    const unsigned wanted = renderSession().threads;
+    return wanted ? wanted : std::max(1u, std::thread::hardware_concurrency());
+}
+
+} // namespace devhost

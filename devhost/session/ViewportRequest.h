@@ -1,0 +1,27 @@
+// One drawing of a viewport: all that a renderer is told, and the image that it makes.
+#pragma once
+
+#include "devhost/gl/GlTarget.h"
+#include "devhost/session/Viewport.h"
+#include "host/render/ZRenderingInfo.h"
+
+#include <memory>
+
+namespace devhost {
+
+struct ViewportRequest {
+    ViewportRequest() = default;
+    ViewportRequest(const ViewportRequest &) = delete;
+
+    ViewportImage image;
+    ZViewportRenderer::RenderingAPI api = ZViewportRenderer::kSoftware;
+    float version = 1;
+    ZDagPath camera;
+    ZMatrix view, projection;
+    /// What OpenGL draws into, where it is what is drawn with; it then holds the image.
+    std::unique_ptr<GlTarget> gl;
+    ZRenderTarget target{*this};
+    ZRenderingInfo info{*this};
+};
+
+} // namespace devhost

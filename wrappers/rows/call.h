@@ -1,0 +1,375 @@
+#pragma once
+
+// The work behind every wrapper, one instance per signature: receive the arguments, convert them
+// from left to right, call the host once, convert the result, look at the hidden status. A wrapper
+// itself is only a thin function that names its description and its target.
+
+#include "wrappers/rows/argument.h"
+#include "wrappers/rows/result.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <new>
+#include <utility>
+
+template <class T>
+inline constexpr bool is_hidden_status = std::is_same_v<T, ZStatus *>;
+
+/// Parameters that Python sees.
+template <class... A>
+inline constexpr int parameter_count = (0 + ... + !is_hidden_status<A>);
+
+/// A list of types.
+template <class... A>
+struct Pack {};
+
+template <class T>
+constexpr Probe probe_of() {
+    if constexpr (is_hidden_status<T>)
+        return nullptr;
+    else
+        return &Argument<T>::probe;
+}
+
+template <class Parameters>
+inline constexpr Probe probes_of[] = {nullptr};
+template <class... A>
+inline constexpr Probe probes_of<Pack<A...>>[] = {probe_of<A>()..., nullptr};
+
+/// Reads one argument into its cell, or takes its default where it is absent. Wrappers with the
+/// same type of parameter share this, and may read what is usual themselves.
+template <class T>
+bool read_cell(void *cell, const Function &function, PyObject *object, int index) {
+    auto &argument = *static_cast<Argument<T> *>(cell);
+    if (!object) {
+        argument.use_default(function.default_of(index));
+        return true;
+    }
+    const int code = argument.read(object, index + 1);
+    return code >= 0 || raise_argument(function, index + 1, code);
+}
+
+template <class T>
+constexpr Reader reader_of() {
+    if constexpr (is_hidden_status<T>)
+        return nullptr;
+    else
+        return &read_cell<T>;
+}
+template <class... A>
+inline constexpr Reader readers_of[] = {reader_of<A>()...};
+
+template <class T>
+inline constexpr bool has_usual = requires(Argument<T> argument, PyObject *object) {
+    argument.read_usual(object);
+};
+
+/// Most parameters of a wrapper that reads the usual objects itself. Longer ones are rarer, and
+/// spend their time in the host.
+inline constexpr int kMaxUsualParameters = 6;
+
+/// True for wrappers with a way of their own for the usual objects.
+template <class... A>
+inline constexpr bool reads_usual = parameter_count<A...> <= kMaxUsualParameters &&
+                                    (... && (is_hidden_status<A> || has_usual<A>));
+
+/// Size of the cells that hold any of these arguments.
+template <class... A>
+inline constexpr size_t cell_size = std::max({size_t{8},
+                                              is_hidden_status<A> ? 0 : sizeof(Argument<A>)...});
+
+/// An argument with room behind it.
+template <class T, size_t size>
+union Cell {
+    Argument<T> argument;
+    std::byte room[size];
+    Cell() { new (&argument) Argument<T>; }
+    ~Cell() { std::destroy_at(&argument); }
+};
+
+/// The arguments of one call, in cells of equal size for the loop that reads them.
+template <size_t size, class... A>
+struct Cells {};
+template <size_t size, class First, class... Rest>
+struct Cells<size, First, Rest...> {
+    Cell<First, size> first;
+    [[no_unique_address]] Cells<size, Rest...> rest;
+};
+template <int index>
+[[gnu::always_inline]] inline auto &cell_at(auto &cells) {
+    if constexpr (index == 0)
+        return cells.first.argument;
+    else
+        return cell_at<index - 1>(cells.rest);
+}
+
+/// True when the object is of the kind that the argument usually gets, and was read.
+template <class T>
+[[gnu::always_inline]] inline bool read_usual(Argument<T> &argument, PyObject *arguments,
+                                              int index) {
+    if constexpr (is_hidden_status<T>)
+        return true;
+    else
+        return argument.read_usual(PyTuple_GET_ITEM(arguments, index));
+}
+
+/// Reads all arguments into their cells: false with an exception set. The usual objects, all of
+/// them, are read on the spot; anything else goes from the start through the shared loop.
+template <int flags, class... A, size_t size, int... i>
+[[gnu::always_inline]] inline bool read_cells(const Function &function, PyObject *arguments,
+                                              Cells<size, A...> &cells,
+                                              std::integer_sequence<int, i...>) {
+    if constexpr (flags == METH_NOARGS) {
+        return !arguments || argument_count(function, arguments) == 0;
+    } else if constexpr (flags == METH_O) {
+        if (!arguments)
+            return false;
+        if constexpr (reads_usual<A...>)
+            if (cells.first.argument.read_usual(arguments)) [[likely]]
+                return true;
+        return readers_of<A...>[0](&cells, function, arguments, 0);
+    } else {
+        if constexpr (reads_usual<A...>)
+            if (arguments && PyTuple_Check(arguments) &&
+                PyTuple_GET_SIZE(arguments) == parameter_count<A...> &&
+                (read_usual<A>(cell_at<i>(cells), arguments, i) && ...)) [[likely]]
+                return true;
+        return read_arguments(function, arguments, readers_of<A...>, &cells, size);
+    }
+}
+
+/// The status after the call. The result was made before the host's verdict is looked at; where
+/// the host reports failure it is abandoned as it is.
+template <class T>
+bool report_status(Argument<T> &argument) {
+    if constexpr (is_hidden_status<T>) {
+        if (argument.value.error()) {
+            raise_status(argument.value);
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Converts the arguments to A... and hands them to `invoke`, which makes the result object.
+template <int flags, class... A, class Invoke>
+[[gnu::always_inline]] inline PyObject *with_arguments(const Function &function,
+                                                       PyObject *arguments, Invoke invoke) {
+    return [&]<int... i>(std::integer_sequence<int, i...> indices)->PyObject * {
+        Cells<cell_size<A...>, A...> cells;
+        if (!read_cells<flags>(function, arguments, cells, indices))
+            return nullptr;
+        PyObject *result = invoke(cell_at<i>(cells)...);
+        return (report_status<A>(cell_at<i>(cells)) && ...) ? result : nullptr;
+    }
+    (std::make_integer_sequence<int, sizeof...(A)>());
+}
+
+template <class R, class Call>
+PyObject *result_of(Call call) {
+    if constexpr (std::is_void_v<R>) {
+        call();
+        Py_RETURN_NONE;
+    } else {
+        return to_python<R>(call());
+    }
+}
+
+/// The defaults of a row's last parameters.
+consteval auto defaults_of(auto... values) {
+    return std::array<signed char, sizeof...(values)>{static_cast<signed char>(values)...};
+}
+
+/// A description. The parameters are those that Python sees, the object first, and the hidden
+/// status; a case of an overloaded function has probes.
+template <class... A, class Probes = std::nullptr_t, size_t default_count = 0>
+consteval auto describe(Pack<A...>, Kind kind, const char *name, const char *declaration,
+                        size_t owner_size, PyCFunction native,
+                        [[maybe_unused]] Probes probes = nullptr,
+                        [[maybe_unused]] std::array<signed char, default_count> defaults = {}) {
+    constexpr int count = parameter_count<A...>;
+    static_assert(count <= kMaxParameters && default_count <= kMaxDefaults);
+    constexpr bool is_plain = std::is_null_pointer_v<Probes> && default_count == 0;
+    std::conditional_t<is_plain, Function, DetailedFunction> function{};
+    function.name = name;
+    function.declaration = declaration;
+    function.native = native;
+    function.kind = kind;
+    function.owner_size = static_cast<unsigned char>(owner_size);
+    function.max = count;
+    function.min = count - default_count;
+    function.flags = count == 0                         ? METH_NOARGS
+                     : count == 1 && default_count == 0 ? METH_O
+                                                        : METH_VARARGS;
+    if constexpr (!is_plain) {
+        function.probes = probes;
+        std::ranges::copy(defaults, function.defaults);
+    }
+    return function;
+}
+
+template <class Signature>
+struct Static;
+
+/// A static host operation.
+template <class R, class... A>
+struct Static<R(A...)> {
+    using Parameters = Pack<A...>;
+    template <int flags>
+    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
+                                            R (*target)(A...)) {
+        return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
+            return result_of<R>([&]() -> R { return target(values.get()...); });
+        });
+    }
+};
+
+/// An operation on an object.
+template <class Object, class Target, class R, class... A>
+struct MethodCall {
+    using Parameters = Pack<Object *, A...>;
+    template <int flags>
+    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
+                                            Target target) {
+        return with_arguments<flags, Object *, A...>(
+            function, arguments, [=](Argument<Object *> &self, Argument<A> &...values) {
+                return result_of<R>([&]() -> R { return (self.get()->*target)(values.get()...); });
+            });
+    }
+};
+
+template <class Object, class Signature>
+struct Method;
+template <class Object, class R, class... A>
+struct Method<Object, R(A...)>
+    : MethodCall<Object, Native<R> (Object::*)(Native<A>...), Native<R>, A...> {};
+template <class Object, class R, class... A>
+struct Method<Object, R(A...) const>
+    : MethodCall<Object, Native<R> (Object::*)(Native<A>...) const, Native<R>, A...> {};
+
+/// True when an extension has to be given up: unlike a host operation it is not called without its
+/// text.
+template <class... A>
+bool lacks_text() {
+    constexpr bool has_text = (false || ... || std::is_same_v<std::remove_cvref_t<A>, ZString>);
+    return has_text && PyErr_Occurred();
+}
+
+/// Calls code of the binding's own, which raises MemoryError where it finds no memory. What the
+/// host throws is the host's affair and passes.
+template <class Call>
+PyObject *call_extension(Call call) {
+    try {
+        return call();
+    } catch (const std::bad_alloc &) {
+        return PyErr_NoMemory();
+    }
+}
+
+/// A free function that acts on an object. Its result is the declared one, or a finished Python
+/// object.
+template <class Object, class Signature>
+struct Extension;
+template <class Object, class R, class... A>
+struct Extension<Object, R(A...)> {
+    using Parameters = Pack<Embedded<Object>, A...>;
+    template <int flags, class Result = R>
+    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
+                                            Result (*target)(Object &, A...)) {
+        static_assert(std::is_same_v<Result, R> || std::is_same_v<Result, PyObject *>);
+        return with_arguments<flags, Embedded<Object>, A...>(
+            function, arguments, [=](Argument<Embedded<Object>> &self, Argument<A> &...values) {
+                return lacks_text<A...>() ? nullptr : call_extension([&] {
+                    return result_of<Result>(
+                        [&]() -> Result { return target(self.get(), values.get()...); });
+                });
+            });
+    }
+};
+template <class Object, class R, class... A>
+struct Extension<Object, R(A...) const> : Extension<Object, R(A...)> {};
+
+template <class Signature>
+struct Constructor;
+
+/// A host constructor. The result is bare: the proxy's initialiser attaches it to the instance.
+template <class Object, class... A>
+struct Constructor<Object(A...)> {
+    using Parameters = Pack<A...>;
+    template <int flags>
+    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments) {
+        return with_arguments<flags, A...>(function, arguments, [](Argument<A> &...values) {
+            return owned(new (std::nothrow) Object(values.get()...), kConstructed);
+        });
+    }
+    /// With a function that makes the pointer object.
+    template <int flags>
+    [[gnu::noinline]] static PyObject *make(const Function &function, PyObject *arguments,
+                                            PyObject *(*maker)(A...)) {
+        return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
+            return lacks_text<A...>() ? nullptr
+                                      : call_extension([&] { return maker(values.get()...); });
+        });
+    }
+};
+
+/// Deletes a native object whose pointer object gives up its ownership; None deletes nothing.
+template <class Object>
+PyObject *destroy(const Function &function, PyObject *argument) {
+    return with_arguments<METH_O, Given<Object *>>(function, argument,
+                                                   [](Argument<Given<Object *>> &object) {
+                                                       delete object.get();
+                                                       Py_RETURN_NONE;
+                                                   });
+}
+
+/// A public data member. Numbers are stored and returned as numbers; an embedded object is copied
+/// in and returned as a borrowed pointer to the member itself; a typed pointer is taken over.
+template <class Object, class Field>
+struct Member {
+    static constexpr bool is_object = std::is_class_v<Field>;
+    static constexpr bool is_typed_pointer =
+        std::is_pointer_v<Field> && !std::is_void_v<std::remove_pointer_t<Field>>;
+    using Value = std::conditional_t<is_object, Embedded<Field>,
+                                     std::conditional_t<is_typed_pointer, Given<Field>, Field>>;
+    using Result = std::conditional_t<is_object, Field &, Field>;
+    using SetParameters = Pack<Object *, Value>;
+
+    [[gnu::noinline]] static PyObject *set(const Function &function, PyObject *arguments,
+                                           Field Object::*field) {
+        return with_arguments<METH_VARARGS, Object *, Value>(
+            function, arguments, [=](Argument<Object *> &self, Argument<Value> &value) {
+                if (self.get())
+                    self.get()->*field = value.get();
+                Py_RETURN_NONE;
+            });
+    }
+    [[gnu::noinline]] static PyObject *get(const Function &function, PyObject *argument,
+                                           Field Object::*field) {
+        return with_arguments<METH_O, Object *>(function, argument, [=](Argument<Object *> &self) {
+            return result_of<Result>([&]() -> Result { return self.get()->*field; });
+        });
+    }
+};
+
+/// The description of the row in front of overloads.
+template <size_t count>
+consteval Dispatcher describe_dispatcher(const char *name, PyCFunction native,
+                                         const Function *const (&overloads)[count]) {
+    Dispatcher function{*overloads[0], overloads};
+    function.name = name;
+    function.declaration = "";
+    function.native = native;
+    function.is_dispatcher = true;
+    function.flags = METH_VARARGS;
+    return function;
+}
+
+/// The description of a function of the proxy protocol.
+consteval Function describe_proxy_row(Kind kind, const char *name, size_t owner_size,
+                                      PyCFunction native) {
+    Function function = describe(Pack<>(), kind, name, "", owner_size, native);
+    function.flags = METH_VARARGS;
+    return function;
+}

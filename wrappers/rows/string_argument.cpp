@@ -1,0 +1,30 @@
+// A class of its own file: it is the longest reader, and compiled for speed where the wrappers are
+// compiled for size.
+
+#include "wrappers/rows/argument.h"
+
+#include <new>
+
+/// Reads the usual text. The holder's care is for objects that scripts may take away meanwhile.
+static bool read_unicode(PyObject *object, Tstring &value) {
+    static_assert(sizeof(Py_UNICODE) == sizeof(wchar_t), "for an interpreter built with UCS4");
+    try {
+        value.set(reinterpret_cast<const wchar_t *>(PyUnicode_AS_UNICODE(object)),
+                  static_cast<unsigned>(PyUnicode_GET_SIZE(object)));
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+    return true;
+}
+
+static bool read_text(PyObject *object, Tstring &value) {
+    if (PyUnicode_Check(object) && TpythonLock::isHeld()) [[likely]]
+        return read_unicode(object, value);
+    return TpythonObjectWithLock<TpythonLock>(object).getValue(value);
+}
+
+int StringArgument::read(PyObject *object, int position) {
+    if (!read_text(object, value))
+        raise_expected_string(position);
+    return SWIG_OK;
+}
