@@ -8,6 +8,7 @@
 #include "host/render/ZRenderView.h"
 
 #include <Python.h>
+
 #include <cfloat>
 #include <climits>
 #include <new>

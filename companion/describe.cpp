@@ -4,9 +4,10 @@
 #include "runtime/type_registry.h"
 #include "wrappers/rows/module_tables.h"
 
+#include <nlohmann/json.hpp>
+
 #include <iostream>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <set>
 #include <string_view>
 #include <vector>

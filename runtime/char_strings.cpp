@@ -1,4 +1,5 @@
 #include "runtime/char_strings.h"
+
 #include "runtime/convert.h"
 
 #include <climits>

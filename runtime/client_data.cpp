@@ -1,4 +1,5 @@
 #include "runtime/client_data.h"
+
 #include "runtime/convert.h"
 
 #include <cstdlib>

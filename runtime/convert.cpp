@@ -1,4 +1,5 @@
 #include "runtime/convert.h"
+
 #include "runtime/client_data.h"
 #include "runtime/pending_error.h"
 #include "runtime/result_codes.h"

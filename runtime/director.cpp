@@ -1,4 +1,5 @@
 #include "runtime/director.h"
+
 #include "host/base/TpythonInterpreter.h"
 #include "runtime/object_holder.h"
 #include "runtime/result_codes.h"

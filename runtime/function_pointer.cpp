@@ -1,4 +1,5 @@
 #include "runtime/function_pointer.h"
+
 #include "runtime/convert.h"
 #include "runtime/hex.h"
 #include "runtime/result_codes.h"

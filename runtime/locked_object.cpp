@@ -5,10 +5,11 @@
 #include "runtime/object_holder.h"
 #include "runtime/pending_error.h"
 
+#include <strings.h>
+
 #include <cstring>
 #include <memory>
 #include <new>
-#include <strings.h>
 
 using Holder = TpythonObjectWithLock<TpythonLock>;
 
@@ -72,14 +73,14 @@ bool copy_text(PyObject *text, Tstring &out) {
 
 template <>
 bool Holder::getValue(Tstring &out) const {
-    if (!fObject || fObject == Py_None)
+    if (!object_ || object_ == Py_None)
         return false;
     // One lock for the whole read: it is all that makes the shared conversion buffer safe.
     TpythonLock lock(kPythonLock);
-    if (PyUnicode_Check(fObject)) // no script runs meanwhile, so the holder's reference is enough
-        return copy_text(fObject, out);
-    Py_INCREF(fObject);
-    const swig::SwigPtr_PyObject object(fObject);
+    if (PyUnicode_Check(object_)) // no script runs meanwhile, so the holder's reference is enough
+        return copy_text(object_, out);
+    Py_INCREF(object_);
+    const swig::SwigPtr_PyObject object(object_);
     const swig::SwigPtr_PyObject text(text_of(object.get()));
     return text && copy_text(text.get(), out);
 }
@@ -87,10 +88,10 @@ bool Holder::getValue(Tstring &out) const {
 template <>
 bool Holder::getValue(TstringArray &out) const {
     TpythonLock lock(kPythonLock);
-    if (!fObject || !PySequence_Check(fObject) || PyString_Check(fObject) ||
-        PyUnicode_Check(fObject))
+    if (!object_ || !PySequence_Check(object_) || PyString_Check(object_) ||
+        PyUnicode_Check(object_))
         return false;
-    const Py_ssize_t size = PySequence_Size(fObject);
+    const Py_ssize_t size = PySequence_Size(object_);
     if (size < 0) {
         PyErr_Clear();
         return false;
@@ -101,7 +102,7 @@ bool Holder::getValue(TstringArray &out) const {
     try {
         out.changeLogicalSizeTo(count);
         for (unsigned i = 0; i < count; ++i) {
-            const swig::SwigPtr_PyObject object(PySequence_GetItem(fObject, i));
+            const swig::SwigPtr_PyObject object(PySequence_GetItem(object_, i));
             if (!object)
                 PyErr_Clear();
             const Holder item(object.get());

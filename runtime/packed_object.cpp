@@ -1,4 +1,5 @@
 #include "runtime/packed_object.h"
+
 #include "runtime/hex.h"
 #include "runtime/static_type.h"
 

@@ -1,4 +1,5 @@
 #include "runtime/pointer_object.h"
+
 #include "runtime/client_data.h"
 #include "runtime/hex.h"
 #include "runtime/static_type.h"

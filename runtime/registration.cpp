@@ -1,4 +1,5 @@
 #include "runtime/registration.h"
+
 #include "runtime/arguments.h"
 #include "runtime/client_data.h"
 #include "runtime/convert.h"

@@ -1,4 +1,5 @@
 #include "runtime/scalars.h"
+
 #include "runtime/pending_error.h"
 
 namespace scalars {

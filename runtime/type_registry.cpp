@@ -1,4 +1,5 @@
 #include "runtime/type_registry.h"
+
 #include "runtime/client_data.h"
 #include "runtime/convert.h"
 #include "runtime/pending_error.h"

@@ -14,6 +14,7 @@
 // All of this runs under the interpreter lock: a successful type check reorders a shared list.
 
 #include <Python.h>
+
 #include <cstddef>
 
 struct swig_type_info;

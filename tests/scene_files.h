@@ -1,11 +1,6 @@
-// What the scene tests share: a folder of files written for one test, and comparisons.
 #pragma once
 
-#include <cstdint>
-#include <cstring>
-#include <string>
-
-#include <gtest/gtest.h>
+// What the scene tests share: a folder of files written for one test, and comparisons.
 
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/scene/SceneLoader.h"
@@ -15,6 +10,12 @@
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 #include "tests/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <string>
 
 class SceneTest : public testing::Test {
   protected:

@@ -1,5 +1,6 @@
-// A folder for the files of one test.
 #pragma once
+
+// A folder for the files of one test.
 
 #include <unistd.h>
 

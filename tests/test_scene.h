@@ -1,8 +1,9 @@
-// A small scene whose picture can be worked out by hand.
 #pragma once
 
-#include "devhost/session/RenderSession.h"
+// A small scene whose picture can be worked out by hand.
+
 #include "devhost/scene/SceneGraph.h"
+#include "devhost/session/RenderSession.h"
 
 #include <gtest/gtest.h>
 

@@ -2,10 +2,11 @@
 
 #include "devhost/app/Errors.h"
 #include "devhost/app/FrameRange.h"
-#include "devhost/util/FileName.h"
 #include "devhost/image/Picture.h"
+#include "devhost/util/FileName.h"
 
 #include <CLI/CLI.hpp>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -13,7 +14,6 @@
 #include <filesystem>
 #include <fstream>
 #include <tuple>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 

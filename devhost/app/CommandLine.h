@@ -1,5 +1,6 @@
-// What the user asked for.
 #pragma once
+
+// What the user asked for.
 
 #include <optional>
 #include <string>

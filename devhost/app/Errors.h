@@ -1,5 +1,6 @@
-// How the program ends.
 #pragma once
+
+// How the program ends.
 
 #include <stdexcept>
 #include <string>

@@ -1,5 +1,6 @@
-// Frame ranges as people write them: "1-10x2,20".
 #pragma once
+
+// Frame ranges as people write them: "1-10x2,20".
 
 #include <string>
 #include <vector>

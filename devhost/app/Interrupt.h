@@ -1,5 +1,6 @@
-// The interrupt key while native code runs.
 #pragma once
+
+// The interrupt key while native code runs.
 
 #include <csignal>
 

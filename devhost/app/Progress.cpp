@@ -1,10 +1,10 @@
 #include "devhost/app/Progress.h"
 
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <unistd.h>
 
 namespace quilhost {
 namespace {

@@ -1,5 +1,6 @@
-// Tells the user how far the render is, on standard error.
 #pragma once
+
+// Tells the user how far the render is, on standard error.
 
 #include <string>
 

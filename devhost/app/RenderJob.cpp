@@ -4,9 +4,9 @@
 #include "devhost/app/Interrupt.h"
 #include "devhost/gl/HardwareRendering.h"
 #include "devhost/image/Picture.h"
-#include "devhost/session/RenderSession.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/scene/SceneLoader.h"
+#include "devhost/session/RenderSession.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,5 +1,6 @@
-// One run of the program: loads the scene, runs the script and renders the frames.
 #pragma once
+
+// One run of the program: loads the scene, runs the script and renders the frames.
 
 #include "devhost/app/CommandLine.h"
 #include "devhost/app/Progress.h"

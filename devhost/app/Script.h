@@ -1,5 +1,6 @@
-// The embedded Python interpreter and the user's script in it.
 #pragma once
+
+// The embedded Python interpreter and the user's script in it.
 
 #include "devhost/app/CommandLine.h"
 

@@ -2,6 +2,7 @@
 // pointers of their creators, which scripts can register under further names.
 
 #include "devhost/raytrace/Swatches.h"
+
 #include "wrappers/rows/wrapper_table.h"
 
 /// The development host's swatches; static functions only.

@@ -1,5 +1,6 @@
-// The hardware renderer's shapes, made when first taken and dropped when all are given back.
 #pragma once
+
+// The hardware renderer's shapes, made when first taken and dropped when all are given back.
 
 #include "host/render/ZHardwareRenderer.h"
 

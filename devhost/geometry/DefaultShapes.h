@@ -1,5 +1,6 @@
-// The shapes that the host has ready for previews: meshes around the origin, from -1 to 1.
 #pragma once
+
+// The shapes that the host has ready for previews: meshes around the origin, from -1 to 1.
 
 #include "devhost/scene/SceneGraph.h"
 

@@ -1,5 +1,6 @@
-// What a geometry list iterates over.
 #pragma once
+
+// What a geometry list iterates over.
 
 #include "devhost/geometry/GeometryStreams.h"
 #include "host/core/ZMatrix.h"

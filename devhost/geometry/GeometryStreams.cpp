@@ -1,4 +1,5 @@
 #include "devhost/geometry/GeometryStreams.h"
+
 #include "devhost/geometry/VertexFrames.h"
 
 #include <atomic>
@@ -14,22 +15,22 @@ class StreamCache {
     using Key = std::tuple<const Mesh *, ZGeometryData::DataType, std::string, int>;
 
     StreamHandle find(const Key &key) const {
-        const auto found = fStreams.find(key);
-        return found == fStreams.end() ? nullptr : found->second.lock();
+        const auto found = streams_.find(key);
+        return found == streams_.end() ? nullptr : found->second.lock();
     }
     void add(const Key &key, const StreamHandle &stream) {
         // A stream keeps its mesh, so a key can go stale but cannot be met by another mesh's
         // stream.
-        if (fStreams.size() > fSweepAt) {
-            std::erase_if(fStreams, [](const auto &entry) { return entry.second.expired(); });
-            fSweepAt = 2 * fStreams.size() + 64;
+        if (streams_.size() > sweepAt_) {
+            std::erase_if(streams_, [](const auto &entry) { return entry.second.expired(); });
+            sweepAt_ = 2 * streams_.size() + 64;
         }
-        fStreams[key] = stream;
+        streams_[key] = stream;
     }
 
   private:
-    std::map<Key, std::weak_ptr<GeometryStream>> fStreams;
-    size_t fSweepAt = 64;
+    std::map<Key, std::weak_ptr<GeometryStream>> streams_;
+    size_t sweepAt_ = 64;
 };
 
 /// Values of our own, with the mesh that they were made of.

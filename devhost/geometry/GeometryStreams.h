@@ -1,9 +1,10 @@
+#pragma once
+
 // What the handles of the geometry classes refer to, and how it is made from meshes.
 //
 // A stream keeps the memory that it describes. Positions, normals, texture coordinates and indices
 // are those of the mesh itself where the element size allows it; the rest is made once and shared
 // by all geometry of the mesh as long as some handle to it lives.
-#pragma once
 
 #include "devhost/scene/SceneGraph.h"
 #include "host/core/ZDagPath.h"
@@ -54,17 +55,17 @@ class GeometryRequirementList {
     using Key = std::pair<ZGeometryData::DataType, std::string>;
 
     void add(ZGeometryData::DataType type, const std::string &name, int elementSize) {
-        fSizes[{type, name}] = elementSize;
+        sizes_[{type, name}] = elementSize;
     }
     /// Asks for everything that a mesh can have.
     void addAll();
-    auto begin() const { return fSizes.begin(); }
-    auto end() const { return fSizes.end(); }
+    auto begin() const { return sizes_.begin(); }
+    auto end() const { return sizes_.end(); }
     // NOLINTNEXTLINE(modernize-use-nullptr): what is generated compares with a literal 0
     auto operator<=>(const GeometryRequirementList &) const = default;
 
   private:
-    std::map<Key, int> fSizes;
+    std::map<Key, int> sizes_;
 };
 
 using MeshHandle = std::shared_ptr<const Mesh>;

@@ -1,5 +1,6 @@
-// Tangents and binormals of a mesh, and numbers for the points that its vertices lie at.
 #pragma once
+
+// Tangents and binormals of a mesh, and numbers for the points that its vertices lie at.
 
 #include "devhost/scene/SceneGraph.h"
 

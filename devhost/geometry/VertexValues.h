@@ -1,6 +1,7 @@
+#pragma once
+
 // Vertex values on their way from a geometry's stream into the types and dimensions that a shader
 // asks for.
-#pragma once
 
 #include "host/render/ZGeometryData.h"
 #include "host/render/ZVaryingParameter.h"

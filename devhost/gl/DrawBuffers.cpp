@@ -29,23 +29,23 @@ void allocate(ZGLFunctionTable &gl, unsigned buffer, GLenum format, unsigned wid
 
 ZStatus DrawBuffers::make(unsigned width, unsigned height) {
     ZGLFunctionTable &gl = *glFunctionTable();
-    fWidth = fHeight = 0;
+    width_ = height_ = 0;
     {
         const GlBufferScope scope(gl);
-        if (fFramebuffer) {
-            gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, fFramebuffer);
+        if (framebuffer_) {
+            gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
         } else {
-            gl.glGenFramebuffersEXT(1, &fFramebuffer);
-            gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, fFramebuffer);
-            fColor = attach(gl, GL_COLOR_ATTACHMENT0_EXT);
-            fDepth = attach(gl, GL_DEPTH_ATTACHMENT_EXT);
+            gl.glGenFramebuffersEXT(1, &framebuffer_);
+            gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
+            color_ = attach(gl, GL_COLOR_ATTACHMENT0_EXT);
+            depth_ = attach(gl, GL_DEPTH_ATTACHMENT_EXT);
         }
-        allocate(gl, fColor, GL_RGBA8, width, height);
-        allocate(gl, fDepth, GL_DEPTH_COMPONENT32F, width, height);
+        allocate(gl, color_, GL_RGBA8, width, height);
+        allocate(gl, depth_, GL_DEPTH_COMPONENT32F, width, height);
         if (gl.glCheckFramebufferStatusEXT(GL_FRAMEBUFFER_EXT) == GL_FRAMEBUFFER_COMPLETE_EXT) {
             clear();
-            fWidth = width;
-            fHeight = height;
+            width_ = width;
+            height_ = height;
             return {};
         }
     }
@@ -54,27 +54,27 @@ ZStatus DrawBuffers::make(unsigned width, unsigned height) {
 }
 
 void DrawBuffers::drop() {
-    if (!fFramebuffer)
+    if (!framebuffer_)
         return;
     ZGLFunctionTable &gl = *glFunctionTable();
-    gl.glDeleteFramebuffersEXT(1, &fFramebuffer);
-    gl.glDeleteRenderbuffersEXT(1, &fColor);
-    gl.glDeleteRenderbuffersEXT(1, &fDepth);
-    fWidth = fHeight = 0;
-    fFramebuffer = fColor = fDepth = 0;
+    gl.glDeleteFramebuffersEXT(1, &framebuffer_);
+    gl.glDeleteRenderbuffersEXT(1, &color_);
+    gl.glDeleteRenderbuffersEXT(1, &depth_);
+    width_ = height_ = 0;
+    framebuffer_ = color_ = depth_ = 0;
 }
 
 void DrawBuffers::bind() const {
     ZGLFunctionTable &gl = *glFunctionTable();
-    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, fFramebuffer);
-    gl.glViewport(0, 0, static_cast<int>(fWidth), static_cast<int>(fHeight));
+    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
+    gl.glViewport(0, 0, static_cast<int>(width_), static_cast<int>(height_));
 }
 
 void DrawBuffers::clear() const {
     ZGLFunctionTable &gl = *glFunctionTable();
     const GlBufferScope scope(gl);
     gl.glPushAttrib(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_SCISSOR_BIT);
-    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, fFramebuffer);
+    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
     gl.glDisable(GL_SCISSOR_TEST);
     gl.glColorMask(true, true, true, true);
     gl.glDepthMask(true);
@@ -85,13 +85,13 @@ void DrawBuffers::clear() const {
 }
 
 ZStatus DrawBuffers::read(ZImage &image) const {
-    if (const ZStatus status = image.create(fWidth, fHeight); status.error())
+    if (const ZStatus status = image.create(width_, height_); status.error())
         return status;
     ZGLFunctionTable &gl = *glFunctionTable();
     const GlBufferScope scope(gl);
-    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, fFramebuffer);
+    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
     const GlPixelScope pixels(gl);
-    gl.glReadPixels(0, 0, static_cast<int>(fWidth), static_cast<int>(fHeight), GL_RGBA,
+    gl.glReadPixels(0, 0, static_cast<int>(width_), static_cast<int>(height_), GL_RGBA,
                     GL_UNSIGNED_BYTE, image.pixels());
     return {};
 }

@@ -1,5 +1,6 @@
-// A colour and a depth buffer to draw in.
 #pragma once
+
+// A colour and a depth buffer to draw in.
 
 #include "host/core/ZImage.h"
 #include "host/core/ZStatus.h"
@@ -17,9 +18,9 @@ class DrawBuffers {
     ZStatus make(unsigned width, unsigned height);
     void drop();
 
-    unsigned width() const { return fWidth; }
-    unsigned height() const { return fHeight; }
-    bool exist() const { return fFramebuffer; }
+    unsigned width() const { return width_; }
+    unsigned height() const { return height_; }
+    bool exist() const { return framebuffer_; }
 
     /// Directs drawing to the whole of the buffers.
     void bind() const;
@@ -29,8 +30,8 @@ class DrawBuffers {
     ZStatus read(ZImage &image) const;
 
   private:
-    unsigned fWidth = 0, fHeight = 0;
-    unsigned fFramebuffer = 0, fColor = 0, fDepth = 0;
+    unsigned width_ = 0, height_ = 0;
+    unsigned framebuffer_ = 0, color_ = 0, depth_ = 0;
 };
 
 } // namespace devhost

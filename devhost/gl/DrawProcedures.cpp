@@ -11,30 +11,30 @@ DrawProcedureList::Code DrawProcedureList::insert(ZDrawProcedureBase *procedure,
         return ZHardwareRenderer::kFailure;
     if (contains(procedure))
         return ZHardwareRenderer::kItemExists;
-    if (place > fProcedures.size())
+    if (place > procedures_.size())
         return ZHardwareRenderer::kItemNotFound;
-    fProcedures.insert(fProcedures.begin() + static_cast<std::ptrdiff_t>(place), procedure);
+    procedures_.insert(procedures_.begin() + static_cast<std::ptrdiff_t>(place), procedure);
     return ZHardwareRenderer::kSuccess;
 }
 
 DrawProcedureList::Code DrawProcedureList::remove(ZDrawProcedureBase *procedure) {
-    return std::erase(fProcedures, procedure) ? ZHardwareRenderer::kSuccess
+    return std::erase(procedures_, procedure) ? ZHardwareRenderer::kSuccess
                                               : ZHardwareRenderer::kItemNotFound;
 }
 
 bool DrawProcedureList::contains(const ZDrawProcedureBase *procedure) const {
-    return std::find(fProcedures.begin(), fProcedures.end(), procedure) != fProcedures.end();
+    return std::find(procedures_.begin(), procedures_.end(), procedure) != procedures_.end();
 }
 
 ZDrawProcedureBase *DrawProcedureList::find(const ZString &name) const {
     const auto found =
-        std::find_if(fProcedures.begin(), fProcedures.end(),
+        std::find_if(procedures_.begin(), procedures_.end(),
                      [&](const ZDrawProcedureBase *each) { return each->name() == name; });
-    return found == fProcedures.end() ? nullptr : *found;
+    return found == procedures_.end() ? nullptr : *found;
 }
 
 void DrawProcedureList::execute() const {
-    const auto snapshot = fProcedures;
+    const auto snapshot = procedures_;
     for (ZDrawProcedureBase *procedure : snapshot)
         // An earlier procedure may have taken this one out, or deleted it.
         if (contains(procedure) && procedure->enabled())

@@ -1,12 +1,13 @@
-// The hardware renderer's lists of draw procedures. Like all of the hardware renderer they belong
-// to the thread that draws.
 #pragma once
 
-#include <array>
-#include <vector>
+// The hardware renderer's lists of draw procedures. Like all of the hardware renderer they belong
+// to the thread that draws.
 
 #include "host/render/ZDrawProcedureBase.h"
 #include "host/render/ZHardwareRenderer.h"
+
+#include <array>
+#include <vector>
 
 namespace devhost {
 
@@ -21,14 +22,14 @@ class DrawProcedureList {
     bool contains(const ZDrawProcedureBase *procedure) const;
     /// The first procedure of the name, or null.
     ZDrawProcedureBase *find(const ZString &name) const;
-    const std::vector<ZDrawProcedureBase *> &procedures() const { return fProcedures; }
+    const std::vector<ZDrawProcedureBase *> &procedures() const { return procedures_; }
 
     /// Executes the procedures that are enabled. One that returns false or throws is reported
     /// through the render session, and the others go on.
     void execute() const;
 
   private:
-    std::vector<ZDrawProcedureBase *> fProcedures;
+    std::vector<ZDrawProcedureBase *> procedures_;
 };
 
 /// One list for each location.

@@ -1,5 +1,6 @@
-// The values that shader parameters take from what is being drawn.
 #pragma once
+
+// The values that shader parameters take from what is being drawn.
 
 #include "host/core/ZMatrix.h"
 #include "host/render/ZUniformParameter.h"

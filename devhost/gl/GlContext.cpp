@@ -1,10 +1,10 @@
 #include "devhost/gl/GlContext.h"
 
-#include <EGL/egl.h>
-#include <EGL/eglext.h>
-
 #include "devhost/gl/GlDriver.h"
 #include "devhost/session/RenderSession.h"
+
+#include <EGL/egl.h>
+#include <EGL/eglext.h>
 
 namespace devhost {
 

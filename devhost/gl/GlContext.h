@@ -1,11 +1,12 @@
-// The host's OpenGL context: an off-screen compatibility context without a window system, and the
-// function table that calls into it. It has no default framebuffer; draw into framebuffer objects.
 #pragma once
 
-#include <string>
+// The host's OpenGL context: an off-screen compatibility context without a window system, and the
+// function table that calls into it. It has no default framebuffer; draw into framebuffer objects.
 
 #include "devhost/gl/GlFeatures.h"
 #include "host/base/HostApi.h"
+
+#include <string>
 
 class ZGLFunctionTable;
 

@@ -1,10 +1,10 @@
 #include "devhost/gl/GlDriver.h"
 
+#include "devhost/gl/GlContext.h"
+
 #include <atomic>
 #include <cstdio>
 #include <mutex>
-
-#include "devhost/gl/GlContext.h"
 
 namespace devhost {
 

@@ -1,6 +1,7 @@
+#pragma once
+
 // The driver's entry points, one pointer each. Pointers that the driver has no function for lead
 // to one that records an error.
-#pragma once
 
 #include "devhost/gl/GlFeatures.h"
 #include "host/render/ZGLFunctionTable.h"

@@ -1,11 +1,12 @@
-// What a driver offers: its release of OpenGL and its extensions.
 #pragma once
+
+// What a driver offers: its release of OpenGL and its extensions.
+
+#include "host/base/HostApi.h"
 
 #include <set>
 #include <string>
 #include <string_view>
-
-#include "host/base/HostApi.h"
 
 namespace devhost {
 

@@ -1,6 +1,7 @@
+#pragma once
+
 // OpenGL state that is put back at the end of a scope: the host must not disturb what scripts and
 // plug-ins have set.
-#pragma once
 
 #include "host/render/ZGLFunctionTable.h"
 

@@ -1,5 +1,6 @@
-// An image that OpenGL draws into off screen, and its way from and to memory.
 #pragma once
+
+// An image that OpenGL draws into off screen, and its way from and to memory.
 
 #include "devhost/session/Viewport.h"
 #include "host/core/ZMatrix.h"

@@ -5,6 +5,7 @@
 #include "devhost/session/RenderSession.h"
 
 #include <GL/glext.h>
+
 #include <algorithm>
 #include <map>
 

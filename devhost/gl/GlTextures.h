@@ -1,5 +1,6 @@
-// Images as textures of OpenGL.
 #pragma once
+
+// Images as textures of OpenGL.
 
 #include "devhost/scene/SceneGraph.h"
 #include "host/core/ZStatus.h"

@@ -15,15 +15,15 @@ ZStatus HardwareDevice::open() {
         return {ZStatus::kFailure, "there is no OpenGL: " + context.whyNot};
     if (!context.makeCurrent())
         return {ZStatus::kFailure, "the OpenGL context is in use in another thread"};
-    if (!fIsOpen) {
-        fIsOpen = true;
+    if (!isOpen_) {
+        isOpen_ = true;
         runDeviceNewCallbacks();
     }
     return {};
 }
 
 bool HardwareDevice::isOpen() {
-    return fIsOpen && !open().error();
+    return isOpen_ && !open().error();
 }
 
 void HardwareDevice::close() {
@@ -32,9 +32,9 @@ void HardwareDevice::close() {
     runDeviceDeletedCallbacks();
     while (depth())
         pop();
-    fFrame.drop();
-    fSwatch.drop();
-    fIsOpen = false;
+    frame_.drop();
+    swatch_.drop();
+    isOpen_ = false;
 }
 
 ZStatus HardwareDevice::resize(DrawTarget target, unsigned width, unsigned height) {
@@ -55,7 +55,7 @@ void HardwareDevice::push(DrawTarget target) {
     Use use{target, 0, {}};
     gl.glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &use.framebuffer);
     gl.glGetIntegerv(GL_VIEWPORT, use.viewport);
-    fUses.push_back(use);
+    uses_.push_back(use);
     if (target == DrawTarget::kNothing)
         gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, 0);
     else
@@ -63,10 +63,10 @@ void HardwareDevice::push(DrawTarget target) {
 }
 
 void HardwareDevice::pop() {
-    if (fUses.empty())
+    if (uses_.empty())
         return;
-    const Use use = fUses.back();
-    fUses.pop_back();
+    const Use use = uses_.back();
+    uses_.pop_back();
     ZGLFunctionTable &gl = *glFunctionTable();
     gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, static_cast<unsigned>(use.framebuffer));
     gl.glViewport(use.viewport[0], use.viewport[1], use.viewport[2], use.viewport[3]);

@@ -1,9 +1,10 @@
-// The device that the hardware renderer draws with: the host's OpenGL context and buffers in it.
 #pragma once
 
-#include <vector>
+// The device that the hardware renderer draws with: the host's OpenGL context and buffers in it.
 
 #include "devhost/gl/DrawBuffers.h"
+
+#include <vector>
 
 namespace devhost {
 
@@ -21,7 +22,7 @@ class HardwareDevice {
     void close();
 
     DrawBuffers &buffers(DrawTarget target) {
-        return target == DrawTarget::kFrame ? fFrame : fSwatch;
+        return target == DrawTarget::kFrame ? frame_ : swatch_;
     }
     /// Gives the buffers of a target their size. When they lose their old ones the device callbacks
     /// are told.
@@ -31,9 +32,9 @@ class HardwareDevice {
     void push(DrawTarget target);
     /// Undoes the last push that was not undone; does nothing when there is none.
     void pop();
-    size_t depth() const { return fUses.size(); }
+    size_t depth() const { return uses_.size(); }
     /// The target of the last push that was not undone.
-    DrawTarget target() const { return fUses.empty() ? DrawTarget::kNothing : fUses.back().target; }
+    DrawTarget target() const { return uses_.empty() ? DrawTarget::kNothing : uses_.back().target; }
 
   private:
     struct Use {
@@ -41,9 +42,9 @@ class HardwareDevice {
         int framebuffer, viewport[4]; // what was in use before
     };
 
-    bool fIsOpen = false;
-    DrawBuffers fFrame, fSwatch;
-    std::vector<Use> fUses;
+    bool isOpen_ = false;
+    DrawBuffers frame_, swatch_;
+    std::vector<Use> uses_;
 };
 
 /// The device of this process; it belongs to the thread that draws.

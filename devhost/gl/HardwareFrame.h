@@ -1,5 +1,6 @@
-// What the hardware renderer tells about the frame that is being drawn.
 #pragma once
+
+// What the hardware renderer tells about the frame that is being drawn.
 
 namespace devhost {
 

@@ -1,10 +1,10 @@
 #include "devhost/gl/HardwareRendering.h"
 
-#include "devhost/util/Guarded.h"
 #include "devhost/gl/DrawProcedures.h"
 #include "devhost/gl/HardwareDevice.h"
 #include "devhost/gl/HardwareFrame.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Guarded.h"
 
 namespace devhost {
 namespace {
@@ -13,7 +13,7 @@ namespace {
 class FrameScope {
   public:
     FrameScope(const HardwareFrame &frame, bool hasBuffers)
-        : fHasBuffers(hasBuffers), fDepth(hardwareDevice().depth()) {
+        : hasBuffers_(hasBuffers), depth_(hardwareDevice().depth()) {
         hardwareFrame() = frame;
         if (!hasBuffers)
             return;
@@ -22,16 +22,16 @@ class FrameScope {
     }
     ~FrameScope() {
         // A procedure may have left other targets in use.
-        if (fHasBuffers && hardwareDevice().isOpen())
-            while (hardwareDevice().depth() > fDepth)
+        if (hasBuffers_ && hardwareDevice().isOpen())
+            while (hardwareDevice().depth() > depth_)
                 hardwareDevice().pop();
         hardwareFrame() = {};
     }
     FrameScope(const FrameScope &) = delete;
 
   private:
-    bool fHasBuffers;
-    size_t fDepth;
+    bool hasBuffers_;
+    size_t depth_;
 };
 
 void execute(ZHardwareRenderer::CallLocation location) {

@@ -1,11 +1,12 @@
-// Drawing with the hardware renderer.
 #pragma once
 
-#include <functional>
+// Drawing with the hardware renderer.
 
 #include "host/base/HostApi.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZStatus.h"
+
+#include <functional>
 
 namespace devhost {
 

@@ -1,6 +1,7 @@
+#pragma once
+
 // Reading and writing of picture files. In memory, row 0 is at the bottom and channels are
 // interleaved. Every writer leaves either the whole file or what was there before.
-#pragma once
 
 #include "host/base/HostApi.h"
 #include "host/core/ZStatus.h"

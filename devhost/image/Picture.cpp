@@ -1,8 +1,8 @@
 #include "devhost/image/Picture.h"
 
-#include "devhost/util/FileName.h"
 #include "devhost/image/ImageIo.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
+#include "devhost/util/FileName.h"
 
 #include <cmath>
 #include <filesystem>

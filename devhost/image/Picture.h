@@ -1,5 +1,6 @@
-// The picture in the render view, and how it gets into a file.
 #pragma once
+
+// The picture in the render view, and how it gets into a file.
 
 #include "host/base/HostApi.h"
 #include "host/core/ZStatus.h"

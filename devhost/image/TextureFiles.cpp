@@ -1,15 +1,15 @@
 // File names of textures.
 #include "devhost/image/TextureFiles.h"
 
+#include "devhost/image/TextureImage.h"
+#include "devhost/scene/SceneGraph.h"
+#include "devhost/util/FileName.h"
+#include "host/core/ZImage.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <filesystem>
-
-#include "devhost/util/FileName.h"
-#include "devhost/scene/SceneGraph.h"
-#include "devhost/image/TextureImage.h"
-#include "host/core/ZImage.h"
 
 namespace devhost {
 

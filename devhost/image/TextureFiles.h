@@ -1,10 +1,11 @@
-// Which files textures and background images are read from.
 #pragma once
 
-#include <string>
+// Which files textures and background images are read from.
 
 #include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
+
+#include <string>
 
 namespace devhost {
 

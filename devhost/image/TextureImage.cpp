@@ -1,15 +1,15 @@
 // Decoding and sampling of texture images.
 #include "devhost/image/TextureImage.h"
 
+#include "host/core/ZImage.h"
+
+#include <tiny_gltf.h>
+
 #include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-
-#include <tiny_gltf.h>
-
-#include "host/core/ZImage.h"
 
 namespace devhost {
 

@@ -1,12 +1,13 @@
-// Reading of texture images.
 #pragma once
 
-#include <memory>
-#include <string>
+// Reading of texture images.
 
 #include "devhost/scene/SceneGraph.h"
 #include "host/base/HostApi.h"
 #include "host/core/ZStatus.h"
+
+#include <memory>
+#include <string>
 
 namespace devhost {
 

@@ -1,4 +1,5 @@
 #include "devhost/process/InterpreterGate.h"
+
 #include "host/base/TpythonLock.h"
 
 #include <chrono>

@@ -1,5 +1,6 @@
-// Which threads may still enter the interpreter while it ends.
 #pragma once
+
+// Which threads may still enter the interpreter while it ends.
 
 #include "host/base/HostApi.h"
 

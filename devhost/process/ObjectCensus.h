@@ -1,5 +1,6 @@
-// The development host's count of live host objects, by class.
 #pragma once
+
+// The development host's count of live host objects, by class.
 
 #include "host/base/HostApi.h"
 

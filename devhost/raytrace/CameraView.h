@@ -1,5 +1,6 @@
-// What is seen through a camera of the scene in an image of some size.
 #pragma once
+
+// What is seen through a camera of the scene in an image of some size.
 
 #include "devhost/raytrace/ViewFrame.h"
 #include "devhost/scene/SceneGraph.h"

@@ -2,19 +2,19 @@
 // a faintly glowing dome that gives mirrors something to show.
 #include "devhost/raytrace/MaterialBall.h"
 
+#include "devhost/geometry/DefaultShapes.h"
+#include "devhost/image/ImageIo.h"
+#include "devhost/image/TextureImage.h"
+#include "devhost/raytrace/RayTracer.h"
+#include "devhost/raytrace/Shading.h"
+#include "devhost/raytrace/ViewFrame.h"
+#include "devhost/session/Parallel.h"
+
 #include <algorithm>
 #include <atomic>
 #include <memory>
 #include <utility>
 #include <vector>
-
-#include "devhost/image/ImageIo.h"
-#include "devhost/geometry/DefaultShapes.h"
-#include "devhost/session/Parallel.h"
-#include "devhost/raytrace/RayTracer.h"
-#include "devhost/raytrace/Shading.h"
-#include "devhost/raytrace/ViewFrame.h"
-#include "devhost/image/TextureImage.h"
 
 namespace devhost {
 

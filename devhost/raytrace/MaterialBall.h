@@ -1,5 +1,6 @@
-// The host's own swatch generator.
 #pragma once
+
+// The host's own swatch generator.
 
 #include "host/render/ZSwatchRenderBase.h"
 

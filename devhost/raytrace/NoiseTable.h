@@ -1,5 +1,6 @@
-// Lattice noise from a fixed table, the same on every machine.
 #pragma once
+
+// Lattice noise from a fixed table, the same on every machine.
 
 namespace devhost {
 

@@ -2,15 +2,15 @@
 // index in Impl::meshes.
 #include "devhost/raytrace/RayTracer.h"
 
+#include "devhost/session/RenderSession.h"
+
+#include <embree3/rtcore.h>
+
 #include <algorithm>
 #include <cmath>
 #include <new>
 #include <stdexcept>
 #include <string>
-
-#include <embree3/rtcore.h>
-
-#include "devhost/session/RenderSession.h"
 
 namespace devhost {
 
@@ -133,17 +133,17 @@ struct QueryContext {
 
 } // namespace
 
-RayTracer::RayTracer(const Scene &scene) : fImpl(std::make_unique<Impl>()) {
-    fImpl->scene = rtcNewScene(device());
+RayTracer::RayTracer(const Scene &scene) : impl_(std::make_unique<Impl>()) {
+    impl_->scene = rtcNewScene(device());
     // Rays that graze an edge must not slip between the two triangles.
-    rtcSetSceneFlags(fImpl->scene, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_CONTEXT_FILTER_FUNCTION);
+    rtcSetSceneFlags(impl_->scene, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_CONTEXT_FILTER_FUNCTION);
     for (NodeId id : scene.meshes())
         if (scene.isRendered(id))
-            fImpl->add(scene, id);
-    rtcCommitScene(fImpl->scene);
+            impl_->add(scene, id);
+    rtcCommitScene(impl_->scene);
     if (rtcGetDeviceError(device()) == RTC_ERROR_OUT_OF_MEMORY)
         throw std::bad_alloc();
-    fImpl->size = float(scene.bounds().radius());
+    impl_->size = float(scene.bounds().radius());
 }
 
 RayTracer::~RayTracer() = default;
@@ -157,12 +157,12 @@ bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direct
         return false;
     query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
     query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
-    QueryContext context(fImpl->meshes, through);
-    rtcIntersect1(fImpl->scene, &context.base, &query);
+    QueryContext context(impl_->meshes, through);
+    rtcIntersect1(impl_->scene, &context.base, &query);
     if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
         return false;
 
-    const Impl::WorldMesh &found = fImpl->meshes[query.hit.geomID];
+    const Impl::WorldMesh &found = impl_->meshes[query.hit.geomID];
     const unsigned *corners = &found.mesh->triangles[size_t(query.hit.primID) * 3];
     const float weights[3] = {1 - query.hit.u - query.hit.v, query.hit.u, query.hit.v};
     hit.hit = true;
@@ -193,14 +193,14 @@ bool RayTracer::occluded(const ZFloatVector &origin, const ZFloatVector &directi
     RTCRay ray;
     if (!setRay(ray, origin, direction.normal(), maxDistance))
         return false;
-    QueryContext context(fImpl->meshes, through);
-    rtcOccluded1(fImpl->scene, &context.base, &ray);
+    QueryContext context(impl_->meshes, through);
+    rtcOccluded1(impl_->scene, &context.base, &ray);
     return ray.tfar < 0;
 }
 
 float RayTracer::offset(const ZFloatVector &point) const {
     const float most = std::max({std::abs(point.x), std::abs(point.y), std::abs(point.z)});
-    return std::max(2e-5f * fImpl->size, 4e-6f * most);
+    return std::max(2e-5f * impl_->size, 4e-6f * most);
 }
 
 const RayTracer &rayTracer() {

@@ -1,13 +1,14 @@
-// Rays into the meshes that are rendered: the visible ones of the current render layer.
 #pragma once
 
-#include <limits>
-#include <memory>
-#include <vector>
+// Rays into the meshes that are rendered: the visible ones of the current render layer.
 
 #include "devhost/scene/SceneGraph.h"
 #include "host/base/HostApi.h"
 #include "host/core/ZFloatVector.h"
+
+#include <limits>
+#include <memory>
+#include <vector>
 
 namespace devhost {
 
@@ -51,7 +52,7 @@ class OPENQUIL_API RayTracer {
 
   private:
     struct Impl;
-    std::unique_ptr<Impl> fImpl;
+    std::unique_ptr<Impl> impl_;
 };
 
 /// The tracer of the process's scene, rebuilt first when the scene changed. Call it on one thread,

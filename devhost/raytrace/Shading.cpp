@@ -1,10 +1,10 @@
 // Diffuse and glossy shading with shadows, reflections and see-through surfaces.
 #include "devhost/raytrace/Shading.h"
 
+#include "devhost/image/TextureImage.h"
+
 #include <algorithm>
 #include <cmath>
-
-#include "devhost/image/TextureImage.h"
 
 namespace devhost {
 
@@ -79,26 +79,26 @@ std::vector<WorldLight> worldLights(const Scene &scene, bool defaultLight) {
 }
 
 Shader::Shader(const Scene &scene, const RayTracer &tracer, bool castShadows, bool defaultLight)
-    : fScene(scene), fTracer(tracer), fCastShadows(castShadows),
-      fLights(worldLights(scene, defaultLight)) {
+    : scene_(scene), tracer_(tracer), castShadows_(castShadows),
+      lights_(worldLights(scene, defaultLight)) {
     for (NodeId id : scene.materials()) {
         const NodeId texture = scene.node(id)->material()->texture;
         std::shared_ptr<const Pixels> pixels;
         if (scene.node(texture) && texturePixels(texture, pixels, scene))
-            fTextures[texture] = pixels; // one that cannot be read leaves the plain colour
+            textures_[texture] = pixels; // one that cannot be read leaves the plain colour
     }
 }
 
 const Material &Shader::materialOf(NodeId id) const {
     static const Material grey;
-    const Node *node = fScene.node(id);
+    const Node *node = scene_.node(id);
     return node && node->material() ? *node->material() : grey;
 }
 
 ZFloatVector Shader::diffuseColor(const Material &material, const float uv[2]) const {
     const ZFloatVector plain(material.diffuse);
-    const auto texture = fTextures.find(material.texture);
-    if (texture == fTextures.end())
+    const auto texture = textures_.find(material.texture);
+    if (texture == textures_.end())
         return plain;
     double rgba[4];
     sampleImage(*texture->second, uv[0], uv[1], rgba);
@@ -109,16 +109,16 @@ bool Shader::shadowed(const WorldLight &light, const ZFloatVector &point,
                       const ZFloatVector &normal) const {
     float distance;
     const ZFloatVector way = light.towards(point, distance);
-    const float offset = fTracer.offset(point);
+    const float offset = tracer_.offset(point);
     const ZFloatVector origin = point + normal * (way * normal < 0 ? -offset : offset);
-    return fTracer.occluded(origin, way, distance - 2 * offset, light.passThrough());
+    return tracer_.occluded(origin, way, distance - 2 * offset, light.passThrough());
 }
 
 ZFloatVector Shader::surface(const Material &material, const SurfacePoint &at) const {
     const ZFloatVector diffuse = diffuseColor(material, at.uv);
     const ZFloatVector specular(material.specular);
     ZFloatVector result(material.emission);
-    for (const WorldLight &light : fLights) {
+    for (const WorldLight &light : lights_) {
         if (!light.lights(at.mesh))
             continue;
         const ZFloatVector color = ZFloatVector(light.light.color) * float(light.light.intensity);
@@ -130,7 +130,7 @@ ZFloatVector Shader::surface(const Material &material, const SurfacePoint &at) c
         const ZFloatVector way = light.towards(at.point, distance);
         const float facing = way * at.normal;
         const float share = facing > 0 ? light.attenuation(at.point) : 0;
-        if (share <= 0 || (fCastShadows && shadowed(light, at.point, at.normal)))
+        if (share <= 0 || (castShadows_ && shadowed(light, at.point, at.normal)))
             continue;
         const ZFloatVector halfway = (way - at.viewDirection).normal();
         const float glint =
@@ -143,7 +143,7 @@ ZFloatVector Shader::surface(const Material &material, const SurfacePoint &at) c
 ZFloatVector Shader::trace(const ZFloatVector &origin, const ZFloatVector &direction, int depth,
                            Hit *first) const {
     Hit hit;
-    const bool found = fTracer.intersect(origin, direction, hit);
+    const bool found = tracer_.intersect(origin, direction, hit);
     if (first)
         *first = hit;
     if (!found)
@@ -163,7 +163,7 @@ ZFloatVector Shader::trace(const ZFloatVector &origin, const ZFloatVector &direc
         return result;
     const int depthLeft = std::min(depth, kDeepest) - 1;
 
-    const float offset = fTracer.offset(hit.point);
+    const float offset = tracer_.offset(hit.point);
     const ZFloatVector flat = inside ? -hit.geometricNormal : hit.geometricNormal;
     const ZFloatVector mirrored(material.reflectivity);
     if (mirrored.x > 0 || mirrored.y > 0 || mirrored.z > 0) {

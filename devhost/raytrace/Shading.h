@@ -1,15 +1,16 @@
-// Colours of surfaces under the scene's lights. A white surface that squarely faces a light of
-// intensity 1 without decay has the colour 1.
 #pragma once
 
-#include <memory>
-#include <unordered_map>
-#include <vector>
+// Colours of surfaces under the scene's lights. A white surface that squarely faces a light of
+// intensity 1 without decay has the colour 1.
 
 #include "devhost/raytrace/RayTracer.h"
 #include "devhost/scene/SceneGraph.h"
 #include "host/base/HostApi.h"
 #include "host/core/ZFloatVector.h"
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
 
 namespace devhost {
 
@@ -68,11 +69,11 @@ class OPENQUIL_API Shader {
     ZFloatVector diffuseColor(const Material &material, const float uv[2]) const;
 
   private:
-    const Scene &fScene;
-    const RayTracer &fTracer;
-    bool fCastShadows;
-    std::vector<WorldLight> fLights;
-    std::unordered_map<NodeId, std::shared_ptr<const Pixels>> fTextures;
+    const Scene &scene_;
+    const RayTracer &tracer_;
+    bool castShadows_;
+    std::vector<WorldLight> lights_;
+    std::unordered_map<NodeId, std::shared_ptr<const Pixels>> textures_;
 };
 
 } // namespace devhost

@@ -1,12 +1,12 @@
 // The shading nodes: materials, textures and two procedures.
 #include "devhost/raytrace/ShadingNetwork.h"
 
-#include <cmath>
-
+#include "devhost/image/TextureImage.h"
 #include "devhost/raytrace/NoiseTable.h"
 #include "devhost/raytrace/RayTracer.h"
 #include "devhost/raytrace/Shading.h"
-#include "devhost/image/TextureImage.h"
+
+#include <cmath>
 
 namespace devhost {
 

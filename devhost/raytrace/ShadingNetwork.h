@@ -1,13 +1,14 @@
-// Evaluation of shading nodes by name.
 #pragma once
 
-#include <string>
+// Evaluation of shading nodes by name.
 
 #include "host/core/ZFloatArray.h"
 #include "host/core/ZFloatMatrix.h"
 #include "host/core/ZFloatPointArray.h"
 #include "host/core/ZFloatVectorArray.h"
 #include "host/core/ZStatus.h"
+
+#include <string>
 
 namespace devhost {
 

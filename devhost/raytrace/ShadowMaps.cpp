@@ -1,7 +1,7 @@
 #include "devhost/raytrace/ShadowMaps.h"
 
-#include "devhost/session/Parallel.h"
 #include "devhost/raytrace/ViewFrame.h"
+#include "devhost/session/Parallel.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,6 @@
-// The depth maps that tell render callbacks about a light's shadows.
 #pragma once
+
+// The depth maps that tell render callbacks about a light's shadows.
 
 #include "devhost/raytrace/Shading.h"
 #include "host/core/ZMatrix.h"

@@ -2,10 +2,10 @@
 
 #include "devhost/image/ImageIo.h"
 #include "devhost/raytrace/CameraView.h"
+#include "devhost/raytrace/ShadowMaps.h"
 #include "devhost/session/Parallel.h"
 #include "devhost/session/RenderCallbacks.h"
 #include "devhost/session/RenderSession.h"
-#include "devhost/raytrace/ShadowMaps.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,7 @@
+#pragma once
+
 // The host's own renderer: one colour and one depth for every pixel of the scene, traced with rays,
 // with the registered render callbacks called at their three points.
-#pragma once
 
 #include "host/base/HostApi.h"
 #include "host/core/ZStatus.h"

@@ -1,8 +1,6 @@
-// Swatches of shading nodes, by the name of their generator.
 #pragma once
 
-#include <memory>
-#include <string>
+// Swatches of shading nodes, by the name of their generator.
 
 #include "host/base/HostApi.h"
 #include "host/core/ZImage.h"
@@ -11,6 +9,9 @@
 #include "host/core/ZStringArray.h"
 #include "host/render/ZSwatchRenderBase.h"
 #include "host/render/ZSwatchRenderRegister.h"
+
+#include <memory>
+#include <string>
 
 namespace devhost {
 

@@ -1,5 +1,6 @@
-// A view: an orthonormal frame that looks along a direction, and the rays that go into it.
 #pragma once
+
+// A view: an orthonormal frame that looks along a direction, and the rays that go into it.
 
 #include "host/core/ZFloatVector.h"
 #include "host/core/ZMatrix.h"

@@ -1,4 +1,11 @@
 // Reader of .gltf and .glb files: node transforms, triangles, materials, cameras and lights.
+#include "devhost/image/TextureImage.h"
+#include "devhost/scene/MeshBuilder.h"
+#include "devhost/scene/SceneGraph.h"
+#include "devhost/scene/SceneLoader.h"
+
+#include <tiny_gltf.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -6,13 +13,6 @@
 #include <numbers>
 #include <optional>
 #include <set>
-
-#include <tiny_gltf.h>
-
-#include "devhost/scene/MeshBuilder.h"
-#include "devhost/scene/SceneGraph.h"
-#include "devhost/scene/SceneLoader.h"
-#include "devhost/image/TextureImage.h"
 
 namespace devhost {
 
@@ -49,38 +49,38 @@ bool decodeQuietly(tinygltf::Image *image, const int, std::string *, std::string
 class Accessor {
   public:
     Accessor(const tinygltf::Model &model, int index, int wantedType, const char *what)
-        : fAccessor(element(model.accessors, index, "accessor")), fWhat(what) {
-        if (fAccessor.type != wantedType)
-            throw BadFile(fWhat + " has the wrong type");
-        if (fAccessor.sparse.isSparse)
-            throw BadFile(fWhat + " is sparse, which is not supported");
-        const auto &view = element(model.bufferViews, fAccessor.bufferView, "buffer view");
+        : accessor_(element(model.accessors, index, "accessor")), what_(what) {
+        if (accessor_.type != wantedType)
+            throw BadFile(what_ + " has the wrong type");
+        if (accessor_.sparse.isSparse)
+            throw BadFile(what_ + " is sparse, which is not supported");
+        const auto &view = element(model.bufferViews, accessor_.bufferView, "buffer view");
         const auto &bytes = element(model.buffers, view.buffer, "buffer").data;
-        const int stride = fAccessor.ByteStride(view);
-        const int width = tinygltf::GetComponentSizeInBytes(uint32_t(fAccessor.componentType));
+        const int stride = accessor_.ByteStride(view);
+        const int width = tinygltf::GetComponentSizeInBytes(uint32_t(accessor_.componentType));
         if (stride <= 0 || width <= 0)
-            throw BadFile(fWhat + " has a bad component type or stride");
-        fStride = size_t(stride);
-        fComponentSize = size_t(width);
-        const size_t size = fComponentSize * components();
-        const size_t begin = view.byteOffset + fAccessor.byteOffset;
-        if (view.byteOffset > bytes.size() || fAccessor.byteOffset > bytes.size() ||
+            throw BadFile(what_ + " has a bad component type or stride");
+        stride_ = size_t(stride);
+        componentSize_ = size_t(width);
+        const size_t size = componentSize_ * components();
+        const size_t begin = view.byteOffset + accessor_.byteOffset;
+        if (view.byteOffset > bytes.size() || accessor_.byteOffset > bytes.size() ||
             begin > bytes.size() ||
-            (fAccessor.count > 0 &&
+            (accessor_.count > 0 &&
              (size > bytes.size() - begin ||
-              fAccessor.count - 1 > (bytes.size() - begin - size) / fStride)))
-            throw BadFile(fWhat + " reaches past the end of its buffer");
-        fData = bytes.data() + begin;
+              accessor_.count - 1 > (bytes.size() - begin - size) / stride_)))
+            throw BadFile(what_ + " reaches past the end of its buffer");
+        data_ = bytes.data() + begin;
     }
 
-    size_t count() const { return fAccessor.count; }
+    size_t count() const { return accessor_.count; }
     size_t components() const {
-        return size_t(tinygltf::GetNumComponentsInType(uint32_t(fAccessor.type)));
+        return size_t(tinygltf::GetNumComponentsInType(uint32_t(accessor_.type)));
     }
 
     /// A component as a number; integers of normalized accessors become 0 to 1 (or -1 to 1).
     float number(size_t index, size_t component) const {
-        switch (fAccessor.componentType) {
+        switch (accessor_.componentType) {
         case TINYGLTF_COMPONENT_TYPE_FLOAT:
             return read<float>(index, component);
         case TINYGLTF_COMPONENT_TYPE_BYTE:
@@ -92,11 +92,11 @@ class Accessor {
         case TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT:
             return scaled(read<uint16_t>(index, component), 65535);
         }
-        throw BadFile(fWhat + " has an unsupported component type");
+        throw BadFile(what_ + " has an unsupported component type");
     }
 
     int integer(size_t index) const {
-        switch (fAccessor.componentType) {
+        switch (accessor_.componentType) {
         case TINYGLTF_COMPONENT_TYPE_UNSIGNED_BYTE:
             return read<uint8_t>(index, 0);
         case TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT:
@@ -105,40 +105,40 @@ class Accessor {
             // Too large a number turns out as out of range when the mesh is built.
             return int(std::min<uint32_t>(read<uint32_t>(index, 0), INT32_MAX));
         }
-        throw BadFile(fWhat + " has an unsupported component type");
+        throw BadFile(what_ + " has an unsupported component type");
     }
 
   private:
     template <class T>
     T read(size_t index, size_t component) const {
         T value;
-        std::memcpy(&value, fData + index * fStride + component * fComponentSize, sizeof value);
+        std::memcpy(&value, data_ + index * stride_ + component * componentSize_, sizeof value);
         return value;
     }
     float scaled(int value, int most) const {
-        return fAccessor.normalized ? std::max(float(value) / float(most), -1.0f) : float(value);
+        return accessor_.normalized ? std::max(float(value) / float(most), -1.0f) : float(value);
     }
 
-    const tinygltf::Accessor &fAccessor;
-    std::string fWhat;
-    const unsigned char *fData = nullptr;
-    size_t fStride = 0, fComponentSize = 0;
+    const tinygltf::Accessor &accessor_;
+    std::string what_;
+    const unsigned char *data_ = nullptr;
+    size_t stride_ = 0, componentSize_ = 0;
 };
 
 class Reader {
   public:
-    Reader(const tinygltf::Model &model, Scene &scene) : fModel(model), fScene(scene) {}
+    Reader(const tinygltf::Model &model, Scene &scene) : model_(model), scene_(scene) {}
 
     void read() {
         addMaterials();
-        fMeshes.resize(fModel.meshes.size());
+        meshes_.resize(model_.meshes.size());
         std::vector<std::pair<int, NodeId>> todo; // nodes of the file, and their parents here
         for (int root : rootNodes())
             todo.emplace_back(root, kNoNode);
         std::set<int> seen;
         for (size_t at = 0; at < todo.size(); ++at) {
             const auto [index, parent] = todo[at];
-            const tinygltf::Node &node = element(fModel.nodes, index, "node");
+            const tinygltf::Node &node = element(model_.nodes, index, "node");
             if (!seen.insert(index).second)
                 throw BadFile("node " + std::to_string(index) + " has several parents");
             const NodeId id = addNode(node, parent);
@@ -149,20 +149,20 @@ class Reader {
 
   private:
     std::vector<int> rootNodes() const {
-        if (!fModel.scenes.empty())
-            return element(fModel.scenes, std::max(fModel.defaultScene, 0), "scene").nodes;
+        if (!model_.scenes.empty())
+            return element(model_.scenes, std::max(model_.defaultScene, 0), "scene").nodes;
         std::vector<int> roots;
         std::set<int> children;
-        for (const tinygltf::Node &node : fModel.nodes)
+        for (const tinygltf::Node &node : model_.nodes)
             children.insert(node.children.begin(), node.children.end());
-        for (int index = 0; index < int(fModel.nodes.size()); ++index)
+        for (int index = 0; index < int(model_.nodes.size()); ++index)
             if (!children.contains(index))
                 roots.push_back(index);
         return roots;
     }
 
     void addMaterials() {
-        for (const tinygltf::Material &from : fModel.materials) {
+        for (const tinygltf::Material &from : model_.materials) {
             const tinygltf::PbrMetallicRoughness &pbr = from.pbrMetallicRoughness;
             const ZVector base = color(pbr.baseColorFactor, ZVector(1, 1, 1));
             const double metal = std::clamp(pbr.metallicFactor, 0.0, 1.0);
@@ -181,15 +181,15 @@ class Reader {
                 material.diffuse += base * (0.5 * metal);
             if (pbr.baseColorTexture.index >= 0)
                 material.texture = addTexture(pbr.baseColorTexture.index);
-            fMaterials.push_back(fScene.add("material", from.name, material));
+            materials_.push_back(scene_.add("material", from.name, material));
         }
     }
 
     NodeId addTexture(int index) {
-        const int source = element(fModel.textures, index, "texture").source;
+        const int source = element(model_.textures, index, "texture").source;
         if (source < 0)
             return kNoNode; // an image of a format that only an extension knows
-        const tinygltf::Image &image = element(fModel.images, source, "image");
+        const tinygltf::Image &image = element(model_.images, source, "image");
         Texture texture;
         if (image.uri.rfind("data:", 0) != 0)
             texture.fileName = image.uri;
@@ -201,7 +201,7 @@ class Reader {
             pixels->rgba = image.image;
             texture.pixels = std::move(pixels);
         }
-        return fScene.add("file", image.name, texture);
+        return scene_.add("file", image.name, texture);
     }
 
     NodeId addNode(const tinygltf::Node &node, NodeId parent) {
@@ -216,12 +216,12 @@ class Reader {
             carried.emplace_back("light", *light);
         const bool single = carried.size() == 1;
         const NodeId id = single
-                              ? fScene.add(carried[0].first, node.name, carried[0].second, parent)
-                              : fScene.add("transform", node.name, {}, parent);
-        fScene.edit(id)->local = localMatrix(node);
+                              ? scene_.add(carried[0].first, node.name, carried[0].second, parent)
+                              : scene_.add("transform", node.name, {}, parent);
+        scene_.edit(id)->local = localMatrix(node);
         for (const auto &[type, payload] : carried)
             if (!single)
-                fScene.add(type, type, payload, id);
+                scene_.add(type, type, payload, id);
         return id;
     }
 
@@ -259,7 +259,7 @@ class Reader {
     }
 
     Camera cameraOf(int index) const {
-        const tinygltf::Camera &from = element(fModel.cameras, index, "camera");
+        const tinygltf::Camera &from = element(model_.cameras, index, "camera");
         Camera camera;
         if (from.type == "orthographic") {
             const auto &lens = from.orthographic;
@@ -288,7 +288,7 @@ class Reader {
         if (extension == node.extensions.end() || !extension->second.Has("light"))
             return {};
         const int index = extension->second.Get("light").GetNumberAsInt();
-        const tinygltf::Light &from = element(fModel.lights, index, "light");
+        const tinygltf::Light &from = element(model_.lights, index, "light");
         Light light;
         light.color = color(from.color, ZVector(1, 1, 1));
         light.intensity = from.intensity;
@@ -305,8 +305,8 @@ class Reader {
     }
 
     std::shared_ptr<const Mesh> meshOf(int index) {
-        const tinygltf::Mesh &from = element(fModel.meshes, index, "mesh");
-        std::shared_ptr<const Mesh> &mesh = fMeshes[size_t(index)];
+        const tinygltf::Mesh &from = element(model_.meshes, index, "mesh");
+        std::shared_ptr<const Mesh> &mesh = meshes_[size_t(index)];
         if (mesh)
             return mesh;
         MeshSource source;
@@ -325,7 +325,7 @@ class Reader {
         const auto found = primitive.attributes.find(attribute);
         if (found == primitive.attributes.end())
             return;
-        const Accessor values(fModel, found->second, type, attribute);
+        const Accessor values(model_, found->second, type, attribute);
         if (values.count() != count)
             throw BadFile(std::string(attribute) + " and POSITION differ in length");
         for (size_t index = 0; index < count; ++index)
@@ -341,7 +341,7 @@ class Reader {
         if (position == primitive.attributes.end())
             throw BadFile("a mesh has no positions");
         const size_t count =
-            Accessor(fModel, position->second, TINYGLTF_TYPE_VEC3, "POSITION").count();
+            Accessor(model_, position->second, TINYGLTF_TYPE_VEC3, "POSITION").count();
         const int first[3] = {int(source.positions.size() / 3), int(source.normals.size() / 3),
                               int(source.uvs.size() / 2)};
         append(primitive, "POSITION", count, TINYGLTF_TYPE_VEC3, source.positions);
@@ -354,7 +354,7 @@ class Reader {
 
         std::vector<int> indices;
         if (primitive.indices >= 0) {
-            const Accessor from(fModel, primitive.indices, TINYGLTF_TYPE_SCALAR, "indices");
+            const Accessor from(model_, primitive.indices, TINYGLTF_TYPE_SCALAR, "indices");
             for (size_t at = 0; at < from.count(); ++at) {
                 indices.push_back(from.integer(at));
                 if (size_t(indices.back()) >= count)
@@ -366,7 +366,7 @@ class Reader {
                 indices.push_back(int(at));
         }
         const NodeId material =
-            primitive.material < 0 ? kNoNode : element(fMaterials, primitive.material, "material");
+            primitive.material < 0 ? kNoNode : element(materials_, primitive.material, "material");
         const auto triangle = [&](size_t a, size_t b, size_t c) {
             for (size_t at : {a, b, c})
                 source.corners.push_back({first[0] + indices[at],
@@ -386,10 +386,10 @@ class Reader {
         }
     }
 
-    const tinygltf::Model &fModel;
-    Scene &fScene;
-    std::vector<NodeId> fMaterials;
-    std::vector<std::shared_ptr<const Mesh>> fMeshes;
+    const tinygltf::Model &model_;
+    Scene &scene_;
+    std::vector<NodeId> materials_;
+    std::vector<std::shared_ptr<const Mesh>> meshes_;
 };
 
 } // namespace

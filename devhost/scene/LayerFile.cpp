@@ -2,17 +2,17 @@
 // wrong can be told in the file's own terms: "layers[0].members[2]: there is no node 'cup'".
 #include "devhost/scene/LayerFile.h"
 
+#include "devhost/scene/PassKind.h"
+#include "devhost/scene/SceneGraph.h"
+#include "devhost/scene/SceneLoader.h"
+
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <initializer_list>
-
-#include <nlohmann/json.hpp>
-
-#include "devhost/scene/PassKind.h"
-#include "devhost/scene/SceneGraph.h"
-#include "devhost/scene/SceneLoader.h"
 
 namespace devhost {
 
@@ -22,54 +22,54 @@ using Json = nlohmann::json;
 
 class Place {
   public:
-    Place(const Json &value, std::string where) : fValue(value), fWhere(std::move(where)) {}
+    Place(const Json &value, std::string where) : value_(value), where_(std::move(where)) {}
 
     [[noreturn]] void fail(const std::string &what) const {
-        throw BadFile(fWhere.empty() ? what : fWhere + ": " + what);
+        throw BadFile(where_.empty() ? what : where_ + ": " + what);
     }
-    const Json &value() const { return fValue; }
+    const Json &value() const { return value_; }
 
     /// Checks that it is an object, and that it has no other members: one that is misspelt would
     /// go unnoticed.
     void expectMembers(std::initializer_list<const char *> known) const {
-        if (!fValue.is_object())
+        if (!value_.is_object())
             fail("an object {...} is expected");
-        for (const auto &[key, ignored] : fValue.items())
+        for (const auto &[key, ignored] : value_.items())
             if (std::find(known.begin(), known.end(), key) == known.end())
                 fail("there is nothing called '" + key + "' here");
     }
-    bool has(const char *key) const { return fValue.contains(key); }
+    bool has(const char *key) const { return value_.contains(key); }
     Place at(const char *key) const {
         if (!has(key))
             fail(std::string("'") + key + "' is missing");
-        return {fValue[key], (fWhere.empty() ? "" : fWhere + ".") + key};
+        return {value_[key], (where_.empty() ? "" : where_ + ".") + key};
     }
     void forEach(const char *key, const std::function<void(const Place &)> &use) const {
         if (!has(key))
             return;
         const Place list = at(key);
-        if (!list.fValue.is_array())
+        if (!list.value_.is_array())
             list.fail("a list [...] is expected");
-        for (size_t index = 0; index < list.fValue.size(); ++index)
-            use({list.fValue[index], list.fWhere + "[" + std::to_string(index) + "]"});
+        for (size_t index = 0; index < list.value_.size(); ++index)
+            use({list.value_[index], list.where_ + "[" + std::to_string(index) + "]"});
     }
     std::string text() const {
-        if (!fValue.is_string() || fValue.get_ref<const std::string &>().empty())
+        if (!value_.is_string() || value_.get_ref<const std::string &>().empty())
             fail("a text is expected");
-        return fValue.get<std::string>();
+        return value_.get<std::string>();
     }
     std::string text(const char *key, const std::string &otherwise) const {
         return has(key) ? at(key).text() : otherwise;
     }
 
   private:
-    const Json &fValue;
-    std::string fWhere;
+    const Json &value_;
+    std::string where_;
 };
 
 class Reader {
   public:
-    explicit Reader(Scene &scene) : fScene(scene) {}
+    explicit Reader(Scene &scene) : scene_(scene) {}
 
     void read(const Json &file) {
         const Place top(file, "");
@@ -82,7 +82,7 @@ class Reader {
 
   private:
     NodeId find(const Place &place, const std::string &name) const {
-        const NodeId id = fScene.find(name);
+        const NodeId id = scene_.find(name);
         if (id == kNoNode)
             place.fail("there is no node '" + name + "'");
         return id;
@@ -91,7 +91,7 @@ class Reader {
     template <class Test>
     NodeId find(const Place &place, const char *kind, Test test) const {
         const NodeId id = find(place, place.text());
-        if (!test(*fScene.node(id)))
+        if (!test(*scene_.node(id)))
             place.fail("'" + place.text() + "' is no " + kind);
         return id;
     }
@@ -102,9 +102,9 @@ class Reader {
 
     NodeId add(const char *type, const Place &place, Payload payload, NodeId parent = kNoNode) {
         const std::string name = place.at("name").text();
-        if (fScene.find(name) != kNoNode)
+        if (scene_.find(name) != kNoNode)
             place.at("name").fail("there is a node '" + name + "' already");
-        return fScene.add(type, name, std::move(payload), parent);
+        return scene_.add(type, name, std::move(payload), parent);
     }
 
     NodeChoice choice(const Place &parent, const char *key) const {
@@ -149,12 +149,12 @@ class Reader {
             parent = find(place.at("parent"), "render layer that can have children",
                           [](const Node &n) { return n.layer() && !n.layer()->isDefault; });
 
-        const NodeId existing = fScene.find(place.at("name").text());
-        const bool isDefault = existing != kNoNode && existing == fScene.currentLayer();
+        const NodeId existing = scene_.find(place.at("name").text());
+        const bool isDefault = existing != kNoNode && existing == scene_.currentLayer();
         if (isDefault && (place.has("members") || place.has("parent") || place.has("adjustments")))
             place.fail("the default layer can be given passes only");
         if (isDefault) {
-            std::get<RenderLayer>(fScene.edit(existing)->payload).passes = layer.passes;
+            std::get<RenderLayer>(scene_.edit(existing)->payload).passes = layer.passes;
             return;
         }
         const NodeId id = add("renderLayer", place, layer, parent);
@@ -172,19 +172,19 @@ class Reader {
                 value.fail("the name of a node, a point and the name of an attribute is expected");
             const NodeId id = find(value, key.substr(0, dot));
             const std::string attribute = key.substr(dot + 1);
-            const auto unadjusted = fScene.attribute(id, attribute);
+            const auto unadjusted = scene_.attribute(id, attribute);
             if (!unadjusted)
                 value.fail("there is no attribute '" + attribute + "'");
-            const Texture *texture = fScene.node(id)->texture();
+            const Texture *texture = scene_.node(id)->texture();
             if (texture && texture->fileName.empty())
                 value.fail("the texture has no file of its own"); // its pixels would be lost
             // The scene converts the value to the attribute's type; then it gets its own back.
-            if (!fScene.setAttribute(id, attribute, attributeValue(value)))
+            if (!scene_.setAttribute(id, attribute, attributeValue(value)))
                 value.fail("the attribute cannot have this value");
-            const AttributeValue adjusted = *fScene.attribute(id, attribute);
-            fScene.setAttribute(id, attribute, *unadjusted);
-            const std::string name = "adjustment(" + fScene.path(id) + "." + attribute + ")";
-            Node &layer = *fScene.edit(layerId);
+            const AttributeValue adjusted = *scene_.attribute(id, attribute);
+            scene_.setAttribute(id, attribute, *unadjusted);
+            const std::string name = "adjustment(" + scene_.path(id) + "." + attribute + ")";
+            Node &layer = *scene_.edit(layerId);
             layer.attributes[name] = adjusted;
             std::get<RenderLayer>(layer.payload).adjustments.push_back({id, attribute, name});
         }
@@ -227,12 +227,12 @@ class Reader {
         place.expectMembers({"light", "illuminates", "shadows"});
         const NodeId id = find(place.at("light"), "light",
                                [](const Node &node) { return node.light() != nullptr; });
-        auto &light = std::get<Light>(fScene.edit(id)->payload);
+        auto &light = std::get<Light>(scene_.edit(id)->payload);
         light.illuminated = choice(place, "illuminates");
         light.shadowCasters = choice(place, "shadows");
     }
 
-    Scene &fScene;
+    Scene &scene_;
 };
 
 /// What the parser found, without its own error numbers: "line 3, column 5: ...".

@@ -1,10 +1,11 @@
-// Reads the file beside a scene file that describes layers, passes, image sources and light links;
-// docs/layers.md tells its format.
 #pragma once
 
-#include <string>
+// Reads the file beside a scene file that describes layers, passes, image sources and light links;
+// docs/layers.md tells its format.
 
 #include "host/core/ZStatus.h"
+
+#include <string>
 
 namespace devhost {
 

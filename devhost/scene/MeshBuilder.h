@@ -1,12 +1,13 @@
+#pragma once
+
 // Turns what scene files hold (separate pools of positions, normals and texture coordinates) into
 // meshes with one set of vertices.
-#pragma once
+
+#include "devhost/scene/SceneGraph.h"
 
 #include <array>
 #include <string>
 #include <vector>
-
-#include "devhost/scene/SceneGraph.h"
 
 namespace devhost {
 

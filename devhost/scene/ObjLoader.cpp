@@ -1,12 +1,12 @@
 // Reader of .obj files and their .mtl materials.
-#include <algorithm>
-#include <filesystem>
-
-#include <tiny_obj_loader.h>
-
 #include "devhost/scene/MeshBuilder.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/scene/SceneLoader.h"
+
+#include <tiny_obj_loader.h>
+
+#include <algorithm>
+#include <filesystem>
 
 namespace devhost {
 
@@ -44,37 +44,37 @@ bool lostFaces(const std::string &warning) {
 class PoolSubset {
   public:
     PoolSubset(const std::vector<tinyobj::real_t> &pool, int width)
-        : fPool(pool), fWidth(width), fPlaces(pool.size() / width, -1) {}
+        : pool_(pool), width_(width), places_(pool.size() / width, -1) {}
 
     /// Whether the file's index is an element of the pool, or an absent optional one.
     bool accepts(int index, bool optional) const {
-        return (optional && index == -1) || (index >= 0 && size_t(index) < fPlaces.size());
+        return (optional && index == -1) || (index >= 0 && size_t(index) < places_.size());
     }
 
     /// The element's index in `target`, where it is copied to on first use; -1 stays -1.
     int place(int index, std::vector<float> &target) {
         if (index < 0)
             return -1;
-        if (fPlaces[index] < 0) {
-            fPlaces[index] = int(target.size()) / fWidth;
-            fTouched.push_back(index);
-            const auto from = fPool.begin() + std::ptrdiff_t(index) * fWidth;
-            target.insert(target.end(), from, from + fWidth);
+        if (places_[index] < 0) {
+            places_[index] = int(target.size()) / width_;
+            touched_.push_back(index);
+            const auto from = pool_.begin() + std::ptrdiff_t(index) * width_;
+            target.insert(target.end(), from, from + width_);
         }
-        return fPlaces[index];
+        return places_[index];
     }
 
     void startShape() {
-        for (int index : fTouched)
-            fPlaces[index] = -1;
-        fTouched.clear();
+        for (int index : touched_)
+            places_[index] = -1;
+        touched_.clear();
     }
 
   private:
-    const std::vector<tinyobj::real_t> &fPool;
-    int fWidth;
-    std::vector<int> fPlaces;
-    std::vector<int> fTouched;
+    const std::vector<tinyobj::real_t> &pool_;
+    int width_;
+    std::vector<int> places_;
+    std::vector<int> touched_;
 };
 
 } // namespace

@@ -1,10 +1,11 @@
-// What render passes can compute.
 #pragma once
+
+// What render passes can compute.
+
+#include "host/base/HostApi.h"
 
 #include <span>
 #include <string>
-
-#include "host/base/HostApi.h"
 
 namespace devhost {
 

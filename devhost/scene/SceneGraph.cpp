@@ -151,35 +151,35 @@ ZVector transformPoint(const ZVector &point, const ZMatrix &matrix) {
     return point * matrix + ZVector(matrix[3][0], matrix[3][1], matrix[3][2]);
 }
 
-Scene::Scene() : fRevision(nextRevision()) {}
+Scene::Scene() : revision_(nextRevision()) {}
 
 void Scene::clear() {
-    fSlots.clear();
-    fOrder.clear();
-    fNames.clear();
-    fCurrentLayer = kNoNode;
-    fUnadjusted.clear();
-    fFileName.clear();
-    fRevision = nextRevision();
+    slots_.clear();
+    order_.clear();
+    names_.clear();
+    currentLayer_ = kNoNode;
+    unadjusted_.clear();
+    fileName_.clear();
+    revision_ = nextRevision();
 }
 
 std::string Scene::folder() const {
     namespace fs = std::filesystem;
     std::error_code ignored;
-    if (fFileName.empty())
+    if (fileName_.empty())
         return fs::current_path(ignored).string();
-    return fs::path(fFileName).parent_path().string();
+    return fs::path(fileName_).parent_path().string();
 }
 
 std::string Scene::uniqueName(const std::string &wanted, NodeId parent) {
     std::string base = wanted.empty() ? "node" : wanted;
     std::replace(base.begin(), base.end(), '|', '_'); // it separates the names of a path
-    auto [entry, isNew] = fNames.try_emplace({parent, base}, 1);
+    auto [entry, isNew] = names_.try_emplace({parent, base}, 1);
     if (isNew)
         return base;
     for (unsigned &number = entry->second;;) {
         std::string name = base + std::to_string(number++);
-        if (fNames.try_emplace({parent, name}, 1).second)
+        if (names_.try_emplace({parent, name}, 1).second)
             return name;
     }
 }
@@ -192,12 +192,12 @@ NodeId Scene::add(const std::string &type, const std::string &name, Payload payl
     node->parent = parent;
     node->payload = std::move(payload);
 
-    const NodeId id = NodeId(fSlots.size());
-    fSlots.push_back({nextGeneration(), std::move(node)});
-    if (Node *above = parent == kNoNode ? nullptr : fSlots[parent].node.get())
+    const NodeId id = NodeId(slots_.size());
+    slots_.push_back({nextGeneration(), std::move(node)});
+    if (Node *above = parent == kNoNode ? nullptr : slots_[parent].node.get())
         above->children.push_back(id);
-    fOrder.push_back(id);
-    fRevision = nextRevision();
+    order_.push_back(id);
+    revision_ = nextRevision();
     return id;
 }
 
@@ -206,38 +206,38 @@ void Scene::remove(NodeId id) {
     if (!top)
         return;
     if (top->parent != kNoNode)
-        std::erase(fSlots[top->parent].node->children, id);
+        std::erase(slots_[top->parent].node->children, id);
     std::vector<NodeId> doomed{id};
     for (size_t at = 0; at < doomed.size(); ++at) {
         const Node &each = *node(doomed[at]);
         doomed.insert(doomed.end(), each.children.begin(), each.children.end());
     }
     for (NodeId each : doomed) {
-        fNames.erase({node(each)->parent, node(each)->name});
-        std::erase(fOrder, each);
+        names_.erase({node(each)->parent, node(each)->name});
+        std::erase(order_, each);
     }
     for (NodeId each : doomed)
-        fSlots[each].node.reset();
-    fRevision = nextRevision();
+        slots_[each].node.reset();
+    revision_ = nextRevision();
 }
 
 const Node *Scene::node(NodeId id) const {
-    return id >= 0 && size_t(id) < fSlots.size() ? fSlots[id].node.get() : nullptr;
+    return id >= 0 && size_t(id) < slots_.size() ? slots_[id].node.get() : nullptr;
 }
 
 Node *Scene::edit(NodeId id) {
-    fRevision = nextRevision();
+    revision_ = nextRevision();
     return const_cast<Node *>(node(id));
 }
 
 std::vector<NodeId> Scene::nodes() const {
-    return fOrder;
+    return order_;
 }
 
 std::vector<NodeId> Scene::select(bool (*wanted)(const Node &)) const {
     std::vector<NodeId> found;
-    for (NodeId id : fOrder)
-        if (wanted(*fSlots[id].node))
+    for (NodeId id : order_)
+        if (wanted(*slots_[id].node))
             found.push_back(id);
     return found;
 }
@@ -267,9 +267,9 @@ NodeId Scene::find(const std::string &name) const {
         return kNoNode;
     const bool isPath = name.find('|') != std::string::npos;
     const std::string end = name[0] == '|' ? name : "|" + name;
-    for (NodeId id : fOrder) {
+    for (NodeId id : order_) {
         if (!isPath) {
-            if (fSlots[id].node->name == name)
+            if (slots_[id].node->name == name)
                 return id;
         } else if (name[0] == '|' ? path(id) == name : endsWith(path(id), end)) {
             return id;
@@ -284,8 +284,8 @@ NodeId Scene::findCamera(const std::string &name) const {
         return all.empty() ? kNoNode : all.front();
     const NodeId named = find(name);
     for (NodeId id : all) {
-        const NodeId parent = fSlots[id].node->parent;
-        const bool ownName = id == named || fSlots[id].node->name == name;
+        const NodeId parent = slots_[id].node->parent;
+        const bool ownName = id == named || slots_[id].node->name == name;
         if (ownName || (named != kNoNode && parent == named))
             return id;
     }
@@ -376,11 +376,11 @@ bool Scene::setAttribute(NodeId id, const std::string &name, const AttributeValu
     if (!storeAttribute(id, name, value))
         return false;
     // What the current layer adjusts is kept twice: in the scene and in the layer.
-    if (const Node *current = node(fCurrentLayer))
+    if (const Node *current = node(currentLayer_))
         for (const RenderLayer::Adjustment &each : current->layer()->adjustments) {
             if (each.node == id && each.attribute == name)
-                storeAttribute(fCurrentLayer, each.name, value);
-            else if (fCurrentLayer == id && each.name == name)
+                storeAttribute(currentLayer_, each.name, value);
+            else if (currentLayer_ == id && each.name == name)
                 storeAttribute(each.node, each.attribute, value);
         }
     return true;
@@ -410,8 +410,8 @@ bool Scene::storeAttribute(NodeId id, const std::string &name, const AttributeVa
 }
 
 NodeId Scene::currentLayer() const {
-    if (node(fCurrentLayer))
-        return fCurrentLayer;
+    if (node(currentLayer_))
+        return currentLayer_;
     for (NodeId id : layers())
         if (node(id)->layer()->isDefault)
             return id;
@@ -422,18 +422,18 @@ bool Scene::setCurrentLayer(NodeId layer) {
     const Node *next = node(layer);
     if (!next || !next->layer())
         return false;
-    if (const Node *last = node(fCurrentLayer)) {
+    if (const Node *last = node(currentLayer_)) {
         const auto &adjustments = last->layer()->adjustments;
-        for (size_t at = 0; at < fUnadjusted.size(); ++at)
-            storeAttribute(adjustments[at].node, adjustments[at].attribute, fUnadjusted[at]);
+        for (size_t at = 0; at < unadjusted_.size(); ++at)
+            storeAttribute(adjustments[at].node, adjustments[at].attribute, unadjusted_[at]);
     }
-    fUnadjusted.clear();
+    unadjusted_.clear();
     for (const RenderLayer::Adjustment &each : next->layer()->adjustments) {
-        fUnadjusted.push_back(attribute(each.node, each.attribute).value_or(false));
+        unadjusted_.push_back(attribute(each.node, each.attribute).value_or(false));
         storeAttribute(each.node, each.attribute, next->attributes.at(each.name));
     }
-    fCurrentLayer = layer;
-    fRevision = nextRevision();
+    currentLayer_ = layer;
+    revision_ = nextRevision();
     return true;
 }
 
@@ -451,16 +451,16 @@ bool Scene::isRendered(NodeId id) const {
     if (!isVisible(id))
         return false;
     const Light *light = node(id)->light();
-    return !node(fCurrentLayer) || (light && light->isDefault) || isInLayer(id, fCurrentLayer);
+    return !node(currentLayer_) || (light && light->isDefault) || isInLayer(id, currentLayer_);
 }
 
 ZObject Scene::object(NodeId id) const {
-    return node(id) ? ZObject(id, fSlots[id].generation) : ZObject();
+    return node(id) ? ZObject(id, slots_[id].generation) : ZObject();
 }
 
 NodeId Scene::id(const ZObject &object) const {
-    return node(object.fNode) && fSlots[object.fNode].generation == object.fGeneration
-               ? object.fNode
+    return node(object.node_) && slots_[object.node_].generation == object.generation_
+               ? object.node_
                : kNoNode;
 }
 
@@ -495,7 +495,7 @@ void Scene::addDefaults() {
 
 void Scene::replaceBy(Scene &&other) {
     *this = std::move(other);
-    fRevision = nextRevision();
+    revision_ = nextRevision();
 }
 
 Scene &scene() {

@@ -1,9 +1,17 @@
+#pragma once
+
 // The scene that the host holds: a graph of named nodes with meshes, cameras, lights and materials.
 //
 // A node is named by a NodeId; a cleared scene uses the ids again, so whoever keeps one for long
 // keeps a ZObject, which also carries the generation. Rendering threads may read a scene at the
 // same time as long as nobody changes it.
-#pragma once
+
+#include "host/base/HostApi.h"
+#include "host/core/ZFloatVector.h"
+#include "host/core/ZMatrix.h"
+#include "host/core/ZObject.h"
+#include "host/core/ZString.h"
+#include "host/core/ZVector.h"
 
 #include <map>
 #include <memory>
@@ -12,13 +20,6 @@
 #include <utility>
 #include <variant>
 #include <vector>
-
-#include "host/base/HostApi.h"
-#include "host/core/ZFloatVector.h"
-#include "host/core/ZMatrix.h"
-#include "host/core/ZObject.h"
-#include "host/core/ZString.h"
-#include "host/core/ZVector.h"
 
 namespace devhost {
 
@@ -167,10 +168,10 @@ class OPENQUIL_API Scene {
     /// Takes every node out; handles to them read as null from then on.
     void clear();
     /// Changes whenever the scene does.
-    unsigned long revision() const { return fRevision; }
+    unsigned long revision() const { return revision_; }
     /// The absolute name of the scene's file; empty when it has none.
-    const std::string &fileName() const { return fFileName; }
-    void setFileName(const std::string &name) { fFileName = name; }
+    const std::string &fileName() const { return fileName_; }
+    void setFileName(const std::string &name) { fileName_ = name; }
     /// The folder of the scene's file, else the working folder.
     std::string folder() const;
 
@@ -251,15 +252,15 @@ class OPENQUIL_API Scene {
     bool storeAttribute(NodeId id, const std::string &name, const AttributeValue &value);
     std::string uniqueName(const std::string &wanted, NodeId parent);
 
-    std::vector<Slot> fSlots;
-    std::vector<NodeId> fOrder;
-    NodeId fCurrentLayer = kNoNode;
+    std::vector<Slot> slots_;
+    std::vector<NodeId> order_;
+    NodeId currentLayer_ = kNoNode;
     /// The values outside the current layer of what it adjusts, in its adjustments' order.
-    std::vector<AttributeValue> fUnadjusted;
+    std::vector<AttributeValue> unadjusted_;
     /// Names taken below each parent, with the number to try next behind them.
-    std::map<std::pair<NodeId, std::string>, unsigned> fNames;
-    unsigned long fRevision = 0;
-    std::string fFileName;
+    std::map<std::pair<NodeId, std::string>, unsigned> names_;
+    unsigned long revision_ = 0;
+    std::string fileName_;
 };
 
 /// A point carried by a matrix, its translation included.

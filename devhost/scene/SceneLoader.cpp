@@ -1,13 +1,13 @@
 // Choice of the reader by extension, and the change of scene.
 #include "devhost/scene/SceneLoader.h"
 
+#include "devhost/scene/LayerFile.h"
+#include "devhost/scene/SceneGraph.h"
+#include "devhost/util/FileName.h"
+
 #include <exception>
 #include <filesystem>
 #include <fstream>
-
-#include "devhost/util/FileName.h"
-#include "devhost/scene/LayerFile.h"
-#include "devhost/scene/SceneGraph.h"
 
 namespace devhost {
 

@@ -1,11 +1,12 @@
-// Reads scene files into the process's scene.
 #pragma once
 
-#include <stdexcept>
-#include <string>
+// Reads scene files into the process's scene.
 
 #include "host/base/HostApi.h"
 #include "host/core/ZStatus.h"
+
+#include <stdexcept>
+#include <string>
 
 namespace devhost {
 

@@ -1,5 +1,8 @@
-// Registered objects of the host's callback classes, in the order in which they are called.
 #pragma once
+
+// Registered objects of the host's callback classes, in the order in which they are called.
+
+#include "devhost/session/RenderSession.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -7,8 +10,6 @@
 #include <mutex>
 #include <new>
 #include <vector>
-
-#include "devhost/session/RenderSession.h"
 
 namespace devhost {
 
@@ -35,20 +36,20 @@ class CallbackRegistry {
     void add(Callback *callback, int priority) {
         if (!callback)
             return;
-        const std::lock_guard lock(fMutex);
+        const std::lock_guard lock(mutex_);
         erase(callback);
-        const auto after = std::find_if(fEntries.begin(), fEntries.end(), [&](const Entry &entry) {
+        const auto after = std::find_if(entries_.begin(), entries_.end(), [&](const Entry &entry) {
             return entry.priority > priority;
         });
-        fEntries.insert(after, {callback, priority});
+        entries_.insert(after, {callback, priority});
     }
     void remove(Callback *callback) {
-        const std::lock_guard lock(fMutex);
+        const std::lock_guard lock(mutex_);
         erase(callback);
     }
     bool isEmpty() {
-        const std::lock_guard lock(fMutex);
-        return fEntries.empty();
+        const std::lock_guard lock(mutex_);
+        return entries_.empty();
     }
 
     /// Calls `call` for each callback, with nothing locked but what the session's guard locks.
@@ -56,8 +57,8 @@ class CallbackRegistry {
     void run(const char *name, Call call) {
         std::vector<Entry> snapshot;
         {
-            const std::lock_guard lock(fMutex);
-            snapshot = fEntries;
+            const std::lock_guard lock(mutex_);
+            snapshot = entries_;
         }
         for (const Entry &entry : snapshot) {
             const auto callIfThere = [&] {
@@ -79,16 +80,16 @@ class CallbackRegistry {
     };
 
     void erase(Callback *callback) {
-        std::erase_if(fEntries, [&](const Entry &entry) { return entry.callback == callback; });
+        std::erase_if(entries_, [&](const Entry &entry) { return entry.callback == callback; });
     }
     bool contains(Callback *callback) {
-        const std::lock_guard lock(fMutex);
-        return std::any_of(fEntries.begin(), fEntries.end(),
+        const std::lock_guard lock(mutex_);
+        return std::any_of(entries_.begin(), entries_.end(),
                            [&](const Entry &entry) { return entry.callback == callback; });
     }
 
-    std::mutex fMutex;
-    std::vector<Entry> fEntries;
+    std::mutex mutex_;
+    std::vector<Entry> entries_;
 };
 
 /// The registry of a class. Never destroyed: scripts may drop their callbacks while the process

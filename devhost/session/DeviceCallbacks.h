@@ -1,5 +1,6 @@
-// The hardware renderer's side of the registered device callbacks.
 #pragma once
+
+// The hardware renderer's side of the registered device callbacks.
 
 #include "host/base/HostApi.h"
 

@@ -1,6 +1,8 @@
 // Threads that take blocks of a range until none is left.
 #include "devhost/session/Parallel.h"
 
+#include "devhost/session/RenderSession.h"
+
 #include <algorithm>
 #include <atomic>
 #include <exception>
@@ -8,8 +10,6 @@
 #include <system_error>
 #include <thread>
 #include <vector>
-
-#include "devhost/session/RenderSession.h"
 
 namespace devhost {
 

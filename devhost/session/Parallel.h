@@ -1,10 +1,11 @@
-// Work over a range of numbers on the threads of the render.
 #pragma once
+
+// Work over a range of numbers on the threads of the render.
+
+#include "host/base/HostApi.h"
 
 #include <cstddef>
 #include <functional>
-
-#include "host/base/HostApi.h"
 
 namespace devhost {
 

@@ -1,5 +1,6 @@
-// The software renderer's side of the registered render callbacks.
 #pragma once
+
+// The software renderer's side of the registered render callbacks.
 
 #include "host/base/HostApi.h"
 #include "host/render/ZRenderCallback.h"

@@ -1,14 +1,15 @@
-// What render code of the host shares about the render that is going on.
 #pragma once
 
-#include <atomic>
-#include <functional>
-#include <string>
+// What render code of the host shares about the render that is going on.
 
 #include "devhost/scene/SceneGraph.h"
 #include "host/base/HostApi.h"
 #include "host/render/ZCommonRenderSettings.h"
 #include "host/render/ZRenderUtil.h"
+
+#include <atomic>
+#include <functional>
+#include <string>
 
 namespace devhost {
 

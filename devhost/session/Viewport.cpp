@@ -1,13 +1,13 @@
 #include "devhost/session/Viewport.h"
 
-#include "devhost/util/Guarded.h"
 #include "devhost/image/ImageIo.h"
 #include "devhost/raytrace/CameraView.h"
-#include "devhost/session/Parallel.h"
 #include "devhost/raytrace/RayTracer.h"
 #include "devhost/raytrace/Shading.h"
+#include "devhost/session/Parallel.h"
 #include "devhost/session/ViewportRegistry.h"
 #include "devhost/session/ViewportRequest.h"
+#include "devhost/util/Guarded.h"
 
 #include <algorithm>
 #include <limits>

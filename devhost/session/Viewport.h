@@ -1,5 +1,6 @@
-// Viewports: images of the scene as a registered viewport renderer draws them.
 #pragma once
+
+// Viewports: images of the scene as a registered viewport renderer draws them.
 
 #include "host/base/HostApi.h"
 #include "host/core/ZStatus.h"

@@ -1,5 +1,6 @@
-// The registered viewport renderers.
 #pragma once
+
+// The registered viewport renderers.
 
 #include <list>
 #include <string>

@@ -1,5 +1,6 @@
-// One drawing of a viewport: all that a renderer is told, and the image that it makes.
 #pragma once
+
+// One drawing of a viewport: all that a renderer is told, and the image that it makes.
 
 #include "devhost/gl/GlTarget.h"
 #include "devhost/session/Viewport.h"

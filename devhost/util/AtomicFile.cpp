@@ -1,12 +1,13 @@
 // A file that appears under its name only when it has been written whole.
 #include "devhost/util/AtomicFile.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <filesystem>
-#include <unistd.h>
 #include <utility>
 
 namespace fs = std::filesystem;

@@ -1,5 +1,6 @@
-// A file that appears under its name only when it has been written whole.
 #pragma once
+
+// A file that appears under its name only when it has been written whole.
 
 #include "host/core/ZStatus.h"
 

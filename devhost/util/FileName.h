@@ -1,5 +1,6 @@
-// What names of files tell.
 #pragma once
+
+// What names of files tell.
 
 #include <cctype>
 #include <filesystem>

@@ -1,12 +1,13 @@
-// The host's border for native exceptions: none leaves an operation, failures are statuses.
 #pragma once
+
+// The host's border for native exceptions: none leaves an operation, failures are statuses.
+
+#include "host/core/ZStatus.h"
 
 #include <exception>
 #include <new>
 #include <stdexcept>
 #include <type_traits>
-
-#include "host/core/ZStatus.h"
 
 namespace devhost {
 

@@ -1,5 +1,6 @@
-// How operations make statuses and hand them to callers.
 #pragma once
+
+// How operations make statuses and hand them to callers.
 
 #include "host/core/ZStatus.h"
 

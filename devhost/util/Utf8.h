@@ -1,5 +1,6 @@
-// Conversion between UTF-8 and Unicode code points.
 #pragma once
+
+// Conversion between UTF-8 and Unicode code points.
 
 #include <string>
 #include <string_view>

@@ -1,5 +1,6 @@
-// Casts from the core library's containers to the base library's that they are made of.
 #pragma once
+
+// Casts from the core library's containers to the base library's that they are made of.
 
 #include "host/base/TstringArray.h"
 

@@ -1,5 +1,6 @@
-// The base library's growable array of objects.
 #pragma once
+
+// The base library's growable array of objects.
 
 #include "host/base/HostApi.h"
 

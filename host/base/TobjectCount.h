@@ -1,6 +1,7 @@
+#pragma once
+
 // How a host may count its live objects. Only objects of their own on the heap count, not members,
 // elements and locals; neither the size of an object nor the place of its members changes.
-#pragma once
 
 #include "host/base/HostApi.h"
 

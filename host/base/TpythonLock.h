@@ -3,6 +3,7 @@
 #include "host/base/HostApi.h"
 
 #include <Python.h>
+
 #include <atomic>
 
 /// How TpythonLock::initLock is to take the interpreter lock.
@@ -52,17 +53,17 @@ class OPENQUIL_API TpythonLock {
 
   private:
     void release() {
-        if (!fCaptured)
+        if (!captured_)
             return;
-        if (fMarkedMainThread)
+        if (markedMainThread_)
             pythonMainThreadIsLocked = false;
         // The interpreter may give this thread's state to the next one that comes.
         tPythonThread.state = nullptr;
-        PyGILState_Release(fState);
+        PyGILState_Release(state_);
         --fsCapturedCount;
     }
 
-    bool fMarkedMainThread = false;
-    bool fCaptured = false;
-    PyGILState_STATE fState = PyGILState_UNLOCKED;
+    bool markedMainThread_ = false;
+    bool captured_ = false;
+    PyGILState_STATE state_ = PyGILState_UNLOCKED;
 };

@@ -7,11 +7,11 @@
 /// A reference to an interpreter object, or to none.
 class TpythonObjectBase {
   public:
-    PyObject *object() const { return fObject; }
+    PyObject *object() const { return object_; }
 
   protected:
-    explicit TpythonObjectBase(PyObject *object = nullptr) : fObject(object) {}
-    PyObject *fObject;
+    explicit TpythonObjectBase(PyObject *object = nullptr) : object_(object) {}
+    PyObject *object_;
 };
 
 /// A counted reference whose every count change happens under a Lock, with readers that turn the
@@ -21,17 +21,17 @@ class TpythonObjectWithLock : public TpythonObjectBase {
   public:
     TpythonObjectWithLock() = default;
     explicit TpythonObjectWithLock(PyObject *object) : TpythonObjectBase(object) {
-        if (!fObject)
+        if (!object_)
             return;
         Lock lock(kPythonLock);
-        Py_INCREF(fObject);
+        Py_INCREF(object_);
     }
     ~TpythonObjectWithLock() {
-        if (!fObject)
+        if (!object_)
             return;
         Lock lock(kPythonLock);
         if (Lock::isHeld()) // else the interpreter ended before
-            Py_DECREF(fObject);
+            Py_DECREF(object_);
     }
     TpythonObjectWithLock(const TpythonObjectWithLock &) = delete;
     TpythonObjectWithLock &operator=(const TpythonObjectWithLock &) = delete;

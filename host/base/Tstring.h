@@ -1,6 +1,7 @@
+#pragma once
+
 // The host's text class: Unicode characters, with room for short texts inside the object, so that
 // the usual names and paths' parts never allocate.
-#pragma once
 
 #include "host/base/HostApi.h"
 

@@ -1,5 +1,6 @@
-// The base library's array of texts.
 #pragma once
+
+// The base library's array of texts.
 
 #include "host/base/TobjArray.h"
 #include "host/base/Tstring.h"

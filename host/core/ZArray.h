@@ -1,5 +1,6 @@
-// What the core library's arrays of numbers and of small values have in common.
 #pragma once
+
+// What the core library's arrays of numbers and of small values have in common.
 
 #include "host/base/HostApi.h"
 #include "host/core/ZStatus.h"

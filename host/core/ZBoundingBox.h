@@ -1,5 +1,6 @@
-// A box along the axes that encloses points.
 #pragma once
+
+// A box along the axes that encloses points.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

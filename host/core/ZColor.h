@@ -1,5 +1,6 @@
-// A colour with opacity.
 #pragma once
+
+// A colour with opacity.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

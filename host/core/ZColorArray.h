@@ -1,5 +1,6 @@
-// An array of colours.
 #pragma once
+
+// An array of colours.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

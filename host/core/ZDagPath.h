@@ -1,5 +1,6 @@
-// A path to a node of the scene's hierarchy, from the root down: "|group|mesh".
 #pragma once
+
+// A path to a node of the scene's hierarchy, from the root down: "|group|mesh".
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
@@ -55,5 +56,5 @@ class OPENQUIL_API ZDagPath {
     static const char *className();
 
   private:
-    ZObject fNode;
+    ZObject node_;
 };

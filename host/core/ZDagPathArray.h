@@ -1,5 +1,6 @@
-// An array of paths into the scene's hierarchy.
 #pragma once
+
+// An array of paths into the scene's hierarchy.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

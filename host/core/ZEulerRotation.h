@@ -1,5 +1,6 @@
-// A rotation as three angles around the axes.
 #pragma once
+
+// A rotation as three angles around the axes.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// Opening of scene files.
 #pragma once
+
+// Opening of scene files.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

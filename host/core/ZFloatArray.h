@@ -1,5 +1,6 @@
-// An array of 32-bit floating-point numbers.
 #pragma once
+
+// An array of 32-bit floating-point numbers.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

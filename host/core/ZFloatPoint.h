@@ -1,5 +1,6 @@
-// A place in space in homogeneous coordinates, in single precision.
 #pragma once
+
+// A place in space in homogeneous coordinates, in single precision.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// An array of single-precision points.
 #pragma once
+
+// An array of single-precision points.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

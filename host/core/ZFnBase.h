@@ -1,5 +1,6 @@
-// What all function sets have in common: the node that they are attached to.
 #pragma once
+
+// What all function sets have in common: the node that they are attached to.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// The function set of any node.
 #pragma once
+
+// The function set of any node.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZFnBase.h"

@@ -1,5 +1,6 @@
-// A picture in memory, with files to read it from and write it to.
 #pragma once
+
+// A picture in memory, with files to read it from and write it to.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// What kinds of images and of hardware textures there are.
 #pragma once
+
+// What kinds of images and of hardware textures there are.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

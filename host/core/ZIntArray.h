@@ -1,5 +1,6 @@
-// An array of integers.
 #pragma once
+
+// An array of integers.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

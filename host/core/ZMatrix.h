@@ -1,5 +1,6 @@
-// A 4 by 4 transformation matrix in double precision.
 #pragma once
+
+// A 4 by 4 transformation matrix in double precision.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

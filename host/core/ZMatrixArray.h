@@ -1,5 +1,6 @@
-// An array of double-precision matrices.
 #pragma once
+
+// An array of double-precision matrices.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

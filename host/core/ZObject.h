@@ -1,5 +1,6 @@
-// A handle to one node of the scene. It stays safe after the node is gone: it then reads as null.
 #pragma once
+
+// A handle to one node of the scene. It stays safe after the node is gone: it then reads as null.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -30,8 +31,8 @@ class OPENQUIL_API ZObject {
 
   private:
     friend class devhost::Scene;
-    constexpr ZObject(int node, unsigned generation) : fNode(node), fGeneration(generation) {}
+    constexpr ZObject(int node, unsigned generation) : node_(node), generation_(generation) {}
 
-    int fNode = -1;
-    unsigned fGeneration = 0;
+    int node_ = -1;
+    unsigned generation_ = 0;
 };

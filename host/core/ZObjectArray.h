@@ -1,5 +1,6 @@
-// An array of node handles.
 #pragma once
+
+// An array of node handles.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

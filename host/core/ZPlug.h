@@ -1,5 +1,6 @@
-// One attribute of one node, such as "headlight.intensity".
 #pragma once
+
+// One attribute of one node, such as "headlight.intensity".
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
@@ -67,6 +68,6 @@ class OPENQUIL_API ZPlug {
     static const char *className();
 
   private:
-    ZObject fNode;
-    ZString fAttribute;
+    ZObject node_;
+    ZString attribute_;
 };

@@ -1,5 +1,6 @@
-// An array of plugs.
 #pragma once
+
+// An array of plugs.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

@@ -1,5 +1,6 @@
-// A place in space in homogeneous coordinates, in double precision.
 #pragma once
+
+// A place in space in homogeneous coordinates, in double precision.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// A rotation as a unit quaternion.
 #pragma once
+
+// A rotation as a unit quaternion.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

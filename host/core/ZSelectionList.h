@@ -1,15 +1,16 @@
-// An ordered list of nodes and plugs, each at most once.
 #pragma once
 
-#include "host/base/TobjectCount.h"
-#include <vector>
+// An ordered list of nodes and plugs, each at most once.
 
+#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZPlug.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 #include "host/core/ZStringArray.h"
+
+#include <vector>
 
 /// An ordered list of nodes and plugs, each at most once.
 class OPENQUIL_API ZSelectionList {
@@ -68,5 +69,5 @@ class OPENQUIL_API ZSelectionList {
         ZObject node;
         ZPlug plug;
     };
-    std::vector<Entry> fEntries;
+    std::vector<Entry> entries_;
 };

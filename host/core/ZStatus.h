@@ -1,5 +1,6 @@
-// The outcome of a host operation.
 #pragma once
+
+// The outcome of a host operation.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

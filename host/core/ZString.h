@@ -1,5 +1,6 @@
-// The core library's text: the base library's, with the operations that scripts and plug-ins use.
 #pragma once
+
+// The core library's text: the base library's, with the operations that scripts and plug-ins use.
 
 #include "host/base/TobjectCount.h"
 #include "host/base/Tstring.h"

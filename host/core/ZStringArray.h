@@ -1,5 +1,6 @@
-// The core library's array of texts: the base library's, element for element.
 #pragma once
+
+// The core library's array of texts: the base library's, element for element.
 
 #include "host/base/TobjectCount.h"
 #include "host/base/TstringArray.h"

@@ -1,5 +1,6 @@
-// A time of the animation, in one of several units.
 #pragma once
+
+// A time of the animation, in one of several units.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

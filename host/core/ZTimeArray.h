@@ -1,5 +1,6 @@
-// An array of times.
 #pragma once
+
+// An array of times.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

@@ -1,5 +1,6 @@
-// An array of 64-bit unsigned integers.
 #pragma once
+
+// An array of 64-bit unsigned integers.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

@@ -1,5 +1,6 @@
-// An array of unsigned integers.
 #pragma once
+
+// An array of unsigned integers.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

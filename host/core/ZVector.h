@@ -1,5 +1,6 @@
-// A direction or displacement in space, in double precision.
 #pragma once
+
+// A direction or displacement in space, in double precision.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// An array of double-precision vectors.
 #pragma once
+
+// An array of double-precision vectors.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"

@@ -1,5 +1,6 @@
-// The render settings that every renderer shares, as one plain record.
 #pragma once
+
+// The render settings that every renderer shares, as one plain record.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

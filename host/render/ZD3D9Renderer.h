@@ -1,5 +1,6 @@
-// The Direct3D 9 counterpart of the hardware renderer's swatch functions.
 #pragma once
+
+// The Direct3D 9 counterpart of the hardware renderer's swatch functions.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

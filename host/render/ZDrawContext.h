@@ -1,5 +1,6 @@
-// What a viewport draws with: the matrices and the size of the picture.
 #pragma once
+
+// What a viewport draws with: the matrices and the size of the picture.
 
 #include "host/base/HostApi.h"
 #include "host/core/ZMatrix.h"
@@ -26,8 +27,8 @@ class OPENQUIL_API ZDrawContext {
     unsigned int height() const;
 
   private:
-    ZMatrix fWorld, fView, fProjection;
-    unsigned int fWidth, fHeight;
+    ZMatrix world_, view_, projection_;
+    unsigned int width_, height_;
 };
 
 } // namespace ZHWRender

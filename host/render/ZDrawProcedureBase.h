@@ -1,5 +1,6 @@
-// Code of plug-ins that draws while the host's hardware renderer draws.
 #pragma once
+
+// Code of plug-ins that draws while the host's hardware renderer draws.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// The function set of image sources: the files that renders write.
 #pragma once
+
+// The function set of image sources: the files that renders write.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZFnDependencyNode.h"

@@ -1,5 +1,6 @@
-// The function set of render layers: what a picture of the scene is made of.
 #pragma once
+
+// The function set of render layers: what a picture of the scene is made of.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"

@@ -1,5 +1,6 @@
-// The function set of render passes: pictures of a layer that show one thing each.
 #pragma once
+
+// The function set of render passes: pictures of a layer that show one thing each.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZFnDependencyNode.h"

@@ -1,12 +1,13 @@
-// The function table: OpenGL as scripts and plug-ins call it, entry points up to OpenGL 2.0 and a
-// fixed set of extensions.
 #pragma once
 
-#include <cstddef>
+// The function table: OpenGL as scripts and plug-ins call it, entry points up to OpenGL 2.0 and a
+// fixed set of extensions.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
 #include "host/render/gl_parameters.h"
+
+#include <cstddef>
 
 using ZGLenum = unsigned int;
 using ZGLuint = unsigned int;

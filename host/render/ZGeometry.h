@@ -1,5 +1,6 @@
-// The geometry of one object: its streams and its index arrays.
 #pragma once
+
+// The geometry of one object: its streams and its index arrays.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -53,5 +54,5 @@ class OPENQUIL_API ZGeometry {
     explicit ZGeometry(std::shared_ptr<devhost::GeometryStreams const> streams);
 
   private:
-    std::shared_ptr<devhost::GeometryStreams const> fStreams; // never null
+    std::shared_ptr<devhost::GeometryStreams const> streams_; // never null
 };

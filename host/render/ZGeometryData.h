@@ -1,5 +1,6 @@
-// One stream of vertex values or indices.
 #pragma once
+
+// One stream of vertex values or indices.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -123,5 +124,5 @@ class OPENQUIL_API ZGeometryData {
     explicit ZGeometryData(std::shared_ptr<devhost::GeometryStream> stream);
 
   private:
-    std::shared_ptr<devhost::GeometryStream> fStream; // never null
+    std::shared_ptr<devhost::GeometryStream> stream_; // never null
 };

@@ -1,5 +1,6 @@
-// The objects that a hardware renderer is to draw, one after the other.
 #pragma once
+
+// The objects that a hardware renderer is to draw, one after the other.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -91,5 +92,5 @@ class OPENQUIL_API ZGeometryList {
     ZGeometryList();
 
   private:
-    std::unique_ptr<devhost::GeometryElements> fElements;
+    std::unique_ptr<devhost::GeometryElements> elements_;
 };

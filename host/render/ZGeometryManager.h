@@ -1,5 +1,6 @@
-// Where geometry comes from.
 #pragma once
+
+// Where geometry comes from.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

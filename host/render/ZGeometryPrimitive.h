@@ -1,5 +1,6 @@
-// One array of vertex indices.
 #pragma once
+
+// One array of vertex indices.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -60,6 +61,6 @@ class OPENQUIL_API ZGeometryPrimitive {
     ZGeometryPrimitive(std::shared_ptr<devhost::GeometryStream> indices, DrawPrimitiveType type);
 
   private:
-    std::shared_ptr<devhost::GeometryStream> fIndices; // never null
-    DrawPrimitiveType fType;
+    std::shared_ptr<devhost::GeometryStream> indices_; // never null
+    DrawPrimitiveType type_;
 };

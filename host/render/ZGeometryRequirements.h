@@ -1,5 +1,6 @@
-// What a renderer wants to know of each vertex.
 #pragma once
+
+// What a renderer wants to know of each vertex.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -45,8 +46,8 @@ class OPENQUIL_API ZGeometryRequirements {
     void addFaceOffsets();
 
     /// What was asked for, for the host's own use.
-    devhost::GeometryRequirementList const &list() const { return *fList; }
+    devhost::GeometryRequirementList const &list() const { return *list_; }
 
   private:
-    std::unique_ptr<devhost::GeometryRequirementList> fList;
+    std::unique_ptr<devhost::GeometryRequirementList> list_;
 };

@@ -1,5 +1,6 @@
-// The host's hardware renderer.
 #pragma once
+
+// The host's hardware renderer.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// Texture files for drawing with OpenGL.
 #pragma once
+
+// Texture files for drawing with OpenGL.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZImageFileInfo.h"

@@ -1,5 +1,6 @@
-// Notifications about the device that the hardware renderer draws with.
 #pragma once
+
+// Notifications about the device that the hardware renderer draws with.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

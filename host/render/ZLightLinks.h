@@ -1,5 +1,6 @@
-// Which lights light which objects.
 #pragma once
+
+// Which lights light which objects.
 
 #include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"

@@ -1,5 +1,6 @@
-// What a render pass computes.
 #pragma once
+
+// What a render pass computes.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

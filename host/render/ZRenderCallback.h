@@ -1,5 +1,6 @@
-// Code that the host's software renderer calls while it renders.
 #pragma once
+
+// Code that the host's software renderer calls while it renders.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// What a render callback is told about a rendered image.
 #pragma once
+
+// What a render callback is told about a rendered image.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// The renderers that a shading node supports.
 #pragma once
+
+// The renderers that a shading node supports.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -48,5 +49,5 @@ class OPENQUIL_API ZRenderProfile {
     };
     bool has(const Entry &entry) const;
 
-    std::vector<Entry> fEntries;
+    std::vector<Entry> entries_;
 };

@@ -1,5 +1,6 @@
-// What a render callback is told about the shadow maps of a light.
 #pragma once
+
+// What a render callback is told about the shadow maps of a light.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// The image that a viewport renderer draws into.
 #pragma once
+
+// The image that a viewport renderer draws into.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -33,7 +34,7 @@ class OPENQUIL_API ZRenderTarget {
 
   private:
     friend struct devhost::ViewportRequest;
-    explicit ZRenderTarget(devhost::ViewportRequest &request) : fRequest(request) {}
+    explicit ZRenderTarget(devhost::ViewportRequest &request) : request_(request) {}
 
-    devhost::ViewportRequest &fRequest;
+    devhost::ViewportRequest &request_;
 };

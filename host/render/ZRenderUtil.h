@@ -1,9 +1,10 @@
+#pragma once
+
 // Static helpers for software renderers: rays into the scene, shading samples, file names of
 // textures, light queries, the state of the current render, and noise.
 //
 // Rays see the visible meshes of the current render layer. The `const void *` arguments are opaque
 // render data; they are accepted for the sake of the interface and never read.
-#pragma once
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// The host's render view: collects the picture that a renderer sends in blocks of pixels.
 #pragma once
+
+// The host's render view: collects the picture that a renderer sends in blocks of pixels.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// What a viewport renderer is asked to draw.
 #pragma once
+
+// What a viewport renderer is asked to draw.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -38,7 +39,7 @@ class OPENQUIL_API ZRenderingInfo {
 
   private:
     friend struct devhost::ViewportRequest;
-    explicit ZRenderingInfo(const devhost::ViewportRequest &request) : fRequest(request) {}
+    explicit ZRenderingInfo(const devhost::ViewportRequest &request) : request_(request) {}
 
-    const devhost::ViewportRequest &fRequest;
+    const devhost::ViewportRequest &request_;
 };

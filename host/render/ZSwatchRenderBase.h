@@ -1,5 +1,6 @@
-// One swatch in the making.
 #pragma once
+
+// One swatch in the making.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

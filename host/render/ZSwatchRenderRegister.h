@@ -1,5 +1,6 @@
-// The host's swatch generators by name.
 #pragma once
+
+// The host's swatch generators by name.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"

@@ -1,5 +1,6 @@
-// An input of a hardware shader that has one value while an object is drawn.
 #pragma once
+
+// An input of a hardware shader that has one value while an object is drawn.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -252,5 +253,5 @@ class OPENQUIL_API ZUniformParameter {
 
   private:
     struct Data;
-    std::unique_ptr<Data> fData; // never null
+    std::unique_ptr<Data> data_; // never null
 };

@@ -1,5 +1,6 @@
-// The uniform parameters of a shader.
 #pragma once
+
+// The uniform parameters of a shader.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -34,5 +35,5 @@ class OPENQUIL_API ZUniformParameterList {
     void setElement(int index, ZUniformParameter const &element);
 
   private:
-    std::vector<ZUniformParameter> fElements;
+    std::vector<ZUniformParameter> elements_;
 };

@@ -1,5 +1,6 @@
-// An input of a hardware shader that has a value for each vertex.
 #pragma once
+
+// An input of a hardware shader that has a value for each vertex.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -131,5 +132,5 @@ class OPENQUIL_API ZVaryingParameter {
 
   private:
     struct Data;
-    std::unique_ptr<Data> fData; // never null
+    std::unique_ptr<Data> data_; // never null
 };

@@ -1,5 +1,6 @@
-// The varying parameters of a shader.
 #pragma once
+
+// The varying parameters of a shader.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -34,5 +35,5 @@ class OPENQUIL_API ZVaryingParameterList {
     void setElement(int index, ZVaryingParameter const &element);
 
   private:
-    std::vector<ZVaryingParameter> fElements;
+    std::vector<ZVaryingParameter> elements_;
 };

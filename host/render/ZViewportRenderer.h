@@ -1,5 +1,6 @@
-// The base class of renderers that take over the drawing of viewports.
 #pragma once
+
+// The base class of renderers that take over the drawing of viewports.
 
 #include "host/base/HostApi.h"
 #include "host/base/TobjectCount.h"
@@ -109,7 +110,7 @@ class OPENQUIL_API ZViewportRenderer {
     ZStatus deregisterRenderer() const;
 
   private:
-    ZString fName;
-    ZString fUIName;
-    RenderingOverride fRenderingOverride = kNoOverride;
+    ZString name_;
+    ZString uiName_;
+    RenderingOverride renderingOverride_ = kNoOverride;
 };

@@ -1,8 +1,9 @@
+#pragma once
+
 // What the lines of gl_functions.def write as "(type) name, (type) name", taken apart:
 //   ZGL_PARAMETERS(...)  type name, type name
 //   ZGL_TYPES(...)       type, type
 //   ZGL_NAMES(...)       name, name
-#pragma once
 
 #define ZGL_PARAMETERS(...) __VA_OPT__(ZGL_EACH(ZGL_PARAMETER, __VA_ARGS__))
 #define ZGL_TYPES(...) __VA_OPT__(ZGL_EACH(ZGL_TYPE, __VA_ARGS__))

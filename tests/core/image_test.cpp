@@ -7,12 +7,12 @@
 #include <OpenEXR/ImfInputFile.h>
 #include <gtest/gtest.h>
 #include <png.h>
+#include <sys/resource.h>
 
 #include <cmath>
 #include <csignal>
 #include <cstring>
 #include <limits>
-#include <sys/resource.h>
 
 namespace fs = std::filesystem;
 

@@ -6,8 +6,9 @@
 #include "host/render/ZGLFunctionTable.h"
 
 #include <GL/gl.h>
-#include <array>
 #include <gtest/gtest.h>
+
+#include <array>
 #include <string>
 
 #define GL_FRAMEBUFFER_EXT 0x8D40

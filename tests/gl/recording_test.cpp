@@ -7,8 +7,9 @@
 #include "runtime/module_types.h"
 #include "wrappers/rows/module_tables.h"
 
-#include <cfloat>
 #include <gtest/gtest.h>
+
+#include <cfloat>
 #include <limits>
 #include <string>
 #include <vector>

@@ -2,16 +2,16 @@
 // intended differences.
 
 #define GL_GLEXT_PROTOTYPES
+#include "host/render/ZGLFunctionTable.h"
+
 #include <GL/gl.h>
 #include <GL/glext.h>
-
 #include <gtest/gtest.h>
+
 #include <map>
 #include <set>
 #include <string>
 #include <type_traits>
-
-#include "host/render/ZGLFunctionTable.h"
 
 namespace {
 

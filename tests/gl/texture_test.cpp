@@ -1,10 +1,10 @@
-#include "devhost/image/ImageIo.h"
 #include "devhost/gl/GlContext.h"
+#include "devhost/image/ImageIo.h"
 #include "host/render/ZGLFunctionTable.h"
 #include "host/render/ZHwTextureManager.h"
 #include "host/render/ZRenderProfile.h"
-#include "tests/test_scene.h"
 #include "tests/temporary_folder.h"
+#include "tests/test_scene.h"
 
 namespace {
 

@@ -2,8 +2,9 @@
 
 #include "wrappers/rows/module_tables.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
+
+#include <fstream>
 #include <map>
 #include <regex>
 #include <set>

@@ -1,5 +1,5 @@
-#include "devhost/session/RenderCallbacks.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
+#include "devhost/session/RenderCallbacks.h"
 #include "tests/test_scene.h"
 
 #include <functional>

@@ -1,7 +1,7 @@
 #include "devhost/app/RenderJob.h"
 #include "devhost/session/RenderSession.h"
-#include "tests/test_scene.h"
 #include "tests/temporary_folder.h"
+#include "tests/test_scene.h"
 
 using Settings = ZCommonRenderSettingsData;
 namespace fs = std::filesystem;

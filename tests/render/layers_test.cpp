@@ -1,7 +1,7 @@
 // Layers, adjustments and light links from the file beside a scene, and what rays see of them.
-#include "devhost/session/RenderSession.h"
 #include "devhost/raytrace/Shading.h"
 #include "devhost/raytrace/ShadowMaps.h"
+#include "devhost/session/RenderSession.h"
 #include "host/render/ZFnRenderLayer.h"
 #include "host/render/ZLightLinks.h"
 #include "host/render/ZRenderUtil.h"

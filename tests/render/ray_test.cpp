@@ -1,15 +1,15 @@
 // Rays against shapes whose hits can be worked out by hand.
-#include <cmath>
-#include <random>
-
-#include "devhost/session/Parallel.h"
 #include "devhost/raytrace/RayTracer.h"
-#include "devhost/session/RenderSession.h"
 #include "devhost/raytrace/Shading.h"
+#include "devhost/session/Parallel.h"
+#include "devhost/session/RenderSession.h"
 #include "host/core/ZFloatVectorArray.h"
 #include "host/core/ZIntArray.h"
 #include "host/render/ZRenderUtil.h"
 #include "tests/scene_files.h"
+
+#include <cmath>
+#include <random>
 
 using namespace devhost;
 

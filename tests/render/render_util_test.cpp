@@ -1,8 +1,4 @@
 // The renderers' helpers: noise, textures, file names, light queries, shading samples, session.
-#include "host/render/ZRenderUtil.h"
-
-#include <cmath>
-
 #include "devhost/session/RenderSession.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZDoubleArray.h"
@@ -14,7 +10,10 @@
 #include "host/core/ZSelectionList.h"
 #include "host/core/ZStringArray.h"
 #include "host/core/ZVectorArray.h"
+#include "host/render/ZRenderUtil.h"
 #include "tests/scene_files.h"
+
+#include <cmath>
 
 using namespace devhost;
 

@@ -1,8 +1,8 @@
 #include "devhost/image/ImageIo.h"
 #include "devhost/image/Picture.h"
 #include "host/render/ZRenderView.h"
-#include "tests/test_scene.h"
 #include "tests/temporary_folder.h"
+#include "tests/test_scene.h"
 
 #include <numeric>
 

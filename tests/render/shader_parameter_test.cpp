@@ -1,6 +1,6 @@
 // Shader parameters: where uniform values come from, and how vertex values are laid out.
-#include "devhost/session/RenderSession.h"
 #include "devhost/scene/SceneGraph.h"
+#include "devhost/session/RenderSession.h"
 #include "host/core/ZDagPath.h"
 #include "host/render/ZDrawContext.h"
 #include "host/render/ZGeometry.h"
@@ -9,9 +9,10 @@
 #include "host/render/ZUniformParameter.h"
 #include "host/render/ZVaryingParameter.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <cstring>
-#include <gtest/gtest.h>
 
 using Uniform = ZUniformParameter;
 using Varying = ZVaryingParameter;

@@ -1,10 +1,9 @@
 // Swatches: how the host works on one, and the host's own generator.
 #include "devhost/raytrace/Swatches.h"
+#include "tests/scene_files.h"
 
 #include <cstring>
 #include <stdexcept>
-
-#include "tests/scene_files.h"
 
 using namespace devhost;
 

@@ -1,6 +1,6 @@
 // The conversions of render data and shadow data, against pictures worked out by hand.
-#include "devhost/session/RenderCallbacks.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
+#include "devhost/session/RenderCallbacks.h"
 #include "tests/test_scene.h"
 
 #include <cmath>

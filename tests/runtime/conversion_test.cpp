@@ -1,8 +1,8 @@
 // From Python values to native pointers and back, through the functions that fixture code calls as
 // `convert` and `wrap`.
 
-#include "tests/runtime/python_fixture.h"
 #include "runtime/client_data.h"
+#include "tests/runtime/python_fixture.h"
 
 using namespace pytest;
 

@@ -2,8 +2,8 @@
 
 #include "devhost/process/InterpreterGate.h"
 #include "host/base/TpythonInterpreter.h"
-#include "tests/runtime/python_fixture.h"
 #include "runtime/module_types.h"
+#include "tests/runtime/python_fixture.h"
 #include "wrappers/render/render_callback_director.h"
 
 #include <memory>

@@ -1,7 +1,6 @@
 // Edges of the runtime's small functions that no wrapper of this module comes to.
 
 #include "host/base/TpythonObjectWithLock.h"
-#include "tests/runtime/python_fixture.h"
 #include "runtime/arguments.h"
 #include "runtime/char_strings.h"
 #include "runtime/client_data.h"
@@ -11,6 +10,7 @@
 #include "runtime/registration.h"
 #include "runtime/result_codes.h"
 #include "runtime/scalars.h"
+#include "tests/runtime/python_fixture.h"
 
 using namespace pytest;
 

@@ -1,8 +1,8 @@
 // The locked holder of a Python object and its readers of texts.
 
 #include "host/base/TpythonObjectWithLock.h"
-#include "tests/runtime/python_fixture.h"
 #include "runtime/director.h"
+#include "tests/runtime/python_fixture.h"
 
 #include <thread>
 

@@ -1,11 +1,12 @@
 // The pointer object: its texts, slots and methods, and what its death does. Then the packed
 // object.
 
-#include "tests/runtime/python_fixture.h"
 #include "runtime/client_data.h"
 #include "runtime/packed_object.h"
+#include "tests/runtime/python_fixture.h"
 
 #include <malloc.h>
+
 #include <vector>
 
 using namespace pytest;

@@ -1,9 +1,11 @@
 #include "tests/runtime/python_fixture.h"
+
 #include "runtime/director.h"
+
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
-#include <unistd.h>
 
 namespace pytest {
 

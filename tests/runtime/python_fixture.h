@@ -5,8 +5,9 @@
 
 #include "runtime/convert.h"
 
-#include <functional>
 #include <gtest/gtest.h>
+
+#include <functional>
 #include <string>
 #include <utility>
 

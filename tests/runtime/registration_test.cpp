@@ -1,8 +1,8 @@
 // The module-level half of the proxy protocol, and constants.
 
-#include "tests/runtime/python_fixture.h"
 #include "runtime/client_data.h"
 #include "runtime/registration.h"
+#include "tests/runtime/python_fixture.h"
 
 using namespace pytest;
 

@@ -1,7 +1,7 @@
 // The module's type table, its cast graph, and lookups by name.
 
-#include "tests/runtime/python_fixture.h"
 #include "runtime/module_types.h"
+#include "tests/runtime/python_fixture.h"
 
 #include <algorithm>
 #include <vector>

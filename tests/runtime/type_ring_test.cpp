@@ -1,9 +1,9 @@
 // How the module meets others of its kind in one interpreter. All of this is process-wide state:
 // every case has a process of its own.
 
-#include "tests/runtime/python_fixture.h"
 #include "runtime/client_data.h"
 #include "runtime/module_types.h"
+#include "tests/runtime/python_fixture.h"
 
 #include <deque>
 #include <map>

@@ -1,7 +1,7 @@
 // Reading of .gltf and .glb files.
-#include <cmath>
-
 #include "tests/scene_files.h"
+
+#include <cmath>
 
 using namespace devhost;
 

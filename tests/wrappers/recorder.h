@@ -1,5 +1,6 @@
-// A host that only records how it is called, so that a test sees every argument as it arrived.
 #pragma once
+
+// A host that only records how it is called, so that a test sees every argument as it arrived.
 
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"

@@ -2,12 +2,13 @@
 // in arenas that it maps itself, where the leak check does not look for pointers: everything that
 // only a Python object points to would be a leak. So arenas are made known as places to look.
 
-#include <cstring>
 #include <dlfcn.h>
 #include <sanitizer/lsan_interface.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+
+#include <cstring>
 
 /// The leak check maps memory too, while it holds the lock that registering takes.
 static bool is_interpreter(const void *caller) {

@@ -1,4 +1,5 @@
 #include "wrappers/render/render_callback_director.h"
+
 #include "runtime/convert.h"
 #include "runtime/module_types.h"
 #include "runtime/object_holder.h"

@@ -1,4 +1,5 @@
 #include "wrappers/rows/function.h"
+
 #include "runtime/arguments.h"
 #include "runtime/result_codes.h"
 

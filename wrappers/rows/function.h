@@ -4,6 +4,7 @@
 // bounds and the defaults are read on a success path, the texts when something is wrong.
 
 #include <Python.h>
+
 #include <span>
 #include <string_view>
 

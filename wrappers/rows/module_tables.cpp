@@ -1,4 +1,5 @@
 #include "wrappers/rows/module_tables.h"
+
 #include "runtime/object_holder.h"
 #include "runtime/pending_error.h"
 #include "runtime/registration.h"

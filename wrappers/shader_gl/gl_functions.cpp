@@ -1,8 +1,8 @@
 // ZGLFunctionTable: a row for every line of its list, and what it tells about the driver.
 
 #include "host/render/ZGLFunctionTable.h"
-#include "wrappers/shader_gl/gl_argument.h"
 #include "wrappers/rows/wrapper_table.h"
+#include "wrappers/shader_gl/gl_argument.h"
 
 ROWS_BEGIN
 

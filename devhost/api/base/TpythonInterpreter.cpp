@@ -1,6 +1,7 @@
 #include "host/base/TpythonInterpreter.h"
 
 #include <Python.h>
+
 #include <atomic>
 
 TpythonInterpreter *TpythonInterpreter::fsInterpreter = nullptr;

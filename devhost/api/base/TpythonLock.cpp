@@ -1,4 +1,5 @@
 #include "host/base/TpythonLock.h"
+
 #include "devhost/process/InterpreterGate.h"
 #include "host/base/TpythonObjectWithLock.h"
 
@@ -43,15 +44,15 @@ bool is_main_thread() {
 
 void TpythonLock::initLock(TpythonLockingInfo info) {
     // A thread that has the lock keeps it to the interpreter's very end, gate or not.
-    if (info == kPythonDontLock || fCaptured || runs_usual_state() || !devhost::passGate())
+    if (info == kPythonDontLock || captured_ || runs_usual_state() || !devhost::passGate())
         return;
     if (runs_further_state())
         return devhost::passedGate();
-    fState = PyGILState_Ensure();
+    state_ = PyGILState_Ensure();
     tPythonThread = {_PyThreadState_Current, PyThread_get_thread_ident()};
-    fCaptured = true;
+    captured_ = true;
     ++fsCapturedCount;
     devhost::passedGate();
     if (is_main_thread() && !pythonMainThreadIsLocked)
-        pythonMainThreadIsLocked = fMarkedMainThread = true;
+        pythonMainThreadIsLocked = markedMainThread_ = true;
 }

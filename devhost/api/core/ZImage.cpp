@@ -1,8 +1,8 @@
 // A picture in memory, with files to read it from and write it to.
 #include "host/core/ZImage.h"
 
-#include "devhost/util/Guarded.h"
 #include "devhost/image/ImageIo.h"
+#include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"
 
 #include <algorithm>

@@ -1,12 +1,12 @@
 // Attributes of nodes.
 #include "host/core/ZPlug.h"
 
+#include "devhost/scene/SceneGraph.h"
+#include "devhost/util/Statuses.h"
+
 #include <optional>
 #include <string>
 #include <type_traits>
-
-#include "devhost/util/Statuses.h"
-#include "devhost/scene/SceneGraph.h"
 
 using devhost::AttributeValue;
 using devhost::NodeId;
@@ -62,28 +62,28 @@ ZPlug::ZPlug(const ZObject &node, const ZString &attribute, ZStatus *ReturnStatu
         const std::string name = scene().node(node)->name + "." + attribute.asChar();
         report(ReturnStatus, ZStatus(ZStatus::kNotFound, "no such attribute: " + name));
     } else {
-        fNode = node;
-        fAttribute = attribute;
+        node_ = node;
+        attribute_ = attribute;
         report(ReturnStatus, ZStatus());
     }
 }
 
 bool ZPlug::isNull() const {
-    return fNode.isNull();
+    return node_.isNull();
 }
 
 ZObject ZPlug::node() const {
-    return isNull() ? ZObject() : fNode;
+    return isNull() ? ZObject() : node_;
 }
 
 ZString ZPlug::name() const {
     if (isNull())
         return ZString();
-    return ZString((scene().node(fNode)->name + "." + fAttribute.asChar()).c_str());
+    return ZString((scene().node(node_)->name + "." + attribute_.asChar()).c_str());
 }
 
 ZString ZPlug::partialName() const {
-    return isNull() ? ZString() : fAttribute;
+    return isNull() ? ZString() : attribute_;
 }
 
 bool ZPlug::asBool(ZStatus *ReturnStatus) const {
@@ -147,7 +147,7 @@ ZStatus ZPlug::setMatrix(const ZMatrix &value) {
 }
 
 bool ZPlug::operator==(const ZPlug &other) const {
-    return fNode == other.fNode && (isNull() || fAttribute == other.fAttribute);
+    return node_ == other.node_ && (isNull() || attribute_ == other.attribute_);
 }
 
 const char *ZPlug::className() {

@@ -1,10 +1,10 @@
 // Lists of nodes and plugs.
 #include "host/core/ZSelectionList.h"
 
+#include "devhost/scene/SceneGraph.h"
+
 #include <algorithm>
 #include <string>
-
-#include "devhost/scene/SceneGraph.h"
 
 using devhost::kNoNode;
 using devhost::NodeId;
@@ -19,15 +19,15 @@ ZStatus outOfRange() {
 } // namespace
 
 unsigned ZSelectionList::length() const {
-    return unsigned(fEntries.size());
+    return unsigned(entries_.size());
 }
 
 bool ZSelectionList::isEmpty() const {
-    return fEntries.empty();
+    return entries_.empty();
 }
 
 ZStatus ZSelectionList::clear() {
-    fEntries.clear();
+    entries_.clear();
     return ZStatus();
 }
 
@@ -48,7 +48,7 @@ ZStatus ZSelectionList::add(const ZObject &object) {
     if (object.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "a null object cannot be selected");
     if (!hasItem(object))
-        fEntries.push_back({object, {}});
+        entries_.push_back({object, {}});
     return ZStatus();
 }
 
@@ -72,24 +72,24 @@ ZStatus ZSelectionList::add(const ZPlug &plug) {
     if (plug.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "a null plug cannot be selected");
     const auto same = [&plug](const Entry &entry) { return entry.plug == plug; };
-    if (std::none_of(fEntries.begin(), fEntries.end(), same))
-        fEntries.push_back({plug.node(), plug});
+    if (std::none_of(entries_.begin(), entries_.end(), same))
+        entries_.push_back({plug.node(), plug});
     return ZStatus();
 }
 
 ZStatus ZSelectionList::remove(unsigned index) {
     if (index >= length())
         return outOfRange();
-    fEntries.erase(fEntries.begin() + index);
+    entries_.erase(entries_.begin() + index);
     return ZStatus();
 }
 
 ZStatus ZSelectionList::getDependNode(unsigned index, ZObject &object) const {
     if (index >= length())
         return outOfRange();
-    if (fEntries[index].node.isNull())
+    if (entries_[index].node.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "the selected node was deleted");
-    object = fEntries[index].node;
+    object = entries_[index].node;
     return ZStatus();
 }
 
@@ -102,9 +102,9 @@ ZStatus ZSelectionList::getDagPath(unsigned index, ZDagPath &path) const {
 ZStatus ZSelectionList::getPlug(unsigned index, ZPlug &plug) const {
     if (index >= length())
         return outOfRange();
-    if (fEntries[index].plug.isNull())
+    if (entries_[index].plug.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "the selection list's entry is no plug");
-    plug = fEntries[index].plug;
+    plug = entries_[index].plug;
     return ZStatus();
 }
 
@@ -112,7 +112,7 @@ ZStatus ZSelectionList::getSelectionStrings(unsigned index, ZStringArray &names)
     ZObject object;
     if (const ZStatus status = getDependNode(index, object); !status)
         return status;
-    const ZPlug &plug = fEntries[index].plug;
+    const ZPlug &plug = entries_[index].plug;
     names.append(plug.isNull() ? ZString(scene().path(scene().id(object)).c_str()) : plug.name());
     return ZStatus();
 }
@@ -126,7 +126,7 @@ ZStatus ZSelectionList::getSelectionStrings(ZStringArray &names) const {
 
 bool ZSelectionList::hasItem(const ZObject &object) const {
     return !object.isNull() &&
-           std::any_of(fEntries.begin(), fEntries.end(), [&object](const Entry &entry) {
+           std::any_of(entries_.begin(), entries_.end(), [&object](const Entry &entry) {
                return entry.plug.isNull() && entry.node == object;
            });
 }

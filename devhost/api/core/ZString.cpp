@@ -3,11 +3,12 @@
 
 #include "host/core/ZStringArray.h"
 
+#include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale is not in <clocale>
+
 #include <charconv>
 #include <cmath>
 #include <cstring>
 #include <cwctype>
-#include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale is not in <clocale>
 #include <optional>
 #include <string_view>
 

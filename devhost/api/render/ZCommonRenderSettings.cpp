@@ -1,8 +1,8 @@
 #include "host/render/ZCommonRenderSettings.h"
 
+#include "devhost/session/RenderSession.h"
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"
-#include "devhost/session/RenderSession.h"
 #include "host/core/ZStringArray.h"
 
 #include <cmath>

@@ -4,26 +4,26 @@ namespace ZHWRender {
 
 ZDrawContext::ZDrawContext(ZMatrix const &world, ZMatrix const &view, ZMatrix const &projection,
                            unsigned int width, unsigned int height)
-    : fWorld(world), fView(view), fProjection(projection), fWidth(width), fHeight(height) {}
+    : world_(world), view_(view), projection_(projection), width_(width), height_(height) {}
 
 ZMatrix const &ZDrawContext::worldMatrix() const {
-    return fWorld;
+    return world_;
 }
 
 ZMatrix const &ZDrawContext::viewMatrix() const {
-    return fView;
+    return view_;
 }
 
 ZMatrix const &ZDrawContext::projectionMatrix() const {
-    return fProjection;
+    return projection_;
 }
 
 unsigned int ZDrawContext::width() const {
-    return fWidth;
+    return width_;
 }
 
 unsigned int ZDrawContext::height() const {
-    return fHeight;
+    return height_;
 }
 
 } // namespace ZHWRender

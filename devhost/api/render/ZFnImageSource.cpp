@@ -1,8 +1,8 @@
 #include "host/render/ZFnImageSource.h"
 
-#include "devhost/util/Statuses.h"
-#include "devhost/session/RenderSession.h"
 #include "devhost/scene/SceneGraph.h"
+#include "devhost/session/RenderSession.h"
+#include "devhost/util/Statuses.h"
 
 using devhost::ImageSource;
 using devhost::Node;

@@ -1,10 +1,10 @@
 #include "host/render/ZFnRenderLayer.h"
 
-#include <algorithm>
-
+#include "devhost/scene/SceneGraph.h"
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"
-#include "devhost/scene/SceneGraph.h"
+
+#include <algorithm>
 
 using devhost::invalid;
 using devhost::kNoNode;

@@ -1,11 +1,11 @@
 // Render passes and the implementations that the host has for them.
 #include "host/render/ZFnRenderPass.h"
 
-#include <vector>
-
-#include "devhost/util/Statuses.h"
 #include "devhost/scene/PassKind.h"
 #include "devhost/scene/SceneGraph.h"
+#include "devhost/util/Statuses.h"
+
+#include <vector>
 
 using devhost::Node;
 using devhost::PassKind;

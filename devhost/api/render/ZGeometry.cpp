@@ -1,8 +1,9 @@
 #include "host/render/ZGeometry.h"
+
 #include "devhost/geometry/GeometryStreams.h"
 
 ZGeometry::ZGeometry(std::shared_ptr<devhost::GeometryStreams const> streams)
-    : fStreams(std::move(streams)) {}
+    : streams_(std::move(streams)) {}
 
 ZGeometry::ZGeometry(ZGeometry const &other) = default;
 ZGeometry::~ZGeometry() = default;
@@ -37,18 +38,18 @@ ZGeometryData ZGeometry::binormal(ZString const &name) {
 }
 
 ZGeometryData ZGeometry::data(ZGeometryData::DataType dataType, ZString const &name) {
-    for (const devhost::StreamHandle &stream : fStreams->streams)
+    for (const devhost::StreamHandle &stream : streams_->streams)
         if (stream->type == dataType && (!name.length() || name == stream->name.c_str()))
             return ZGeometryData(stream);
     return ZGeometryData(nullptr);
 }
 
 unsigned int ZGeometry::primitiveArrayCount() const {
-    return unsigned(fStreams->primitives.size());
+    return unsigned(streams_->primitives.size());
 }
 
 ZGeometryPrimitive ZGeometry::primitiveArray(unsigned int arrayNumber) const {
-    if (arrayNumber < fStreams->primitives.size())
-        return fStreams->primitives[arrayNumber];
+    if (arrayNumber < streams_->primitives.size())
+        return streams_->primitives[arrayNumber];
     return {std::make_shared<devhost::GeometryStream>(), ZGeometryPrimitive::kInvalidIndexType};
 }

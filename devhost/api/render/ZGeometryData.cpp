@@ -1,4 +1,5 @@
 #include "host/render/ZGeometryData.h"
+
 #include "devhost/geometry/GeometryStreams.h"
 
 namespace {
@@ -27,67 +28,67 @@ int sizeOf(ZGeometryData::ElementType type) {
 ZGeometryData::ZGeometryData(char const *name, DataType dataType, ElementType elementType,
                              ElementSize elementSize, unsigned int elementCount, void *pData,
                              bool ownsData)
-    : fStream(std::make_shared<devhost::GeometryStream>()) {
-    fStream->name = name ? name : "";
-    fStream->id = devhost::nextStreamId();
-    fStream->type = dataType;
-    fStream->elementType = elementType;
-    fStream->elementSize = elementSize;
-    fStream->elementCount = elementCount;
-    fStream->data = pData;
-    fStream->ownsData = ownsData;
+    : stream_(std::make_shared<devhost::GeometryStream>()) {
+    stream_->name = name ? name : "";
+    stream_->id = devhost::nextStreamId();
+    stream_->type = dataType;
+    stream_->elementType = elementType;
+    stream_->elementSize = elementSize;
+    stream_->elementCount = elementCount;
+    stream_->data = pData;
+    stream_->ownsData = ownsData;
 }
 
 ZGeometryData::ZGeometryData(std::shared_ptr<devhost::GeometryStream> stream)
-    : fStream(stream ? std::move(stream) : std::make_shared<devhost::GeometryStream>()) {}
+    : stream_(stream ? std::move(stream) : std::make_shared<devhost::GeometryStream>()) {}
 
 ZGeometryData::ZGeometryData(ZGeometryData const &other) = default;
 ZGeometryData::~ZGeometryData() = default;
 
 char const *ZGeometryData::objectName() const {
-    return fStream->name.c_str();
+    return stream_->name.c_str();
 }
 
 int ZGeometryData::uniqueID() const {
-    return fStream->id;
+    return stream_->id;
 }
 
 ZGeometryData::DataType ZGeometryData::dataType() const {
-    return fStream->type;
+    return stream_->type;
 }
 
 ZGeometryData::ElementType ZGeometryData::elementType() const {
-    return fStream->elementType;
+    return stream_->elementType;
 }
 
 int ZGeometryData::elementTypeSize() const {
-    return sizeOf(fStream->elementType);
+    return sizeOf(stream_->elementType);
 }
 
 ZGeometryData::ElementSize ZGeometryData::elementSize() const {
-    return static_cast<ElementSize>(fStream->elementSize);
+    return static_cast<ElementSize>(stream_->elementSize);
 }
 
 unsigned int ZGeometryData::elementCount() const {
-    return fStream->elementCount;
+    return stream_->elementCount;
 }
 
 void *ZGeometryData::data() const {
-    return fStream->data;
+    return stream_->data;
 }
 
 int ZGeometryData::collectionNumber() const {
-    return fStream->collectionNumber;
+    return stream_->collectionNumber;
 }
 
 void ZGeometryData::setCollectionNumber(int number) {
-    fStream->collectionNumber = number;
+    stream_->collectionNumber = number;
 }
 
 void ZGeometryData::setObjectOwnsData(bool ownsData) {
-    fStream->ownsData = ownsData;
+    stream_->ownsData = ownsData;
 }
 
 bool ZGeometryData::objectOwnsData() const {
-    return fStream->ownsData;
+    return stream_->ownsData;
 }

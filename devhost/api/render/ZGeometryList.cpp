@@ -1,4 +1,5 @@
 #include "host/render/ZGeometryList.h"
+
 #include "devhost/geometry/GeometryElements.h"
 #include "host/core/ZObject.h"
 #include "host/render/ZRenderingInfo.h"
@@ -14,12 +15,12 @@ ZGeometry everythingOf(const devhost::MeshHandle &mesh) {
 } // namespace
 
 ZGeometryList::ZGeometryList()
-    : ZSetupFlags(kMatrices), fElements(std::make_unique<devhost::GeometryElements>()) {}
+    : ZSetupFlags(kMatrices), elements_(std::make_unique<devhost::GeometryElements>()) {}
 
 ZGeometryList::ZGeometryList(ZRenderingInfo const &renderInfo, int setupFlags)
-    : ZSetupFlags(setupFlags), fElements(std::make_unique<devhost::GeometryElements>()) {
-    fElements->projection = renderInfo.projectionMatrix();
-    fElements->view = renderInfo.viewMatrix();
+    : ZSetupFlags(setupFlags), elements_(std::make_unique<devhost::GeometryElements>()) {
+    elements_->projection = renderInfo.projectionMatrix();
+    elements_->view = renderInfo.viewMatrix();
     const devhost::Scene &scene = devhost::scene();
     for (const devhost::NodeId mesh : scene.meshes()) {
         ZDagPath path;
@@ -33,51 +34,51 @@ ZGeometryList::~ZGeometryList() {
 }
 
 bool ZGeometryList::isDone() const {
-    return !fElements->at();
+    return !elements_->at();
 }
 
 void ZGeometryList::next() {
     if (!isDone())
-        ++fElements->current;
+        ++elements_->current;
 }
 
 void ZGeometryList::reset() {
-    fElements->current = 0;
+    elements_->current = 0;
 }
 
 int ZGeometryList::length() const {
-    return int(fElements->elements.size());
+    return int(elements_->elements.size());
 }
 
 void ZGeometryList::setCurrentElement(int index) {
-    const size_t end = fElements->elements.size();
-    fElements->current = index >= 0 && size_t(index) < end ? size_t(index) : end;
+    const size_t end = elements_->elements.size();
+    elements_->current = index >= 0 && size_t(index) < end ? size_t(index) : end;
 }
 
 ZGeometry &ZGeometryList::geometry(int) {
-    devhost::GeometryElement *element = fElements->at();
+    devhost::GeometryElement *element = elements_->at();
     if (!element)
-        return fElements->nothing;
+        return elements_->nothing;
     if (!element->geometry)
         element->geometry = everythingOf(element->mesh);
     return *element->geometry;
 }
 
 ZMatrix const &ZGeometryList::objectToWorldMatrix() const {
-    const devhost::GeometryElement *element = fElements->at();
-    return element ? element->toWorld : fElements->identity;
+    const devhost::GeometryElement *element = elements_->at();
+    return element ? element->toWorld : elements_->identity;
 }
 
 ZMatrix const &ZGeometryList::projectionMatrix() const {
-    return fElements->projection;
+    return elements_->projection;
 }
 
 ZMatrix const &ZGeometryList::viewMatrix() const {
-    return fElements->view;
+    return elements_->view;
 }
 
 ZDagPath ZGeometryList::path() const {
-    const devhost::GeometryElement *element = fElements->at();
+    const devhost::GeometryElement *element = elements_->at();
     return element ? element->path : ZDagPath();
 }
 
@@ -94,11 +95,11 @@ bool ZGeometryList::addLast(ZDagPath const &path, ZObject const *component) {
         return false;
     element.toWorld = element.path.inclusiveMatrix();
     element.mesh = devhost::meshOfNode(mesh);
-    fElements->elements.push_back(std::move(element));
+    elements_->elements.push_back(std::move(element));
     return true;
 }
 
 bool ZGeometryList::addLast(ZGeometry const &geometry, ZMatrix const &objectToWorldMatrix) {
-    fElements->elements.push_back({ZDagPath(), objectToWorldMatrix, nullptr, geometry});
+    elements_->elements.push_back({ZDagPath(), objectToWorldMatrix, nullptr, geometry});
     return true;
 }

@@ -1,4 +1,5 @@
 #include "host/render/ZGeometryManager.h"
+
 #include "devhost/geometry/DefaultShapes.h"
 #include "devhost/geometry/GeometryElements.h"
 #include "host/core/ZObject.h"

@@ -1,29 +1,30 @@
 #include "host/render/ZGeometryPrimitive.h"
+
 #include "devhost/geometry/GeometryStreams.h"
 
 ZGeometryPrimitive::ZGeometryPrimitive(std::shared_ptr<devhost::GeometryStream> indices,
                                        DrawPrimitiveType type)
-    : fIndices(std::move(indices)), fType(type) {}
+    : indices_(std::move(indices)), type_(type) {}
 
 ZGeometryPrimitive::ZGeometryPrimitive(ZGeometryPrimitive const &other) = default;
 ZGeometryPrimitive::~ZGeometryPrimitive() = default;
 
 int ZGeometryPrimitive::uniqueID() const {
-    return fIndices->id;
+    return indices_->id;
 }
 
 ZGeometryPrimitive::DrawPrimitiveType ZGeometryPrimitive::drawPrimitiveType() const {
-    return fType;
+    return type_;
 }
 
 unsigned int ZGeometryPrimitive::elementCount() const {
-    return fIndices->elementCount;
+    return indices_->elementCount;
 }
 
 ZGeometryData::ElementType ZGeometryPrimitive::dataType() const {
-    return fIndices->elementType;
+    return indices_->elementType;
 }
 
 void *ZGeometryPrimitive::data() const {
-    return fIndices->data;
+    return indices_->data;
 }

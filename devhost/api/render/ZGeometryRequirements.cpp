@@ -1,4 +1,5 @@
 #include "host/render/ZGeometryRequirements.h"
+
 #include "devhost/geometry/GeometryStreams.h"
 
 namespace {
@@ -10,37 +11,37 @@ int validSize(int elementSize) {
 } // namespace
 
 ZGeometryRequirements::ZGeometryRequirements()
-    : fList(std::make_unique<devhost::GeometryRequirementList>()) {}
+    : list_(std::make_unique<devhost::GeometryRequirementList>()) {}
 ZGeometryRequirements::~ZGeometryRequirements() = default;
 
 void ZGeometryRequirements::addPosition(int elementSize) {
-    fList->add(ZGeometryData::kPosition, "", validSize(elementSize));
+    list_->add(ZGeometryData::kPosition, "", validSize(elementSize));
 }
 
 void ZGeometryRequirements::addNormal(int elementSize) {
-    fList->add(ZGeometryData::kNormal, "", validSize(elementSize));
+    list_->add(ZGeometryData::kNormal, "", validSize(elementSize));
 }
 
 void ZGeometryRequirements::addTexCoord(ZString const &name) {
-    fList->add(ZGeometryData::kTexCoord, name.asChar(), 2);
+    list_->add(ZGeometryData::kTexCoord, name.asChar(), 2);
 }
 
 void ZGeometryRequirements::addColor(ZString const &name) {
-    fList->add(ZGeometryData::kColor, name.asChar(), 4);
+    list_->add(ZGeometryData::kColor, name.asChar(), 4);
 }
 
 void ZGeometryRequirements::addTangent(ZString const &name, int elementSize) {
-    fList->add(ZGeometryData::kTangent, name.asChar(), validSize(elementSize));
+    list_->add(ZGeometryData::kTangent, name.asChar(), validSize(elementSize));
 }
 
 void ZGeometryRequirements::addBinormal(ZString const &name, int elementSize) {
-    fList->add(ZGeometryData::kBiNormal, name.asChar(), validSize(elementSize));
+    list_->add(ZGeometryData::kBiNormal, name.asChar(), validSize(elementSize));
 }
 
 void ZGeometryRequirements::addComponentId() {
-    fList->add(ZGeometryData::kUserData, devhost::kComponentIds, 1);
+    list_->add(ZGeometryData::kUserData, devhost::kComponentIds, 1);
 }
 
 void ZGeometryRequirements::addFaceOffsets() {
-    fList->add(ZGeometryData::kUserData, devhost::kFaceOffsets, 1);
+    list_->add(ZGeometryData::kUserData, devhost::kFaceOffsets, 1);
 }

@@ -1,17 +1,18 @@
 #include "host/render/ZHardwareRenderer.h"
 
-#include "devhost/util/Guarded.h"
-#include "devhost/gl/GlContext.h"
 #include "devhost/geometry/DefaultGeometry.h"
 #include "devhost/gl/DrawProcedures.h"
+#include "devhost/gl/GlContext.h"
 #include "devhost/gl/HardwareDevice.h"
 #include "devhost/gl/HardwareFrame.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Guarded.h"
 #include "host/core/ZStringArray.h"
 #include "host/render/ZGLFunctionTable.h"
 
 #include <GL/gl.h>
 #include <GL/glext.h>
+
 #include <algorithm>
 #include <exception>
 
@@ -59,8 +60,8 @@ ZStatus withBackEnd(const ZString &backEnd, Step step) {
 class PlainDrawing {
   public:
     explicit PlainDrawing(ZGLFunctionTable &gl)
-        : fGl(gl), fProgram(gl.glGetHandleARB(GL_PROGRAM_OBJECT_ARB)) {
-        if (fProgram)
+        : gl_(gl), program_(gl.glGetHandleARB(GL_PROGRAM_OBJECT_ARB)) {
+        if (program_)
             gl.glUseProgramObjectARB(0);
         gl.glPushAttrib(GL_ALL_ATTRIB_BITS);
         for (const GLenum capability :
@@ -85,18 +86,18 @@ class PlainDrawing {
     }
     ~PlainDrawing() {
         for (const GLenum mode : {GL_PROJECTION, GL_MODELVIEW}) {
-            fGl.glMatrixMode(mode);
-            fGl.glPopMatrix();
+            gl_.glMatrixMode(mode);
+            gl_.glPopMatrix();
         }
-        fGl.glPopAttrib();
-        if (fProgram)
-            fGl.glUseProgramObjectARB(fProgram);
+        gl_.glPopAttrib();
+        if (program_)
+            gl_.glUseProgramObjectARB(program_);
     }
     PlainDrawing(const PlainDrawing &) = delete;
 
   private:
-    ZGLFunctionTable &fGl;
-    ZGLhandleARB fProgram;
+    ZGLFunctionTable &gl_;
+    ZGLhandleARB program_;
 };
 
 unsigned swatchSide(unsigned wanted) {

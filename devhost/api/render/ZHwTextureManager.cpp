@@ -1,10 +1,10 @@
 #include "host/render/ZHwTextureManager.h"
 
-#include "devhost/util/Guarded.h"
 #include "devhost/gl/GlTextures.h"
 #include "devhost/image/TextureFiles.h"
-#include "devhost/scene/SceneGraph.h"
 #include "devhost/image/TextureImage.h"
+#include "devhost/scene/SceneGraph.h"
+#include "devhost/util/Guarded.h"
 
 #include <map>
 

@@ -1,12 +1,12 @@
 // Light links: every pair of a light and a mesh of the layer, with what holds between the two.
 #include "host/render/ZLightLinks.h"
 
+#include "devhost/scene/SceneGraph.h"
+#include "devhost/session/RenderSession.h"
+#include "devhost/util/Guarded.h"
+
 #include <algorithm>
 #include <iostream>
-
-#include "devhost/util/Guarded.h"
-#include "devhost/session/RenderSession.h"
-#include "devhost/scene/SceneGraph.h"
 
 using devhost::kNoNode;
 using devhost::Light;

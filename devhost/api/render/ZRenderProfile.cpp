@@ -16,23 +16,23 @@ bool ZRenderProfile::Entry::operator==(const Entry &other) const {
 }
 
 bool ZRenderProfile::has(const Entry &entry) const {
-    return std::find(fEntries.begin(), fEntries.end(), entry) != fEntries.end();
+    return std::find(entries_.begin(), entries_.end(), entry) != entries_.end();
 }
 
 unsigned int ZRenderProfile::numberOfRenderers() const {
-    return static_cast<unsigned int>(fEntries.size());
+    return static_cast<unsigned int>(entries_.size());
 }
 
 void ZRenderProfile::addRenderer(ZStandardRenderer renderer) {
     const Entry entry{renderer, {}, 0};
     if (renderer >= kQuilSoftware && renderer <= kQuilD3D && !has(entry))
-        fEntries.push_back(entry);
+        entries_.push_back(entry);
 }
 
 void ZRenderProfile::addRenderer(ZString const &name, float version) {
     const Entry entry{kNotStandard, name, version};
     if (name.length() && !has(entry))
-        fEntries.push_back(entry);
+        entries_.push_back(entry);
 }
 
 bool ZRenderProfile::hasRenderer(ZStandardRenderer renderer) const {

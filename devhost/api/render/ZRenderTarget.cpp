@@ -16,17 +16,17 @@ void expand(const unsigned char *channels, unsigned count, unsigned char *rgba) 
 } // namespace
 
 unsigned int ZRenderTarget::width() const {
-    return fRequest.image.width;
+    return request_.image.width;
 }
 
 unsigned int ZRenderTarget::height() const {
-    return fRequest.image.height;
+    return request_.image.height;
 }
 
 ZStatus ZRenderTarget::makeTargetCurrent() const {
-    if (!fRequest.gl)
+    if (!request_.gl)
         return {ZStatus::kFailure, "the target is not drawn with OpenGL"};
-    fRequest.gl->bind();
+    request_.gl->bind();
     return {};
 }
 
@@ -40,9 +40,9 @@ ZStatus ZRenderTarget::writeColorBuffer(ZImage const &image, short x, short y,
     if (writeDepth && (depthWidth != width || depthHeight != height))
         return {ZStatus::kInvalidParameter, "the image has no depth map of its own size"};
 
-    devhost::ViewportImage &target = fRequest.image;
-    if (fRequest.gl)
-        fRequest.gl->read(target, fRequest.projection);
+    devhost::ViewportImage &target = request_.image;
+    if (request_.gl)
+        request_.gl->read(target, request_.projection);
     const long left = std::max<long>(x, 0), right = std::min<long>(long(width) + x, target.width);
     const long bottom = std::max<long>(y, 0), top = std::min<long>(long(height) + y, target.height);
     const unsigned channels = image.channels();
@@ -62,7 +62,7 @@ ZStatus ZRenderTarget::writeColorBuffer(ZImage const &image, short x, short y,
             if (writeDepth)
                 target.depth[to] = image.depthMap()[from];
         }
-    if (fRequest.gl)
-        fRequest.gl->write(target, fRequest.projection);
+    if (request_.gl)
+        request_.gl->write(target, request_.projection);
     return {};
 }

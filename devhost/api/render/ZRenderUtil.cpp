@@ -1,27 +1,27 @@
 // The static helpers for renderers.
 #include "host/render/ZRenderUtil.h"
 
-#include <algorithm>
-#include <cmath>
-#include <memory>
-#include <optional>
-
-#include "devhost/util/Guarded.h"
-#include "devhost/util/Statuses.h"
-#include "devhost/raytrace/NoiseTable.h"
-#include "devhost/session/Parallel.h"
-#include "devhost/raytrace/RayTracer.h"
-#include "devhost/session/RenderSession.h"
-#include "devhost/raytrace/Shading.h"
-#include "devhost/raytrace/ShadingNetwork.h"
 #include "devhost/image/TextureFiles.h"
 #include "devhost/image/TextureImage.h"
+#include "devhost/raytrace/NoiseTable.h"
+#include "devhost/raytrace/RayTracer.h"
+#include "devhost/raytrace/Shading.h"
+#include "devhost/raytrace/ShadingNetwork.h"
+#include "devhost/session/Parallel.h"
+#include "devhost/session/RenderSession.h"
+#include "devhost/util/Guarded.h"
+#include "devhost/util/Statuses.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZDoubleArray.h"
 #include "host/core/ZFloatVectorArray.h"
 #include "host/core/ZIntArray.h"
 #include "host/core/ZSelectionList.h"
 #include "host/core/ZVectorArray.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <optional>
 
 using namespace devhost;
 

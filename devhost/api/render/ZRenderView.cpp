@@ -1,9 +1,9 @@
 #include "host/render/ZRenderView.h"
 
-#include "devhost/util/Guarded.h"
-#include "devhost/util/Statuses.h"
 #include "devhost/image/Picture.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Guarded.h"
+#include "devhost/util/Statuses.h"
 
 #include <algorithm>
 

@@ -8,26 +8,26 @@ int ZRenderingInfo::originY() const {
     return 0;
 }
 int ZRenderingInfo::width() const {
-    return static_cast<int>(fRequest.image.width);
+    return static_cast<int>(request_.image.width);
 }
 int ZRenderingInfo::height() const {
-    return static_cast<int>(fRequest.image.height);
+    return static_cast<int>(request_.image.height);
 }
 ZViewportRenderer::RenderingAPI ZRenderingInfo::renderingAPI() const {
-    return fRequest.api;
+    return request_.api;
 }
 float ZRenderingInfo::renderingVersion() const {
-    return fRequest.version;
+    return request_.version;
 }
 ZDagPath const &ZRenderingInfo::cameraPath() const {
-    return fRequest.camera;
+    return request_.camera;
 }
 ZRenderTarget const &ZRenderingInfo::renderTarget() const {
-    return fRequest.target;
+    return request_.target;
 }
 ZMatrix const &ZRenderingInfo::viewMatrix() const {
-    return fRequest.view;
+    return request_.view;
 }
 ZMatrix const &ZRenderingInfo::projectionMatrix() const {
-    return fRequest.projection;
+    return request_.projection;
 }

@@ -1,13 +1,13 @@
 // What every swatch has, and how the host renders one.
 #include "host/render/ZSwatchRenderBase.h"
 
+#include "devhost/raytrace/Swatches.h"
+#include "devhost/session/RenderSession.h"
+#include "devhost/util/Guarded.h"
+
 #include <mutex>
 #include <tuple>
 #include <utility>
-
-#include "devhost/util/Guarded.h"
-#include "devhost/session/RenderSession.h"
-#include "devhost/raytrace/Swatches.h"
 
 namespace devhost {
 

@@ -1,12 +1,12 @@
 // The swatch generators that the host knows.
 #include "host/render/ZSwatchRenderRegister.h"
 
-#include <map>
-#include <string>
-
-#include "devhost/util/Guarded.h"
 #include "devhost/raytrace/MaterialBall.h"
 #include "devhost/raytrace/Swatches.h"
+#include "devhost/util/Guarded.h"
+
+#include <map>
+#include <string>
 
 namespace devhost {
 

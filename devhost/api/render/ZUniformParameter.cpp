@@ -2,8 +2,8 @@
 #include "host/render/ZUniformParameter.h"
 
 #include "devhost/gl/DrawSemantics.h"
-#include "devhost/session/RenderSession.h"
 #include "devhost/scene/SceneGraph.h"
+#include "devhost/session/RenderSession.h"
 #include "host/core/ZStringArray.h"
 #include "host/render/ZDrawContext.h"
 #include "host/render/ZGeometryList.h"
@@ -225,183 +225,183 @@ struct ZUniformParameter::Data {
     }
 };
 
-ZUniformParameter::ZUniformParameter() : fData(std::make_unique<Data>()) {}
+ZUniformParameter::ZUniformParameter() : data_(std::make_unique<Data>()) {}
 
 ZUniformParameter::ZUniformParameter(ZString const &name, DataType type, DataSemantic semantic,
                                      unsigned int rows, unsigned int columns, void *userData)
-    : fData(std::make_unique<Data>()) {
-    fData->name = name;
-    fData->type = type;
-    fData->semantic = semantic;
-    fData->userData = userData;
+    : data_(std::make_unique<Data>()) {
+    data_->name = name;
+    data_->type = type;
+    data_->semantic = semantic;
+    data_->userData = userData;
     const unsigned long count = static_cast<unsigned long>(rows) * columns;
     if (count > 0 && count <= kMostValues) {
-        fData->rows = rows;
-        fData->columns = columns;
-        fData->stored.numbers.resize(count);
+        data_->rows = rows;
+        data_->columns = columns;
+        data_->stored.numbers.resize(count);
     }
 }
 
 ZUniformParameter::ZUniformParameter(ZUniformParameter const &other)
-    : fData(std::make_unique<Data>(*other.fData)) {}
+    : data_(std::make_unique<Data>(*other.data_)) {}
 
 ZUniformParameter::~ZUniformParameter() = default;
 
 ZUniformParameter &ZUniformParameter::operator=(ZUniformParameter const &other) {
-    *fData = *other.fData;
+    *data_ = *other.data_;
     return *this;
 }
 
 ZString ZUniformParameter::name() const {
-    return fData->name;
+    return data_->name;
 }
 
 ZUniformParameter::DataType ZUniformParameter::type() const {
-    return fData->type;
+    return data_->type;
 }
 
 ZUniformParameter::DataSemantic ZUniformParameter::semantic() const {
-    return fData->semantic;
+    return data_->semantic;
 }
 
 unsigned int ZUniformParameter::numRows() const {
-    return fData->rows;
+    return data_->rows;
 }
 
 unsigned int ZUniformParameter::numColumns() const {
-    return fData->columns;
+    return data_->columns;
 }
 
 unsigned int ZUniformParameter::numElements() const {
-    return fData->rows * fData->columns;
+    return data_->rows * data_->columns;
 }
 
 void *ZUniformParameter::userData() const {
-    return fData->userData;
+    return data_->userData;
 }
 
 void ZUniformParameter::setRangeMin(double value) {
-    fData->least = value;
+    data_->least = value;
 }
 
 void ZUniformParameter::setRangeMax(double value) {
-    fData->greatest = value;
+    data_->greatest = value;
 }
 
 void ZUniformParameter::setSoftRangeMin(double value) {
-    fData->softLeast = value;
+    data_->softLeast = value;
 }
 
 void ZUniformParameter::setSoftRangeMax(double value) {
-    fData->softGreatest = value;
+    data_->softGreatest = value;
 }
 
 void ZUniformParameter::setUIHidden(bool value) {
-    fData->hidden = value;
+    data_->hidden = value;
 }
 
 bool ZUniformParameter::UIHidden() const {
-    return fData->hidden;
+    return data_->hidden;
 }
 
 void ZUniformParameter::setEnumFieldNames(ZString const &names) {
-    fData->fields.clear();
-    names.split(':', fData->fields);
+    data_->fields.clear();
+    names.split(':', data_->fields);
 }
 
 void ZUniformParameter::setKeyable(bool value) {
-    fData->keyable = value;
+    data_->keyable = value;
 }
 
 bool ZUniformParameter::keyable() const {
-    return fData->keyable;
+    return data_->keyable;
 }
 
 bool ZUniformParameter::isATexture() const {
-    return fData->isTexture();
+    return data_->isTexture();
 }
 
 bool ZUniformParameter::hasChanged(ZGeometryList const &geometryList) const {
-    return fData->differs(stateOf(geometryList));
+    return data_->differs(stateOf(geometryList));
 }
 
 bool ZUniformParameter::hasChanged(ZHWRender::ZDrawContext const &context) const {
-    return fData->differs(stateOf(context));
+    return data_->differs(stateOf(context));
 }
 
 float const *ZUniformParameter::getAsFloatArray(ZGeometryList const &geometryList) const {
-    return fData->readFloats(stateOf(geometryList));
+    return data_->readFloats(stateOf(geometryList));
 }
 
 float const *ZUniformParameter::getAsFloatArray(ZHWRender::ZDrawContext const &context) const {
-    return fData->readFloats(stateOf(context));
+    return data_->readFloats(stateOf(context));
 }
 
 void ZUniformParameter::setAsFloatArray(float const *values, unsigned int count) {
     if (values)
-        fData->setNumbers(values, count);
+        data_->setNumbers(values, count);
 }
 
 float ZUniformParameter::getAsFloat(ZGeometryList const &geometryList) const {
-    return float(fData->read(stateOf(geometryList)).numbers[0]);
+    return float(data_->read(stateOf(geometryList)).numbers[0]);
 }
 
 float ZUniformParameter::getAsFloat(ZHWRender::ZDrawContext const &context) const {
-    return float(fData->read(stateOf(context)).numbers[0]);
+    return float(data_->read(stateOf(context)).numbers[0]);
 }
 
 void ZUniformParameter::setAsFloat(float value) {
-    fData->setNumber(value);
+    data_->setNumber(value);
 }
 
 ZString ZUniformParameter::getAsString(ZGeometryList const &geometryList) const {
-    return fData->readText(stateOf(geometryList));
+    return data_->readText(stateOf(geometryList));
 }
 
 ZString ZUniformParameter::getAsString(ZHWRender::ZDrawContext const &context) const {
-    return fData->readText(stateOf(context));
+    return data_->readText(stateOf(context));
 }
 
 void ZUniformParameter::setAsString(ZString const &value) {
-    fData->setText(value);
+    data_->setText(value);
 }
 
 bool ZUniformParameter::getAsBool(ZGeometryList const &geometryList) const {
-    return fData->read(stateOf(geometryList)).numbers[0] != 0;
+    return data_->read(stateOf(geometryList)).numbers[0] != 0;
 }
 
 bool ZUniformParameter::getAsBool(ZHWRender::ZDrawContext const &context) const {
-    return fData->read(stateOf(context)).numbers[0] != 0;
+    return data_->read(stateOf(context)).numbers[0] != 0;
 }
 
 void ZUniformParameter::setAsBool(bool value) {
-    fData->setNumber(value);
+    data_->setNumber(value);
 }
 
 int ZUniformParameter::getAsInt(ZGeometryList const &geometryList) const {
-    return toInt(fData->read(stateOf(geometryList)).numbers[0]);
+    return toInt(data_->read(stateOf(geometryList)).numbers[0]);
 }
 
 int ZUniformParameter::getAsInt(ZHWRender::ZDrawContext const &context) const {
-    return toInt(fData->read(stateOf(context)).numbers[0]);
+    return toInt(data_->read(stateOf(context)).numbers[0]);
 }
 
 void ZUniformParameter::setAsInt(int value) {
-    fData->setNumber(value);
+    data_->setNumber(value);
 }
 
 void ZUniformParameter::setUINiceName(ZString const &name) {
-    fData->niceName = name;
+    data_->niceName = name;
 }
 
 ZPlug ZUniformParameter::getPlug() const {
-    return namedAttribute(fData->name).plug();
+    return namedAttribute(data_->name).plug();
 }
 
 ZPlug ZUniformParameter::getSource() const {
-    return sourceOf(namedAttribute(fData->name)).plug();
+    return sourceOf(namedAttribute(data_->name)).plug();
 }
 
 void ZUniformParameter::setDirty() {
-    fData->lastRead.reset();
+    data_->lastRead.reset();
 }

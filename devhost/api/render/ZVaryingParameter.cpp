@@ -1,9 +1,9 @@
 // The varying parameters of hardware shaders.
 #include "host/render/ZVaryingParameter.h"
 
+#include "devhost/geometry/VertexValues.h"
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"
-#include "devhost/geometry/VertexValues.h"
 #include "host/render/ZGeometry.h"
 
 #include <algorithm>
@@ -149,13 +149,13 @@ struct ZVaryingParameter::Data {
     }
 };
 
-ZVaryingParameter::ZVaryingParameter() : fData(std::make_unique<Data>()) {}
+ZVaryingParameter::ZVaryingParameter() : data_(std::make_unique<Data>()) {}
 
 ZVaryingParameter::ZVaryingParameter(ZString const &name, ZVaryingParameterType type,
                                      int minDimension, int maxDimension,
                                      ZVaryingParameterSemantic semantic, bool invertTexCoords,
                                      ZString const &semanticName)
-    : fData(std::make_unique<Data>(describe(name, type, minDimension, maxDimension, kMostValues,
+    : data_(std::make_unique<Data>(describe(name, type, minDimension, maxDimension, kMostValues,
                                             semantic, ZString(), invertTexCoords, semanticName))) {}
 
 ZVaryingParameter::ZVaryingParameter(ZString const &name, ZVaryingParameterType type,
@@ -163,59 +163,59 @@ ZVaryingParameter::ZVaryingParameter(ZString const &name, ZVaryingParameterType 
                                      ZVaryingParameterSemantic semantic,
                                      ZString const &destinationSet, bool invertTexCoords,
                                      ZString const &semanticName)
-    : fData(std::make_unique<Data>(describe(name, type, minDimension, maxDimension, dimension,
+    : data_(std::make_unique<Data>(describe(name, type, minDimension, maxDimension, dimension,
                                             semantic, destinationSet, invertTexCoords,
                                             semanticName))) {}
 
 ZVaryingParameter::ZVaryingParameter(ZVaryingParameter const &other)
-    : fData(std::make_unique<Data>(other.fData->description)) {}
+    : data_(std::make_unique<Data>(other.data_->description)) {}
 
 ZVaryingParameter::~ZVaryingParameter() = default;
 
 ZVaryingParameter &ZVaryingParameter::operator=(ZVaryingParameter const &other) {
-    fData->description = other.fData->description;
+    data_->description = other.data_->description;
     return *this;
 }
 
 ZString ZVaryingParameter::name() const {
-    return fData->description.name;
+    return data_->description.name;
 }
 
 ZVaryingParameter::ZVaryingParameterType ZVaryingParameter::type() const {
-    return fData->description.format.type;
+    return data_->description.format.type;
 }
 
 ZVaryingParameter::ZVaryingParameterSemantic ZVaryingParameter::semantic() const {
-    return fData->description.semantic;
+    return data_->description.semantic;
 }
 
 ZString ZVaryingParameter::semanticName() const {
-    return fData->description.semanticName;
+    return data_->description.semanticName;
 }
 
 ZString ZVaryingParameter::destinationSet() const {
-    return fData->description.destinationSet;
+    return data_->description.destinationSet;
 }
 
 unsigned int ZVaryingParameter::dimension() const {
-    return fData->description.format.dimension;
+    return data_->description.format.dimension;
 }
 
 unsigned int ZVaryingParameter::getElementSize() const {
-    return fData->description.size();
+    return data_->description.size();
 }
 
 unsigned int ZVaryingParameter::getMaximumStride() const {
-    return fData->description.greatestSize();
+    return data_->description.greatestSize();
 }
 
 ZStatus ZVaryingParameter::getBuffer(ZGeometry &geometry, void const *&data,
                                      unsigned int &elementCount, unsigned int &stride) const {
-    return devhost::guarded([&] { return fData->find(geometry, data, elementCount, stride); });
+    return devhost::guarded([&] { return data_->find(geometry, data, elementCount, stride); });
 }
 
 ZStatus ZVaryingParameter::setSource(ZVaryingParameterSemantic semantic, ZString const &setName) {
-    Description &description = fData->description;
+    Description &description = data_->description;
     if (description.isStructure())
         return invalid("the elements of a structure have the sources");
     if (!isSemantic(semantic))
@@ -227,16 +227,16 @@ ZStatus ZVaryingParameter::setSource(ZVaryingParameterSemantic semantic, ZString
 }
 
 ZVaryingParameter::ZVaryingParameterSemantic ZVaryingParameter::getSourceType() const {
-    return fData->description.source;
+    return data_->description.source;
 }
 
 ZString ZVaryingParameter::getSourceSetName() const {
-    return fData->description.sourceSet;
+    return data_->description.sourceSet;
 }
 
 ZStatus ZVaryingParameter::addElement(ZVaryingParameter const &element) {
-    Description &description = fData->description;
-    const Description &added = element.fData->description;
+    Description &description = data_->description;
+    const Description &added = element.data_->description;
     if (!description.isStructure())
         return invalid("only structures have elements");
     if (added.size() == 0)
@@ -253,18 +253,18 @@ ZStatus ZVaryingParameter::addElement(ZVaryingParameter const &element) {
 }
 
 unsigned int ZVaryingParameter::numElements() const {
-    return unsigned(fData->description.elements.size());
+    return unsigned(data_->description.elements.size());
 }
 
 ZVaryingParameter ZVaryingParameter::getElement(unsigned int index) const {
     ZVaryingParameter element;
-    if (index < fData->description.elements.size())
-        element.fData->description = fData->description.elements[index];
+    if (index < data_->description.elements.size())
+        element.data_->description = data_->description.elements[index];
     return element;
 }
 
 ZStatus ZVaryingParameter::removeElements() {
-    Description &description = fData->description;
+    Description &description = data_->description;
     if (!description.isStructure())
         return invalid("only structures have elements");
     description.elements.clear();
@@ -273,5 +273,5 @@ ZStatus ZVaryingParameter::removeElements() {
 }
 
 unsigned int ZVaryingParameter::getUpdateId() const {
-    return fData->description.updateId;
+    return data_->description.updateId;
 }

@@ -24,7 +24,7 @@ auto find(const ZViewportRenderer *renderer) {
 
 } // namespace
 
-ZViewportRenderer::ZViewportRenderer(ZString const &name) : fName(name), fUIName(name) {}
+ZViewportRenderer::ZViewportRenderer(ZString const &name) : name_(name), uiName_(name) {}
 
 ZViewportRenderer::~ZViewportRenderer() {
     // What would uninitialise it is gone already.
@@ -38,27 +38,27 @@ int ZViewportRenderer::overrideThenStandardExclusion() {
 }
 
 ZString ZViewportRenderer::name() const {
-    return fName;
+    return name_;
 }
 
 ZString ZViewportRenderer::UIname() const {
-    return fUIName;
+    return uiName_;
 }
 
 void ZViewportRenderer::setUIName(ZString const &name) {
-    fUIName = name;
+    uiName_ = name;
 }
 
 ZViewportRenderer::RenderingOverride ZViewportRenderer::renderingOverride() const {
-    return fRenderingOverride;
+    return renderingOverride_;
 }
 
 void ZViewportRenderer::setRenderingOverride(RenderingOverride mode) {
-    fRenderingOverride = mode;
+    renderingOverride_ = mode;
 }
 
 ZStatus ZViewportRenderer::registerRenderer() const {
-    const std::string name = fName.asChar();
+    const std::string name = name_.asChar();
     if (name.empty())
         return {ZStatus::kInvalidParameter, "the viewport renderer has no name"};
     auto &all = devhost::registeredViewports();

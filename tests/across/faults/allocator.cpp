@@ -1,6 +1,7 @@
 #include "tests/across/faults/allocator.h"
 
 #include <Python.h>
+
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>

@@ -4,11 +4,12 @@
 #include "devhost/session/RenderCallbacks.h"
 #include "host/base/TpythonLock.h"
 
-#include <cstdio>
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
 #include <string>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace {

@@ -1,13 +1,14 @@
-// Python callbacks of every kind, and host threads that call them.
 #pragma once
+
+// Python callbacks of every kind, and host threads that call them.
 
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "host/render/ZRenderCallback.h"
-#include "tests/runtime/python_fixture.h"
 #include "runtime/director.h"
 #include "runtime/module_types.h"
-#include "tests/test_scene.h"
 #include "tests/across/threads/watchdog.h"
+#include "tests/runtime/python_fixture.h"
+#include "tests/test_scene.h"
 
 namespace threadtest {
 

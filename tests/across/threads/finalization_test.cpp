@@ -1,11 +1,12 @@
 // The interpreter ends while host threads call Python callbacks and render.
 
-#include "tests/across/threads/callers.h"
 #include "devhost/process/InterpreterGate.h"
+#include "tests/across/threads/callers.h"
 
-#include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
 
 using namespace threadtest;
 using namespace pytest;

@@ -1,8 +1,8 @@
 // Sixteen Python threads in the module's functions at once, which change places as often as they
 // can. Each piece of work knows its own results.
 
-#include "tests/across/threads/callers.h"
 #include "runtime/packed_object.h"
+#include "tests/across/threads/callers.h"
 
 #include <set>
 

@@ -1,8 +1,8 @@
 // Sixteen host threads call Python callbacks of every kind while the main thread keeps the
 // interpreter busy.
 
-#include "tests/across/threads/callers.h"
 #include "host/base/TpythonInterpreter.h"
+#include "tests/across/threads/callers.h"
 
 using namespace threadtest;
 using namespace pytest;

@@ -1,7 +1,10 @@
-// Ends a process that does not come to its end, and says how far it had come.
 #pragma once
 
+// Ends a process that does not come to its end, and says how far it had come.
+
 #include "host/base/TpythonLock.h"
+
+#include <frameobject.h>
 
 #include <array>
 #include <atomic>
@@ -9,7 +12,6 @@
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
-#include <frameobject.h>
 #include <mutex>
 #include <thread>
 
