@@ -16,7 +16,7 @@ NULL_HOST = os.path.join(BUILD, 'lib', 'libnull_host.so')
 NULL_HOST_ROWS = frozenset()
 if os.environ.get('LD_PRELOAD') == NULL_HOST:
     NULL_HOST_ROWS = frozenset(open(
-        os.path.join(BUILD, 'tests', 'hostile', 'null_host_rows.txt')).read().split())
+        os.path.join(BUILD, 'tests', 'across', 'hostile', 'null_host_rows.txt')).read().split())
 RANGES = {'int': (-2 ** 31, 2 ** 31 - 1), 'unsigned int': (0, 2 ** 32 - 1),
           'short': (-2 ** 15, 2 ** 15 - 1), 'unsigned short': (0, 2 ** 16 - 1),
           'signed char': (-128, 127), 'unsigned char': (0, 255), 'long': (-2 ** 63, 2 ** 63 - 1)}
