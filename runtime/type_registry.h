@@ -16,6 +16,7 @@
 #include <Python.h>
 
 #include <cstddef>
+#include <string_view>
 
 struct swig_type_info;
 
@@ -60,8 +61,10 @@ static_assert(offsetof(swig_module_info, next) == 16 &&
 extern swig_module_info swig_module;
 extern swig_type_info *swig_type_initial[];
 extern swig_cast_info *swig_cast_initial[];
+namespace binding {
 /// Fills swig_cast_initial, once in the process.
 void make_initial_cast_lists();
+} // namespace binding
 
 /// Joins swig_module to the interpreter's ring (making the ring when there is none) and, the first
 /// time in the process, chooses the record of each type and links the cast lists.
@@ -76,6 +79,9 @@ swig_cast_info *SWIG_TypeCheck(const char *name, swig_type_info *target);
 inline void *SWIG_TypeCast(swig_cast_info *entry, void *pointer, int *new_memory) {
     return entry->converter ? entry->converter(pointer, new_memory) : pointer;
 }
+
+/// True when two readable names are the same but for blanks.
+bool SWIG_TypeNameComp(std::string_view a, std::string_view b);
 
 /// Finds a type by mangled name in the modules from `start` up to but not including `end`; all
 /// modules of the ring when both are the same.

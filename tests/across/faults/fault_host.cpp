@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <exception>
 
+using namespace binding;
+
 extern "C" void init_OpenQuilRender();
 
 namespace {
