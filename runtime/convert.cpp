@@ -46,8 +46,9 @@ PyObject *candidate_behind(PyObject *object) {
     return this_attribute(object);
 }
 
-/// Tells when a walk along links that scripts can tie has come back to where it was: remembers
-/// one place at a time, at doubling distances.
+/// Tells when a walk along links that scripts can tie into a cycle has come back to where it was:
+/// Brent's cycle detection, which remembers one place at a time, at distances that double, and so
+/// needs no memory and at most three times the steps of the walk.
 class LoopGuard {
   public:
     bool came_back(const void *place) {
