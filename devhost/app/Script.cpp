@@ -4,6 +4,7 @@
 #include "devhost/process/InterpreterGate.h"
 #include "devhost/process/ObjectCensus.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Terminal.h"
 #include "host/base/TpythonInterpreter.h"
 #include "host/base/TpythonLock.h"
 
@@ -78,7 +79,7 @@ ScriptEnd endOf(const Reference &result) {
 void reportCallbackError(const char *callback, const char *what) {
     const TpythonLock lock(kPythonLock);
     if (!TpythonLock::isHeld() || !PyErr_Occurred()) {
-        std::fprintf(stderr, "quilhost: %s failed: %s\n", callback, what);
+        devhost::tell(std::string(callback) + " failed: " + what);
         return;
     }
     if (!TpythonInterpreter::fsInterpreter)
