@@ -103,17 +103,16 @@ int RenderJob::run() {
         session.imagesFolder = folder.empty() ? "." : folder.string();
     }
     fillSettings(options_, session.settings);
-    {
-        const InterruptScope scope(false);
-        loadScene();
-        chooseCamera();
-        chooseLayer();
-    }
-    if (session.cancelled)
+    loadScene();
+    chooseCamera();
+    chooseLayer();
+    if (interrupted())
         return kInterrupted;
 
     if (options_.hasScript()) {
         script_.emplace(options_);
+        if (interrupted())
+            return kInterrupted;
         const ScriptEnd end = runScript();
         if (interrupted())
             return kInterrupted;
@@ -245,15 +244,17 @@ void RenderJob::renderByHost(const std::string &outputFile) {
     ZStatus status;
     {
         std::optional<NativeSection> unlocked;
-        if (script_)
+        std::optional<InterruptScope> interrupts;
+        if (script_) {
             unlocked.emplace();
-        const InterruptScope scope(script_.has_value());
+            interrupts.emplace();
+        }
         status = devhost::renderFrame(image);
+        if (!status.error() && !interrupted())
+            status = devhost::writeFrame(image, outputFile);
     }
     if (interrupted())
         return;
-    if (!status.error())
-        status = devhost::writeFrame(image, outputFile);
     if (status.error())
         throw Failure(kRenderError, withoutCode(status.errorString().asChar()));
 }

@@ -1,6 +1,7 @@
 #include "devhost/app/Script.h"
 
 #include "devhost/app/Errors.h"
+#include "devhost/app/Interrupt.h"
 #include "devhost/process/InterpreterGate.h"
 #include "devhost/process/ObjectCensus.h"
 #include "devhost/session/RenderSession.h"
@@ -160,7 +161,10 @@ Script::Script(const Options &options) : options_(options) {
     static char program[] = QUILHOST_PYTHON_PROGRAM;
     Py_SetPythonHome(home);
     Py_SetProgramName(program);
-    Py_InitializeEx(1);
+    {
+        const InterruptHandover handover;
+        Py_InitializeEx(1);
+    }
     PyEval_InitThreads();
     Py_InitModule("quilhost", programFunctions);
     if (options.leakCheck)

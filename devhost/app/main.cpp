@@ -26,6 +26,7 @@ bool tellLeaks() {
 
 int main(int argc, char **argv) {
     using namespace quilhost;
+    const SignalScope signals;
     int code = kOk;
     try {
         const auto options = readCommandLine(argc, argv);

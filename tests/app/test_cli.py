@@ -313,6 +313,12 @@ class Interrupts(Case):
         self.interrupts("import sys\nprint('now')\nsys.stdout.flush()", "--resolution", "16000",
                         "16000", "--threads", "1")
 
+    def test_while_python_starts(self):
+        self.write("sitecustomize.py", "import os, signal; os.kill(os.getpid(), signal.SIGINT)")
+        child = self.start("--python-expr", "print('on')", env={"PYTHONPATH": self.folder})
+        self.assertEqual(child.communicate(timeout=LIMIT), ("", "quilhost: interrupted\n"))
+        self.assertEqual(child.returncode, 130)
+
     def test_in_a_callback(self):
         self.interrupts(CALLBACK.format(body="""
         import sys, time
