@@ -61,8 +61,11 @@ void checkOutput(const Options &options) {
         usage("--output '" + options.output +
               "' needs a place such as #### for the frame number, as there are " +
               std::to_string(options.frames.size()) + " frames");
-    std::error_code ignored;
+    std::error_code ignored, problem;
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    static_cast<void>(fs::absolute(folder, problem));
+    if (problem)
+        usage("the working folder is not there any more: " + problem.message());
     if (!fs::is_directory(folder, ignored))
         usage("the output folder '" + folder.string() + "' does not exist");
     if (access(folder.c_str(), W_OK | X_OK) != 0)

@@ -192,7 +192,7 @@ ZStatus readPng(const std::string &path, unsigned &width, unsigned &height,
 }
 
 ZStatus readExr(const std::string &path, unsigned &width, unsigned &height,
-                std::vector<float> &rgba, const std::string &layer) {
+                std::vector<float> &rgba, const std::string &layer, std::size_t mostPixels) {
     if (const ZStatus status = checkReadable(path); status.error())
         return status;
     return guarded("read", path, [&] {
@@ -200,7 +200,7 @@ ZStatus readExr(const std::string &path, unsigned &width, unsigned &height,
         const Imath::Box2i window = input.header().dataWindow();
         const auto columns = static_cast<std::size_t>(int64_t{window.max.x} - window.min.x + 1);
         const auto rows = static_cast<std::size_t>(int64_t{window.max.y} - window.min.y + 1);
-        if (!isReasonable(columns, rows))
+        if (!isReasonable(columns, rows) || columns * rows > mostPixels)
             return failure("read", path, "its size is not plausible");
 
         const auto has = [&](const std::string &channel) {

@@ -38,7 +38,8 @@ OPENQUIL_API ZStatus readPng(const std::string &path, unsigned &width, unsigned 
 /// Reads the channels R, G, B and A of the named layer; an absent colour is 0 (a lone "Y" is grey),
 /// an absent A is 1. Fails with kNotFound when the layer has none of them.
 OPENQUIL_API ZStatus readExr(const std::string &path, unsigned &width, unsigned &height,
-                             std::vector<float> &rgba, const std::string &layer = "");
+                             std::vector<float> &rgba, const std::string &layer = "",
+                             std::size_t mostPixels = kMaximumPixels);
 
 enum class ImageFile { unknown, png, exr };
 

@@ -15,11 +15,8 @@ namespace devhost {
 /// else below the working folder; empty when there is no such file.
 OPENQUIL_API std::string resolveFile(const std::string &name);
 
-/// Decodes an image in memory (PNG, JPEG, BMP, TGA, PSD); null when that fails.
-std::shared_ptr<const Pixels> decodeImage(const unsigned char *bytes, size_t count);
-
-/// Decodes an image file. Fails with kNotFound when there is no such file, with kFailure when it
-/// cannot be read.
+/// Decodes an image file: OpenEXR, or what decodeImage knows. Fails with kNotFound when there is no
+/// such file, and with kFailure when it cannot be read.
 OPENQUIL_API ZStatus readImage(const std::string &fileName, std::shared_ptr<const Pixels> &pixels);
 
 /// The pixels of a texture node of a scene, read on first use. Fails with kInvalidParameter when

@@ -191,9 +191,12 @@ bool MaterialBall::doIteration() {
 bool MaterialBall::renderParallel() {
     if (!hasPicture())
         return true;
-    for (cancelled_ = false; !isFinished() && !cancelled_; ++samples_)
+    for (; !isFinished(); ++samples_) {
+        if (cancelled_.exchange(false)) // it may have come before the start
+            return false;
         forBlocks(sums_.size(), 256, [this](size_t begin, size_t end) { sample(begin, end); });
-    return isFinished();
+    }
+    return true;
 }
 
 } // namespace

@@ -447,11 +447,16 @@ bool Scene::isInLayer(NodeId id, NodeId layer) const {
                        [&](NodeId child) { return isInLayer(id, child); });
 }
 
-bool Scene::isRendered(NodeId id) const {
-    if (!isVisible(id))
+bool Scene::isInCurrentLayer(NodeId id) const {
+    const Node *found = node(id);
+    if (!found || !found->inHierarchy())
         return false;
-    const Light *light = node(id)->light();
+    const Light *light = found->light();
     return !node(currentLayer_) || (light && light->isDefault) || isInLayer(id, currentLayer_);
+}
+
+bool Scene::isRendered(NodeId id) const {
+    return isVisible(id) && isInCurrentLayer(id);
 }
 
 ZObject Scene::object(NodeId id) const {
@@ -500,7 +505,11 @@ void Scene::replaceBy(Scene &&other) {
 
 Scene &scene() {
     // Never destroyed: handles may be asked while the process exits.
-    static auto *const theScene = new Scene;
+    static auto *const theScene = [] {
+        auto *const fresh = new Scene;
+        fresh->addDefaults();
+        return fresh;
+    }();
     return *theScene;
 }
 

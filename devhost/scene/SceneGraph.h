@@ -224,8 +224,10 @@ class OPENQUIL_API Scene {
     bool setCurrentLayer(NodeId layer);
     /// True when the node, or one above it, is a member of the layer or of a layer below that.
     bool isInLayer(NodeId id, NodeId layer) const;
-    /// True when the node is visible and in the current layer. The light of a scene that has no
-    /// other is in every layer.
+    /// As isInLayer, for the current layer. The light of a scene that has no other is in every one,
+    /// and all of a scene without layers counts.
+    bool isInCurrentLayer(NodeId id) const;
+    /// True when the node is visible and in the current layer.
     bool isRendered(NodeId id) const;
 
     /// The handle of a node, null for kNoNode.
@@ -266,7 +268,7 @@ class OPENQUIL_API Scene {
 /// A point carried by a matrix, its translation included.
 OPENQUIL_API ZVector transformPoint(const ZVector &point, const ZMatrix &matrix);
 
-/// The scene of this process.
+/// The scene of this process; an empty one with the defaults at first.
 OPENQUIL_API Scene &scene();
 
 } // namespace devhost

@@ -131,9 +131,8 @@ class OPENQUIL_API ZRenderUtil {
     static ZString exactImagePlaneFileName(const ZObject &imagePlaneNode,
                                            ZStatus *ReturnStatus = nullptr);
 
-    /// True when the node at the end of the path is rendered: it is in the current render layer,
-    /// and it and all nodes above it are visible. Fails with kInvalidParameter when the path is not
-    /// valid.
+    /// True when the node at the end of the path is in the current render layer, be it visible or
+    /// not. Fails with kInvalidParameter when the path is not valid.
     static bool inCurrentRenderLayer(const ZDagPath &objectPath, ZStatus *ReturnStatus = nullptr);
 
     /// The pass that is being rendered; kAll outside of a render.

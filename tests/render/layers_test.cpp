@@ -86,6 +86,12 @@ TEST_F(LayersTest, WrongFilesAreToldWithTheirPlace) {
     }
 }
 
+TEST(FreshProcess, HasTheDefaultLayerBeforeAnySceneIsMade) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe"; // in a process of its own
+    EXPECT_EXIT(std::exit(ZFnRenderLayer::defaultRenderLayer().isNull()),
+                testing::ExitedWithCode(0), "");
+}
+
 TEST_F(LayersTest, RaysSeeTheCurrentLayerOnly) {
     ASSERT_TRUE(open(R"({"layers": [{"name": "low", "members": ["floor"]},
                         {"name": "high", "members": ["roof"]}]})"));
@@ -96,7 +102,12 @@ TEST_F(LayersTest, RaysSeeTheCurrentLayerOnly) {
     ZSelectionList drawn;
     EXPECT_TRUE(ZRenderUtil::renderObjectItem(nullptr, drawn));
     EXPECT_EQ(names(drawn), "|floor ");
-    EXPECT_FALSE(ZRenderUtil::inCurrentRenderLayer(path("roof")));
+    scene().edit(scene().find("floor"))->visible = false;
+    for (const auto &[name, isIn] :
+         {std::pair("roof", false), {"floor", true}, {"headlight", true}}) {
+        EXPECT_EQ(ZRenderUtil::inCurrentRenderLayer(path(name)), isIn) << name;
+        EXPECT_EQ(ZFnRenderLayer().inCurrentRenderLayer(path(name)), isIn) << name;
+    }
 }
 
 TEST_F(LayersTest, MembersOfChildLayersBelongToTheParent) {

@@ -80,6 +80,8 @@ TEST(SwatchTest, MaterialBallShowsTheMaterialAlone) {
     for (; !steps->doIteration(); ++count)
         steps->image().release(); // a script may do that to a picture it was given
     EXPECT_EQ(count, 4);          // four samples a pixel at the quality 1
+    threads->cancelParallelRendering(); // before the start
+    EXPECT_FALSE(threads->renderParallel());
     EXPECT_TRUE(threads->renderParallel());
     EXPECT_EQ(std::memcmp(steps->image().pixels(), threads->image().pixels(), 4 * 50 * 50), 0);
     scene().clear();

@@ -2,6 +2,7 @@
 
 #include "devhost/session/CallbackRegistry.h"
 #include "devhost/session/RenderCallbacks.h"
+#include "devhost/util/Terminal.h"
 
 namespace {
 
@@ -19,7 +20,7 @@ void reportCallbackError(const char *callback, const char *what) {
     if (session.onCallbackError)
         session.onCallbackError(callback, what);
     else
-        std::fprintf(stderr, "%s failed: %s\n", callback, what);
+        tell(std::string(callback) + " failed: " + what);
 }
 
 bool hasRenderCallbacks() {

@@ -264,7 +264,7 @@ bool ZRenderUtil::inCurrentRenderLayer(const ZDagPath &objectPath, ZStatus *Retu
     report(ReturnStatus, objectPath.isValid()
                              ? ZStatus()
                              : ZStatus(ZStatus::kInvalidParameter, "the path is not valid"));
-    return scene().isRendered(scene().id(objectPath.node()));
+    return scene().isInCurrentLayer(scene().id(objectPath.node()));
 }
 
 ZRenderUtil::RenderPass ZRenderUtil::renderPass() {
