@@ -3,6 +3,8 @@
 
 #include "devhost/session/RenderCallbacks.h"
 #include "host/base/TpythonLock.h"
+#include "host/render/ZRenderCallback.h"
+#include "host/render/ZRenderData.h"
 #include "tests/child_process.h"
 
 #include <string>
