@@ -1,7 +1,7 @@
 // Swatches for scripts: what the host does with the generators that are registered, and the typed
 // pointers of their creators, which scripts can register under further names.
 
-#include "devhost/raytrace/Swatches.h"
+#include "devhost/api/render/Swatches.h"
 
 #include "wrappers/rows/call.h"
 

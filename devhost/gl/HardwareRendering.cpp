@@ -1,6 +1,6 @@
 #include "devhost/gl/HardwareRendering.h"
 
-#include "devhost/gl/DrawProcedures.h"
+#include "devhost/gl/DrawPlaces.h"
 #include "devhost/gl/HardwareDevice.h"
 #include "devhost/gl/HardwareFrame.h"
 #include "devhost/session/RenderSession.h"
@@ -34,10 +34,6 @@ class FrameScope {
     size_t depth_;
 };
 
-void execute(ZHardwareRenderer::CallLocation location) {
-    drawProcedureLists()[location].execute();
-}
-
 } // namespace
 
 HardwareFrame &hardwareFrame() {
@@ -60,15 +56,15 @@ ZStatus drawHardwareFrame(unsigned exposures, const std::function<void(unsigned)
                 status.error())
                 return status;
         const FrameScope scope(frame, hasBuffers);
-        execute(ZHardwareRenderer::kPreRendering);
+        runDrawProcedures(DrawPlace::kPreRendering);
         for (unsigned i = 0; i < exposures; ++i) {
             hardwareFrame().exposure = i;
-            execute(ZHardwareRenderer::kPreExposure);
+            runDrawProcedures(DrawPlace::kPreExposure);
             if (expose)
                 expose(i);
-            execute(ZHardwareRenderer::kPostExposure);
+            runDrawProcedures(DrawPlace::kPostExposure);
         }
-        execute(ZHardwareRenderer::kPostRendering);
+        runDrawProcedures(DrawPlace::kPostRendering);
         return {};
     });
 }

@@ -9,6 +9,7 @@
 #include "devhost/raytrace/Shading.h"
 #include "devhost/raytrace/ViewFrame.h"
 #include "devhost/session/Parallel.h"
+#include "host/render/ZSwatchRenderBase.h"
 
 #include <algorithm>
 #include <atomic>

@@ -2,7 +2,9 @@
 
 // The host's own swatch generator.
 
-#include "host/render/ZSwatchRenderBase.h"
+#include "host/core/ZObject.h"
+
+class ZSwatchRenderBase;
 
 namespace devhost {
 

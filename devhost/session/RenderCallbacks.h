@@ -3,7 +3,9 @@
 // The software renderer's side of the registered render callbacks.
 
 #include "host/base/HostApi.h"
-#include "host/render/ZRenderCallback.h"
+
+class ZRenderData;
+class ZRenderShadowData;
 
 namespace devhost {
 

@@ -1,5 +1,6 @@
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/session/RenderCallbacks.h"
+#include "host/render/ZRenderCallback.h"
 #include "tests/test_scene.h"
 
 #include <functional>

@@ -1,5 +1,5 @@
 // Swatches: how the host works on one, and the host's own generator.
-#include "devhost/raytrace/Swatches.h"
+#include "devhost/api/render/Swatches.h"
 #include "tests/scene_files.h"
 
 #include <cstring>

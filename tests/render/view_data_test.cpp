@@ -1,6 +1,7 @@
 // The conversions of render data and shadow data, against pictures worked out by hand.
 #include "devhost/raytrace/SoftwareRenderer.h"
-#include "devhost/session/RenderCallbacks.h"
+#include "host/render/ZRenderCallback.h"
+#include "host/render/ZRenderShadowData.h"
 #include "tests/test_scene.h"
 
 #include <cmath>

@@ -2,9 +2,6 @@
 
 #include "runtime/director.h"
 
-#include <unistd.h>
-
-#include <cstdio>
 #include <cstdlib>
 
 namespace pytest {
@@ -115,21 +112,6 @@ void Test::TearDown() {
     EXPECT_EQ(pending(), "") << "left behind by the test";
     EXPECT_EQ(getLockCaptureCount(), 0);
     EXPECT_FALSE(pythonMainThreadIsLocked);
-}
-
-void in_child(const std::function<void()> &body) {
-    alarm(30);
-    body();
-    const testing::TestResult &result =
-        *testing::UnitTest::GetInstance()->current_test_info()->result();
-    for (int i = 0; i < result.total_part_count(); ++i) {
-        const testing::TestPartResult &part = result.GetTestPartResult(i);
-        if (part.failed())
-            std::fprintf(stderr, "%s:%d: %s\n", part.file_name(), part.line_number(),
-                         part.message());
-    }
-    std::fflush(nullptr);
-    _exit(testing::Test::HasFailure() ? 1 : 0);
 }
 
 } // namespace pytest

@@ -4,10 +4,10 @@
 // to move between Python text and the runtime's objects.
 
 #include "runtime/convert.h"
+#include "tests/child_process.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <utility>
 
@@ -70,10 +70,6 @@ class KeepsEarlierException {
     ~KeepsEarlierException() { EXPECT_EQ(pending(), "KeyError: 'earlier'"); }
 };
 
-/// The body of a child process: prints what failed in it and tells by the exit status whether
-/// any did.
-[[noreturn]] void in_child(const std::function<void()> &body);
-
 /// Expects that a test leaves no exception and no captured lock behind.
 class Test : public testing::Test {
   protected:
@@ -82,8 +78,3 @@ class Test : public testing::Test {
 };
 
 } // namespace pytest
-
-/// Runs statements in a process of their own, limited to some seconds: what crashes or hangs there
-/// fails this test only.
-#define EXPECT_SURVIVES(...) \
-    EXPECT_EXIT(pytest::in_child([&] { __VA_ARGS__; }), testing::ExitedWithCode(0), "")

@@ -1,6 +1,6 @@
 #include "host/render/ZGeometryList.h"
 
-#include "devhost/geometry/GeometryElements.h"
+#include "devhost/api/render/GeometryElements.h"
 #include "host/core/ZObject.h"
 #include "host/render/ZRenderingInfo.h"
 

@@ -1,7 +1,7 @@
 #include "host/render/ZGeometryManager.h"
 
+#include "devhost/api/render/GeometryElements.h"
 #include "devhost/geometry/DefaultShapes.h"
-#include "devhost/geometry/GeometryElements.h"
 #include "host/core/ZObject.h"
 
 #include <algorithm>

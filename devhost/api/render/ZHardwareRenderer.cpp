@@ -1,7 +1,7 @@
 #include "host/render/ZHardwareRenderer.h"
 
-#include "devhost/geometry/DefaultGeometry.h"
-#include "devhost/gl/DrawProcedures.h"
+#include "devhost/api/render/DefaultGeometry.h"
+#include "devhost/api/render/DrawProcedures.h"
 #include "devhost/gl/GlContext.h"
 #include "devhost/gl/HardwareDevice.h"
 #include "devhost/gl/HardwareFrame.h"

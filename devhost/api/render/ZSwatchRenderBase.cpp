@@ -1,7 +1,7 @@
 // What every swatch has, and how the host renders one.
 #include "host/render/ZSwatchRenderBase.h"
 
-#include "devhost/raytrace/Swatches.h"
+#include "devhost/api/render/Swatches.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Guarded.h"
 

@@ -1,8 +1,8 @@
 // The swatch generators that the host knows.
 #include "host/render/ZSwatchRenderRegister.h"
 
+#include "devhost/api/render/Swatches.h"
 #include "devhost/raytrace/MaterialBall.h"
-#include "devhost/raytrace/Swatches.h"
 #include "devhost/util/Guarded.h"
 
 #include <map>

@@ -1,7 +1,7 @@
 // The uniform parameters of hardware shaders.
 #include "host/render/ZUniformParameter.h"
 
-#include "devhost/gl/DrawSemantics.h"
+#include "devhost/api/render/DrawSemantics.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/session/RenderSession.h"
 #include "host/core/ZStringArray.h"

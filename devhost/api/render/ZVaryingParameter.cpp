@@ -1,7 +1,7 @@
 // The varying parameters of hardware shaders.
 #include "host/render/ZVaryingParameter.h"
 
-#include "devhost/geometry/VertexValues.h"
+#include "devhost/api/render/VertexValues.h"
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"
 #include "host/render/ZGeometry.h"

@@ -7,7 +7,7 @@ import subprocess
 import sys
 import tempfile
 
-from rows import NO_OVERLOAD, NULL_HOST, PROGRAM, goes_on, harness, module
+from rows import NO_OVERLOAD, NULL_HOST, PROGRAM, children, goes_on, harness, module
 
 SCENE = os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, os.pardir, os.pardir,
                      'examples', 'scenes', 'layers.gltf')
@@ -86,6 +86,11 @@ def judge(row, expected, result, error):
     return '%r raised instead of %r; result %r' % (said, expected, result)
 
 
+def limit_child():
+    children.leave_no_core_dump()
+    resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS))
+
+
 def supervise(script, arguments, null_host):
     """Runs a script in a process of its own, with a journal; when it crashes or hangs, shows its
     last calls. Returns the exit status."""
@@ -100,8 +105,7 @@ def supervise(script, arguments, null_host):
     try:
         status = subprocess.call(
             [PROGRAM, '--no-gl', '--quiet', '--resolution', '8', '6', SCENE, '--python', script,
-             '--', '--journal', journal] + arguments, env=environment, preexec_fn=lambda: resource.setrlimit(
-                resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS)))
+             '--', '--journal', journal] + arguments, env=environment, preexec_fn=limit_child)
         if status in (0, CALLBACK_FAILED):
             return 0
         sys.stderr.write('status %d; the last calls:\n%s\n' % (

@@ -4,8 +4,9 @@ import json
 import os
 import sys
 
-sys.path[:0] = [os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, os.pardir,
-                             'module')]
+TESTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, os.pardir)
+sys.path[:0] = [os.path.join(TESTS, 'module'), TESTS]
+import children
 import harness
 from harness import module, NOARGS, O, VARARGS
 

@@ -3,11 +3,10 @@
 
 #include "devhost/session/RenderCallbacks.h"
 #include "host/base/TpythonLock.h"
+#include "host/render/ZRenderCallback.h"
+#include "host/render/ZRenderData.h"
+#include "tests/child_process.h"
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <cstdio>
 #include <string>
 #include <thread>
 #include <vector>
@@ -88,25 +87,7 @@ void end_second(PyThreadState *state, PyThreadState *main) {
     PyThreadState_Swap(main);
 }
 
-[[noreturn]] void finish() {
-    EXPECT_EQ(TpythonLock::fsCapturedCount, 0);
-    const testing::TestResult &result =
-        *testing::UnitTest::GetInstance()->current_test_info()->result();
-    for (int i = 0; i < result.total_part_count(); ++i)
-        if (const auto &part = result.GetTestPartResult(i); part.failed())
-            std::fprintf(stderr, "%d: %s\n", part.line_number(), part.message());
-    std::fflush(nullptr);
-    _exit(testing::Test::HasFailure());
-}
-
-#define IN_CHILD(...)    \
-    EXPECT_EXIT(         \
-        {                \
-            alarm(30);   \
-            __VA_ARGS__; \
-            finish();    \
-        },               \
-        testing::ExitedWithCode(0), "")
+#define IN_CHILD(...) EXPECT_SURVIVES(__VA_ARGS__; EXPECT_EQ(TpythonLock::fsCapturedCount, 0))
 
 const char *const kFirst[] = {"", "import _OpenQuil", "import _OpenQuilRender"};
 

@@ -1,5 +1,6 @@
-#include "devhost/gl/DrawProcedures.h"
+#include "devhost/api/render/DrawProcedures.h"
 
+#include "devhost/gl/DrawPlaces.h"
 #include "devhost/session/CallbackRegistry.h"
 
 #include <algorithm>
@@ -48,6 +49,15 @@ DrawProcedureLists &drawProcedureLists() {
     // Never destroyed: procedures may take themselves out while the process exits.
     static auto *const instance = new DrawProcedureLists;
     return *instance;
+}
+
+void runDrawProcedures(DrawPlace place) {
+    using enum DrawPlace;
+    static_assert(int(kPreRendering) == ZHardwareRenderer::kPreRendering &&
+                  int(kPreExposure) == ZHardwareRenderer::kPreExposure &&
+                  int(kPostExposure) == ZHardwareRenderer::kPostExposure &&
+                  int(kPostRendering) == ZHardwareRenderer::kPostRendering);
+    drawProcedureLists()[size_t(place)].execute();
 }
 
 } // namespace devhost

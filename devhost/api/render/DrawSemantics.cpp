@@ -1,4 +1,4 @@
-#include "devhost/gl/DrawSemantics.h"
+#include "devhost/api/render/DrawSemantics.h"
 
 #include "devhost/session/RenderSession.h"
 #include "host/core/ZTime.h"

@@ -1,4 +1,4 @@
-#include "devhost/geometry/DefaultGeometry.h"
+#include "devhost/api/render/DefaultGeometry.h"
 
 #include "host/render/ZGeometryManager.h"
 

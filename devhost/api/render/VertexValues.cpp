@@ -1,4 +1,4 @@
-#include "devhost/geometry/VertexValues.h"
+#include "devhost/api/render/VertexValues.h"
 
 #include <algorithm>
 #include <cmath>
