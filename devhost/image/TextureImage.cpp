@@ -1,6 +1,8 @@
 // Decoding and sampling of texture images.
 #include "devhost/image/TextureImage.h"
 
+#include "devhost/image/ImageIo.h"
+#include "devhost/image/Srgb.h"
 #include "host/core/ZImage.h"
 
 #include <tiny_gltf.h>
@@ -66,7 +68,7 @@ std::shared_ptr<const Pixels> readThroughImage(const std::string &fileName) {
         } else if (const float *floats = image.floatPixels()) {
             for (size_t at = 0; at < row; ++at) {
                 const float value = floats[row * y + at];
-                target[at] = value > 0 ? (unsigned char)(std::min(value, 1.0f) * 255 + 0.5f) : 0;
+                target[at] = at % 4 == 3 ? toByte(value) : srgbByte(value);
             }
         } else {
             return nullptr;
@@ -123,9 +125,12 @@ void sampleImage(const Pixels &pixels, double u, double v, double rgba[4]) {
     };
     const unsigned char *p[4] = {pixel(x0, y0), pixel(x1, y0), pixel(x0, y1), pixel(x1, y1)};
     for (int k = 0; k < 4; ++k) {
-        const double top = p[0][k] + (double(p[1][k]) - p[0][k]) * fx;
-        const double bottom = p[2][k] + (double(p[3][k]) - p[2][k]) * fx;
-        rgba[k] = (top + (bottom - top) * fy) / 255;
+        const auto value = [&](int corner) -> double {
+            return k == 3 ? p[corner][k] / 255.0 : lightOfByte(p[corner][k]);
+        };
+        const double top = value(0) + (value(1) - value(0)) * fx;
+        const double bottom = value(2) + (value(3) - value(2)) * fx;
+        rgba[k] = top + (bottom - top) * fy;
     }
 }
 
