@@ -126,6 +126,13 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         ->check(CLI::Range(1u, 16384u));
     app.add_option("--camera", options.camera, "The camera to render from (default: the first)");
     app.add_option("--layer", options.layer, "The render layer to render (default: all objects)");
+    app.add_option("--samples", options.samples, "Samples in each pixel (default 4)")
+        ->check(CLI::Range(1u, 4096u));
+    app.add_option("--exposure", options.exposure, "Stops: each one doubles all light (default 0)")
+        ->check(CLI::Range(-64.0f, 64.0f));
+    std::string exr = "half";
+    app.add_option("--exr", exr, "The colours of .exr files: half or float (default half)")
+        ->check(CLI::IsMember({"half", "float"}));
     app.add_option("--threads", options.threads, "Threads to render with (default: one per core)")
         ->check(CLI::Range(1u, 1024u));
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
@@ -147,6 +154,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         usage(oneLine(error.what()) + " (quilhost --help tells the options)");
     }
     options.hasExpression = expression->count() > 0;
+    options.exrFloats = exr == "float";
     std::tie(options.width, options.height) = resolution;
     try {
         if (app["--frames"]->count())

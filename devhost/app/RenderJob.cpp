@@ -94,6 +94,9 @@ int RenderJob::run() {
     auto &session = devhost::renderSession();
     session.threads = options_.threads;
     session.useGl = !options_.noGl;
+    session.samples = options_.samples;
+    session.exposure = options_.exposure;
+    session.exrFloats = options_.exrFloats;
     session.frame = options_.frames.front();
     session.progress = [this](const std::string &message, int percent) {
         progress_.update(message, percent);
@@ -249,7 +252,7 @@ void RenderJob::renderByHost(const std::string &outputFile) {
             unlocked.emplace();
             interrupts.emplace();
         }
-        status = devhost::renderFrame(image);
+        status = devhost::renderFrame(image, devhost::holdsDepth(outputFile));
         if (!status.error() && !interrupted())
             status = devhost::writeFrame(image, outputFile);
     }

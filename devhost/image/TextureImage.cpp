@@ -3,6 +3,7 @@
 
 #include "devhost/image/ImageDecoder.h"
 #include "devhost/image/ImageIo.h"
+#include "devhost/image/Srgb.h"
 #include "devhost/util/Guarded.h"
 
 #include <algorithm>
@@ -41,8 +42,11 @@ ZStatus readExrImage(const std::string &path, size_t fileBytes,
     image->rgba.resize(values.size());
     const size_t row = size_t(4) * image->width;
     for (size_t y = 0; y < image->height; ++y) // the file's reader puts row 0 at the bottom
-        std::transform(&values[row * y], &values[row * y] + row,
-                       &image->rgba[row * (image->height - 1 - y)], toByte);
+        for (size_t x = 0; x < row; ++x) {
+            const float value = values[row * y + x];
+            image->rgba[row * (image->height - 1 - y) + x] =
+                x % 4 == 3 ? toByte(value) : srgbByte(value);
+        }
     pixels = std::move(image);
     return ZStatus();
 }
@@ -99,9 +103,12 @@ void sampleImage(const Pixels &pixels, double u, double v, double rgba[4]) {
     };
     const unsigned char *p[4] = {pixel(x0, y0), pixel(x1, y0), pixel(x0, y1), pixel(x1, y1)};
     for (int k = 0; k < 4; ++k) {
-        const double top = p[0][k] + (double(p[1][k]) - p[0][k]) * fx;
-        const double bottom = p[2][k] + (double(p[3][k]) - p[2][k]) * fx;
-        rgba[k] = (top + (bottom - top) * fy) / 255;
+        const auto value = [&](int corner) -> double {
+            return k == 3 ? p[corner][k] / 255.0 : lightOfByte(p[corner][k]);
+        };
+        const double top = value(0) + (value(1) - value(0)) * fx;
+        const double bottom = value(2) + (value(3) - value(2)) * fx;
+        rgba[k] = top + (bottom - top) * fy;
     }
 }
 

@@ -63,6 +63,8 @@ struct Light {
     enum Kind { kAmbient, kDirectional, kPoint, kSpot };
     Kind kind = kDirectional;
     ZVector color = ZVector(1, 1, 1);
+    /// The light on a unit of surface that squarely faces it, at a distance of 1 where the distance
+    /// counts: lux of ambient and directional lights, candela of the others.
     double intensity = 1;
     int decay = 0;            // exponent of the distance by which the light falls off
     double innerCone = 0;     // radians from the axis to where a spot light begins to fade
@@ -236,8 +238,8 @@ class OPENQUIL_API Scene {
     NodeId id(const ZObject &object) const;
 
     /// Gives a scene that has no camera one named "persp", which frames the visible meshes, a
-    /// scene that has no light a directional "headlight" that shines where the camera looks, and a
-    /// scene that has no layer the default layer.
+    /// scene that has no light three directional ones that go with the camera ("headlight",
+    /// "fillLight" and "rimLight"), and a scene that has no layer the default layer.
     void addDefaults();
 
     /// Puts the other scene's nodes in place of this scene's; handles to the old nodes read as
@@ -251,6 +253,7 @@ class OPENQUIL_API Scene {
     };
     std::vector<NodeId> select(bool (*wanted)(const Node &)) const;
     bool isAtOrBelow(NodeId id, const std::vector<NodeId> &tops) const;
+    void addDefaultLights();
     bool storeAttribute(NodeId id, const std::string &name, const AttributeValue &value);
     std::string uniqueName(const std::string &wanted, NodeId parent);
 

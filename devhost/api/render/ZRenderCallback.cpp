@@ -27,17 +27,24 @@ bool hasRenderCallbacks() {
     return !registry().isEmpty();
 }
 
+// Each callback gets a record of its own: scripts can write to them.
 void runShadowCastCallbacks(const ZRenderShadowData &data) {
-    registry().run("shadowCastCallback",
-                   [&](ZRenderCallback &callback) { callback.shadowCastCallback(data); });
+    registry().run("shadowCastCallback", [&](ZRenderCallback &callback) {
+        ZRenderShadowData own = data;
+        callback.shadowCastCallback(own);
+    });
 }
 void runRenderCallbacks(const ZRenderData &data) {
-    registry().run("renderCallback",
-                   [&](ZRenderCallback &callback) { callback.renderCallback(data); });
+    registry().run("renderCallback", [&](ZRenderCallback &callback) {
+        ZRenderData own = data;
+        callback.renderCallback(own);
+    });
 }
 void runPostProcessCallbacks(const ZRenderData &data) {
-    registry().run("postProcessCallback",
-                   [&](ZRenderCallback &callback) { callback.postProcessCallback(data); });
+    registry().run("postProcessCallback", [&](ZRenderCallback &callback) {
+        ZRenderData own = data;
+        callback.postProcessCallback(own);
+    });
 }
 
 } // namespace devhost
