@@ -3,6 +3,7 @@
 #include "devhost/app/Errors.h"
 #include "devhost/process/InterpreterGate.h"
 #include "devhost/process/ObjectCensus.h"
+#include "devhost/process/ReportedExceptions.h"
 #include "devhost/session/RenderSession.h"
 #include "host/base/TpythonInterpreter.h"
 #include "host/base/TpythonLock.h"
@@ -77,7 +78,7 @@ ScriptEnd endOf(const Reference &result) {
 /// Called on the render's thread, which gave the interpreter lock away.
 void reportCallbackError(const char *callback, const char *what) {
     const TpythonLock lock(kPythonLock);
-    if (!TpythonLock::isHeld() || !PyErr_Occurred()) {
+    if (!devhost::runsInterpreter() || !PyErr_Occurred()) {
         std::fprintf(stderr, "quilhost: %s failed: %s\n", callback, what);
         return;
     }
@@ -90,7 +91,7 @@ void reportCallbackError(const char *callback, const char *what) {
 /// interpreter ends.
 void guardCallback(const std::function<void()> &call) {
     const TpythonLock lock(kPythonLock);
-    if (TpythonLock::isHeld())
+    if (devhost::runsInterpreter())
         call();
 }
 
@@ -210,10 +211,10 @@ ScriptEnd Script::render(int frame) {
 }
 
 bool Script::wasInterrupted() {
-    return TpythonInterpreter::interruptReported();
+    return devhost::interruptReported();
 }
 unsigned Script::reportedErrors() {
-    return TpythonInterpreter::reportedCount();
+    return devhost::reportedExceptions();
 }
 
 NativeSection::NativeSection() : state_(PyEval_SaveThread()) {}
