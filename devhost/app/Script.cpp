@@ -1,8 +1,8 @@
 #include "devhost/app/Script.h"
 
 #include "devhost/app/Errors.h"
+#include "devhost/app/ObjectCensus.h"
 #include "devhost/process/InterpreterGate.h"
-#include "devhost/process/ObjectCensus.h"
 #include "devhost/process/ReportedExceptions.h"
 #include "devhost/session/RenderSession.h"
 #include "host/base/TpythonInterpreter.h"
@@ -110,7 +110,7 @@ void setArguments(const Options &options) {
 /// quilhost.live_objects(): the number of live host objects by class.
 PyObject *liveObjects(PyObject *, PyObject *) {
     Reference result(PyDict_New());
-    for (const auto &[name, count] : devhost::objectCensus()) {
+    for (const auto &[name, count] : objectCensus()) {
         const Reference key(PyString_FromStringAndSize(name.data(), Py_ssize_t(name.size())));
         const Reference value(PyInt_FromLong(count));
         if (!result || !key || !value || PyDict_SetItem(result.get(), key.get(), value.get()) < 0)
@@ -163,12 +163,12 @@ Script::Script(const Options &options) : options_(options) {
     Py_InitializeEx(1);
     PyEval_InitThreads();
     Py_InitModule("quilhost", programFunctions);
-    if (options.leakCheck)
-        devhost::startObjectCensus();
     setArguments(options);
     const std::string folder = modulesFolder();
     const Reference path(PyString_FromStringAndSize(folder.data(), Py_ssize_t(folder.size())));
     PyList_Insert(PySys_GetObject(const_cast<char *>("path")), 1, path.get());
+    if (options.leakCheck)
+        startObjectCensus();
     devhost::renderSession().onCallbackError = reportCallbackError;
     devhost::renderSession().callbackGuard = guardCallback;
 }

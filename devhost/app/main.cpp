@@ -1,8 +1,8 @@
 // quilhost: the development host's program.
 #include "devhost/app/CommandLine.h"
 #include "devhost/app/Errors.h"
+#include "devhost/app/ObjectCensus.h"
 #include "devhost/app/RenderJob.h"
-#include "devhost/process/ObjectCensus.h"
 
 #include <cstdio>
 #include <exception>
@@ -12,10 +12,10 @@ namespace {
 /// Tells what is left over of the host objects that were made since the script began.
 bool tellLeaks() {
     bool leaked = false;
-    for (const auto &[name, count] : devhost::objectCensus())
+    for (const auto &[name, count] : quilhost::objectCensus())
         if (count > 0) {
             leaked = true;
-            std::fprintf(stderr, "quilhost: left over: %ld %s\n", count, name.data());
+            std::fprintf(stderr, "quilhost: left over: %ld %s\n", count, name.c_str());
         }
     return leaked;
 }
