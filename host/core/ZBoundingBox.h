@@ -3,14 +3,12 @@
 // A box along the axes that encloses points.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZPoint.h"
 
 /// A box along the axes that encloses points, or nothing while it is empty.
 class OPENQUIL_API ZBoundingBox {
   public:
-    OPENQUIL_COUNTED(ZBoundingBox);
     /// Makes an empty box.
     ZBoundingBox() { clear(); }
     /// Makes the smallest box that encloses two points.

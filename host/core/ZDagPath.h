@@ -2,7 +2,6 @@
 
 // A path to a node of the scene's hierarchy, from the root down: "|group|mesh".
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
@@ -11,7 +10,6 @@
 /// A path to a node of the scene's hierarchy, from the root down: "|group|mesh".
 class OPENQUIL_API ZDagPath {
   public:
-    OPENQUIL_COUNTED(ZDagPath);
     /// Makes a path that names nothing.
     ZDagPath() = default;
 

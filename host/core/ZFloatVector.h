@@ -3,7 +3,6 @@
 // A direction or displacement in space, in single precision.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 
 #include <cmath>
@@ -15,7 +14,6 @@ class ZFloatMatrix;
 /// A direction or displacement in space, in single precision.
 class OPENQUIL_API ZFloatVector {
   public:
-    OPENQUIL_COUNTED(ZFloatVector);
     /// The x coordinate.
     float x;
     /// The y coordinate.

@@ -3,7 +3,6 @@
 // A picture in memory, with files to read it from and write it to.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
@@ -13,7 +12,6 @@
 /// 0 is at the bottom. Files are PNG or EXR.
 class OPENQUIL_API ZImage {
   public:
-    OPENQUIL_COUNTED(ZImage);
     /// How a channel's value is kept: a byte 0 to 255, or a float.
     enum ZPixelType : int { kUnknown = 0, kByte = 1, kFloat = 2 };
 

@@ -3,7 +3,6 @@
 // A 4 by 4 transformation matrix in double precision.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 
 class ZFloatMatrix;
@@ -12,7 +11,6 @@ class ZFloatMatrix;
 /// the translation is in row 3, and of a product the left factor acts first.
 class OPENQUIL_API ZMatrix {
   public:
-    OPENQUIL_COUNTED(ZMatrix);
     /// The elements, by row and column.
     double matrix[4][4];
 

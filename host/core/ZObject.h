@@ -3,7 +3,6 @@
 // A handle to one node of the scene. It stays safe after the node is gone: it then reads as null.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 
 namespace devhost {
 class Scene;
@@ -12,7 +11,6 @@ class Scene;
 /// A handle to one node of the scene. It stays safe after the node is gone: it then reads as null.
 class OPENQUIL_API ZObject {
   public:
-    OPENQUIL_COUNTED(ZObject);
     /// Makes a null handle, which names no node.
     constexpr ZObject() = default;
 

@@ -2,7 +2,6 @@
 
 // One attribute of one node, such as "headlight.intensity".
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
@@ -12,7 +11,6 @@
 /// One attribute of one node, such as "headlight.intensity".
 class OPENQUIL_API ZPlug {
   public:
-    OPENQUIL_COUNTED(ZPlug);
     /// Makes a plug that names nothing.
     ZPlug() = default;
     /// The named attribute of a node. Fails with kInvalidParameter when the node is null, with

@@ -2,7 +2,6 @@
 
 // An ordered list of nodes and plugs, each at most once.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZPlug.h"
@@ -15,7 +14,6 @@
 /// An ordered list of nodes and plugs, each at most once.
 class OPENQUIL_API ZSelectionList {
   public:
-    OPENQUIL_COUNTED(ZSelectionList);
     /// Makes an empty list.
     ZSelectionList() = default;
 

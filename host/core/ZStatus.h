@@ -3,7 +3,6 @@
 // The outcome of a host operation.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 
 #include <memory>
 #include <string>
@@ -13,7 +12,6 @@ class ZString;
 /// The outcome of a host operation: a code and, on failure, a text that says what was wrong.
 class OPENQUIL_API ZStatus {
   public:
-    OPENQUIL_COUNTED(ZStatus);
     /// What kind of outcome it is.
     enum ZStatusCode {
         kSuccess = 0,

@@ -2,7 +2,6 @@
 
 // The core library's text: the base library's, with the operations that scripts and plug-ins use.
 
-#include "host/base/TobjectCount.h"
 #include "host/base/Tstring.h"
 #include "host/core/ZStatus.h"
 
@@ -11,7 +10,6 @@ class ZStringArray;
 /// A text of Unicode characters.
 class OPENQUIL_API ZString : public Tstring {
   public:
-    OPENQUIL_COUNTED(ZString);
     /// Makes an empty text.
     ZString() noexcept = default;
     /// Makes a text from UTF-8; null gives an empty text.

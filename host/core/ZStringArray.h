@@ -2,14 +2,12 @@
 
 // The core library's array of texts: the base library's, element for element.
 
-#include "host/base/TobjectCount.h"
 #include "host/base/TstringArray.h"
 #include "host/core/ZString.h"
 
 /// A growable array of texts.
 class OPENQUIL_API ZStringArray : public TstringArray {
   public:
-    OPENQUIL_COUNTED(ZStringArray);
     /// Makes an empty array.
     ZStringArray() = default;
     /// Makes an array of the given number of copies of the text; it stays empty when memory is

@@ -3,14 +3,12 @@
 // A time of the animation, in one of several units.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 
 /// A time of the animation: a value and the unit it is counted in. Times of different units
 /// compare and add correctly.
 class OPENQUIL_API ZTime {
   public:
-    OPENQUIL_COUNTED(ZTime);
     /// What the value counts: hours to milliseconds, or frames at 15, 24, 25, 30, 48, 50 or 60 a
     /// second.
     enum Unit : int {

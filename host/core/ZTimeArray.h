@@ -2,13 +2,11 @@
 
 // An array of times.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"
 #include "host/core/ZTime.h"
 
 /// A growable array of times.
 class OPENQUIL_API ZTimeArray : public ZArrayOf<ZTime> {
   public:
-    OPENQUIL_COUNTED(ZTimeArray);
     using ZArrayOf<ZTime>::ZArrayOf;
 };

@@ -3,7 +3,6 @@
 // A direction or displacement in space, in double precision.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 
 #include <cmath>
@@ -16,7 +15,6 @@ class ZQuaternion;
 /// A direction or displacement in space, in double precision.
 class OPENQUIL_API ZVector {
   public:
-    OPENQUIL_COUNTED(ZVector);
     /// The x coordinate.
     double x;
     /// The y coordinate.

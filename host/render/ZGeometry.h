@@ -3,7 +3,6 @@
 // The geometry of one object: its streams and its index arrays.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZString.h"
 #include "host/render/ZGeometryData.h"
 #include "host/render/ZGeometryPrimitive.h"
@@ -19,7 +18,6 @@ struct GeometryStreams;
 /// the geometry does not have comes back without elements, its dataType kInvalidDataType.
 class OPENQUIL_API ZGeometry {
   public:
-    OPENQUIL_COUNTED(ZGeometry);
     /// Makes another handle to the other's geometry.
     ZGeometry(ZGeometry const &other);
     /// Drops the handle; the geometry goes with its last one.

@@ -3,7 +3,6 @@
 // One stream of vertex values or indices.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 
 #include <memory>
 
@@ -15,7 +14,6 @@ struct GeometryStream;
 /// to four values each, side by side in memory. The object is a handle: copies share the stream.
 class OPENQUIL_API ZGeometryData {
   public:
-    OPENQUIL_COUNTED(ZGeometryData);
     /// How many values make one element.
     enum ElementSize : int {
         /// There are no elements.

@@ -3,7 +3,6 @@
 // The objects that a hardware renderer is to draw, one after the other.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZMatrix.h"
 #include "host/render/ZGeometry.h"
@@ -22,7 +21,6 @@ class GeometryElements;
 /// the path say nothing. References to geometry and matrices are valid while the list lives.
 class OPENQUIL_API ZGeometryList {
   public:
-    OPENQUIL_COUNTED(ZGeometryList);
     /// What is set up for each object, as bits.
     enum SetupFlags : int {
         /// Nothing.

@@ -3,14 +3,12 @@
 // One array of vertex indices.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/render/ZGeometryData.h"
 
 /// One array of vertex indices, and how they are drawn. The object is a handle: copies share the
 /// array.
 class OPENQUIL_API ZGeometryPrimitive {
   public:
-    OPENQUIL_COUNTED(ZGeometryPrimitive);
     /// What the indices make up. The development host's meshes are triangles.
     enum DrawPrimitiveType : int {
         /// There are no indices.

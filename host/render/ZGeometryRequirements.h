@@ -3,7 +3,6 @@
 // What a renderer wants to know of each vertex.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZString.h"
 
 #include <memory>
@@ -17,7 +16,6 @@ class GeometryRequirementList;
 /// size holds. Meshes have one set of texture coordinates, named "uv", or none.
 class OPENQUIL_API ZGeometryRequirements {
   public:
-    OPENQUIL_COUNTED(ZGeometryRequirements);
     /// Asks for nothing but the index arrays.
     ZGeometryRequirements();
     /// Destroys the object; geometry that was made by it stays.

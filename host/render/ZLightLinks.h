@@ -2,7 +2,6 @@
 
 // Which lights light which objects.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZDagPathArray.h"
 #include "host/core/ZSelectionList.h"
@@ -16,7 +15,6 @@
 /// are meshes; asked about a group, an operation answers for the meshes below it.
 class OPENQUIL_API ZLightLinks {
   public:
-    OPENQUIL_COUNTED(ZLightLinks);
     /// Makes an object that knows no links yet.
     ZLightLinks();
     /// Destroys the snapshot; the scene's links stay.

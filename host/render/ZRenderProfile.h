@@ -3,7 +3,6 @@
 // The renderers that a shading node supports.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZString.h"
 
 #include <vector>
@@ -12,7 +11,6 @@
 /// version.
 class OPENQUIL_API ZRenderProfile {
   public:
-    OPENQUIL_COUNTED(ZRenderProfile);
     /// The host's own renderers.
     enum ZStandardRenderer : int {
         /// The software renderer.

@@ -3,7 +3,6 @@
 // The image that a viewport renderer draws into.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZStatus.h"
 
@@ -15,7 +14,6 @@ struct ViewportRequest;
 /// drawing only.
 class OPENQUIL_API ZRenderTarget {
   public:
-    OPENQUIL_COUNTED(ZRenderTarget);
     ZRenderTarget(const ZRenderTarget &) = delete;
     /// The width in pixels.
     unsigned int width() const;

@@ -7,7 +7,6 @@
 // render data; they are accepted for the sake of the interface and never read.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
@@ -28,7 +27,6 @@ class ZVectorArray;
 /// textures, light queries, the state of the current render, and noise.
 class OPENQUIL_API ZRenderUtil {
   public:
-    OPENQUIL_COUNTED(ZRenderUtil);
     /// What kind of render is going on.
     enum QuilRenderState {
         kNotRendering = 0,

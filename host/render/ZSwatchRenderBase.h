@@ -3,7 +3,6 @@
 // One swatch in the making.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZObject.h"
 
@@ -11,7 +10,6 @@
 /// generators derive from it; the host calls doIteration() until the picture is finished.
 class OPENQUIL_API ZSwatchRenderBase {
   public:
-    OPENQUIL_COUNTED(ZSwatchRenderBase);
     /// Begins the swatch of a node with a clear picture that is `resolution` pixels wide and high,
     /// or without a picture when the resolution is none. The swatch node is what the picture is
     /// drawn for, the node what it shows; mostly they are the same.

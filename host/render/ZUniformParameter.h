@@ -3,7 +3,6 @@
 // An input of a hardware shader that has one value while an object is drawn.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZPlug.h"
 #include "host/core/ZString.h"
 
@@ -24,7 +23,6 @@ class ZDrawContext;
 /// any other from what was set last, at first zeros and empty texts.
 class OPENQUIL_API ZUniformParameter {
   public:
-    OPENQUIL_COUNTED(ZUniformParameter);
     /// What the parameter holds.
     enum DataType : int {
         /// Nothing.

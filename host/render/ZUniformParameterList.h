@@ -3,7 +3,6 @@
 // The uniform parameters of a shader.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/render/ZUniformParameter.h"
 
 #include <vector>
@@ -12,7 +11,6 @@
 /// read is independent of it.
 class OPENQUIL_API ZUniformParameterList {
   public:
-    OPENQUIL_COUNTED(ZUniformParameterList);
     /// Makes an empty list.
     ZUniformParameterList();
     /// Makes a list with copies of the other's elements.

@@ -3,7 +3,6 @@
 // An input of a hardware shader that has a value for each vertex.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
@@ -16,7 +15,6 @@ class ZGeometry;
 /// each other.
 class OPENQUIL_API ZVaryingParameter {
   public:
-    OPENQUIL_COUNTED(ZVaryingParameter);
     /// The type of one value.
     enum ZVaryingParameterType : int {
         /// No values.

@@ -3,7 +3,6 @@
 // The varying parameters of a shader.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/render/ZVaryingParameter.h"
 
 #include <vector>
@@ -12,7 +11,6 @@
 /// read is independent of it.
 class OPENQUIL_API ZVaryingParameterList {
   public:
-    OPENQUIL_COUNTED(ZVaryingParameterList);
     /// Makes an empty list.
     ZVaryingParameterList();
     /// Makes a list with copies of the other's elements.
