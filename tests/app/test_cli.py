@@ -234,6 +234,26 @@ class HostRenders(Case):
             self.run_host("tri.obj", "--output", threads + ".png", "--threads", threads)
         self.assertEqual(self.png("1.png"), self.png("7.png"))
 
+    @unittest.skipUnless("NO_THREADS" in os.environ, "cannot be preloaded")
+    def test_limits_of_the_system(self):
+        def limited(prefix, *arguments):
+            end = subprocess.run(prefix + [QUILHOST, "--quiet", "--threads", "3"] + list(arguments),
+                                 cwd=self.folder, capture_output=True, text=True, timeout=LIMIT)
+            return end.returncode, end.stdout + end.stderr
+        preload = ["env", "LD_PRELOAD=" + os.environ["NO_THREADS"]]
+        small = ("tri.obj", "--resolution", "200", "30", "--output")
+        self.run_host(*small + ("a.png",))
+        self.assertEqual(limited(preload, *small + ("b.png",)), (
+            0, "quilhost: no more threads can be started: rendering with 1 of 3\n"))
+        self.assertEqual(self.png("a.png"), self.png("b.png"))
+        # Without OpenGL on this machine it says so at once; with it, drawing must not hang.
+        code, told = limited(preload, "--python-expr", "from OpenQuilRender import *\n"
+                             "ZHardwareRenderer.theRenderer().makeResourceContextCurrent('')")
+        self.assertTrue((code, told) == (0, "") or "there is no OpenGL" in told, told)
+        memory = ["sh", "-c", 'ulimit -v 400000; exec "$0" "$@"']
+        self.assertEqual(limited(memory, "tri.obj", "--output", "b.png", "--resolution", "16000",
+                                 "16000"), (3, "quilhost: not enough memory for the image\n"))
+
     def test_frames_and_progress(self):
         out, err = self.run_host("tri.obj", "--frames", "8-10x2", "--output", "<Scene>.###.png",
                                  "--resolution", "16", "16", "--progress", "json")
