@@ -40,7 +40,7 @@ OPENQUIL_API ZStatus readPng(const std::string &path, unsigned &width, unsigned 
 OPENQUIL_API ZStatus readExr(const std::string &path, unsigned &width, unsigned &height,
                              std::vector<float> &rgba, const std::string &layer = "");
 
-enum class ImageFile { unknown, png, exr };
+enum class ImageFile { kUnknown, kPng, kExr };
 
 /// Tells the format by the file's first bytes.
 OPENQUIL_API ImageFile imageFileFormat(const std::string &path);
