@@ -13,6 +13,7 @@
 #include <vector>
 
 using Json = nlohmann::ordered_json;
+using namespace binding;
 
 static const char *name_of(Kind kind) {
     switch (kind) {
@@ -34,8 +35,8 @@ static const char *name_of(Kind kind) {
         return "register";
     case Kind::Initialise:
         return "initialise";
-    case Kind::Runtime:
-        return "runtime";
+    case Kind::Overloads:
+        break; // goes by its cases
     }
     return "unknown";
 }
@@ -65,23 +66,22 @@ static Json describe_case(const Function &function) {
 
 static Json describe_row(const Function &function) {
     Json overloads = Json::array();
-    for (const Function *overload : function.cases())
-        overloads.push_back(describe_case(*overload));
+    for (const Function &overload : function.cases())
+        overloads.push_back(describe_case(overload));
     if (overloads.empty())
         overloads.push_back(describe_case(function));
-    return {{"name", function.name},
-            {"kind", name_of(function.kind)},
-            {"class", function.owner()},
-            {"member", has_member(function.kind) ? member_of(function) : ""},
-            {"flags", function.flags},
-            {"overloads", overloads}};
+    const Function &shown = function.cases().empty() ? function : function.cases().front();
+    return {{"name", function.name},   {"kind", name_of(shown.kind)},
+            {"class", shown.owner()},  {"member", has_member(shown.kind) ? member_of(shown) : ""},
+            {"flags", function.flags}, {"overloads", overloads}};
 }
 
 static Json describe_functions() {
     Json functions = Json::array();
     for (const Rows *rows : method_tables)
-        for (const Row row : *rows)
-            functions.push_back(describe_row(*row));
+        for (const Function &function : *rows)
+            if (!function.is_case())
+                functions.push_back(describe_row(function));
     return functions;
 }
 

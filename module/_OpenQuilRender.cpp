@@ -11,6 +11,6 @@ const char ZApiVersion[] = "201600";
 
 OPENQUIL_API void init_OpenQuilRender();
 void init_OpenQuilRender() {
-    initialise_module("_OpenQuilRender");
+    binding::initialise_module("_OpenQuilRender");
 }
 }

@@ -2,52 +2,34 @@
 
 #include "wrappers/rows/module_tables.h"
 
-extern const Rows common_render_settings_rows;
-extern const Rows d3d9_renderer_rows;
-extern const Rows draw_procedure_rows;
-extern const Rows geometry_rows;
-extern const Rows gl_function_rows;
-extern const Rows hardware_renderer_rows;
-extern const Rows hw_texture_manager_rows;
-extern const Rows hwr_callback_rows;
-extern const Rows layer_rows;
-extern const Rows light_links_rows;
-extern const Rows render_data_rows;
-extern const Rows render_profile_rows;
-extern const Rows render_shadow_data_rows;
-extern const Rows render_target_rows;
-extern const Rows render_util_rows;
-extern const Rows render_view_rows;
-extern const Rows rendering_info_rows;
-extern const Rows swatch_render_rows;
-extern const Rows uniform_parameter_rows;
-extern const Rows varying_parameter_rows;
-extern const Rows render_callback_rows;
-extern const Rows viewport_renderer_rows;
+#define FAMILIES(X) \
+    X(common_render_settings_rows) \
+    X(d3d9_renderer_rows) \
+    X(draw_procedure_rows) \
+    X(layer_rows) \
+    X(geometry_rows) \
+    X(uniform_parameter_rows) \
+    X(varying_parameter_rows) \
+    X(gl_function_rows) \
+    X(hardware_renderer_rows) \
+    X(hwr_callback_rows) \
+    X(hw_texture_manager_rows) \
+    X(light_links_rows) \
+    X(render_data_rows) \
+    X(rendering_info_rows) \
+    X(render_profile_rows) \
+    X(render_shadow_data_rows) \
+    X(render_target_rows) \
+    X(render_util_rows) \
+    X(render_view_rows) \
+    X(swatch_render_rows) \
+    X(viewport_renderer_rows) \
+    X(render_callback_rows)
 
-static constexpr const Rows *tables[] = {
-    &common_render_settings_rows,
-    &d3d9_renderer_rows,
-    &draw_procedure_rows,
-    &layer_rows,
-    &geometry_rows,
-    &uniform_parameter_rows,
-    &varying_parameter_rows,
-    &gl_function_rows,
-    &hardware_renderer_rows,
-    &hwr_callback_rows,
-    &hw_texture_manager_rows,
-    &light_links_rows,
-    &render_data_rows,
-    &rendering_info_rows,
-    &render_profile_rows,
-    &render_shadow_data_rows,
-    &render_target_rows,
-    &render_util_rows,
-    &render_view_rows,
-    &swatch_render_rows,
-    &viewport_renderer_rows,
-    &render_callback_rows,
-};
+#define DECLARATION(family) extern const binding::Rows family;
+FAMILIES(DECLARATION)
 
-constinit const std::span<const Rows *const> method_tables = tables;
+#define ADDRESS(family) &family,
+static constexpr const binding::Rows *tables[] = {FAMILIES(ADDRESS)};
+
+constinit const std::span<const binding::Rows *const> binding::method_tables = tables;

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <new>
 
+using namespace binding;
+
 int SWIG_AsCharPtrAndSize(PyObject *object, char **text, int *mark) {
     if (PyString_Check(object)) {
         if (!text)

@@ -5,10 +5,14 @@
 #include "runtime/result_codes.h"
 #include "runtime/type_registry.h"
 
+namespace binding {
+
 /// Marks a converted string that points into the Python object and must not be freed.
 inline constexpr int kOldString = 0;
 /// Marks a fresh copy that the caller frees with delete[].
 inline constexpr int kNewString = 512;
+
+} // namespace binding
 
 /// str, a pointer object of type "char *", or None (a null string); unicode is refused.
 /// With `mark` preset to kNewString a str is copied.

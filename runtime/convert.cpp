@@ -4,14 +4,16 @@
 #include "runtime/pending_error.h"
 #include "runtime/result_codes.h"
 
+using namespace binding;
+
 namespace {
 
-PyObject *this_name = nullptr;
+PyObject *swig_this = nullptr;
 
 /// "this" for lookups, which leave no exception; null when memory is short.
 PyObject *this_or_null() {
-    if (this_name) [[likely]]
-        return this_name;
+    if (swig_this) [[likely]]
+        return swig_this;
     const PendingError keep;
     return SWIG_This();
 }
@@ -19,7 +21,7 @@ PyObject *this_or_null() {
 /// The "this" of a type without an instance dictionary (borrowed: its owner keeps it), or null.
 PyObject *this_attribute(PyObject *object) {
     const PendingError keep;
-    PyObject *value = PyObject_GetAttr(object, this_name);
+    PyObject *value = PyObject_GetAttr(object, swig_this);
     if (!value)
         return nullptr;
     // A property may have made the value just now: then nobody keeps it.
@@ -44,8 +46,9 @@ PyObject *candidate_behind(PyObject *object) {
     return this_attribute(object);
 }
 
-/// Tells when a walk along links that scripts can tie has come back to where it was: remembers
-/// one place at a time, at doubling distances.
+/// Tells when a walk along links that scripts can tie into a cycle has come back to where it was:
+/// Brent's cycle detection, which remembers one place at a time, at distances that double, and so
+/// needs no memory and at most three times the steps of the walk.
 class LoopGuard {
   public:
     bool came_back(const void *place) {
@@ -109,9 +112,9 @@ int convert_implicitly(PyObject *object, void **pointer, swig_type_info *type) {
 } // namespace
 
 PyObject *SWIG_This() {
-    if (!this_name)
-        this_name = PyString_InternFromString("this");
-    return this_name;
+    if (!swig_this)
+        swig_this = PyString_InternFromString("this");
+    return swig_this;
 }
 
 bool SWIG_SetThis(PyObject *dictionary, PyObject *pointer_object) {
@@ -120,7 +123,7 @@ bool SWIG_SetThis(PyObject *dictionary, PyObject *pointer_object) {
 }
 
 void SWIG_ForgetThis() {
-    this_name = nullptr;
+    swig_this = nullptr;
 }
 
 SwigPyObject *SWIG_Python_GetSwigThis(PyObject *object) {

@@ -5,6 +5,8 @@
 
 #include "runtime/pointer_object.h"
 
+namespace binding {
+
 /// Flags of SWIG_Python_ConvertPtrAndOwn.
 enum ConvertFlags {
     kReleaseOwnership = 1,  ///< the native object passes to the host
@@ -21,6 +23,8 @@ enum WrapFlags {
 
 /// Added to a result code when an implicit conversion made a native object that the caller owns.
 inline constexpr int kNewObject = 512;
+
+} // namespace binding
 
 /// The interned name "this" (borrowed), made on first use.
 PyObject *SWIG_This();

@@ -53,32 +53,6 @@ static void report_exception() {
         PyErr_WriteUnraisable(Py_None);
 }
 
-/// The function behind a method that the instance's class defines and the instance itself does not
-/// hide (borrowed), or null: calling it spares the bound method.
-static PyObject *plain_method(PyObject *self, PyObject *name) {
-    PyTypeObject *type = Py_TYPE(self);
-    if (type->tp_getattro != PyObject_GenericGetAttr)
-        return nullptr;
-    PyObject *function = _PyType_Lookup(type, name);
-    if (!function || !PyFunction_Check(function))
-        return nullptr;
-    PyObject **dictionary = _PyObject_GetDictPtr(self);
-    return dictionary && *dictionary && PyDict_GetItem(*dictionary, name) ? nullptr : function;
-}
-
-/// self.name(argument): a new reference, or null with an exception set.
-static PyObject *call_method(PyObject *self, PyObject *name, PyObject *argument) {
-    PyObject *function = plain_method(self, name);
-    if (!function)
-        return PyObject_CallMethodObjArgs(self, name, argument, nullptr);
-    // Held first: what makes the tuple may collect garbage, and so run code that changes the class.
-    const swig::SwigPtr_PyObject keep((Py_INCREF(function), function));
-    const swig::SwigPtr_PyObject arguments(PyTuple_Pack(2, self, argument));
-    if (!arguments)
-        return nullptr;
-    return PyObject_Call(function, arguments.get(), nullptr);
-}
-
 bool Director::swig_call_predicate(const char *class_name, PyObject *name,
                                    PyObject *argument) const {
     PyObject *const self = swig_instance();
@@ -90,7 +64,8 @@ bool Director::swig_call_predicate(const char *class_name, PyObject *name,
     }
     // Where the argument is not even a proxy for want of memory, the method would only stumble.
     const bool is_complete = name && argument && !PyErr_ExceptionMatches(PyExc_MemoryError);
-    const swig::SwigPtr_PyObject result(is_complete ? call_method(self, name, argument) : nullptr);
+    const swig::SwigPtr_PyObject result(
+        is_complete ? PyObject_CallMethodObjArgs(self, name, argument, nullptr) : nullptr);
     if (!result) {
         report_exception();
         return false;

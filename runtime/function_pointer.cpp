@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+using namespace binding;
+
 namespace {
 
 constexpr char kMarker[] = "swig_ptr: ";

@@ -11,6 +11,8 @@
 #include <memory>
 #include <new>
 
+using namespace binding;
+
 using Holder = TpythonObjectWithLock<TpythonLock>;
 
 namespace {

@@ -6,6 +6,8 @@
 #include <array>
 #include <string_view>
 
+using namespace binding;
+
 // Converters. Every conversion is an upcast in a single-inheritance tree, where the address stays
 // the same; the functions exist so that a base at another offset would need no new mechanism.
 #define TO_BASE(id, base)                             \
@@ -86,7 +88,7 @@ constinit swig_type_info *swig_type_initial[] = {
 constinit swig_cast_info *swig_cast_initial[kTypeCount] = {};
 
 // Made on initialisation: as data they would be a fortieth of the module.
-void make_initial_cast_lists() {
+void binding::make_initial_cast_lists() {
     swig_cast_info *entry = list_entries.data();
     for (int target = 0; target < kTypeCount; ++target) {
         swig_cast_initial[target] = entry;

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <cstring>
 
+using namespace binding;
+
 namespace {
 
 constexpr size_t kTextSize = 1024;

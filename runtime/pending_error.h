@@ -2,6 +2,8 @@
 
 #include <Python.h>
 
+namespace binding {
+
 /// Keeps an exception that is pending while code runs that may leave one of its own, which is
 /// dropped.
 class PendingError {
@@ -14,3 +16,5 @@ class PendingError {
   private:
     PyObject *type_, *value_, *traceback_;
 };
+
+} // namespace binding

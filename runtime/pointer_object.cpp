@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstring>
 
+using namespace binding;
+
 namespace {
 
 SwigPyObject *as_pointer_object(PyObject *object) {
@@ -216,8 +218,8 @@ constexpr PyTypeObject type_object() {
 
 } // namespace
 
-constinit PyTypeObject pointer_object_type = type_object();
-constinit PyTypeObject *other_pointer_object_type = nullptr;
+constinit PyTypeObject binding::pointer_object_type = type_object();
+constinit PyTypeObject *binding::other_pointer_object_type = nullptr;
 
 PyTypeObject *SwigPyObject_type() {
     return ready(pointer_object_type);

@@ -14,6 +14,8 @@ struct SwigPyObject {
 /// The type object, made ready on first use; null with an exception set when that fails.
 PyTypeObject *SwigPyObject_type();
 
+namespace binding {
+
 /// The type object's storage, for comparisons only.
 extern PyTypeObject pointer_object_type;
 
@@ -27,6 +29,8 @@ extern PyTypeObject *other_pointer_object_type;
     return (kind == &pointer_object_type || kind == other_pointer_object_type) &&
            reinterpret_cast<SwigPyObject *>(object)->ty == type;
 }
+
+} // namespace binding
 
 /// True for pointer objects of this module and, by the type's name, of any other module that
 /// carries a copy of the runtime. A Python class of that name is none.

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <cstring>
 
+using namespace binding;
+
 namespace {
 
 constexpr char kPointerMarker[] = "swig_ptr: ";

@@ -18,8 +18,10 @@ PyObject *SWIG_PyInstanceMethod_New(PyObject *self, PyObject *function);
 /// Stores `object` in the dictionary and drops the caller's reference; returns the store's status.
 int SWIG_Python_SetConstant(PyObject *dictionary, const char *name, PyObject *object);
 
+namespace binding {
 /// Kinds of swig_const_info entries.
 enum ConstantKind { kEndOfConstants = 0, kPointerConstant = 4, kPackedConstant = 5 };
+} // namespace binding
 
 /// One pointer or packed constant of a module.
 struct swig_const_info {

@@ -2,6 +2,8 @@
 
 #include "runtime/pending_error.h"
 
+using namespace binding;
+
 namespace scalars {
 
 int long_as_int(PyObject *object, int *value) {

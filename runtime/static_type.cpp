@@ -1,5 +1,7 @@
 #include "runtime/static_type.h"
 
+namespace binding {
+
 PyTypeObject *ready(PyTypeObject &type) {
     if (PyType_HasFeature(&type, Py_TPFLAGS_READY))
         return &type;
@@ -9,3 +11,5 @@ PyTypeObject *ready(PyTypeObject &type) {
     PyErr_NoMemory();
     return nullptr;
 }
+
+} // namespace binding

@@ -4,6 +4,8 @@
 
 #include <Python.h>
 
+namespace binding {
+
 /// A type of that name whose objects have `size` bytes; the slots are the caller's to fill.
 constexpr PyTypeObject static_type(const char *name, Py_ssize_t size) {
     PyTypeObject type{};
@@ -20,3 +22,5 @@ constexpr PyTypeObject static_type(const char *name, Py_ssize_t size) {
 /// Prepares a type for use, where that was not done yet; itself, or null with an exception set when
 /// memory is short.
 PyTypeObject *ready(PyTypeObject &type);
+
+} // namespace binding

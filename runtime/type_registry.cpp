@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string_view>
 
+using namespace binding;
+
 namespace {
 
 constexpr char kHolderModule[] = "swig_runtime_data4";
@@ -140,8 +142,21 @@ swig_type_info *find_mangled(const swig_module_info *module, const char *name) {
     return nullptr;
 }
 
-/// Equal when blanks are left out of both.
-bool same_name(std::string_view a, std::string_view b) {
+bool has_alternative(const char *alternatives, std::string_view name) {
+    std::string_view rest = alternatives;
+    for (;;) {
+        size_t bar = rest.find('|');
+        if (SWIG_TypeNameComp(rest.substr(0, bar), name))
+            return true;
+        if (bar == std::string_view::npos)
+            return false;
+        rest.remove_prefix(bar + 1);
+    }
+}
+
+} // namespace
+
+bool SWIG_TypeNameComp(std::string_view a, std::string_view b) {
     auto skip_blanks = [](std::string_view &text) {
         while (!text.empty() && text.front() == ' ')
             text.remove_prefix(1);
@@ -157,20 +172,6 @@ bool same_name(std::string_view a, std::string_view b) {
         b.remove_prefix(1);
     }
 }
-
-bool has_alternative(const char *alternatives, std::string_view name) {
-    std::string_view rest = alternatives;
-    for (;;) {
-        size_t bar = rest.find('|');
-        if (same_name(rest.substr(0, bar), name))
-            return true;
-        if (bar == std::string_view::npos)
-            return false;
-        rest.remove_prefix(bar + 1);
-    }
-}
-
-} // namespace
 
 bool SWIG_InitializeModule() {
     swig_module_info *head = ring_head();

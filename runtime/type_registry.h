@@ -4,18 +4,35 @@
 // interpreter share them.
 //
 // A module describes each native type by one static record. The records of a module form its type
-// table, sorted by mangled name, and the tables of all modules are linked in a ring whose head is
-// published in the interpreter as "swig_runtime_data4"."type_pointer". When a module starts, it
-// takes over records of equal name that are in the ring already; that is why a pointer object made
-// by one module converts in another, and why wrappers must read a type through their module's
-// swig_types slot and never through its own record.
+// table, sorted by mangled name, and the tables of all modules are linked in a ring, a circular
+// singly linked list, whose head is published in the interpreter as
+// "swig_runtime_data4"."type_pointer". When a module starts, it takes over records of equal name that
+// are in the ring already; that is why a pointer object made by one module converts in another, and
+// why wrappers must read a type through their module's swig_types slot and never through its own
+// record.
 //
-// The layouts are shared with every other module of the ring and must not change.
-// All of this runs under the interpreter lock: a successful type check reorders a shared list.
+// The cast list of a type is doubly linked, and a successful check moves its entry to the front (the
+// move-to-front heuristic of self-organising lists): the next conversion of the same class, by far
+// the likeliest, then takes one comparison. So nobody may keep a pointer to an entry, and every
+// check is a write.
+//
+// What a table goes through in a process:
+//
+//   state        swig_module.next   swig_types              left by
+//   not started  null               null                    the first import
+//   in the ring  its successor      this module's records,  an import in another interpreter: only
+//                                   or those of a module    links the table into that ring too
+//                                   that came before
+//   torn down    as it was          as it was               the head's holder dies with its
+//                                                           interpreter; client data are released
+//
+// The layouts are shared with every other module of the ring and must not change. All of this runs
+// under the interpreter lock, which is its only protection.
 
 #include <Python.h>
 
 #include <cstddef>
+#include <string_view>
 
 struct swig_type_info;
 
@@ -60,8 +77,10 @@ static_assert(offsetof(swig_module_info, next) == 16 &&
 extern swig_module_info swig_module;
 extern swig_type_info *swig_type_initial[];
 extern swig_cast_info *swig_cast_initial[];
+namespace binding {
 /// Fills swig_cast_initial, once in the process.
 void make_initial_cast_lists();
+} // namespace binding
 
 /// Joins swig_module to the interpreter's ring (making the ring when there is none) and, the first
 /// time in the process, chooses the record of each type and links the cast lists.
@@ -76,6 +95,9 @@ swig_cast_info *SWIG_TypeCheck(const char *name, swig_type_info *target);
 inline void *SWIG_TypeCast(swig_cast_info *entry, void *pointer, int *new_memory) {
     return entry->converter ? entry->converter(pointer, new_memory) : pointer;
 }
+
+/// True when two readable names are the same but for blanks.
+bool SWIG_TypeNameComp(std::string_view a, std::string_view b);
 
 /// Finds a type by mangled name in the modules from `start` up to but not including `end`; all
 /// modules of the ring when both are the same.

@@ -22,6 +22,11 @@ class SquareScene : public ::testing::Test {
         session().cancelled = false;
         session().outputFile.clear();
         session().settings = ZCommonRenderSettingsData();
+        session().region.reset();
+        session().samples = 4;
+        session().exposure = 0;
+        session().exrFloats = false;
+        session().frame = 1;
     }
 
     static devhost::RenderSession &session() { return devhost::renderSession(); }
@@ -46,6 +51,24 @@ class SquareScene : public ::testing::Test {
         session().camera = scene().object(id);
         session().settings.width = width;
         session().settings.height = height;
+    }
+
+    /// Makes the square shine by itself, and only so.
+    static void glow(const ZVector &color, double opacity = 1) {
+        using namespace devhost;
+        Material material;
+        material.diffuse = ZVector();
+        material.emission = color;
+        material.opacity = opacity;
+        paint(material);
+    }
+    static void paint(const devhost::Material &material) {
+        using namespace devhost;
+        auto &held =
+            std::get<std::shared_ptr<const Mesh>>(scene().edit(scene().find("square"))->payload);
+        Mesh mesh = *held;
+        mesh.materials.assign(2, scene().add("material", "paint", material));
+        held = std::make_shared<const Mesh>(std::move(mesh));
     }
 
     static devhost::NodeId addLight(devhost::Light::Kind kind, double x, double y, double z) {

@@ -18,7 +18,7 @@ readonly python_version=2.7.18
 
 readonly build_packages=(
     g++ make cmake ninja-build python3 pkg-config
-    libembree-dev libimath-dev libopenexr-dev libpng-dev
+    libembree-dev libimath-dev libopenexr-dev libpng-dev libjpeg62-turbo-dev libstb-dev
     libtinyobjloader-dev libtinygltf-dev nlohmann-json3-dev libcli11-dev
     libegl-dev libgl-dev libegl1 libgl1-mesa-dri
     libgtest-dev libgmock-dev glmark2-data cython3 clang-format

@@ -61,8 +61,11 @@ void checkOutput(const Options &options) {
         usage("--output '" + options.output +
               "' needs a place such as #### for the frame number, as there are " +
               std::to_string(options.frames.size()) + " frames");
-    std::error_code ignored;
+    std::error_code ignored, problem;
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    static_cast<void>(fs::absolute(folder, problem));
+    if (problem)
+        usage("the working folder is not there any more: " + problem.message());
     if (!fs::is_directory(folder, ignored))
         usage("the output folder '" + folder.string() + "' does not exist");
     if (access(folder.c_str(), W_OK | X_OK) != 0)
@@ -123,6 +126,13 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         ->check(CLI::Range(1u, 16384u));
     app.add_option("--camera", options.camera, "The camera to render from (default: the first)");
     app.add_option("--layer", options.layer, "The render layer to render (default: all objects)");
+    app.add_option("--samples", options.samples, "Samples in each pixel (default 4)")
+        ->check(CLI::Range(1u, 4096u));
+    app.add_option("--exposure", options.exposure, "Stops: each one doubles all light (default 0)")
+        ->check(CLI::Range(-64.0f, 64.0f));
+    std::string exr = "half";
+    app.add_option("--exr", exr, "The colours of .exr files: half or float (default half)")
+        ->check(CLI::IsMember({"half", "float"}));
     app.add_option("--threads", options.threads, "Threads to render with (default: one per core)")
         ->check(CLI::Range(1u, 1024u));
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
@@ -144,6 +154,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         usage(oneLine(error.what()) + " (quilhost --help tells the options)");
     }
     options.hasExpression = expression->count() > 0;
+    options.exrFloats = exr == "float";
     std::tie(options.width, options.height) = resolution;
     try {
         if (app["--frames"]->count())

@@ -19,6 +19,9 @@ struct Options {
     unsigned width = 640, height = 480;
     std::string camera;
     std::string layer;
+    float exposure = 0;
+    unsigned samples = 4;
+    bool exrFloats = false;
     unsigned threads = 0;
     bool noGl = false;
     bool leakCheck = false;

@@ -1,5 +1,7 @@
 #include "devhost/app/Progress.h"
 
+#include "devhost/util/Terminal.h"
+
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
@@ -16,7 +18,7 @@ constexpr int kPlainStep = 25;
 void writeJson(const nlohmann::json &object) {
     // Names of files need not be UTF-8.
     const auto text = object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-    std::fprintf(stderr, "%s\n", text.c_str());
+    devhost::writeLine(text);
 }
 
 } // namespace
@@ -39,14 +41,16 @@ void Progress::update(const std::string &message, int percent) {
     case kBar: {
         const std::string filled(percent * kBarWidth / 100, '#');
         std::fprintf(stderr, "\r\033[K[%-*s] %3d%%  frame %d (%zu of %zu)  %s", kBarWidth,
-                     filled.c_str(), percent, frame_, done_ + 1, frames_, message.c_str());
+                     filled.c_str(), percent, frame_, done_ + 1, frames_,
+                     devhost::harmless(message).c_str());
         std::fflush(stderr);
         barShown_ = true;
         break;
     }
     case kPlain:
         if (isStep)
-            std::fprintf(stderr, "frame %d: %s %d%%\n", frame_, message.c_str(), percent);
+            devhost::writeLine("frame " + std::to_string(frame_) + ": " + message + " " +
+                               std::to_string(percent) + "%");
         break;
     case kJson:
         writeJson({{"event", "progress"},
@@ -71,8 +75,9 @@ void Progress::endFrame(const std::string &output) {
                    {"frames", frames_},
                    {"output", output}});
     else if (style_ != kSilent)
-        std::fprintf(stderr, "frame %d (%zu of %zu)%s%s\n", frame_, done_, frames_,
-                     output.empty() ? "" : ": ", output.c_str());
+        devhost::writeLine("frame " + std::to_string(frame_) + " (" + std::to_string(done_) +
+                           " of " + std::to_string(frames_) + ")" +
+                           (output.empty() ? "" : ": " + output));
 }
 
 void Progress::clearBar() {

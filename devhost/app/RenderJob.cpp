@@ -7,6 +7,7 @@
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/scene/SceneLoader.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Terminal.h"
 
 #include <algorithm>
 #include <chrono>
@@ -93,6 +94,9 @@ int RenderJob::run() {
     auto &session = devhost::renderSession();
     session.threads = options_.threads;
     session.useGl = !options_.noGl;
+    session.samples = options_.samples;
+    session.exposure = options_.exposure;
+    session.exrFloats = options_.exrFloats;
     session.frame = options_.frames.front();
     session.progress = [this](const std::string &message, int percent) {
         progress_.update(message, percent);
@@ -102,17 +106,16 @@ int RenderJob::run() {
         session.imagesFolder = folder.empty() ? "." : folder.string();
     }
     fillSettings(options_, session.settings);
-    {
-        const InterruptScope scope(false);
-        loadScene();
-        chooseCamera();
-        chooseLayer();
-    }
-    if (session.cancelled)
+    loadScene();
+    chooseCamera();
+    chooseLayer();
+    if (interrupted())
         return kInterrupted;
 
     if (options_.hasScript()) {
         script_.emplace(options_);
+        if (interrupted())
+            return kInterrupted;
         const ScriptEnd end = runScript();
         if (interrupted())
             return kInterrupted;
@@ -141,8 +144,9 @@ void RenderJob::loadScene() {
     const auto meshes = scene.meshes();
     for (const auto id : meshes)
         triangles += scene.node(id)->mesh()->triangleCount();
-    std::fprintf(stderr, "quilhost: %s: %zu meshes, %zu triangles, %zu lights\n",
-                 options_.scene.c_str(), meshes.size(), triangles, scene.lights().size());
+    devhost::tell(options_.scene + ": " + std::to_string(meshes.size()) + " meshes, " +
+                  std::to_string(triangles) + " triangles, " +
+                  std::to_string(scene.lights().size()) + " lights");
 }
 
 void RenderJob::chooseCamera() {
@@ -191,10 +195,8 @@ std::optional<int> RenderJob::renderFrames() {
             return std::nullopt;
         progress_.endFrame(firstOutput_);
         if (options_.frames.size() > 1 && !options_.quiet)
-            std::fprintf(stderr,
-                         "quilhost: the script rendered frame %d only; for all frames it "
-                         "has to define render(frame)\n",
-                         options_.frames.front());
+            devhost::tell("the script rendered frame " + std::to_string(options_.frames.front()) +
+                          " only; for all frames it has to define render(frame)");
         return std::nullopt;
     }
     if (!byScript && options_.output.empty())
@@ -245,15 +247,17 @@ void RenderJob::renderByHost(const std::string &outputFile) {
     ZStatus status;
     {
         std::optional<NativeSection> unlocked;
-        if (script_)
+        std::optional<InterruptScope> interrupts;
+        if (script_) {
             unlocked.emplace();
-        const InterruptScope scope(script_.has_value());
-        status = devhost::renderFrame(image);
+            interrupts.emplace();
+        }
+        status = devhost::renderFrame(image, devhost::holdsDepth(outputFile));
+        if (!status.error() && !interrupted())
+            status = devhost::writeFrame(image, outputFile);
     }
     if (interrupted())
         return;
-    if (!status.error())
-        status = devhost::writeFrame(image, outputFile);
     if (status.error())
         throw Failure(kRenderError, withoutCode(status.errorString().asChar()));
 }
@@ -273,11 +277,13 @@ std::optional<int> RenderJob::codeAfter(const ScriptEnd &end, const std::string 
 std::string RenderJob::outputFile(int frame) const {
     if (options_.output.empty())
         return {};
-    const auto &settings = devhost::renderSession().settings;
-    return settings
-        .getImageName(ZCommonRenderSettingsData::kFullPathImage, frame, ZString(), ZString(),
-                      ZString(), ZObject::kNullObj, false)
-        .asChar();
+    ZStatus status;
+    const ZString name = devhost::renderSession().settings.getImageName(
+        ZCommonRenderSettingsData::kFullPathImage, frame, ZString(), ZString(), ZString(),
+        ZObject::kNullObj, false, &status);
+    if (status.error())
+        throw Failure(kRenderError, withoutCode(status.errorString().asChar()));
+    return name.asChar();
 }
 
 bool RenderJob::interrupted() const {

@@ -1,9 +1,11 @@
 #include "devhost/app/Script.h"
 
 #include "devhost/app/Errors.h"
+#include "devhost/app/Interrupt.h"
 #include "devhost/process/InterpreterGate.h"
 #include "devhost/process/ObjectCensus.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Terminal.h"
 #include "host/base/TpythonInterpreter.h"
 #include "host/base/TpythonLock.h"
 
@@ -78,7 +80,7 @@ ScriptEnd endOf(const Reference &result) {
 void reportCallbackError(const char *callback, const char *what) {
     const TpythonLock lock(kPythonLock);
     if (!TpythonLock::isHeld() || !PyErr_Occurred()) {
-        std::fprintf(stderr, "quilhost: %s failed: %s\n", callback, what);
+        devhost::tell(std::string(callback) + " failed: " + what);
         return;
     }
     if (!TpythonInterpreter::fsInterpreter)
@@ -159,7 +161,10 @@ Script::Script(const Options &options) : options_(options) {
     static char program[] = QUILHOST_PYTHON_PROGRAM;
     Py_SetPythonHome(home);
     Py_SetProgramName(program);
-    Py_InitializeEx(1);
+    {
+        const InterruptHandover handover;
+        Py_InitializeEx(1);
+    }
     PyEval_InitThreads();
     Py_InitModule("quilhost", programFunctions);
     if (options.leakCheck)

@@ -1,11 +1,13 @@
 // quilhost: the development host's program.
 #include "devhost/app/CommandLine.h"
 #include "devhost/app/Errors.h"
+#include "devhost/app/Interrupt.h"
 #include "devhost/app/RenderJob.h"
 #include "devhost/process/ObjectCensus.h"
+#include "devhost/util/Terminal.h"
 
-#include <cstdio>
 #include <exception>
+#include <new>
 
 namespace {
 
@@ -15,7 +17,7 @@ bool tellLeaks() {
     for (const auto &[name, count] : devhost::objectCensus())
         if (count > 0) {
             leaked = true;
-            std::fprintf(stderr, "quilhost: left over: %ld %s\n", count, name.data());
+            devhost::tell("left over: " + std::to_string(count) + " " + std::string(name));
         }
     return leaked;
 }
@@ -24,6 +26,7 @@ bool tellLeaks() {
 
 int main(int argc, char **argv) {
     using namespace quilhost;
+    const SignalScope signals;
     int code = kOk;
     try {
         const auto options = readCommandLine(argc, argv);
@@ -38,12 +41,15 @@ int main(int argc, char **argv) {
         }
         job.clearProgress();
         if (code == kInterrupted)
-            std::fputs("quilhost: interrupted\n", stderr);
+            devhost::tell("interrupted");
     } catch (const Failure &failure) {
-        std::fprintf(stderr, "quilhost: %s\n", failure.what());
+        devhost::tell(failure.what());
         code = failure.code();
+    } catch (const std::bad_alloc &) {
+        devhost::tell("there is not enough memory");
+        code = kRenderError;
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "quilhost: %s\n", error.what());
+        devhost::tell(error.what());
         code = kRenderError;
     }
     return tellLeaks() && code == kOk ? kLeaked : code;

@@ -7,6 +7,6 @@ extern "C" {
 
 OPENQUIL_API void init_OpenQuil();
 void init_OpenQuil() {
-    initialise_module("_OpenQuil");
+    binding::initialise_module("_OpenQuil");
 }
 }

@@ -18,9 +18,10 @@
 #include "host/core/ZUint64Array.h"
 #include "host/core/ZUintArray.h"
 #include "host/core/ZVectorArray.h"
-#include "wrappers/rows/wrapper_table.h"
 
-ROWS_BEGIN
+namespace {
+
+using namespace binding;
 
 template <class Array>
 using ItemOf = std::remove_reference_t<decltype(std::declval<Array &>()[0u])>;
@@ -174,51 +175,8 @@ PyObject *array_is_different(Array &self, PyObject *object) {
     return other ? PyBool_FromLong(!same_items(self, *other)) : not_implemented();
 }
 
-#define ARRAY(Class, Item, Parameter)                                                            \
-    CONSTRUCTOR_CASE(Class, 1, Class())                                                          \
-    CONSTRUCTOR_EXTENSION_CASE(Class, 2, Class(Class const &), array_from_copy<Class>)           \
-    CONSTRUCTOR_EXTENSION_CASE(Class, 3, Class(unsigned int), array_of_defaults<Class>)          \
-    CONSTRUCTOR_EXTENSION_CASE(Class, 4, Class(PyObject *), array_from_sequence<Class>)          \
-    CONSTRUCTOR_EXTENSION_CASE(Class, 5, Class(unsigned int, Parameter), array_of_copies<Class>) \
-    CONSTRUCTOR_OVERLOADS(Class, &new_##Class##_1, &new_##Class##_2, &new_##Class##_3,           \
-                          &new_##Class##_4, &new_##Class##_5)                                    \
-    EXTENSION(Class, length, unsigned int() const, array_length)                                 \
-    EXTENSION(Class, setLength, ZStatus(unsigned int), set_array_length)                         \
-    EXTENSION(Class, append, ZStatus(Parameter), append)                                         \
-    EXTENSION(Class, insert, ZStatus(Parameter, unsigned int), insert)                           \
-    EXTENSION(Class, set, ZStatus(Parameter, unsigned int), set_at)                              \
-    EXTENSION(Class, remove, ZStatus(unsigned int), remove_at)                                   \
-    EXTENSION(Class, clear, ZStatus(), clear)                                                    \
-    EXTENSION(Class, copy, ZStatus(Class const &), copy_from)                                    \
-    EXTENSION(Class, __len__, unsigned int() const, array_length)                                \
-    EXTENSION(Class, __getitem__, Item(long) const, item<Class>)                                 \
-    EXTENSION(Class, __setitem__, void(long, Parameter), (set_item<Class, Parameter>))           \
-    EXTENSION(Class, __delitem__, void(long), delete_item<Class>)                                \
-    EXTENSION(Class, __iter__, PyObject *() const, array_iterator<Class>)                        \
-    EXTENSION(Class, __repr__, PyObject *() const, array_representation<Class>)                  \
-    EXTENSION(Class, __eq__, bool(PyObject *) const, array_is_equal<Class>)                      \
-    EXTENSION(Class, __ne__, bool(PyObject *) const, array_is_different<Class>)                  \
-    DESTRUCTOR(Class)                                                                            \
-    PROXY(Class)
+} // namespace
 
-ARRAY(ZFloatArray, float, float)
-ARRAY(ZDoubleArray, double, double)
-ARRAY(ZIntArray, int, int)
-ARRAY(ZUintArray, unsigned int, unsigned int)
-ARRAY(ZUint64Array, unsigned long, unsigned long)
-ARRAY(ZFloatVectorArray, ZFloatVector, ZFloatVector const &)
-ARRAY(ZVectorArray, ZVector, ZVector const &)
-ARRAY(ZFloatPointArray, ZFloatPoint, ZFloatPoint const &)
-ARRAY(ZPointArray, ZPoint, ZPoint const &)
-ARRAY(ZColorArray, ZColor, ZColor const &)
-ARRAY(ZMatrixArray, ZMatrix, ZMatrix const &)
-ARRAY(ZTimeArray, ZTime, ZTime const &)
-ARRAY(ZObjectArray, ZObject, ZObject const &)
-ARRAY(ZDagPathArray, ZDagPath, ZDagPath const &)
-ARRAY(ZPlugArray, ZPlug, ZPlug const &)
-ARRAY(ZStringArray, ZString, ZString const &)
-EXTENSION(
-    ZStringArray, join, ZString(ZString const &) const,
-    +[](ZStringArray &self, ZString const &separator) { return self.join(separator); })
-
-ROWS_END(array_rows)
+#define ROW_LIST "devhost/core_module/arrays.def"
+#define ROW_TABLE array_rows
+#include "wrappers/rows/make_rows.h"

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <unordered_map>
 
+namespace binding {
+
 namespace {
 
 /// The longest item: that many zeros are behind every block.
@@ -48,3 +50,5 @@ std::optional<size_t> block_size(const void *address) {
     const auto found = blocks().find(address);
     return found == blocks().end() ? std::nullopt : std::optional(found->second);
 }
+
+} // namespace binding

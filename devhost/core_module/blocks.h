@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <optional>
 
+namespace binding {
+
 /// A block of zeros, with a few more behind its end so that a text in it always ends; null with an
 /// exception set when memory is short.
 void *make_block(size_t count, size_t item_size);
@@ -16,3 +18,5 @@ bool free_block(void *address);
 
 /// The number of bytes of the block that begins at the address; none for any other address.
 std::optional<size_t> block_size(const void *address);
+
+} // namespace binding

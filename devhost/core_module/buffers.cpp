@@ -9,7 +9,6 @@
 #include "host/core/ZImageFileInfo.h"
 #include "host/render/ZHardwareRenderer.h"
 #include "host/render/ZPxRenderPassImpl.h"
-#include "wrappers/rows/wrapper_table.h"
 
 #include <cstring>
 #include <vector>
@@ -32,30 +31,39 @@ using VoidPointerBuffer = void *;
 using ZHwTextureTypeBuffer = ZImageFileInfo::ZHwTextureType;
 
 template <>
-inline constexpr int type_index<ZImageFileInfo::ZHwTextureType> =
-    k_p_ZImageFileInfo__ZHwTextureType;
+inline constexpr int binding::type_index<ZImageFileInfo::ZHwTextureType> =
+    binding::k_p_ZImageFileInfo__ZHwTextureType;
 
 // Enumerations inside classes, which get their places in the type table here.
 using BufferPixelFormatBuffer = ZHardwareRenderer::BufferPixelFormat;
 template <>
-inline constexpr int type_index<BufferPixelFormatBuffer> = k_p_ZHardwareRenderer__BufferPixelFormat;
+inline constexpr int binding::type_index<BufferPixelFormatBuffer> =
+    binding::k_p_ZHardwareRenderer__BufferPixelFormat;
 using PassTypeBitBuffer = ZPxRenderPassImpl::PassTypeBit;
 template <>
-inline constexpr int type_index<PassTypeBitBuffer> = k_p_ZPxRenderPassImpl__PassTypeBit;
+inline constexpr int binding::type_index<PassTypeBitBuffer> =
+    binding::k_p_ZPxRenderPassImpl__PassTypeBit;
+
+namespace binding {
 
 /// Frees the block of a buffer; memory that is not ours stays. An item of a type that the render
 /// module returns as a copy is no block and goes the way that it came.
 template <class T>
 requires std::is_scalar_v<T> PyObject *destroy(const Function &function, PyObject *argument) {
-    return with_arguments<METH_O, Given<T *>>(function, argument, [](Argument<Given<T *>> &buffer) {
-        const bool is_block = free_block(buffer.get());
-        if (std::is_same_v<T, PassTypeBitBuffer> && !is_block)
-            delete buffer.get();
-        Py_RETURN_NONE;
-    });
+    return with_arguments<METH_O, Released<T *>>(
+        function, argument, [](Argument<Released<T *>> &buffer) {
+            const bool is_block = free_block(buffer.get());
+            if (std::is_same_v<T, PassTypeBitBuffer> && !is_block)
+                delete buffer.get();
+            Py_RETURN_NONE;
+        });
 }
 
-ROWS_BEGIN
+} // namespace binding
+
+namespace {
+
+using namespace binding;
 
 template <class T>
 PyObject *new_buffer(const T *items, size_t count) {
@@ -164,9 +172,10 @@ PyObject *set_buffer_item(T &buffer, long index, PyObject *object) {
     T value;
     if (!check_range(buffer, index, 1))
         return nullptr;
-    if (const int code = read_item(object, value); code < 0) {
-        PyErr_SetString(SWIG_Python_ErrorType(code == SWIG_ERROR ? SWIG_TypeError : code),
-                        "the value does not fit the buffer's type");
+    if (const ReadResult result = read_item(object, value); result.failed()) {
+        PyErr_SetString(
+            SWIG_Python_ErrorType(result.code == SWIG_ERROR ? SWIG_TypeError : result.code),
+            "the value does not fit the buffer's type");
         return nullptr;
     }
     (&buffer)[index] = value;
@@ -216,43 +225,8 @@ PyObject *buffer_iterator(T &buffer) {
     return length < 0 ? nullptr : iterate(read_buffer(buffer, 0, length));
 }
 
-#define BUFFER(Class, Item)                                                            \
-    CONSTRUCTOR_EXTENSION_CASE(Class, 1, Class(unsigned int), buffer_of_length<Class>) \
-    CONSTRUCTOR_EXTENSION_CASE(Class, 2, Class(PyObject *), buffer_from_data<Class>)   \
-    CONSTRUCTOR_EXTENSION_CASE(Class, 3, Class(PyObject *, unsigned int),              \
-                               buffer_from_memory<Class>)                              \
-    CONSTRUCTOR_OVERLOADS(Class, &new_##Class##_1, &new_##Class##_2, &new_##Class##_3) \
-    EXTENSION(Class, length, long() const, buffer_length)                              \
-    EXTENSION(Class, get, Item(long) const, buffer_item<Class>)                        \
-    EXTENSION(Class, set, void(long, PyObject *), set_buffer_item<Class>)              \
-    EXTENSION(Class, read, PyObject *(long, long) const, read_buffer<Class>)           \
-    EXTENSION(Class, readBytes, PyObject *(long, long) const, read_bytes<Class>)       \
-    EXTENSION(Class, write, void(long, PyObject *), write_buffer<Class>)               \
-    EXTENSION(Class, __len__, long() const, len<Class>)                                \
-    EXTENSION(Class, __getitem__, Item(long) const, buffer_item<Class>)                \
-    EXTENSION(Class, __setitem__, void(long, PyObject *), set_buffer_item<Class>)      \
-    EXTENSION(Class, __iter__, PyObject *() const, buffer_iterator<Class>)             \
-    DESTRUCTOR(Class)                                                                  \
-    PROXY(Class)
+} // namespace
 
-BUFFER(CharBuffer, char)
-BUFFER(SignedCharBuffer, signed char)
-BUFFER(UnsignedCharBuffer, unsigned char)
-BUFFER(ShortBuffer, short)
-BUFFER(UnsignedShortBuffer, unsigned short)
-BUFFER(IntBuffer, int)
-BUFFER(UnsignedIntBuffer, unsigned int)
-BUFFER(LongBuffer, long)
-BUFFER(UnsignedLongBuffer, unsigned long)
-BUFFER(FloatBuffer, float)
-BUFFER(DoubleBuffer, double)
-BUFFER(BufferPixelFormatBuffer, ZHardwareRenderer::BufferPixelFormat)
-BUFFER(PassTypeBitBuffer, ZPxRenderPassImpl::PassTypeBit)
-BUFFER(ZHwTextureTypeBuffer, ZImageFileInfo::ZHwTextureType)
-
-// The pointers in a buffer do not keep what they point to.
-BUFFER(CharPointerBuffer, char *)
-BUFFER(UnsignedIntPointerBuffer, unsigned int *)
-BUFFER(VoidPointerBuffer, void *)
-
-ROWS_END(buffer_rows)
+#define ROW_LIST "devhost/core_module/buffers.def"
+#define ROW_TABLE buffer_rows
+#include "wrappers/rows/make_rows.h"

@@ -12,6 +12,8 @@
 
 #include <iterator>
 
+namespace binding {
+
 /// `members` are the numbers in order. A script may leave out those from number `minimum` on.
 template <class T>
 struct Components;
@@ -55,3 +57,5 @@ concept HasComponents = requires {
 
 template <class T>
 inline constexpr int component_count = static_cast<int>(std::size(Components<T>::members));
+
+} // namespace binding

@@ -2,14 +2,15 @@
 
 #include "wrappers/rows/module_tables.h"
 
-extern const Constants image_constants;
-extern const Constants rotation_constants;
-extern const Constants time_constants;
+#define FAMILIES(X)       \
+    X(image_constants)    \
+    X(rotation_constants) \
+    X(time_constants)
 
-static constexpr const Constants *tables[] = {
-    &image_constants,
-    &rotation_constants,
-    &time_constants,
-};
+#define DECLARATION(family) extern const binding::Constants family;
+FAMILIES(DECLARATION)
 
-constinit const std::span<const Constants *const> constant_tables = tables;
+#define ADDRESS(family) &family,
+static constexpr const binding::Constants *tables[] = {FAMILIES(ADDRESS)};
+
+constinit const std::span<const binding::Constants *const> binding::constant_tables = tables;

@@ -2,6 +2,8 @@
 
 #include <climits>
 
+namespace binding {
+
 int as_unsigned_long(PyObject *object, unsigned long *value) {
     unsigned long result;
     if (PyInt_Check(object)) {
@@ -20,7 +22,7 @@ int as_unsigned_long(PyObject *object, unsigned long *value) {
     return SWIG_OK;
 }
 
-int read_item(PyObject *object, char &value) {
+ReadResult read_item(PyObject *object, char &value) {
     if (!PyString_Check(object) || PyString_GET_SIZE(object) != 1)
         return SWIG_TypeError;
     value = PyString_AS_STRING(object)[0];
@@ -37,27 +39,28 @@ static int read_small_integer(PyObject *object, T &value) {
     return value == wide ? SWIG_OK : SWIG_OverflowError;
 }
 
-int read_item(PyObject *object, signed char &value) {
+ReadResult read_item(PyObject *object, signed char &value) {
     return read_small_integer(object, value);
 }
 
-int read_item(PyObject *object, unsigned char &value) {
+ReadResult read_item(PyObject *object, unsigned char &value) {
     return read_small_integer(object, value);
 }
 
-int read_item(PyObject *object, ZString &value) {
+ReadResult read_item(PyObject *object, ZString &value) {
     const TpythonObjectWithLock<TpythonLock> holder(object);
     return holder.getValue(value) ? SWIG_OK : SWIG_TypeError;
 }
 
-int read_item(PyObject *object, void *&value) {
+ReadResult read_item(PyObject *object, void *&value) {
     return SWIG_Python_ConvertPtrAndOwn(object, &value, nullptr, 0);
 }
 
-bool raise_item(Py_ssize_t index, int code) {
-    PyObject *type = code == kNullReference || code == SWIG_ERROR ? PyExc_TypeError
-                                                                  : SWIG_Python_ErrorType(code);
-    PyErr_Format(type, "item %zd of the sequence does not fit", index);
+bool raise_item(Py_ssize_t index, ReadResult result) {
+    const bool is_type_error =
+        result.remark == ReadResult::kNullReference || result.code == SWIG_ERROR;
+    PyErr_Format(is_type_error ? PyExc_TypeError : SWIG_Python_ErrorType(result.code),
+                 "item %zd of the sequence does not fit", index);
     return false;
 }
 
@@ -105,3 +108,5 @@ PyObject *iterate(PyObject *items) {
     const swig::SwigPtr_PyObject owned(items);
     return items ? PyObject_GetIter(items) : nullptr;
 }
+
+} // namespace binding

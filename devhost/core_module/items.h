@@ -9,6 +9,8 @@
 
 #include <cstddef>
 
+namespace binding {
+
 // Integers beyond those that the render module's signatures have
 
 /// int or long in the range of a native unsigned long.
@@ -25,33 +27,33 @@ struct Argument<unsigned long> {
 
 // One item
 
-/// Turns a Python object into a native item; a result code. Leaves no exception pending.
+/// Turns a Python object into a native item. Leaves no exception pending.
 template <class T>
-int read_item(PyObject *object, T &value) {
+ReadResult read_item(PyObject *object, T &value) {
     Argument<T> argument;
-    const int code = argument.read(object, 0);
-    if (code >= 0)
+    const ReadResult result = argument.read(object, 0);
+    if (!result.failed())
         value = argument.get();
-    return code;
+    return result;
 }
 
 /// A character is a str of length one.
-int read_item(PyObject *object, char &value);
-int read_item(PyObject *object, signed char &value);
-int read_item(PyObject *object, unsigned char &value);
-int read_item(PyObject *object, ZString &value);
+ReadResult read_item(PyObject *object, char &value);
+ReadResult read_item(PyObject *object, signed char &value);
+ReadResult read_item(PyObject *object, unsigned char &value);
+ReadResult read_item(PyObject *object, ZString &value);
 /// Any pointer object's address.
-int read_item(PyObject *object, void *&value);
+ReadResult read_item(PyObject *object, void *&value);
 
 /// A value with components is a pointer object or a sequence of its numbers.
 template <HasComponents T>
-int read_item(PyObject *object, T &value) {
+ReadResult read_item(PyObject *object, T &value) {
     Argument<T> argument;
-    const int code = argument.read(object, 0);
-    if (code >= 0)
+    const ReadResult result = argument.read(object, 0);
+    if (!result.failed())
         value = argument.get();
-    if (code >= 0 || code == kNullReference)
-        return code;
+    if (!result.failed() || result.remark == ReadResult::kNullReference)
+        return result;
     const swig::SwigPtr_PyObject numbers(PySequence_Tuple(object));
     if (!numbers) {
         PyErr_Clear();
@@ -60,13 +62,13 @@ int read_item(PyObject *object, T &value) {
     const Py_ssize_t count = PyTuple_GET_SIZE(numbers.get());
     if (count < Components<T>::minimum || count > component_count<T>)
         return SWIG_TypeError;
-    T result;
+    T components;
     for (Py_ssize_t i = 0; i < count; ++i)
-        if (const int item_code =
-                read_item(PyTuple_GET_ITEM(numbers.get(), i), result.*Components<T>::members[i]);
-            item_code < 0)
-            return item_code;
-    value = result;
+        if (const ReadResult component = read_item(PyTuple_GET_ITEM(numbers.get(), i),
+                                                   components.*Components<T>::members[i]);
+            component.failed())
+            return component;
+    value = components;
     return SWIG_OK;
 }
 
@@ -81,16 +83,16 @@ inline PyObject *make_item(char value) {
 // Many items
 
 /// An exception for an item that did not convert; returns false.
-bool raise_item(Py_ssize_t index, int code);
+bool raise_item(Py_ssize_t index, ReadResult result);
 
 /// Reads every item of a tuple into destination[0], [1], ...; false with an exception set.
 template <class Destination>
 bool read_items(PyObject *tuple, Destination &&destination) {
     for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(tuple); ++i)
-        if (const int code =
+        if (const ReadResult result =
                 read_item(PyTuple_GET_ITEM(tuple, i), destination[static_cast<unsigned>(i)]);
-            code < 0)
-            return raise_item(i, code);
+            result.failed())
+            return raise_item(i, result);
     return true;
 }
 
@@ -160,6 +162,8 @@ PyObject *is_different(T &self, PyObject *object) {
     const T *other = comparable<T>(object);
     return other ? PyBool_FromLong(!(self == *other)) : not_implemented();
 }
+
+} // namespace binding
 
 /// The rows of a class with operator==. Objects of other types are different, not an error.
 #define EQUALITY(Class)                                               \

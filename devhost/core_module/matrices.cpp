@@ -4,9 +4,10 @@
 #include "devhost/core_module/operators.h"
 #include "host/core/ZFloatMatrix.h"
 #include "host/core/ZMatrix.h"
-#include "wrappers/rows/wrapper_table.h"
 
-ROWS_BEGIN
+namespace {
+
+using namespace binding;
 
 /// From sixteen numbers, row by row, or four sequences of four.
 template <class Matrix>
@@ -74,47 +75,8 @@ unsigned int row_count(Matrix &) {
     return 4;
 }
 
-#define MATRIX(Class, Other, Number)                                                     \
-    CONSTRUCTOR_CASE(Class, 1, Class())                                                  \
-    CONSTRUCTOR_CASE(Class, 2, Class(Class const &))                                     \
-    CONSTRUCTOR_CASE(Class, 3, Class(Other const &))                                     \
-    CONSTRUCTOR_EXTENSION_CASE(Class, 4, Class(PyObject *), matrix_from_sequence<Class>) \
-    CONSTRUCTOR_OVERLOADS(Class, &new_##Class##_1, &new_##Class##_2, &new_##Class##_3,   \
-                          &new_##Class##_4)                                              \
-    EXTENSION(Class, __call__, Number(long, long) const, element<Class>)                 \
-    EXTENSION(Class, getElement, Number(long, long) const, element<Class>)               \
-    EXTENSION(Class, setElement, void(long, long, Number), (set_element<Class, Number>)) \
-    EXTENSION(Class, __len__, unsigned int() const, row_count)                           \
-    EXTENSION(Class, __getitem__, PyObject *(long) const, row_list<Class>)               \
-    EXTENSION(                                                                           \
-        Class, setToIdentity, void(), +[](Class &self) { self.setToIdentity(); })        \
-    EXTENSION(                                                                           \
-        Class, setToProduct, void(Class const &, Class const &),                         \
-        +[](Class &self, Class const &left, Class const &right) {                        \
-            self.setToProduct(left, right);                                              \
-        })                                                                               \
-    EXTENSION_CASE(Class, __mul__, 1, Class(Class const &) const, times)                 \
-    EXTENSION_CASE(Class, __mul__, 2, Class(Number) const, times)                        \
-    OVERLOADS(Class, __mul__, &Class##___mul___1, &Class##___mul___2)                    \
-    EXTENSION(Class, __rmul__, Class(Number) const, times)                               \
-    EXTENSION(Class, __add__, Class(Class const &) const, plus)                          \
-    EXTENSION(Class, __sub__, Class(Class const &) const, minus)                         \
-    METHOD(Class, transpose, Class() const)                                              \
-    METHOD(Class, inverse, Class() const)                                                \
-    METHOD(Class, isSingular, bool() const)                                              \
-    METHOD(Class, det4x4, Number() const)                                                \
-    METHOD(Class, det3x3, Number() const)                                                \
-    EXTENSION_CASE(                                                                      \
-        Class, isEquivalent, 1, bool(Class const &) const,                               \
-        +[](Class &self, Class const &other) { return self.isEquivalent(other); })       \
-    METHOD_CASE(Class, isEquivalent, 2, bool(Class const &, Number) const)               \
-    OVERLOADS(Class, isEquivalent, &Class##_isEquivalent_1, &Class##_isEquivalent_2)     \
-    EXTENSION(Class, __repr__, PyObject *() const, matrix_representation<Class>)         \
-    EQUALITY(Class)                                                                      \
-    DESTRUCTOR(Class)                                                                    \
-    PROXY(Class)
+} // namespace
 
-MATRIX(ZMatrix, ZFloatMatrix, double)
-MATRIX(ZFloatMatrix, ZMatrix, float)
-
-ROWS_END(matrix_rows)
+#define ROW_LIST "devhost/core_module/matrices.def"
+#define ROW_TABLE matrix_rows
+#include "wrappers/rows/make_rows.h"

@@ -2,25 +2,26 @@
 
 #include "wrappers/rows/module_tables.h"
 
-extern const Rows array_rows;
-extern const Rows buffer_rows;
-extern const Rows color_rows;
-extern const Rows image_rows;
-extern const Rows matrix_rows;
-extern const Rows pixel_buffer_rows;
-extern const Rows point_rows;
-extern const Rows rotation_rows;
-extern const Rows scene_rows;
-extern const Rows string_rows;
-extern const Rows swatch_rows;
-extern const Rows time_rows;
-extern const Rows vector_rows;
-extern const Rows viewport_rows;
+#define FAMILIES(X)      \
+    X(string_rows)       \
+    X(vector_rows)       \
+    X(point_rows)        \
+    X(color_rows)        \
+    X(matrix_rows)       \
+    X(rotation_rows)     \
+    X(time_rows)         \
+    X(array_rows)        \
+    X(scene_rows)        \
+    X(image_rows)        \
+    X(buffer_rows)       \
+    X(pixel_buffer_rows) \
+    X(swatch_rows)       \
+    X(viewport_rows)
 
-static constexpr const Rows *tables[] = {
-    &string_rows,   &vector_rows,       &point_rows,  &color_rows,    &matrix_rows,
-    &rotation_rows, &time_rows,         &array_rows,  &scene_rows,    &image_rows,
-    &buffer_rows,   &pixel_buffer_rows, &swatch_rows, &viewport_rows,
-};
+#define DECLARATION(family) extern const binding::Rows family;
+FAMILIES(DECLARATION)
 
-constinit const std::span<const Rows *const> method_tables = tables;
+#define ADDRESS(family) &family,
+static constexpr const binding::Rows *tables[] = {FAMILIES(ADDRESS)};
+
+constinit const std::span<const binding::Rows *const> binding::method_tables = tables;

@@ -2,6 +2,8 @@
 
 // Operators as functions, for rows. The row's declared type chooses the instance.
 
+namespace binding {
+
 template <class A, class B>
 auto plus(A &a, B b) {
     return a + b;
@@ -26,3 +28,5 @@ template <class A>
 auto negative(A &a) {
     return -a;
 }
+
+} // namespace binding

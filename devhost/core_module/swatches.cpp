@@ -3,7 +3,9 @@
 
 #include "devhost/api/render/Swatches.h"
 
-#include "wrappers/rows/wrapper_table.h"
+#include "wrappers/rows/call.h"
+
+using namespace binding;
 
 /// The development host's swatches; static functions only.
 struct Swatches {
@@ -34,12 +36,6 @@ struct Swatches {
     }
 };
 
-ROWS_BEGIN
-
-STATIC(Swatches, generators, ZStringArray())
-STATIC(Swatches, creator, ZSwatchRenderCreatorFnPtr(ZString const &, ZStatus *))
-STATIC(Swatches, begin, PyObject *(ZString const &, ZObject const &, int))
-STATIC(Swatches, render, ZStatus(ZString const &, ZObject const &, int, ZImage &, int), 1)
-REGISTRATION(Swatches)
-
-ROWS_END(swatch_rows)
+#define ROW_LIST "devhost/core_module/swatches.def"
+#define ROW_TABLE swatch_rows
+#include "wrappers/rows/make_rows.h"

@@ -4,18 +4,19 @@
 
 #include "devhost/core_module/items.h"
 #include "devhost/core_module/operators.h"
-#include "wrappers/rows/wrapper_table.h"
+#include "wrappers/rows/call.h"
+
+namespace binding {
 
 /// From any sequence of the components.
 template <class T>
 PyObject *value_from_sequence(PyObject *sequence) {
     T value;
-    if (const int code = read_item(sequence, value); code < 0) {
-        PyErr_Format(code == kNullReference ? PyExc_ValueError
-                     : code == SWIG_ERROR   ? PyExc_TypeError
-                                            : SWIG_Python_ErrorType(code),
-                     "%s takes numbers or a sequence of %d numbers", type_of<T>()->name + 3,
-                     component_count<T>);
+    if (const ReadResult result = read_item(sequence, value); result.failed()) {
+        PyErr_Format(
+            SWIG_Python_ErrorType(result.code == SWIG_ERROR ? SWIG_TypeError : result.code),
+            "%s takes numbers or a sequence of %d numbers", type_of<T>()->name + 3,
+            component_count<T>);
         return nullptr;
     }
     return constructed(new T(value));
@@ -58,13 +59,15 @@ PyObject *value_representation(T &self) {
     return list ? represent(type_of<T>(), PyList_AsTuple(list.get())) : nullptr;
 }
 
+} // namespace binding
+
 /// A comparison whose tolerance may be left out.
 #define TOLERANT(Class, member, Number)                                      \
     EXTENSION_CASE(                                                          \
         Class, member, 1, bool(Class const &) const,                         \
         +[](Class &self, Class const &other) { return self.member(other); }) \
     METHOD_CASE(Class, member, 2, bool(Class const &, Number) const)         \
-    OVERLOADS(Class, member, &Class##_##member##_1, &Class##_##member##_2)
+    OVERLOADS(Class, member, 2)
 
 /// The rows behind the constructors and operators of a class.
 #define VALUE(Class, Number)                                                          \

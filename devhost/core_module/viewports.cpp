@@ -4,7 +4,6 @@
 #include "devhost/session/Viewport.h"
 #include "host/core/ZStringArray.h"
 #include "host/render/ZViewportRenderer.h"
-#include "wrappers/rows/wrapper_table.h"
 
 /// The development host's viewports; static functions only.
 struct Viewports {
@@ -26,11 +25,6 @@ struct Viewports {
     }
 };
 
-ROWS_BEGIN
-
-STATIC(Viewports, renderers, ZStringArray())
-STATIC(Viewports, renderer, ZViewportRenderer *(ZString const &, ZStatus *))
-STATIC(Viewports, render, ZStatus(ZString const &, unsigned int, unsigned int, ZString const &))
-REGISTRATION(Viewports)
-
-ROWS_END(viewport_rows)
+#define ROW_LIST "devhost/core_module/viewports.def"
+#define ROW_TABLE viewport_rows
+#include "wrappers/rows/make_rows.h"

@@ -3,12 +3,15 @@
 
 #include "devhost/util/AtomicFile.h"
 
+#include <Imath/half.h>
 #include <OpenEXR/ImfChannelList.h>
+#include <OpenEXR/ImfFloatAttribute.h>
 #include <OpenEXR/ImfFrameBuffer.h>
 #include <OpenEXR/ImfHeader.h>
 #include <OpenEXR/ImfIO.h>
 #include <OpenEXR/ImfInputFile.h>
 #include <OpenEXR/ImfOutputFile.h>
+#include <OpenEXR/ImfStringAttribute.h>
 #include <png.h>
 
 #include <algorithm>
@@ -16,6 +19,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <list>
 #include <new>
 #include <stdexcept>
 
@@ -88,6 +92,11 @@ class ExrStream : public Imf::OStream {
     std::FILE *stream_;
 };
 
+half toHalf(float value) {
+    constexpr float most = HALF_MAX;
+    return half(std::clamp(value, -most, most));
+}
+
 /// Copies rows in the opposite order: files begin at the top, pictures in memory at the bottom.
 std::vector<float> flipped(const float *pixels, std::size_t rowLength, std::size_t rows) {
     std::vector<float> result(rowLength * rows);
@@ -101,24 +110,70 @@ std::string channelName(const std::string &layer, const std::string &channel) {
     return layer.empty() ? channel : layer + "." + channel;
 }
 
-ZStatus writeLayers(AtomicFile &file, const std::string &path, unsigned width, unsigned height,
-                    const std::vector<ImageLayer> &layers) {
-    Imf::Header header(static_cast<int>(width), static_cast<int>(height));
+Imf::Header makeHeader(unsigned width, unsigned height, const ExrHeader &about) {
+    const int left = static_cast<int>(about.left),
+              imageHeight = static_cast<int>(about.imageHeight);
+    // The file counts its rows from the top.
+    const int top = about.imageHeight ? imageHeight - static_cast<int>(about.bottom + height) : 0;
+    const Imath::Box2i data(
+        {left, top}, {left + static_cast<int>(width) - 1, top + static_cast<int>(height) - 1});
+    const Imath::Box2i display =
+        about.imageHeight
+            ? Imath::Box2i({0, 0}, {static_cast<int>(about.imageWidth) - 1, imageHeight - 1})
+            : data;
+    Imf::Header header(display, data, about.pixelAspectRatio);
     header.compression() = Imf::ZIP_COMPRESSION;
+    for (const auto &[name, number] : about.numbers)
+        header.insert(name, Imf::FloatAttribute(number));
+    for (const auto &[name, text] : about.texts)
+        header.insert(name, Imf::StringAttribute(text));
+    return header;
+}
+
+/// The pixels of a layer from the top down, as floats or halves.
+struct LayerRows {
+    std::vector<float> floats;
+    std::vector<half> halves;
+
+    LayerRows(const ImageLayer &layer, unsigned width, unsigned height)
+        : floats(flipped(layer.pixels, width * layer.channels.size(), height)) {
+        if (!layer.half)
+            return;
+        halves.resize(floats.size());
+        std::transform(floats.begin(), floats.end(), halves.begin(), toHalf);
+        floats = {};
+    }
+    /// One of so many channels.
+    Imf::Slice channel(std::size_t index, std::size_t count, unsigned width) {
+        const auto slice = [&](Imf::PixelType type, auto *values) {
+            const std::size_t stride = count * sizeof *values;
+            return Imf::Slice(type, reinterpret_cast<char *>(values + index), stride,
+                              stride * width);
+        };
+        return halves.empty() ? slice(Imf::FLOAT, floats.data()) : slice(Imf::HALF, halves.data());
+    }
+};
+
+ZStatus writeLayers(AtomicFile &file, const std::string &path, unsigned width, unsigned height,
+                    const std::vector<ImageLayer> &layers, const ExrHeader &about) {
+    Imf::Header header = makeHeader(width, height, about);
+    const Imath::Box2i window = header.dataWindow();
     Imf::FrameBuffer frame;
-    std::vector<std::vector<float>> topDown;
+    std::list<LayerRows> rows;
     for (const ImageLayer &layer : layers) {
         const std::size_t count = layer.channels.size();
-        topDown.push_back(flipped(layer.pixels, width * count, height));
+        LayerRows &values = rows.emplace_back(layer, width, height);
         for (std::size_t i = 0; i < count; ++i) {
             const std::string name = channelName(layer.name, layer.channels[i]);
             if (frame.findSlice(name))
                 return ZStatus(ZStatus::kInvalidParameter,
                                "two channels are called '" + name + "'");
-            header.channels().insert(name, Imf::Channel(Imf::FLOAT));
-            frame.insert(name,
-                         Imf::Slice(Imf::FLOAT, reinterpret_cast<char *>(topDown.back().data() + i),
-                                    count * sizeof(float), count * width * sizeof(float)));
+            Imf::Slice slice = values.channel(i, count, width);
+            // The library counts from the origin of the whole image.
+            slice.base -= window.min.x * std::ptrdiff_t(slice.xStride) +
+                          window.min.y * std::ptrdiff_t(slice.yStride);
+            header.channels().insert(name, Imf::Channel(slice.type));
+            frame.insert(name, slice);
         }
     }
     ExrStream stream(path, file.stream());
@@ -154,7 +209,7 @@ ZStatus writeExr(const std::string &path, unsigned width, unsigned height, const
 }
 
 ZStatus writeExr(const std::string &path, unsigned width, unsigned height,
-                 const std::vector<ImageLayer> &layers) {
+                 const std::vector<ImageLayer> &layers, const ExrHeader &header) {
     const auto isEmpty = [](const ImageLayer &l) { return !l.pixels || l.channels.empty(); };
     if (layers.empty() || std::any_of(layers.begin(), layers.end(), isEmpty))
         return ZStatus(ZStatus::kInvalidParameter, "there is no layer, or one without pixels");
@@ -164,7 +219,7 @@ ZStatus writeExr(const std::string &path, unsigned width, unsigned height,
         AtomicFile file(path);
         if (!file.stream())
             return file.status();
-        const ZStatus status = writeLayers(file, path, width, height, layers);
+        const ZStatus status = writeLayers(file, path, width, height, layers, header);
         return status.error() ? status : file.commit();
     });
 }
@@ -192,7 +247,7 @@ ZStatus readPng(const std::string &path, unsigned &width, unsigned &height,
 }
 
 ZStatus readExr(const std::string &path, unsigned &width, unsigned &height,
-                std::vector<float> &rgba, const std::string &layer) {
+                std::vector<float> &rgba, const std::string &layer, std::size_t mostPixels) {
     if (const ZStatus status = checkReadable(path); status.error())
         return status;
     return guarded("read", path, [&] {
@@ -200,7 +255,7 @@ ZStatus readExr(const std::string &path, unsigned &width, unsigned &height,
         const Imath::Box2i window = input.header().dataWindow();
         const auto columns = static_cast<std::size_t>(int64_t{window.max.x} - window.min.x + 1);
         const auto rows = static_cast<std::size_t>(int64_t{window.max.y} - window.min.y + 1);
-        if (!isReasonable(columns, rows))
+        if (!isReasonable(columns, rows) || columns * rows > mostPixels)
             return failure("read", path, "its size is not plausible");
 
         const auto has = [&](const std::string &channel) {

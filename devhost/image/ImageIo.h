@@ -7,6 +7,7 @@
 #include "host/core/ZStatus.h"
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,19 @@ struct ImageLayer {
     std::vector<std::string> channels;
     /// width * height * channels.size() values.
     const float *pixels = nullptr;
+    /// Kept as 16-bit floats; what is beyond their 65504 becomes that.
+    bool half = false;
+};
+
+/// What an EXR file tells beside its pixels.
+struct ExrHeader {
+    /// The size of the whole image that the pixels are a part of, and where they begin in it, from
+    /// its lower left. No size: they are all of it.
+    unsigned imageWidth = 0, imageHeight = 0, left = 0, bottom = 0;
+    float pixelAspectRatio = 1;
+    /// Attributes by name.
+    std::map<std::string, float> numbers;
+    std::map<std::string, std::string> texts;
 };
 
 OPENQUIL_API ZStatus writePng(const std::string &path, unsigned width, unsigned height,
@@ -30,7 +44,7 @@ OPENQUIL_API ZStatus writeExr(const std::string &path, unsigned width, unsigned 
                               const float *rgba);
 /// Fails with kInvalidParameter when there is no layer, or two channels get one name.
 OPENQUIL_API ZStatus writeExr(const std::string &path, unsigned width, unsigned height,
-                              const std::vector<ImageLayer> &layers);
+                              const std::vector<ImageLayer> &layers, const ExrHeader &header = {});
 
 /// Both fail with kNotFound when there is no such file; a failure leaves the results as they were.
 OPENQUIL_API ZStatus readPng(const std::string &path, unsigned &width, unsigned &height,
@@ -38,7 +52,8 @@ OPENQUIL_API ZStatus readPng(const std::string &path, unsigned &width, unsigned 
 /// Reads the channels R, G, B and A of the named layer; an absent colour is 0 (a lone "Y" is grey),
 /// an absent A is 1. Fails with kNotFound when the layer has none of them.
 OPENQUIL_API ZStatus readExr(const std::string &path, unsigned &width, unsigned &height,
-                             std::vector<float> &rgba, const std::string &layer = "");
+                             std::vector<float> &rgba, const std::string &layer = "",
+                             std::size_t mostPixels = kMaximumPixels);
 
 enum class ImageFile { kUnknown, kPng, kExr };
 

@@ -1,11 +1,13 @@
 #include "devhost/image/Picture.h"
 
 #include "devhost/image/ImageIo.h"
+#include "devhost/image/Srgb.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
+#include "devhost/session/RenderSession.h"
 #include "devhost/util/FileName.h"
+#include "devhost/util/Version.h"
 
-#include <cmath>
-#include <filesystem>
+#include <algorithm>
 
 namespace devhost {
 namespace {
@@ -14,10 +16,6 @@ static_assert(sizeof(RV_PIXEL) == 4 * sizeof(float));
 
 bool isExr(const std::string &path) {
     return lowerExtension(path) == ".exr";
-}
-
-float displayed(float linear) {
-    return linear <= 0.0031308f ? linear * 12.92f : 1.055f * std::pow(linear, 1 / 2.4f) - 0.055f;
 }
 
 /// The customary names of one to four channels; numbers where there are more.
@@ -38,38 +36,95 @@ std::vector<std::string> channelNames(const PictureLayer &layer) {
     return names;
 }
 
+/// What the file tells about the render, `renderer` being the part of the host that made it.
+ExrHeader aboutRender(const std::string &renderer) {
+    const RenderSession &session = renderSession();
+    const NodeId camera = scene().id(session.camera);
+    ExrHeader header;
+    header.pixelAspectRatio = session.settings.pixelAspectRatio;
+    header.numbers = {{"frame", float(session.frame)}, {"exposure", session.exposure}};
+    header.texts = {{"camera", scene().path(camera == kNoNode ? scene().findCamera() : camera)},
+                    {"renderer", std::string("OpenQuilRender ") + version() + " " + renderer}};
+    return header;
+}
+
+ImageLayer colors(const std::vector<float> &pixels) {
+    return {"", {"R", "G", "B", "A"}, pixels.data(), !renderSession().exrFloats};
+}
+
+/// The pixels of the render view as EXR files hold them.
+std::vector<float> lightOf(const Picture &picture) {
+    std::vector<float> result;
+    result.reserve(picture.pixels.size() * 4);
+    for (const RV_PIXEL &pixel : picture.pixels) {
+        for (const float color : {pixel.r, pixel.g, pixel.b})
+            result.push_back((picture.isHdr ? color : srgbLight(color)) * pixel.a);
+        result.push_back(pixel.a);
+    }
+    return result;
+}
+
+std::vector<unsigned char> bytesOf(const Picture &picture) {
+    std::vector<unsigned char> result;
+    result.reserve(picture.pixels.size() * 4);
+    for (const RV_PIXEL &pixel : picture.pixels) {
+        for (const float color : {pixel.r, pixel.g, pixel.b})
+            result.push_back(picture.isHdr ? srgbByte(color) : toByte(color));
+        result.push_back(toByte(pixel.a));
+    }
+    return result;
+}
+
+/// The frame's pixels at their place in an image that is clear elsewhere.
+std::vector<unsigned char> wholeImage(const Frame &frame) {
+    const ZRenderData &data = frame.data;
+    const std::vector<unsigned char> region = displayBytes(frame.pixels);
+    if (data.xsize == data.resX && data.ysize == data.resY)
+        return region;
+    std::vector<unsigned char> result(size_t(data.resX) * data.resY * 4);
+    const size_t row = size_t(data.xsize) * 4;
+    for (size_t y = 0; y < data.ysize; ++y)
+        std::copy_n(&region[y * row], row,
+                    &result[((data.bottom + y) * data.resX + data.left) * 4]);
+    return result;
+}
+
 } // namespace
 
 bool isPictureFileName(const std::string &path) {
     return isExr(path) || lowerExtension(path) == ".png";
 }
 
+bool holdsDepth(const std::string &path) {
+    return isExr(path);
+}
+
 ZStatus writePicture(const Picture &picture, const std::string &path) {
     if (!isPictureFileName(path))
         return {ZStatus::kInvalidParameter, "'" + path + "' is neither a .png nor a .exr file"};
-    const auto *colors = reinterpret_cast<const float *>(picture.pixels.data());
-    if (isExr(path)) {
-        std::vector<ImageLayer> layers{{"", {"R", "G", "B", "A"}, colors}};
-        for (const auto &layer : picture.layers)
-            layers.push_back({layer.name, channelNames(layer), layer.values.data()});
-        return writeExr(path, picture.width, picture.height, layers);
-    }
-    std::vector<unsigned char> bytes(picture.pixels.size() * 4);
-    for (size_t i = 0; i < bytes.size(); ++i) {
-        const bool isColor = i % 4 != 3;
-        bytes[i] = toByte(picture.isHdr && isColor ? displayed(colors[i]) : colors[i]);
-    }
-    return writePng(path, picture.width, picture.height, bytes.data());
+    if (!isExr(path))
+        return writePng(path, picture.width, picture.height, bytesOf(picture).data());
+    const std::vector<float> pixels = lightOf(picture);
+    std::vector<ImageLayer> layers{colors(pixels)};
+    for (const auto &layer : picture.layers)
+        layers.push_back({layer.name, channelNames(layer), layer.values.data()});
+    return writeExr(path, picture.width, picture.height, layers, aboutRender("render view"));
 }
 
 ZStatus writeFrame(const Frame &frame, const std::string &path) {
-    const unsigned width = frame.data.xsize, height = frame.data.ysize;
+    const ZRenderData &data = frame.data;
     if (!isExr(path))
-        return writePng(path, width, height, frame.rgba.data());
-    const std::vector<float> colors = toFloats(frame.rgba.data(), frame.rgba.size());
+        return writePng(path, data.resX, data.resY, wholeImage(frame).data());
+    ExrHeader header = aboutRender("software");
+    header.imageWidth = data.resX;
+    header.imageHeight = data.resY;
+    header.left = data.left;
+    header.bottom = data.bottom;
+    std::vector<ImageLayer> layers{colors(frame.pixels)};
     // The channel Z without a layer's name is where programs look for depths.
-    return writeExr(path, width, height,
-                    {{"", {"R", "G", "B", "A"}, colors.data()}, {"", {"Z"}, frame.depth.data()}});
+    if (!frame.depth.empty())
+        layers.push_back({"", {"Z"}, frame.depth.data()});
+    return writeExr(path, data.xsize, data.ysize, layers, header);
 }
 
 } // namespace devhost

@@ -25,20 +25,27 @@ struct Picture {
     unsigned width = 0, height = 0;
     std::vector<RV_PIXEL> pixels;
     std::vector<PictureLayer> layers;
-    /// True when the colours are linear light rather than as displayed.
+    /// True when the colours are light rather than sRGB codes.
     bool isHdr = false;
 };
 
 /// True for file names that writePicture knows a format for: .png and .exr.
 OPENQUIL_API bool isPictureFileName(const std::string &path);
 
-/// Writes a picture by the extension of the path. PNG files hold the colours only, clamped to 0..1,
-/// those of linear pictures with the sRGB curve; OpenEXR files hold all values as they are. The
-/// file appears when it is complete, or stays as it was.
+// Both write by the extension of the path. PNG files hold sRGB codes, not multiplied by the
+// opacity, and no extra layers; OpenEXR files hold light, multiplied by the opacity, as the
+// session's kind of floats, and extra layers as they are. The file appears when it is complete, or
+// stays as it was.
+
 OPENQUIL_API ZStatus writePicture(const Picture &picture, const std::string &path);
 
-/// Writes a frame of the software renderer; an OpenEXR file gets its depths as the channel Z.
+/// Writes a frame of the software renderer. A PNG file shows the whole image, clear outside the
+/// rendered region; an OpenEXR file has the region as its data window, and the depths, if there are
+/// any, as the channel Z.
 OPENQUIL_API ZStatus writeFrame(const Frame &frame, const std::string &path);
+
+/// True when depths are written to a file of that name.
+OPENQUIL_API bool holdsDepth(const std::string &path);
 
 /// The last picture of the render view; empty before the first.
 OPENQUIL_API const Picture &viewPicture();

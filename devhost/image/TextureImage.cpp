@@ -1,12 +1,13 @@
 // Decoding and sampling of texture images.
 #include "devhost/image/TextureImage.h"
 
-#include "host/core/ZImage.h"
+#include "devhost/image/ImageDecoder.h"
+#include "devhost/image/ImageIo.h"
+#include "devhost/image/Srgb.h"
+#include "devhost/util/Guarded.h"
 
-#include <tiny_gltf.h>
-
+#include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -27,52 +28,38 @@ std::string resolveFile(const std::string &name) {
     return {};
 }
 
-std::shared_ptr<const Pixels> decodeImage(const unsigned char *bytes, size_t count) {
-    tinygltf::Image image;
-    std::string error, warning;
-    if (count > size_t(INT32_MAX) ||
-        !tinygltf::LoadImageData(&image, 0, &error, &warning, 0, 0, bytes, int(count), nullptr) ||
-        image.width <= 0 || image.height <= 0 || image.component != 4)
-        return nullptr;
-    auto pixels = std::make_shared<Pixels>();
-    pixels->width = unsigned(image.width);
-    pixels->height = unsigned(image.height);
-    if (image.bits == 16) { // keep the high bytes
-        for (size_t at = 1; at < image.image.size(); at += 2)
-            pixels->rgba.push_back(image.image[at]);
-    } else {
-        pixels->rgba = std::move(image.image);
-    }
-    return pixels->rgba.size() == size_t(4) * pixels->width * pixels->height ? pixels : nullptr;
-}
-
 namespace {
 
-/// What the decoders above do not know (OpenEXR) goes through the host's own image class.
-std::shared_ptr<const Pixels> readThroughImage(const std::string &fileName) {
-    ZImage image;
-    unsigned width = 0, height = 0;
-    if (!image.readFromFile(ZString(fileName.c_str())) || !image.getSize(width, height))
-        return nullptr;
-    auto pixels = std::make_shared<Pixels>();
-    pixels->width = width;
-    pixels->height = height;
-    const size_t row = size_t(4) * width;
-    pixels->rgba.resize(row * height);
-    for (unsigned y = 0; y < height; ++y) { // the image class puts row 0 at the bottom
-        unsigned char *target = &pixels->rgba[row * (height - 1 - y)];
-        if (const unsigned char *bytes = image.pixels()) {
-            std::memcpy(target, bytes + row * y, row);
-        } else if (const float *floats = image.floatPixels()) {
-            for (size_t at = 0; at < row; ++at) {
-                const float value = floats[row * y + at];
-                target[at] = value > 0 ? (unsigned char)(std::min(value, 1.0f) * 255 + 0.5f) : 0;
-            }
-        } else {
-            return nullptr;
+/// High dynamic range is lost: textures have eight bits.
+ZStatus readExrImage(const std::string &path, size_t fileBytes,
+                     std::shared_ptr<const Pixels> &pixels) {
+    auto image = std::make_shared<Pixels>();
+    std::vector<float> values;
+    if (const ZStatus status =
+            readExr(path, image->width, image->height, values, "", mostPixels(fileBytes));
+        status.error())
+        return status;
+    image->rgba.resize(values.size());
+    const size_t row = size_t(4) * image->width;
+    for (size_t y = 0; y < image->height; ++y) // the file's reader puts row 0 at the bottom
+        for (size_t x = 0; x < row; ++x) {
+            const float value = values[row * y + x];
+            image->rgba[row * (image->height - 1 - y) + x] =
+                x % 4 == 3 ? toByte(value) : srgbByte(value);
         }
-    }
-    return pixels;
+    pixels = std::move(image);
+    return ZStatus();
+}
+
+ZStatus read(const std::string &path, std::shared_ptr<const Pixels> &pixels) try {
+    if (imageFileFormat(path) == ImageFile::exr)
+        return readExrImage(path, fs::file_size(path), pixels);
+    std::ifstream file(path, std::ios::binary);
+    const std::vector<unsigned char> bytes{std::istreambuf_iterator<char>(file), {}};
+    pixels = std::make_shared<const Pixels>(decodeImage(bytes));
+    return ZStatus();
+} catch (const BadImage &bad) {
+    return ZStatus(ZStatus::kFailure, "cannot read the image: " + path + ": " + bad.what());
 }
 
 } // namespace
@@ -81,14 +68,7 @@ ZStatus readImage(const std::string &fileName, std::shared_ptr<const Pixels> &pi
     const std::string path = resolveFile(fileName);
     if (path.empty())
         return ZStatus(ZStatus::kNotFound, "image file not found: " + fileName);
-    std::ifstream file(path, std::ios::binary);
-    const std::vector<unsigned char> bytes{std::istreambuf_iterator<char>(file), {}};
-    pixels = decodeImage(bytes.data(), bytes.size());
-    if (!pixels)
-        pixels = readThroughImage(path);
-    if (!pixels)
-        return ZStatus(ZStatus::kFailure, "cannot read the image: " + path);
-    return ZStatus();
+    return guarded([&] { return read(path, pixels); });
 }
 
 ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels, const Scene &from) {
@@ -123,9 +103,12 @@ void sampleImage(const Pixels &pixels, double u, double v, double rgba[4]) {
     };
     const unsigned char *p[4] = {pixel(x0, y0), pixel(x1, y0), pixel(x0, y1), pixel(x1, y1)};
     for (int k = 0; k < 4; ++k) {
-        const double top = p[0][k] + (double(p[1][k]) - p[0][k]) * fx;
-        const double bottom = p[2][k] + (double(p[3][k]) - p[2][k]) * fx;
-        rgba[k] = (top + (bottom - top) * fy) / 255;
+        const auto value = [&](int corner) -> double {
+            return k == 3 ? p[corner][k] / 255.0 : lightOfByte(p[corner][k]);
+        };
+        const double top = value(0) + (value(1) - value(0)) * fx;
+        const double bottom = value(2) + (value(3) - value(2)) * fx;
+        rgba[k] = top + (bottom - top) * fy;
     }
 }
 

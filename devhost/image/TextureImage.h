@@ -15,11 +15,8 @@ namespace devhost {
 /// else below the working folder; empty when there is no such file.
 OPENQUIL_API std::string resolveFile(const std::string &name);
 
-/// Decodes an image in memory (PNG, JPEG, BMP, TGA, PSD); null when that fails.
-std::shared_ptr<const Pixels> decodeImage(const unsigned char *bytes, size_t count);
-
-/// Decodes an image file. Fails with kNotFound when there is no such file, with kFailure when it
-/// cannot be read.
+/// Decodes an image file: OpenEXR, or what decodeImage knows. Fails with kNotFound when there is no
+/// such file, and with kFailure when it cannot be read.
 OPENQUIL_API ZStatus readImage(const std::string &fileName, std::shared_ptr<const Pixels> &pixels);
 
 /// The pixels of a texture node of a scene, read on first use. Fails with kInvalidParameter when
@@ -28,8 +25,8 @@ OPENQUIL_API ZStatus readImage(const std::string &fileName, std::shared_ptr<cons
 OPENQUIL_API ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels,
                                    const Scene &from = scene());
 
-/// The bilinear colour and alpha, each 0 to 1, at texture coordinates: the image repeats, v runs
-/// upwards, and the centres of the pixels have their exact colours.
+/// The bilinear colour, as light, and alpha, each 0 to 1, at texture coordinates: the image
+/// repeats, v runs upwards, and the centres of the pixels have their exact colours.
 OPENQUIL_API void sampleImage(const Pixels &pixels, double u, double v, double rgba[4]);
 
 } // namespace devhost

@@ -8,10 +8,19 @@
 
 namespace devhost {
 
+RaySpan CameraView::clip() const {
+    RaySpan span;
+    if (nearClip > 0 && std::isfinite(nearClip))
+        span.from = float(nearClip);
+    if (farClip > span.from)
+        span.to = float(farClip);
+    return span;
+}
+
 ZMatrix CameraView::projection() const {
-    // Cameras without sensible clipping planes see everything in front of them.
-    const double nearest = nearClip > 0 || !rays.perspective ? nearClip : 0.1;
-    const double farthest = farClip > nearest && std::isfinite(farClip) ? farClip : nearest + 1e6;
+    const RaySpan span = clip();
+    const double nearest = span.from > 0 || !rays.perspective ? span.from : 0.1;
+    const double farthest = span.to > nearest && std::isfinite(span.to) ? span.to : nearest + 1e6;
     const double depth = farthest - nearest;
     ZMatrix result;
     result(0, 0) = 1 / rays.halfWidth;

@@ -2,6 +2,7 @@
 
 // What is seen through a camera of the scene in an image of some size.
 
+#include "devhost/raytrace/RayTracer.h"
 #include "devhost/raytrace/ViewFrame.h"
 #include "devhost/scene/SceneGraph.h"
 #include "host/core/ZStatus.h"
@@ -17,6 +18,9 @@ struct CameraView {
     double aspect;
     double nearClip, farClip;
 
+    /// What lies between the clipping planes, in units of depth; cameras without sensible planes
+    /// see everything in front of them.
+    RaySpan clip() const;
     /// To clip space, where the visible part of x/w, y/w and z/w is -1 to 1.
     ZMatrix projection() const;
 };

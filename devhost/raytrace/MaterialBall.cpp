@@ -3,7 +3,7 @@
 #include "devhost/raytrace/MaterialBall.h"
 
 #include "devhost/geometry/DefaultShapes.h"
-#include "devhost/image/ImageIo.h"
+#include "devhost/image/Srgb.h"
 #include "devhost/image/TextureImage.h"
 #include "devhost/raytrace/RayTracer.h"
 #include "devhost/raytrace/Shading.h"
@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <atomic>
 #include <memory>
+#include <numbers>
 #include <utility>
 #include <vector>
 
@@ -46,7 +47,7 @@ Texture makeChequer() {
     pixels->width = pixels->height = kSize;
     for (unsigned y = 0; y < kSize; ++y) {
         for (unsigned x = 0; x < kSize; ++x) {
-            const unsigned char grey = (x < kSize / 2) == (y < kSize / 2) ? 60 : 120;
+            const unsigned char grey = (x < kSize / 2) == (y < kSize / 2) ? 70 : 150;
             pixels->rgba.insert(pixels->rgba.end(), {grey, grey, grey, 255});
         }
     }
@@ -63,10 +64,13 @@ void addMesh(Scene &studio, const char *name, Mesh mesh, const Material &materia
         studio.edit(id)->local(axis, axis) = diagonal[axis];
 }
 
-void addLamp(Scene &studio, const char *name, const ZVector &place, const ZVector &color) {
+/// A light that gives a white surface the colour where it squarely faces it.
+void addLamp(Scene &studio, const char *name, Light::Kind kind, const ZVector &place,
+             const ZVector &color) {
     Light light;
-    light.kind = Light::kPoint;
+    light.kind = kind;
     light.color = color;
+    light.intensity = std::numbers::pi;
     ZMatrix matrix;
     for (unsigned axis = 0; axis < 3; ++axis)
         matrix(3, axis) = place[axis];
@@ -103,16 +107,13 @@ bool furnish(Scene &studio, NodeId node) {
     floor.diffuse = ZVector(1, 1, 1);
     floor.texture = studio.add("file", "chequer", makeChequer());
     dome.diffuse = ZVector(0, 0, 0);
-    dome.emission = ZVector(0.30, 0.33, 0.37);
+    dome.emission = ZVector(0.13, 0.15, 0.18);
     addMesh(studio, "ball", makeSphere(128, 64), ball);
     addMesh(studio, "floor", makeFloor(), floor);
     addMesh(studio, "dome", makeSphere(32, 16), dome, 40);
-    addLamp(studio, "key", ZVector(-4, 6, 7), ZVector(0.95, 0.93, 0.9));
-    addLamp(studio, "fill", ZVector(7, 3, 3), ZVector(0.3, 0.33, 0.38));
-    Light ambient;
-    ambient.kind = Light::kAmbient;
-    ambient.color = ZVector(0.2, 0.2, 0.21);
-    studio.add("light", "ambient", ambient);
+    addLamp(studio, "key", Light::kPoint, ZVector(-4, 6, 7), ZVector(0.95, 0.93, 0.9));
+    addLamp(studio, "fill", Light::kPoint, ZVector(7, 3, 3), ZVector(0.14, 0.16, 0.19));
+    addLamp(studio, "dome light", Light::kAmbient, ZVector(), ZVector(0.06, 0.065, 0.07));
     return true;
 }
 
@@ -170,11 +171,12 @@ void MaterialBall::sample(size_t begin, size_t end) {
         const size_t column = i % size, line = i / size;
         const double x = (double(column) + right) * 2 / double(size) - 1;
         const double y = (double(line) + up) * 2 / double(size) - 1;
-        sums_[i] += shader_.trace(rays_.origin(x, y), rays_.direction(x, y), kReflectionDepth);
+        sums_[i] +=
+            shader_.trace(rays_.origin(x, y), rays_.direction(x, y), kReflectionDepth).color;
         const ZFloatVector color = sums_[i] / float(samples_ + 1);
         unsigned char *pixel = image().pixels() + 4 * i;
         for (unsigned channel = 0; channel < 3; ++channel)
-            pixel[channel] = toByte(color[channel]);
+            pixel[channel] = srgbByte(color[channel]);
         pixel[3] = 255;
     }
 }
@@ -192,9 +194,12 @@ bool MaterialBall::doIteration() {
 bool MaterialBall::renderParallel() {
     if (!hasPicture())
         return true;
-    for (cancelled_ = false; !isFinished() && !cancelled_; ++samples_)
+    for (; !isFinished(); ++samples_) {
+        if (cancelled_.exchange(false)) // it may have come before the start
+            return false;
         forBlocks(sums_.size(), 256, [this](size_t begin, size_t end) { sample(begin, end); });
-    return isFinished();
+    }
+    return true;
 }
 
 } // namespace

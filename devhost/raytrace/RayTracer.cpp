@@ -38,8 +38,8 @@ bool isInRange(const ZFloatVector &v) {
 
 /// False for a ray that nothing can be hit by: of no length, or from too far away.
 template <class Ray>
-bool setRay(Ray &ray, const ZFloatVector &origin, const ZFloatVector &direction, float far) {
-    if (!isInRange(origin) || !isInRange(direction) || !(far >= 0))
+bool setRay(Ray &ray, const ZFloatVector &origin, const ZFloatVector &direction, RaySpan span) {
+    if (!isInRange(origin) || !isInRange(direction) || !(span.from >= 0 && span.to >= span.from))
         return false;
     ray.org_x = origin.x;
     ray.org_y = origin.y;
@@ -47,8 +47,8 @@ bool setRay(Ray &ray, const ZFloatVector &origin, const ZFloatVector &direction,
     ray.dir_x = direction.x;
     ray.dir_y = direction.y;
     ray.dir_z = direction.z;
-    ray.tnear = 0;
-    ray.tfar = far;
+    ray.tnear = span.from;
+    ray.tfar = span.to;
     ray.time = 0;
     ray.mask = ~0u;
     ray.id = 0;
@@ -68,6 +68,9 @@ struct RayTracer::Impl {
     RTCScene scene = nullptr;
     std::vector<WorldMesh> meshes;
     float size = 0; // of the scene
+
+    /// Fills in all but the distance and what depends on it.
+    void describe(const RTCHit &found, Hit &hit) const;
 
     ~Impl() {
         if (scene)
@@ -107,27 +110,65 @@ struct RayTracer::Impl {
     }
 };
 
+void RayTracer::Impl::describe(const RTCHit &found, Hit &hit) const {
+    const WorldMesh &mesh = meshes[found.geomID];
+    const unsigned *corners = &mesh.mesh->triangles[size_t(found.primID) * 3];
+    const float weights[3] = {1 - found.u - found.v, found.u, found.v};
+    hit.hit = true;
+    hit.u = found.u;
+    hit.v = found.v;
+    hit.mesh = mesh.node;
+    hit.triangle = int(found.primID);
+    hit.material = mesh.mesh->materials[found.primID];
+    hit.geometricNormal = ZFloatVector(found.Ng_x, found.Ng_y, found.Ng_z).normal();
+    for (int k = 0; k < 3; ++k) {
+        hit.normal += vectorAt(mesh.normals, corners[k]) * weights[k];
+        if (!mesh.mesh->uvs.empty())
+            for (int side = 0; side < 2; ++side)
+                hit.uv[side] += mesh.mesh->uvs[size_t(corners[k]) * 2 + side] * weights[k];
+    }
+    hit.normal = hit.normal.normal();
+    if (!(hit.normal.length() > 0.5f))
+        hit.normal = hit.geometricNormal;
+    if (hit.geometricNormal * hit.normal < 0) // a mirroring transform turned the triangle round
+        hit.geometricNormal = -hit.geometricNormal;
+}
+
 namespace {
 
+/// Less light than this counts as none.
+constexpr float kDark = 1.0f / 1024;
+
 /// What the ray library hands back to the filter.
-template <class Meshes>
+template <class Tracer>
 struct QueryContext {
     RTCIntersectContext base;
-    const Meshes *meshes;
+    const Tracer *tracer;
     const PassThrough *through;
+    const Opacity *opacity;
+    float transmitted = 1;
 
-    QueryContext(const Meshes &theMeshes, const PassThrough *meshesToPass)
-        : meshes(&theMeshes), through(meshesToPass) {
+    QueryContext(const Tracer &theTracer, const PassThrough *meshesToPass,
+                 const Opacity *weighing = nullptr)
+        : tracer(&theTracer), through(meshesToPass), opacity(weighing) {
         rtcInitIntersectContext(&base);
-        if (through)
+        if (through || opacity)
             base.filter = filter;
     }
-    /// Takes back the hit of a mesh that the ray passes through.
-    static void filter(const RTCFilterFunctionNArguments *hit) {
-        const auto *self = reinterpret_cast<const QueryContext *>(hit->context);
-        const auto node = size_t((*self->meshes)[RTCHitN_geomID(hit->hit, hit->N, 0)].node);
-        if (node < self->through->size() && (*self->through)[node])
-            hit->valid[0] = 0; // rays come one by one
+    /// Takes back the hit of a surface that the ray, or some of its light, passes through.
+    static void filter(const RTCFilterFunctionNArguments *found) {
+        auto *self = reinterpret_cast<QueryContext *>(found->context);
+        const RTCHit hit = rtcGetHitFromHitN(found->hit, found->N, 0); // rays come one by one
+        const auto node = size_t(self->tracer->meshes[hit.geomID].node);
+        bool passes = self->through && node < self->through->size() && (*self->through)[node];
+        if (!passes && self->opacity) {
+            Hit described;
+            self->tracer->describe(hit, described);
+            self->transmitted *= 1 - (*self->opacity)(described);
+            passes = self->transmitted > kDark;
+        }
+        if (passes)
+            found->valid[0] = 0;
     }
 };
 
@@ -149,53 +190,43 @@ RayTracer::RayTracer(const Scene &scene) : impl_(std::make_unique<Impl>()) {
 RayTracer::~RayTracer() = default;
 
 bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direction, Hit &hit,
-                          float maxDistance, const PassThrough *through) const {
+                          RaySpan span, const PassThrough *through) const {
     hit = Hit();
     RTCRayHit query;
     const ZFloatVector unit = direction.normal();
-    if (!setRay(query.ray, origin, unit, maxDistance))
+    if (!setRay(query.ray, origin, unit, span))
         return false;
     query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
     query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
-    QueryContext context(impl_->meshes, through);
+    QueryContext context(*impl_, through);
     rtcIntersect1(impl_->scene, &context.base, &query);
     if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
         return false;
-
-    const Impl::WorldMesh &found = impl_->meshes[query.hit.geomID];
-    const unsigned *corners = &found.mesh->triangles[size_t(query.hit.primID) * 3];
-    const float weights[3] = {1 - query.hit.u - query.hit.v, query.hit.u, query.hit.v};
-    hit.hit = true;
     hit.distance = query.ray.tfar;
     hit.point = origin + unit * hit.distance;
-    hit.u = query.hit.u;
-    hit.v = query.hit.v;
-    hit.mesh = found.node;
-    hit.triangle = int(query.hit.primID);
-    hit.material = found.mesh->materials[query.hit.primID];
-    hit.geometricNormal = ZFloatVector(query.hit.Ng_x, query.hit.Ng_y, query.hit.Ng_z).normal();
-    for (int k = 0; k < 3; ++k) {
-        hit.normal += vectorAt(found.normals, corners[k]) * weights[k];
-        if (!found.mesh->uvs.empty())
-            for (int side = 0; side < 2; ++side)
-                hit.uv[side] += found.mesh->uvs[size_t(corners[k]) * 2 + side] * weights[k];
-    }
-    hit.normal = hit.normal.normal();
-    if (!(hit.normal.length() > 0.5f))
-        hit.normal = hit.geometricNormal;
-    if (hit.geometricNormal * hit.normal < 0) // a mirroring transform turned the triangle round
-        hit.geometricNormal = -hit.geometricNormal;
+    impl_->describe(query.hit, hit);
     return true;
 }
 
-bool RayTracer::occluded(const ZFloatVector &origin, const ZFloatVector &direction,
-                         float maxDistance, const PassThrough *through) const {
+bool RayTracer::occluded(const ZFloatVector &origin, const ZFloatVector &direction, RaySpan span,
+                         const PassThrough *through) const {
     RTCRay ray;
-    if (!setRay(ray, origin, direction.normal(), maxDistance))
+    if (!setRay(ray, origin, direction.normal(), span))
         return false;
-    QueryContext context(impl_->meshes, through);
+    QueryContext context(*impl_, through);
     rtcOccluded1(impl_->scene, &context.base, &ray);
     return ray.tfar < 0;
+}
+
+float RayTracer::transmitted(const ZFloatVector &origin, const ZFloatVector &direction,
+                             RaySpan span, const PassThrough *through,
+                             const Opacity &opacity) const {
+    RTCRay ray;
+    if (!setRay(ray, origin, direction.normal(), span))
+        return 1;
+    QueryContext context(*impl_, through, &opacity);
+    rtcOccluded1(impl_->scene, &context.base, &ray);
+    return ray.tfar < 0 ? 0 : context.transmitted;
 }
 
 float RayTracer::offset(const ZFloatVector &point) const {

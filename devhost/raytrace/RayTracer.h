@@ -6,6 +6,7 @@
 #include "host/base/HostApi.h"
 #include "host/core/ZFloatVector.h"
 
+#include <functional>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -28,6 +29,14 @@ struct Hit {
 /// Whether a ray passes through a mesh, by node; meshes beyond its end stop rays.
 using PassThrough = std::vector<bool>;
 
+/// The part of a ray that counts, in multiples of its unit direction.
+struct RaySpan {
+    float from = 0, to = std::numeric_limits<float>::infinity();
+};
+
+/// How much of the light a surface stops where it is hit: 1 for all of it.
+using Opacity = std::function<float(const Hit &)>;
+
 /// A snapshot of a scene's rendered meshes, ready for rays. Rays may come from several threads at
 /// once.
 class OPENQUIL_API RayTracer {
@@ -37,14 +46,15 @@ class OPENQUIL_API RayTracer {
     RayTracer(const RayTracer &) = delete;
     RayTracer &operator=(const RayTracer &) = delete;
 
-    /// The nearest hit nearer than maxDistance. The direction may have any length but zero.
+    /// The nearest hit in the span. The direction may have any length but zero.
     bool intersect(const ZFloatVector &origin, const ZFloatVector &direction, Hit &hit,
-                   float maxDistance = std::numeric_limits<float>::infinity(),
-                   const PassThrough *through = nullptr) const;
-    /// Whether anything lies between the origin and maxDistance.
-    bool occluded(const ZFloatVector &origin, const ZFloatVector &direction,
-                  float maxDistance = std::numeric_limits<float>::infinity(),
+                   RaySpan span = {}, const PassThrough *through = nullptr) const;
+    /// Whether anything lies in the span.
+    bool occluded(const ZFloatVector &origin, const ZFloatVector &direction, RaySpan span = {},
                   const PassThrough *through = nullptr) const;
+    /// The share of the light, 0 to 1, that gets through all surfaces in the span.
+    float transmitted(const ZFloatVector &origin, const ZFloatVector &direction, RaySpan span,
+                      const PassThrough *through, const Opacity &opacity) const;
 
     /// How far to move a ray's origin off a surface at that point, so that it does not hit it
     /// again.

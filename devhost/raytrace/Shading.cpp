@@ -2,9 +2,11 @@
 #include "devhost/raytrace/Shading.h"
 
 #include "devhost/image/TextureImage.h"
+#include "devhost/session/RenderSession.h"
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace devhost {
 
@@ -73,16 +75,25 @@ std::vector<WorldLight> worldLights(const Scene &scene, bool defaultLight) {
         const ZMatrix world = scene.worldMatrix(id);
         result.push_back({light, fromRow(world, 3), -fromRow(world, 2).normal(),
                           meshesOutside(scene, light.illuminated),
-                          meshesOutside(scene, light.shadowCasters)});
+                          meshesOutside(scene, light.shadowCasters),
+                          light.kind != Light::kAmbient &&
+                              (light.shadowCasters.except || !light.shadowCasters.nodes.empty())});
     }
     return result;
 }
 
-Shader::Shader(const Scene &scene, const RayTracer &tracer, bool castShadows, bool defaultLight)
-    : scene_(scene), tracer_(tracer), castShadows_(castShadows),
-      lights_(worldLights(scene, defaultLight)) {
+ShadingOptions sessionShading(bool castShadows) {
+    const RenderSession &session = renderSession();
+    return {castShadows, session.settings.enableDefaultLight, std::exp2(session.exposure)};
+}
+
+Shader::Shader(const Scene &scene, const RayTracer &tracer, const ShadingOptions &options)
+    : scene_(scene), tracer_(tracer), options_(options),
+      lights_(worldLights(scene, options.defaultLights)) {
     for (NodeId id : scene.materials()) {
-        const NodeId texture = scene.node(id)->material()->texture;
+        const Material &material = *scene.node(id)->material();
+        seeThrough_ = seeThrough_ || opacity(material) < 1;
+        const NodeId texture = material.texture;
         std::shared_ptr<const Pixels> pixels;
         if (scene.node(texture) && texturePixels(texture, pixels, scene))
             textures_[texture] = pixels; // one that cannot be read leaves the plain colour
@@ -105,19 +116,30 @@ ZFloatVector Shader::diffuseColor(const Material &material, const float uv[2]) c
     return multiply(plain, ZFloatVector(float(rgba[0]), float(rgba[1]), float(rgba[2])));
 }
 
-bool Shader::shadowed(const WorldLight &light, const ZFloatVector &point,
-                      const ZFloatVector &normal) const {
+float Shader::opacity(const Material &material) {
+    return float(std::clamp(material.opacity, 0.0, 1.0));
+}
+
+float Shader::unshadowed(const WorldLight &light, const ZFloatVector &point,
+                         const ZFloatVector &normal) const {
+    if (!light.castsShadows)
+        return 1;
     float distance;
     const ZFloatVector way = light.towards(point, distance);
     const float offset = tracer_.offset(point);
     const ZFloatVector origin = point + normal * (way * normal < 0 ? -offset : offset);
-    return tracer_.occluded(origin, way, distance - 2 * offset, light.passThrough());
+    const RaySpan span{0, distance - 2 * offset};
+    if (!seeThrough_)
+        return tracer_.occluded(origin, way, span, light.passThrough()) ? 0 : 1;
+    return tracer_.transmitted(origin, way, span, light.passThrough(), [this](const Hit &hit) {
+        return opacity(materialOf(hit.material));
+    });
 }
 
 ZFloatVector Shader::surface(const Material &material, const SurfacePoint &at) const {
     const ZFloatVector diffuse = diffuseColor(material, at.uv);
     const ZFloatVector specular(material.specular);
-    ZFloatVector result(material.emission);
+    ZFloatVector result;
     for (const WorldLight &light : lights_) {
         if (!light.lights(at.mesh))
             continue;
@@ -129,25 +151,28 @@ ZFloatVector Shader::surface(const Material &material, const SurfacePoint &at) c
         float distance;
         const ZFloatVector way = light.towards(at.point, distance);
         const float facing = way * at.normal;
-        const float share = facing > 0 ? light.attenuation(at.point) : 0;
-        if (share <= 0 || (castShadows_ && shadowed(light, at.point, at.normal)))
+        float share = facing > 0 ? light.attenuation(at.point) : 0;
+        if (share > 0 && options_.castShadows)
+            share *= unshadowed(light, at.point, at.normal);
+        if (!(share > 0))
             continue;
         const ZFloatVector halfway = (way - at.viewDirection).normal();
         const float glint =
             float(std::pow(std::max(halfway * at.normal, 0.0f), material.shininess));
         result += multiply(color, diffuse + specular * glint) * (facing * share);
     }
-    return result;
+    result *= 1 / std::numbers::pi_v<float>;
+    return (result + ZFloatVector(material.emission)) * options_.exposure;
 }
 
-ZFloatVector Shader::trace(const ZFloatVector &origin, const ZFloatVector &direction, int depth,
-                           Hit *first) const {
+Sight Shader::trace(const ZFloatVector &origin, const ZFloatVector &direction, int depth,
+                    Hit *first, RaySpan span) const {
     Hit hit;
-    const bool found = tracer_.intersect(origin, direction, hit);
+    const bool found = tracer_.intersect(origin, direction, hit, span);
     if (first)
         *first = hit;
     if (!found)
-        return ZFloatVector();
+        return background();
     const Material &material = materialOf(hit.material);
     // Surfaces show both sides.
     const ZFloatVector unit = direction.normal();
@@ -158,7 +183,7 @@ ZFloatVector Shader::trace(const ZFloatVector &origin, const ZFloatVector &direc
     at.viewDirection = unit;
     std::copy_n(hit.uv, 2, at.uv);
     at.mesh = hit.mesh;
-    ZFloatVector result = surface(material, at);
+    Sight result{surface(material, at), 1};
     if (depth <= 0)
         return result;
     const int depthLeft = std::min(depth, kDeepest) - 1;
@@ -168,12 +193,13 @@ ZFloatVector Shader::trace(const ZFloatVector &origin, const ZFloatVector &direc
     const ZFloatVector mirrored(material.reflectivity);
     if (mirrored.x > 0 || mirrored.y > 0 || mirrored.z > 0) {
         const ZFloatVector away = unit - at.normal * (2 * (unit * at.normal));
-        result += multiply(mirrored, trace(hit.point + flat * offset, away, depthLeft));
+        result.color += multiply(mirrored, trace(hit.point + flat * offset, away, depthLeft).color);
     }
-    const float opacity = float(std::clamp(material.opacity, 0.0, 1.0));
-    if (opacity < 1)
-        result =
-            result * opacity + trace(hit.point - flat * offset, unit, depthLeft) * (1 - opacity);
+    if (const float opaque = opacity(material); opaque < 1) {
+        const Sight behind = trace(hit.point - flat * offset, unit, depthLeft);
+        result.color = result.color * opaque + behind.color * (1 - opaque);
+        result.opacity = opaque + behind.opacity * (1 - opaque);
+    }
     return result;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
-// Colours of surfaces under the scene's lights. A white surface that squarely faces a light of
-// intensity 1 without decay has the colour 1.
+// Colours of surfaces under the scene's lights, as linear light. A surface scatters the share
+// diffuse / pi of the light that arrives on each unit of it: a white one that squarely faces a
+// light of intensity pi without decay has the colour 1.
 
 #include "devhost/raytrace/RayTracer.h"
 #include "devhost/scene/SceneGraph.h"
@@ -21,6 +22,7 @@ struct WorldLight {
     ZFloatVector direction;      // unit, the way the light shines
     std::vector<bool> ignored;   // by node, the meshes that it does not light
     PassThrough shadowless = {}; // the meshes that cast no shadow in its light
+    bool castsShadows = true;    // whether any mesh does
 
     /// The share of the light that reaches a point if nothing is in the way: decay and cone.
     float attenuation(const ZFloatVector &point) const;
@@ -38,6 +40,32 @@ struct WorldLight {
 /// The scene's rendered lights; the default light only when `defaultLight` is true.
 OPENQUIL_API std::vector<WorldLight> worldLights(const Scene &scene, bool defaultLight = true);
 
+/// How to shade.
+struct ShadingOptions {
+    /// Whether meshes block lights.
+    bool castShadows = true;
+    /// Whether a scene without lights is lit by the default ones.
+    bool defaultLights = true;
+    /// What all light is multiplied by.
+    float exposure = 1;
+
+    bool operator==(const ShadingOptions &) const = default;
+};
+
+/// The options of the render session.
+OPENQUIL_API ShadingOptions sessionShading(bool castShadows = true);
+
+/// What is seen along a ray: light, multiplied by the opacity of what it comes from.
+struct Sight {
+    ZFloatVector color;
+    float opacity = 0;
+};
+
+/// What a ray sees that hits nothing, in a picture as in a mirror: clear black.
+inline Sight background() {
+    return {};
+}
+
 /// A point of a surface to shade.
 struct SurfacePoint {
     ZFloatVector point, normal; // world space, the normal unit and turned to the viewer
@@ -50,29 +78,36 @@ struct SurfacePoint {
 /// long as neither scene nor tracer goes away.
 class OPENQUIL_API Shader {
   public:
-    Shader(const Scene &scene, const RayTracer &tracer, bool castShadows = true,
-           bool defaultLight = true);
+    Shader(const Scene &scene, const RayTracer &tracer, const ShadingOptions &options = {});
 
-    /// The colour that comes back along a ray, with up to `depth` reflections; zero where the ray
-    /// hits nothing. `first`, when given, gets the first hit.
-    ZFloatVector trace(const ZFloatVector &origin, const ZFloatVector &direction, int depth,
-                       Hit *first = nullptr) const;
+    /// What is seen in the span of a ray, following up to `depth` reflections and see-through
+    /// surfaces; the last one shows no reflection and nothing behind it. `first`, when given, gets
+    /// the first hit.
+    Sight trace(const ZFloatVector &origin, const ZFloatVector &direction, int depth,
+                Hit *first = nullptr, RaySpan span = {}) const;
     /// The colour of a surface point under the lights, without reflections.
     ZFloatVector surface(const Material &material, const SurfacePoint &at) const;
 
-    /// Whether a mesh lies between the light and a surface point with that unit normal.
-    bool shadowed(const WorldLight &light, const ZFloatVector &point,
-                  const ZFloatVector &normal) const;
+    /// The share of a light, 0 to 1, that surfaces let through to a surface point with that unit
+    /// normal.
+    float unshadowed(const WorldLight &light, const ZFloatVector &point,
+                     const ZFloatVector &normal) const;
+    /// The lights that it shades with, as the scene has them.
+    const std::vector<WorldLight> &lights() const { return lights_; }
     /// A triangle's material, or the default grey.
     const Material &materialOf(NodeId id) const;
     /// The material's diffuse colour with its texture.
     ZFloatVector diffuseColor(const Material &material, const float uv[2]) const;
+    /// The share of what lies behind, 0 to 1, that the material hides.
+    static float opacity(const Material &material);
 
   private:
     const Scene &scene_;
     const RayTracer &tracer_;
-    bool castShadows_;
+    ShadingOptions options_;
     std::vector<WorldLight> lights_;
+    /// Whether any material can be seen through.
+    bool seeThrough_ = false;
     std::unordered_map<NodeId, std::shared_ptr<const Pixels>> textures_;
 };
 

@@ -89,7 +89,7 @@ ZStatus sampleMaterial(const Material &material, const ShadingSamples &samples,
                        ZFloatVectorArray &colors, ZFloatVectorArray &transparencies) {
     if (const ZStatus status = makeRoom(samples.count, colors, transparencies); !status)
         return status;
-    const Shader shader(scene(), rayTracer(), samples.castShadows);
+    const Shader shader(scene(), rayTracer(), sessionShading(samples.castShadows));
     const bool uv = haveUv(samples);
     const bool lit =
         covers(samples.points, samples.count) && covers(samples.normals, samples.count);
@@ -101,7 +101,7 @@ ZStatus sampleMaterial(const Material &material, const ShadingSamples &samples,
             sample.uv[0] = (*samples.u)[at];
             sample.uv[1] = (*samples.v)[at];
         }
-        transparencies[at] = grey(float(1 - material.opacity));
+        transparencies[at] = grey(1 - Shader::opacity(material));
         if (!lit) {
             colors[at] = shader.diffuseColor(material, sample.uv);
             continue;

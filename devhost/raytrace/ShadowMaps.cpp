@@ -41,7 +41,7 @@ void fillMap(float *depths, const ViewRays &rays, const RayTracer &tracer,
             const ZFloatVector direction = rays.direction(x, y);
             Hit hit;
             constexpr float nothing = std::numeric_limits<float>::infinity();
-            depths[i] = tracer.intersect(rays.origin(x, y), direction, hit, nothing, through)
+            depths[i] = tracer.intersect(rays.origin(x, y), direction, hit, {}, through)
                             ? hit.distance / direction.length()
                             : nothing;
         }

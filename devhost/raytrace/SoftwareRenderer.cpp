@@ -1,7 +1,8 @@
 #include "devhost/raytrace/SoftwareRenderer.h"
 
-#include "devhost/image/ImageIo.h"
 #include "devhost/raytrace/CameraView.h"
+#include "devhost/raytrace/FrameCallbacks.h"
+#include "devhost/raytrace/SamplePattern.h"
 #include "devhost/raytrace/ShadowMaps.h"
 #include "devhost/session/Parallel.h"
 #include "devhost/session/RenderCallbacks.h"
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <limits>
 #include <new>
 #include <numbers>
@@ -18,25 +18,25 @@
 namespace devhost {
 namespace {
 
-constexpr int kReflectionDepth = 2;
-
-/// Where in a pixel the colour is sampled: a grid turned so that nearly level and nearly upright
-/// edges are smoothed too. The depth is that of the pixel's centre.
-constexpr double kSamples[][2] = {{0.375, 0.125}, {0.875, 0.375}, {0.625, 0.875}, {0.125, 0.625}};
+/// Enough for the panes of a scene; two mirrors may face each other.
+constexpr int kRayDepth = 8;
 
 ZStatus cancelled() {
     return {ZStatus::kFailure, "the render was interrupted"};
 }
 
-void describe(const CameraView &view, ZRenderData &data) {
+void describe(const CameraView &view, const PixelRegion &region, ZRenderData &data) {
     const ViewRays &rays = view.rays;
     const auto &settings = renderSession().settings;
     data.perspective = rays.perspective;
-    data.resX = data.xsize = static_cast<unsigned short>(settings.width);
-    data.resY = data.ysize = static_cast<unsigned short>(settings.height);
-    data.left = data.bottom = 0;
-    data.right = static_cast<unsigned short>(settings.width - 1);
-    data.top = static_cast<unsigned short>(settings.height - 1);
+    data.resX = static_cast<unsigned short>(settings.width);
+    data.resY = static_cast<unsigned short>(settings.height);
+    data.left = static_cast<unsigned short>(region.left);
+    data.bottom = static_cast<unsigned short>(region.bottom);
+    data.right = static_cast<unsigned short>(region.right);
+    data.top = static_cast<unsigned short>(region.top);
+    data.xsize = static_cast<unsigned short>(region.width());
+    data.ysize = static_cast<unsigned short>(region.height());
     data.bytesPerChannel = 1;
     data.fieldOfView = static_cast<float>(
         rays.perspective ? std::atan(rays.halfWidth) * 360 / std::numbers::pi : rays.halfWidth * 2);
@@ -46,39 +46,64 @@ void describe(const CameraView &view, ZRenderData &data) {
     data.worldToEyeMatrix = ZFloatMatrix(rays.frame.worldToView());
 }
 
-void renderPixel(Frame &frame, const ViewRays &rays, const Shader &shader, const RayTracer &tracer,
-                 size_t column, size_t row) {
-    const auto x = [&](double part) { return (double(column) + part) * 2 / frame.data.xsize - 1; };
-    const auto y = [&](double part) { return (double(row) + part) * 2 / frame.data.ysize - 1; };
-    ZFloatVector sum;
-    unsigned covered = 0;
-    for (const auto &[right, up] : kSamples) {
-        Hit first;
-        const ZFloatVector color =
-            shader.trace(rays.origin(x(right), y(up)), rays.direction(x(right), y(up)),
-                         kReflectionDepth, &first);
-        if (first.hit) {
-            sum += color;
-            ++covered;
-        }
-    }
-    const size_t index = row * frame.data.xsize + column;
-    if (covered) {
-        // The mean of the samples that hit: the opacity alone tells how many did not.
-        const ZFloatVector color = sum / float(covered);
-        unsigned char *pixel = frame.rgba.data() + index * 4;
-        for (unsigned channel = 0; channel < 3; ++channel)
-            pixel[channel] = toByte(color[channel]);
-        pixel[3] = toByte(float(covered) / std::size(kSamples));
-    }
-    const ZFloatVector direction = rays.direction(x(0.5), y(0.5));
-    Hit centre;
-    if (tracer.intersect(rays.origin(x(0.5), y(0.5)), direction, centre))
-        frame.depth[index] = centre.distance / direction.length();
-}
+/// Renders pixels of a frame. Rays may come from several threads at once.
+class PixelRenderer {
+  public:
+    PixelRenderer(Frame &frame, const CameraView &view, const Shader &shader,
+                  const RayTracer &tracer)
+        : frame_(frame), view_(view), shader_(shader), tracer_(tracer),
+          samples_(samplePattern(std::max(1u, renderSession().samples))) {}
 
-ZStatus renderPixels(Frame &frame, const ViewRays &rays, const Shader &shader,
-                     const RayTracer &tracer) {
+    /// The pixel at a place in the frame's buffers.
+    void render(size_t column, size_t row) const {
+        ZFloatVector light;
+        float opacity = 0;
+        for (const PixelSample &sample : samples_) {
+            const Ray ray = through(column, row, sample);
+            const Sight sight =
+                shader_.trace(ray.origin, ray.direction, kRayDepth, nullptr, ray.span);
+            light += sight.color;
+            opacity += sight.opacity;
+        }
+        const size_t index = row * frame_.data.xsize + column;
+        const float share = 1 / float(samples_.size());
+        for (unsigned channel = 0; channel < 3; ++channel)
+            frame_.pixels[index * 4 + channel] = light[channel] * share;
+        frame_.pixels[index * 4 + 3] = opacity * share;
+        if (!frame_.depth.empty())
+            frame_.depth[index] = depthOf(through(column, row, {0.5, 0.5}));
+    }
+
+  private:
+    struct Ray {
+        ZFloatVector origin, direction;
+        RaySpan span;
+    };
+    Ray through(size_t column, size_t row, const PixelSample &sample) const {
+        const ZRenderData &data = frame_.data;
+        const double x = (double(data.left + column) + sample.right) * 2 / data.resX - 1;
+        const double y = (double(data.bottom + row) + sample.up) * 2 / data.resY - 1;
+        Ray ray{view_.rays.origin(x, y), view_.rays.direction(x, y), view_.clip()};
+        const float length = ray.direction.length();
+        ray.span.from *= length;
+        ray.span.to *= length;
+        return ray;
+    }
+    float depthOf(const Ray &ray) const {
+        Hit hit;
+        return tracer_.intersect(ray.origin, ray.direction, hit, ray.span)
+                   ? hit.distance / ray.direction.length()
+                   : std::numeric_limits<float>::infinity();
+    }
+
+    Frame &frame_;
+    const CameraView &view_;
+    const Shader &shader_;
+    const RayTracer &tracer_;
+    std::vector<PixelSample> samples_;
+};
+
+ZStatus renderPixels(const Frame &frame, const PixelRenderer &renderer) {
     auto &session = renderSession();
     const size_t width = frame.data.xsize, height = frame.data.ysize;
     // From the top down in bands, between which progress is told and interrupts are seen.
@@ -90,7 +115,7 @@ ZStatus renderPixels(Frame &frame, const ViewRays &rays, const Shader &shader,
         const size_t bottom = height - done - rows;
         forBlocks(rows * width, 64, [&](size_t begin, size_t end) {
             for (size_t i = begin; i < end; ++i)
-                renderPixel(frame, rays, shader, tracer, i % width, bottom + i / width);
+                renderer.render(i % width, bottom + i / width);
         });
         done += rows;
         if (session.progress)
@@ -99,42 +124,45 @@ ZStatus renderPixels(Frame &frame, const ViewRays &rays, const Shader &shader,
     return {};
 }
 
+ZStatus tellShadows() {
+    const bool defaultLights = renderSession().settings.enableDefaultLight;
+    for (const auto &light : worldLights(scene(), defaultLights)) {
+        if (renderSession().cancelled)
+            return cancelled();
+        if (light.castsShadows)
+            runShadowCastCallbacks(makeShadowMaps(light, scene(), rayTracer()).data);
+    }
+    return {};
+}
+
 } // namespace
 
-ZStatus renderFrame(Frame &frame) try {
+ZStatus renderFrame(Frame &frame, bool withDepth) try {
     auto &session = renderSession();
+    const bool withCallbacks = hasRenderCallbacks();
+    // First: a callback may change the scene.
+    if (withCallbacks)
+        if (const ZStatus status = tellShadows(); status.error())
+            return status;
     const auto &settings = session.settings;
     std::optional<CameraView> view;
     if (const ZStatus status =
             findCameraView(settings.width, settings.height, settings.pixelAspectRatio, view);
         status.error())
         return status;
-    describe(*view, frame.data);
-    const size_t pixels = size_t(frame.data.xsize) * frame.data.ysize;
-    frame.rgba.assign(pixels * 4, 0);
-    frame.depth.assign(pixels, std::numeric_limits<float>::infinity());
-    frame.data.rgbaArr = frame.rgba.data();
-    frame.data.depthArr = frame.depth.data();
+    const PixelRegion region = renderRegion();
+    if (region.isEmpty() || !region.isInside(PixelRegion::all(settings.width, settings.height)))
+        return {ZStatus::kInvalidParameter, "the region is empty or not inside the image"};
+    describe(*view, region, frame.data);
+    frame.pixels.assign(region.area() * 4, 0);
+    frame.depth.assign(withDepth || withCallbacks ? region.area() : 0, 0);
 
-    const bool defaultLight = session.settings.enableDefaultLight;
-    if (hasRenderCallbacks()) {
-        for (const auto &light : worldLights(scene(), defaultLight)) {
-            if (session.cancelled)
-                return cancelled();
-            if (light.light.kind != Light::kAmbient)
-                runShadowCastCallbacks(makeShadowMaps(light, scene(), rayTracer()).data);
-        }
-    }
-    // Asked for each time: a callback may have changed the scene.
     const RayTracer &tracer = rayTracer();
-    const Shader shader(scene(), tracer, true, defaultLight);
-    if (const ZStatus status = renderPixels(frame, view->rays, shader, tracer); status.error())
+    const Shader shader(scene(), tracer, sessionShading());
+    if (const ZStatus status = renderPixels(frame, {frame, *view, shader, tracer}); status.error())
         return status;
-    runRenderCallbacks(frame.data);
-    runPostProcessCallbacks(frame.data);
-    // Callbacks may have led the record's pointers elsewhere; the buffers are what counts.
-    frame.data.rgbaArr = frame.rgba.data();
-    frame.data.depthArr = frame.depth.data();
+    if (withCallbacks)
+        runFrameCallbacks(frame);
     return session.cancelled ? cancelled() : ZStatus();
 } catch (const std::bad_alloc &) {
     return {ZStatus::kInsufficientMemory, "not enough memory for the image"};

@@ -1,8 +1,9 @@
 // Reader of .gltf and .glb files: node transforms, triangles, materials, cameras and lights.
-#include "devhost/image/TextureImage.h"
+#include "devhost/image/ImageDecoder.h"
 #include "devhost/scene/MeshBuilder.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/scene/SceneLoader.h"
+#include "devhost/util/Guarded.h"
 
 #include <tiny_gltf.h>
 
@@ -36,12 +37,13 @@ ZVector color(const std::vector<double> &value, const ZVector &otherwise) {
 /// Images that cannot be decoded leave the texture empty: the scene is usable without.
 bool decodeQuietly(tinygltf::Image *image, const int, std::string *, std::string *, int, int,
                    const unsigned char *bytes, int count, void *) {
-    if (auto pixels = decodeImage(bytes, size_t(count))) {
-        image->width = int(pixels->width);
-        image->height = int(pixels->height);
+    guarded([&] {
+        Pixels pixels = decodeImage({bytes, size_t(count)});
+        image->width = int(pixels.width);
+        image->height = int(pixels.height);
         image->component = 4;
-        image->image = pixels->rgba;
-    }
+        image->image = std::move(pixels.rgba);
+    });
     return true;
 }
 

@@ -113,6 +113,19 @@ bool store(Target &target, const AttributeValue &value) {
         value);
 }
 
+/// A lens has one angle: what was set gives the other one, and the vertical one stays where the
+/// film's proportions change.
+void matchAngles(Camera &camera, const std::string &changed) {
+    const auto across = [](double angle, double factor) {
+        const double half = angle * std::numbers::pi / 360;
+        return 2 * std::atan(std::tan(half) * factor) * 180 / std::numbers::pi;
+    };
+    if (changed == "horizontalFieldOfView")
+        camera.verticalFieldOfView = across(camera.horizontalFieldOfView, 1 / camera.filmAspect);
+    else if (changed == "verticalFieldOfView" || changed == "filmAspect")
+        camera.horizontalFieldOfView = across(camera.verticalFieldOfView, camera.filmAspect);
+}
+
 bool endsWith(const std::string &text, const std::string &end) {
     return text.size() >= end.size() &&
            text.compare(text.size() - end.size(), end.size(), end) == 0;
@@ -403,6 +416,8 @@ bool Scene::storeAttribute(NodeId id, const std::string &name, const AttributeVa
         field);
     if (auto texture = std::get_if<Texture>(&found.payload); stored && texture)
         texture->pixels.reset(); // they belong to the old file
+    if (auto camera = std::get_if<Camera>(&found.payload); stored && camera)
+        matchAngles(*camera, name);
     return stored;
 }
 
@@ -444,11 +459,16 @@ bool Scene::isInLayer(NodeId id, NodeId layer) const {
                        [&](NodeId child) { return isInLayer(id, child); });
 }
 
-bool Scene::isRendered(NodeId id) const {
-    if (!isVisible(id))
+bool Scene::isInCurrentLayer(NodeId id) const {
+    const Node *found = node(id);
+    if (!found || !found->inHierarchy())
         return false;
-    const Light *light = node(id)->light();
+    const Light *light = found->light();
     return !node(currentLayer_) || (light && light->isDefault) || isInLayer(id, currentLayer_);
+}
+
+bool Scene::isRendered(NodeId id) const {
+    return isVisible(id) && isInCurrentLayer(id);
 }
 
 ZObject Scene::object(NodeId id) const {
@@ -468,9 +488,8 @@ void Scene::addDefaults() {
         const ZVector center = all.empty ? ZVector() : all.center();
         Camera camera;
         camera.filmAspect = 4.0 / 3.0;
+        matchAngles(camera, "filmAspect");
         const double half = camera.verticalFieldOfView * std::numbers::pi / 360;
-        camera.horizontalFieldOfView =
-            2 * std::atan(std::tan(half) * camera.filmAspect) * 180 / std::numbers::pi;
         const double distance = 1.05 * radius / std::sin(half);
         camera.nearClip = distance * 0.001;
         camera.farClip = distance * 100;
@@ -478,15 +497,33 @@ void Scene::addDefaults() {
         const NodeId id = add("camera", "persp", camera);
         edit(id)->local = lookAt(center + ZVector(0.6, 0.45, 1).normal() * distance, center);
     }
-    if (lights().empty()) {
-        Light light;
-        light.isDefault = true;
-        add("light", "headlight", light, findCamera());
-    }
+    if (lights().empty())
+        addDefaultLights();
     if (layers().empty()) {
         RenderLayer layer;
         layer.isDefault = true;
         add("renderLayer", "defaultRenderLayer", layer);
+    }
+}
+
+void Scene::addDefaultLights() {
+    // In the camera's space: from its upper left, from the right, and from behind the scene. Only
+    // the first one casts shadows, so that what lies in them still shows its form.
+    const struct {
+        const char *name;
+        ZVector shines;
+        double brightness; // of a white surface that squarely faces it
+        bool castsShadows;
+    } setUp[] = {{"headlight", ZVector(1, -1, -0.9), 0.9, true},
+                 {"fillLight", ZVector(-0.45, 0, -1), 0.2, false},
+                 {"rimLight", ZVector(-0.6, -0.7, 1), 0.5, false}};
+    for (const auto &[name, shines, brightness, castsShadows] : setUp) {
+        Light light;
+        light.isDefault = true;
+        light.intensity = brightness * std::numbers::pi;
+        light.shadowCasters.except = castsShadows;
+        const NodeId id = add("light", name, light, findCamera());
+        edit(id)->local = lookAt(ZVector(), shines);
     }
 }
 
@@ -497,7 +534,11 @@ void Scene::replaceBy(Scene &&other) {
 
 Scene &scene() {
     // Never destroyed: handles may be asked while the process exits.
-    static auto *const theScene = new Scene;
+    static auto *const theScene = [] {
+        auto *const fresh = new Scene;
+        fresh->addDefaults();
+        return fresh;
+    }();
     return *theScene;
 }
 

@@ -63,6 +63,8 @@ struct Light {
     enum Kind { kAmbient, kDirectional, kPoint, kSpot };
     Kind kind = kDirectional;
     ZVector color = ZVector(1, 1, 1);
+    /// The light on a unit of surface that squarely faces it, at a distance of 1 where the distance
+    /// counts: lux of ambient and directional lights, candela of the others.
     double intensity = 1;
     int decay = 0;            // exponent of the distance by which the light falls off
     double innerCone = 0;     // radians from the axis to where a spot light begins to fade
@@ -224,8 +226,10 @@ class OPENQUIL_API Scene {
     bool setCurrentLayer(NodeId layer);
     /// True when the node, or one above it, is a member of the layer or of a layer below that.
     bool isInLayer(NodeId id, NodeId layer) const;
-    /// True when the node is visible and in the current layer. The light of a scene that has no
-    /// other is in every layer.
+    /// As isInLayer, for the current layer. The light of a scene that has no other is in every one,
+    /// and all of a scene without layers counts.
+    bool isInCurrentLayer(NodeId id) const;
+    /// True when the node is visible and in the current layer.
     bool isRendered(NodeId id) const;
 
     /// The handle of a node, null for kNoNode.
@@ -234,8 +238,8 @@ class OPENQUIL_API Scene {
     NodeId id(const ZObject &object) const;
 
     /// Gives a scene that has no camera one named "persp", which frames the visible meshes, a
-    /// scene that has no light a directional "headlight" that shines where the camera looks, and a
-    /// scene that has no layer the default layer.
+    /// scene that has no light three directional ones that go with the camera ("headlight",
+    /// "fillLight" and "rimLight"), and a scene that has no layer the default layer.
     void addDefaults();
 
     /// Puts the other scene's nodes in place of this scene's; handles to the old nodes read as
@@ -249,6 +253,7 @@ class OPENQUIL_API Scene {
     };
     std::vector<NodeId> select(bool (*wanted)(const Node &)) const;
     bool isAtOrBelow(NodeId id, const std::vector<NodeId> &tops) const;
+    void addDefaultLights();
     bool storeAttribute(NodeId id, const std::string &name, const AttributeValue &value);
     std::string uniqueName(const std::string &wanted, NodeId parent);
 
@@ -266,7 +271,7 @@ class OPENQUIL_API Scene {
 /// A point carried by a matrix, its translation included.
 OPENQUIL_API ZVector transformPoint(const ZVector &point, const ZMatrix &matrix);
 
-/// The scene of this process.
+/// The scene of this process; an empty one with the defaults at first.
 OPENQUIL_API Scene &scene();
 
 } // namespace devhost

@@ -11,6 +11,12 @@ RenderSession &renderSession() {
     return *session;
 }
 
+PixelRegion renderRegion() {
+    const RenderSession &session = renderSession();
+    return session.region.value_or(
+        PixelRegion::all(session.settings.width, session.settings.height));
+}
+
 unsigned renderThreads() {
     const unsigned wanted = renderSession().threads;
     return wanted ? wanted : std::max(1u, std::thread::hardware_concurrency());

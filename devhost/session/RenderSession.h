@@ -3,12 +3,14 @@
 // What render code of the host shares about the render that is going on.
 
 #include "devhost/scene/SceneGraph.h"
+#include "devhost/session/PixelRegion.h"
 #include "host/base/HostApi.h"
 #include "host/render/ZCommonRenderSettings.h"
 #include "host/render/ZRenderUtil.h"
 
 #include <atomic>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace devhost {
@@ -21,6 +23,14 @@ struct RenderSession {
     ZCommonRenderSettingsData settings;
     /// Threads that render code may use; 0 means as many as the machine has.
     unsigned threads = 0;
+    /// The part of the image to render; none for the whole image.
+    std::optional<PixelRegion> region;
+    /// The number of samples in each pixel.
+    unsigned samples = 4;
+    /// In stops: each one doubles all light.
+    float exposure = 0;
+    /// Whether the colours in EXR files are floats rather than halves.
+    bool exrFloats = false;
     /// The camera to render from; a null handle means the scene's first.
     ZObject camera;
     /// Gets each progress message and its percentage, 0 to 100; may be empty.
@@ -50,6 +60,9 @@ struct RenderSession {
 
 /// The session of this process.
 OPENQUIL_API RenderSession &renderSession();
+
+/// The part of the image to render; empty when the resolution is zero.
+OPENQUIL_API PixelRegion renderRegion();
 
 /// The number of threads to render with, at least 1.
 OPENQUIL_API unsigned renderThreads();

@@ -1,6 +1,7 @@
 #include "devhost/session/Viewport.h"
 
 #include "devhost/image/ImageIo.h"
+#include "devhost/image/Srgb.h"
 #include "devhost/raytrace/CameraView.h"
 #include "devhost/raytrace/RayTracer.h"
 #include "devhost/raytrace/Shading.h"
@@ -26,7 +27,7 @@ RegisteredViewport *find(const std::string &name) {
 /// Draws the meshes, lit, where nothing nearer is in the image. Viewports cast no shadows.
 void drawStandard(ViewportImage &image, const ViewRays &rays) {
     const RayTracer &tracer = rayTracer();
-    const Shader shader(scene(), tracer, false);
+    const Shader shader(scene(), tracer, sessionShading(false));
     const size_t width = image.width, height = image.height;
     forBlocks(width * height, 256, [&](size_t begin, size_t end) {
         for (size_t i = begin; i < end; ++i) {
@@ -35,13 +36,13 @@ void drawStandard(ViewportImage &image, const ViewRays &rays) {
             const double y = (double(row) + 0.5) * 2 / double(height) - 1;
             const ZFloatVector direction = rays.direction(x, y);
             Hit hit;
-            const ZFloatVector color = shader.trace(rays.origin(x, y), direction, 0, &hit);
+            const ZFloatVector color = shader.trace(rays.origin(x, y), direction, 0, &hit).color;
             const float depth = hit.distance / direction.length();
             if (!hit.hit || depth >= image.depth[i])
                 continue;
             image.depth[i] = depth;
             for (unsigned channel = 0; channel < 3; ++channel)
-                image.rgba[i * 4 + channel] = toByte(color[channel]);
+                image.rgba[i * 4 + channel] = srgbByte(color[channel]);
             image.rgba[i * 4 + 3] = 255;
         }
     });

@@ -44,7 +44,7 @@ class OPENQUIL_API ZCommonRenderSettingsData {
     /// is empty the record's image format decides. An empty scene, camera or layer stands for the
     /// current one. `createDirectory` makes the image's folder (full paths only). Fails with
     /// kFailure when that folder cannot be made and with kInvalidParameter for an unknown path
-    /// type, and then returns an empty string.
+    /// type or a name that leads out of the images folder, and then returns an empty string.
     ZString getImageName(ZpathType pathType, double frameNumber, ZString const &sceneName,
                          ZString const &cameraName, ZString const &format, ZObject const layer,
                          bool const createDirectory = true, ZStatus *ReturnStatus = nullptr) const;

@@ -33,9 +33,9 @@ class OPENQUIL_API ZFnRenderLayer : public ZFnDependencyNode {
     /// Fills the array with the layers directly below this one, or with all layers below it when
     /// `recurse` is true.
     ZStatus layerChildren(ZObjectArray &layerObjects, bool recurse = false);
-    /// True when the node at the end of the path is in the layer that is being rendered, whichever
-    /// layer the function set is attached to, even to none. Fails with kInvalidParameter when the
-    /// path is not valid.
+    /// The same as ZRenderUtil's: true when the node at the end of the path is in the layer that is
+    /// being rendered, whichever layer the function set is attached to, even to none. Fails with
+    /// kInvalidParameter when the path is not valid.
     bool inCurrentRenderLayer(ZDagPath const &objectPath, ZStatus *ReturnStatus = nullptr);
     /// Fills the array with the nodes that were put into the layer and into its children. Whatever
     /// lies below them in the hierarchy is in the layer too. For the default layer these are the

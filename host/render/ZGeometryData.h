@@ -82,8 +82,10 @@ class OPENQUIL_API ZGeometryData {
         kMaxDataTypeIndex = 13
     };
 
-    /// Describes the elements that lie at pData. ownsData tells that they go with the stream; the
-    /// development host cannot know how foreign memory was made and never frees it.
+    /// Describes the elements that lie at pData. With ownsData they are the stream's, to be freed
+    /// with its last handle. From Python, pData is the address of the object given itself, not of
+    /// what it points to: give None, or ownsData False. The development host, which cannot know how
+    /// the memory was made, frees none.
     ZGeometryData(char const *name, DataType dataType, ElementType elementType,
                   ElementSize elementSize, unsigned int elementCount, void *pData = nullptr,
                   bool ownsData = true);
@@ -107,8 +109,8 @@ class OPENQUIL_API ZGeometryData {
     ElementSize elementSize() const;
     /// The number of elements.
     unsigned int elementCount() const;
-    /// The address of the first value, null where there is none. The memory is valid while some
-    /// handle to the stream lives; it is the host's own, to be read only.
+    /// The address of the first value, null where there is none. That of the host's own streams is
+    /// valid while some handle to the stream lives, and to be read only.
     void *data() const;
     /// The collection that the stream was put into, 0 at first.
     int collectionNumber() const;

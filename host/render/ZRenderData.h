@@ -8,9 +8,11 @@
 #include "host/core/ZFloatPoint.h"
 #include "host/core/ZFloatVector.h"
 
-/// A rendered image and its view. A callback may change the pixels and depths in place; what they
-/// hold after the last callback is what is written. The record and its buffers are valid during
-/// the callback only.
+/// A rendered image and its view. A callback may change the pixels and depths in place. Pixels
+/// whose bytes differ after the last callback are written as these say; all others keep what was
+/// rendered, which is finer and may be brighter than bytes can tell. The record is a copy for each
+/// call: changing its members changes nothing. It and its buffers are valid during the callback
+/// only.
 class OPENQUIL_API ZRenderData {
   public:
     OPENQUIL_COUNTED(ZRenderData);
@@ -54,9 +56,9 @@ class OPENQUIL_API ZRenderData {
     ZFloatPoint eyePoint;
     /// Turns world points (row vectors) into eye space: x right, y up, looking down -z.
     ZFloatMatrix worldToEyeMatrix;
-    /// The pixels, 4 channels each (red, green, blue, opacity), rows from the bottom up: the pixel
-    /// in column x and row y starts at (y * xsize + x) * 4 * bytesPerChannel. Colours are
-    /// as displayed and not multiplied by the opacity.
+    /// The pixels of the region, 4 channels each (red, green, blue, opacity), rows from the bottom
+    /// up: the pixel in column x and row y of it starts at (y * xsize + x) * 4 * bytesPerChannel.
+    /// Colours are sRGB codes and not multiplied by the opacity.
     unsigned char *rgbaArr;
     /// The depths, at y * xsize + x: the distance from the eye in scene units, measured along the
     /// view direction; infinite where nothing was hit.

@@ -56,10 +56,11 @@ class OPENQUIL_API ZRenderUtil {
     /// Shoots one ray from `rayOrigin` along `rayDirection` (any length but zero) and shades what
     /// it hits with the scene's materials and lights, following up to `maxRayDepth` reflections or
     /// see-through surfaces in a row (never more than 16). `resultPoint` gets the world-space hit
-    /// point and `resultColor` its colour; both are zero when the ray hits nothing. `castShadows`
-    /// tells whether lights are blocked by meshes; a default light shines only if the common render
-    /// settings enable it. Fails with kInvalidParameter for a direction of length zero, a
-    /// coordinate that is not finite or a negative depth.
+    /// point and `resultColor` the light that comes from there, as a render has it in its pixels:
+    /// linear, with the exposure, and multiplied by the opacity. Both are zero when the ray hits
+    /// nothing. `castShadows` tells whether lights are blocked by meshes; the default lights shine
+    /// only if the common render settings enable them. Fails with kInvalidParameter for a direction
+    /// of length zero, a coordinate that is not finite or a negative depth.
     static ZStatus raytrace(const ZFloatVector &rayOrigin, const ZFloatVector &rayDirection,
                             const void *objectId, const void *raySampler, const short maxRayDepth,
                             ZFloatVector &resultPoint, ZFloatVector &resultColor,
@@ -85,7 +86,8 @@ class OPENQUIL_API ZRenderUtil {
     /// "noise", at `numSamples` samples. Textures and "checker" need `uCoords` and `vCoords`,
     /// "noise" needs `refPoints` or `points` and takes them as they are; a material is lit when
     /// `points` and `normals` are given, in the space of `cameraMatrix` (camera to world), and
-    /// gives its plain diffuse colour otherwise. `useShadowMaps` tells whether lights are blocked
+    /// gives its plain diffuse colour otherwise. Colours are linear, as raytrace gives them; those
+    /// of textures are decoded from sRGB. `useShadowMaps` tells whether lights are blocked
     /// by meshes. The other arrays may be null; they and `reuseMaps` change nothing. Fails with
     /// kInvalidParameter for an unknown name, a negative count, or a needed array that is null or
     /// shorter than `numSamples`, with kNotFound when a texture's file does not exist.
@@ -131,9 +133,8 @@ class OPENQUIL_API ZRenderUtil {
     static ZString exactImagePlaneFileName(const ZObject &imagePlaneNode,
                                            ZStatus *ReturnStatus = nullptr);
 
-    /// True when the node at the end of the path is rendered: it is in the current render layer,
-    /// and it and all nodes above it are visible. Fails with kInvalidParameter when the path is not
-    /// valid.
+    /// True when the node at the end of the path is in the current render layer, be it visible or
+    /// not. Fails with kInvalidParameter when the path is not valid.
     static bool inCurrentRenderLayer(const ZDagPath &objectPath, ZStatus *ReturnStatus = nullptr);
 
     /// The pass that is being rendered; kAll outside of a render.
@@ -144,7 +145,9 @@ class OPENQUIL_API ZRenderUtil {
     static ZString mainBeautyPassName();
 
     /// How strongly a surface scatters light diffusely, 0 to 1: the cosine between the light
-    /// direction (towards the light) and the normal. A surface that faces away gives 0, unless
+    /// direction (towards the light) and the normal. The light that comes back is this, times what
+    /// arrives (the light's colour, intensity and lightAttenuation), times the surface's diffuse
+    /// colour over pi. A surface that faces away gives 0, unless
     /// `lightBackFace` is true: then its normal is turned round. Fails with kInvalidParameter for
     /// a direction or normal of length zero.
     static float diffuseReflectance(const void *lightBlindData, const ZFloatVector &lightDirection,
@@ -152,15 +155,17 @@ class OPENQUIL_API ZRenderUtil {
                                     bool lightBackFace, ZStatus *ReturnStatus = nullptr);
     /// The unit normal that a surface would need to mirror the light straight back along the ray:
     /// halfway between the light direction (towards the light) and the reversed ray direction.
-    /// `normal` is given back where the two cancel out. Fails with kInvalidParameter for a
-    /// direction or normal of length zero.
+    /// `normal` is given back where the two cancel out. The highlight is the cosine between it and
+    /// the surface's own normal, to the power of the material's shininess. Fails with
+    /// kInvalidParameter for a direction or normal of length zero.
     static ZFloatVector
     maximumSpecularReflection(const void *lightBlindData, const ZFloatVector &lightDirection,
                               const ZFloatVector &pointCamera, const ZFloatVector &normal,
                               const ZFloatVector &rayDirection, ZStatus *ReturnStatus = nullptr);
     /// The share of the scene's first visible light that arrives at a world-space point, from 0 up:
-    /// its decay with distance and its cone; with `castShadows`, 0 where a mesh blocks the light.
-    /// Fails with kNotFound when the scene has none, with kInvalidParameter for a normal of
+    /// its decay with distance and its cone; with `castShadows`, also what meshes in between let
+    /// through by their opacity. The default lights count only if the common render settings enable
+    /// them. Fails with kNotFound when the scene has none, with kInvalidParameter for a normal of
     /// length zero.
     static float lightAttenuation(const void *lightBlindData, const ZFloatVector &pointWorld,
                                   const ZFloatVector &normal, bool castShadows,
@@ -186,11 +191,11 @@ class OPENQUIL_API ZRenderUtil {
     /// The class's name, "ZRenderUtil".
     static const char *className();
 
-    /// The colours (0 to 1, each 8-bit step exact) and alphas of a texture, or of a material's
-    /// texture, at each u and v; the texture repeats outside 0 to 1, v runs upwards. `resultColors`
-    /// and `resultAlphas` may be null. Fails with kInvalidParameter when the node has no texture or
-    /// the arrays differ in length, with kNotFound when the image's file does not exist, with
-    /// kFailure when it cannot be read.
+    /// The colours (as linear light, 0 to 1, decoded from sRGB) and alphas of a texture, or of a
+    /// material's texture, at each u and v; the texture repeats outside 0 to 1, v runs upwards.
+    /// `resultColors` and `resultAlphas` may be null. Fails with kInvalidParameter when the node
+    /// has no texture or the arrays differ in length, with kNotFound when the image's file does not
+    /// exist, with kFailure when it cannot be read.
     static ZStatus eval2dTexture(const ZObject &texture, ZDoubleArray &uCoords,
                                  ZDoubleArray &vCoords, ZVectorArray *resultColors,
                                  ZDoubleArray *resultAlphas);

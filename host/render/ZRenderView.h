@@ -8,8 +8,9 @@
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
-/// One pixel of the render view. Colour values are 0 to 1; only pictures that are sent with the
-/// high-dynamic-range flag go beyond.
+/// One pixel of the render view: a colour that is not multiplied by the opacity. Its values are
+/// sRGB codes, 0 to 1; those of pictures that are sent with the high-dynamic-range flag are linear
+/// light without bounds.
 struct OPENQUIL_API RV_PIXEL {
     OPENQUIL_COUNTED(RV_PIXEL);
     /// Red.
@@ -70,11 +71,11 @@ class OPENQUIL_API ZRenderView {
                                      bool doNotClearBackground = false,
                                      bool immediateFeedback = false);
     /// Sends a block of (right-left+1) x (top-bottom+1) pixels, its rows from the bottom up, with
-    /// numberOfAOVs extra layers. Values are written as they are to OpenEXR files; in PNG files
-    /// they are clamped to 0..1, and pictures whose isHdr is true (linear light) get the sRGB
-    /// curve. Fails with kInvalidParameter when the block is empty or not inside the open region,
-    /// when a pointer is null, and when isHdr or a layer's channel count differs from earlier
-    /// blocks.
+    /// numberOfAOVs extra layers. isHdr tells that colours are linear light rather than sRGB codes.
+    /// Either kind of picture is written to PNG files as codes, clamped to 0..1, and to OpenEXR
+    /// files as light, multiplied by the opacity; extra layers are written as they are. Fails with
+    /// kInvalidParameter when the block is empty or not inside the open region, when a pointer is
+    /// null, and when isHdr or a layer's channel count differs from earlier blocks.
     static ZStatus updatePixels(unsigned int left, unsigned int right, unsigned int bottom,
                                 unsigned int top, RV_PIXEL *pPixels, bool isHdr = false,
                                 unsigned int numberOfAOVs = 0, const RV_AOV *const pAOVs = nullptr);

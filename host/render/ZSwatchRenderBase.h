@@ -26,7 +26,8 @@ class OPENQUIL_API ZSwatchRenderBase {
     /// Does all the work that is left on several threads. Returns false when the generator does not
     /// work in this way, or was cancelled; doIteration() then goes on.
     virtual bool renderParallel();
-    /// Makes renderParallel() stop soon. May be called from any thread.
+    /// Makes renderParallel() stop soon, or the next one when none is going on. May be called from
+    /// any thread.
     virtual void cancelParallelRendering();
 
     /// Returns the node that the picture is drawn for.

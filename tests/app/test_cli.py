@@ -134,6 +134,15 @@ class BadInput(Case):
         self.write("cut.gltf", '{"asset": {"version"')
         self.refuses(3, "cut.gltf", "cut.gltf", "--output", "a.png")
 
+    def test_working_folder_that_is_gone(self):
+        gone = os.path.join(self.folder, "gone")
+        os.mkdir(gone)
+        end = subprocess.run(["sh", "-c", 'rmdir "$PWD"; exec "$0" "$@"', QUILHOST,
+                              os.path.join(self.folder, "tri.obj"), "--output", "a.png"],
+                             cwd=gone, stderr=subprocess.PIPE, text=True, timeout=LIMIT)
+        self.assertEqual((end.returncode, len(end.stderr.splitlines())), (2, 1), end.stderr)
+        self.assertIn("working folder", end.stderr)
+
     def test_nothing_rendered(self):
         self.refuses(3, "no scene", "--python-expr", "pass", "--output", "a.png")
         self.refuses(3, "render(1)|no picture", "--python-expr", "def render(frame): pass",
@@ -257,6 +266,19 @@ class HostRenders(Case):
         self.assertIn(b"\r\x1b[K[", text)
         self.assertTrue(text.rstrip().endswith(b"a.png"), text)
 
+    def test_texts_of_others_do_not_steer_the_terminal(self):
+        title, shown = "\\x1b]0;a\\x07\\nquilhost: b", "\\u001b]0;a\\u0007\\u000aquilhost: b"
+        send = "import OpenQuilRender as r; r.ZRenderUtil.sendRenderProgressInfo('%s', 7)" % title
+        for style, line in [("plain", "frame 1: %s 7%%\n" % shown),
+                            ("json", '"%s"' % shown.replace("u000a", "n"))]:
+            out, err = self.run_host("--progress", style, "--python-expr", send)
+            self.assertIn(line, err)
+        out, err = self.run_host("\x1b[2J.obj", "--output", "a.png", code=2)
+        self.assertEqual(err, "quilhost: scene '\\u001b[2J.obj' does not exist\n")
+        out, err = self.run_host("--python-expr", "import OpenQuilRender as r; "
+                                 "r.ZFnRenderLayer.findLayerByName('%s')" % title, code=1)
+        self.assertIn(shown, err)
+
     def test_failing_callback(self):
         for error, code, reports, pictures in [("ValueError", 4, 2, ["a.1.png", "a.2.png"]),
                                                ("KeyboardInterrupt", 130, 1, [])]:
@@ -290,6 +312,12 @@ class Interrupts(Case):
     def test_in_the_render(self):
         self.interrupts("import sys\nprint('now')\nsys.stdout.flush()", "--resolution", "16000",
                         "16000", "--threads", "1")
+
+    def test_while_python_starts(self):
+        self.write("sitecustomize.py", "import os, signal; os.kill(os.getpid(), signal.SIGINT)")
+        child = self.start("--python-expr", "print('on')", env={"PYTHONPATH": self.folder})
+        self.assertEqual(child.communicate(timeout=LIMIT), ("", "quilhost: interrupted\n"))
+        self.assertEqual(child.returncode, 130)
 
     def test_in_a_callback(self):
         self.interrupts(CALLBACK.format(body="""

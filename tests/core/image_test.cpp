@@ -139,16 +139,6 @@ TEST_F(Images, FailedWritesLeaveTheFolderAsItWas) {
     }
 }
 
-TEST_F(Images, WritesThroughALink) {
-    ZImage image;
-    ASSERT_TRUE(image.create(1, 1));
-    std::ofstream(path("real.png")) << "old";
-    fs::create_symlink("real.png", path("link.png"));
-    ASSERT_TRUE(image.writeToFile(text(path("link.png"))));
-    EXPECT_TRUE(fs::is_symlink(path("link.png")));
-    EXPECT_EQ(contents(path("real.png")).substr(1, 3), "PNG");
-}
-
 TEST_F(Images, UnreadableFilesLeaveTheImageAsItWas) {
     ZImage image;
     ASSERT_TRUE(image.setPixels(noise(64 * 64 * 4).data(), 64, 64));

@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+using namespace binding;
+
 namespace {
 
 /// Data that scripts pass as typed pointer objects, in place of the host's ZGLvoid; void is the

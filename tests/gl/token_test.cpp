@@ -10,6 +10,8 @@
 #include <set>
 #include <string>
 
+using namespace binding;
+
 extern const Constants gl_token_constants;
 
 namespace {

@@ -131,8 +131,8 @@ class LayersTest(unittest.TestCase):
             module.ZLightLinks_getLinkedObjects(links, path('headlight'), lit)
             self.assertTrue(core.ZSelectionList_hasItem(lit, path('roof')))
         module.ZLightLinks_parseLinks(links)
-        for name, count in (('getLinkedLights', 0), ('getIgnoredLights', 1),
-                            ('getShadowLinkedLights', 1), ('getShadowIgnoredLights', 0)):
+        for name, count in (('getLinkedLights', 2), ('getIgnoredLights', 1),
+                            ('getShadowLinkedLights', 1), ('getShadowIgnoredLights', 2)):
             lights = core.new_ZDagPathArray()
             getattr(module, 'ZLightLinks_' + name)(links, path('floor'), core.new_ZObject(), lights)
             self.assertEqual(core.ZDagPathArray_length(lights), count, name)

@@ -4,7 +4,7 @@ tests/across/hostile."""
 import unittest
 
 import harness
-from harness import module, NOARGS, O, VARARGS
+from harness import module, O
 
 
 NO_OVERLOAD = """Wrong number or type of arguments for overloaded function '%s'.
@@ -19,12 +19,9 @@ class RowTest(harness.Test):
         found = dict((name, harness.definition(value).flags) for name, value in vars(module).items()
                      if type(value) is type(len))
         self.assertEqual(found, declared)
-        flags = found.values()
-        self.assertEqual([flags.count(flag) for flag in (VARARGS, NOARGS, O)], [1000, 41, 247])
 
     def test_constants(self):
         found = dict((name, value) for name, value in vars(module).items() if type(value) is int)
-        self.assertEqual(len(found), 1967)
         own = dict((name, value) for name, value in found.items() if not name.startswith(
             ('ZGL_', 'kZGLext_')))  # tests/gl has the values
         extensions = [name for name in found if name.startswith('kZGLext_')]

@@ -82,17 +82,41 @@ TEST_F(Callbacks, AnExceptionEndsItsCallbackOnly) {
     EXPECT_EQ(told, "renderCallback: broken\nrenderCallback: unknown exception\n");
 }
 
-TEST_F(Callbacks, SeeTheImageAndMayChangeItInPlace) {
-    Recorder painter('a');
-    painter.onRender = [](const ZRenderData &data) {
-        EXPECT_EQ(data.rgbaArr[(24 * 64 + 32) * 4 + 3], 255);
-        EXPECT_EQ(data.rgbaArr[3], 0);
-        data.rgbaArr[0] = 200;
+TEST_F(Callbacks, ChangedPixelsBecomeTheLightOfTheirBytesAndOthersKeepTheirs) {
+    glow(ZVector(3, 0.5, 0.001)); // sRGB codes 255, 188 and 3
+    ASSERT_TRUE(render());
+    const std::vector<float> before = frame().pixels;
+    const size_t centre = 24 * 64 + 32;
+    EXPECT_EQ(before[centre * 4], 3);
+
+    Recorder painter('a'), looker('b');
+    painter.onRender = [&](const ZRenderData &data) {
+        unsigned char *pixel = data.rgbaArr + centre * 4;
+        EXPECT_EQ(std::vector(pixel, pixel + 4), (std::vector<unsigned char>{255, 188, 3, 255}));
+        std::copy_n(std::array<unsigned char, 4>{188, 0, 255, 51}.begin(), 4, data.rgbaArr);
         data.depthArr[0] = 3;
+        // What a callback does to its record is its own.
+        auto &record = const_cast<ZRenderData &>(data);
+        record.xsize = record.ysize = 2000;
+        record.rgbaArr = nullptr;
+        record.depthArr = nullptr;
+    };
+    looker.onRender = [](const ZRenderData &data) {
+        EXPECT_EQ(data.xsize, 64);
+        EXPECT_EQ(data.ysize, 48);
+        EXPECT_EQ(data.rgbaArr[0], 188);
+        EXPECT_EQ(data.depthArr[0], 3);
     };
     ZRenderCallback::addCallback(&painter);
+    ZRenderCallback::addCallback(&looker);
     ASSERT_TRUE(render());
-    EXPECT_EQ(frame().rgba[0], 200);
+    // The code 188 is 0.5029 of light; all of it times the opacity 51 / 255.
+    const float painted[] = {0.10058f, 0, 0.2f, 0.2f};
+    for (size_t at = 0; at < before.size(); ++at)
+        if (at < 4)
+            EXPECT_NEAR(frame().pixels[at], painted[at], 1e-5);
+        else
+            ASSERT_EQ(frame().pixels[at], before[at]) << at;
     EXPECT_EQ(frame().depth[0], 3);
 }
 

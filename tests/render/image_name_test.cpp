@@ -51,9 +51,9 @@ TEST_F(ImageNames, NumberFramesWithPaddingAndRenumbering) {
     settings.name = "p";
     settings.namingScheme = 1;
     settings.framePadding = 3;
-    const std::pair<double, const char *> plain[] = {{5, "p.005.png"},       {-5, "p.-005.png"},
-                                                     {12345, "p.12345.png"}, {2.5, "p.002.5.png"},
-                                                     {2.9999, "p.003.png"},  {0, "p.000.png"}};
+    const std::pair<double, const char *> plain[] = {
+        {5, "p.005.png"},      {-5, "p.-005.png"}, {12345, "p.12345.png"}, {2.5, "p.002.5.png"},
+        {2.9999, "p.003.png"}, {0, "p.000.png"},   {-0.0004, "p.000.png"}, {-0.9996, "p.-001.png"}};
     for (const auto &[frame, name] : plain)
         EXPECT_EQ(relative(settings, frame), name);
 
@@ -106,6 +106,18 @@ TEST_F(ImageNames, FullPathsMakeTheirFolders) {
     EXPECT_TRUE(fs::is_directory(folder_ / "tmp/deep/er"));
 
     ZStatus status;
+    for (const char *name : {"../p", "a/../../p", "<Version>/p"}) {
+        settings.name = name;
+        EXPECT_STREQ(settings
+                         .getImageName(Settings::kFullPathImage, 1, "", "", "", ZObject::kNullObj,
+                                       ZString("Version=.."), true, &status)
+                         .asChar(),
+                     "");
+        EXPECT_EQ(status.statusCode(), ZStatus::kInvalidParameter) << name;
+    }
+    settings.name = "a/../deep/p"; // that stays inside
+    EXPECT_EQ(path(Settings::kFullPathImage, false), folder_ / "deep/p.png");
+
     std::ofstream(folder_ / "deep") << "in the way";
     EXPECT_EQ(path(Settings::kFullPathImage, true, &status), "");
     EXPECT_EQ(status.statusCode(), ZStatus::kFailure);

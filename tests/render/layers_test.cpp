@@ -7,6 +7,7 @@
 #include "host/render/ZRenderUtil.h"
 #include "tests/scene_files.h"
 
+#include <numbers>
 #include <sstream>
 
 using namespace devhost;
@@ -29,7 +30,10 @@ class LayersTest : public SceneTest {
         ASSERT_TRUE(scene().setCurrentLayer(scene().find(layer)));
     }
     static void lightFromAbove() {
+        scene().remove(scene().find("fillLight"));
+        scene().remove(scene().find("rimLight"));
         Node &light = *scene().edit(scene().find("headlight"));
+        std::get<Light>(light.payload).intensity = std::numbers::pi;
         light.parent = kNoNode;
         light.local = ZMatrix();
         light.local(1, 1) = light.local(2, 2) = 0;
@@ -86,6 +90,12 @@ TEST_F(LayersTest, WrongFilesAreToldWithTheirPlace) {
     }
 }
 
+TEST(FreshProcess, HasTheDefaultLayerBeforeAnySceneIsMade) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe"; // in a process of its own
+    EXPECT_EXIT(std::exit(ZFnRenderLayer::defaultRenderLayer().isNull()),
+                testing::ExitedWithCode(0), "");
+}
+
 TEST_F(LayersTest, RaysSeeTheCurrentLayerOnly) {
     ASSERT_TRUE(open(R"({"layers": [{"name": "low", "members": ["floor"]},
                         {"name": "high", "members": ["roof"]}]})"));
@@ -96,7 +106,12 @@ TEST_F(LayersTest, RaysSeeTheCurrentLayerOnly) {
     ZSelectionList drawn;
     EXPECT_TRUE(ZRenderUtil::renderObjectItem(nullptr, drawn));
     EXPECT_EQ(names(drawn), "|floor ");
-    EXPECT_FALSE(ZRenderUtil::inCurrentRenderLayer(path("roof")));
+    scene().edit(scene().find("floor"))->visible = false;
+    for (const auto &[name, isIn] :
+         {std::pair("roof", false), {"floor", true}, {"headlight", true}}) {
+        EXPECT_EQ(ZRenderUtil::inCurrentRenderLayer(path(name)), isIn) << name;
+        EXPECT_EQ(ZFnRenderLayer().inCurrentRenderLayer(path(name)), isIn) << name;
+    }
 }
 
 TEST_F(LayersTest, MembersOfChildLayersBelongToTheParent) {
@@ -120,7 +135,7 @@ TEST_F(LayersTest, AdjustmentsComeAndGoWithTheirLayer) {
     ZObject layer = object("dim");
     ZFnRenderLayer dim(layer);
     ZPlug intensity(object("headlight"), "intensity");
-    EXPECT_EQ(intensity.asDouble(), 1);
+    EXPECT_TRUE(intensity.setDouble(1));
     EXPECT_TRUE(dim.isPlugAdjusted(intensity));
     ZPlug adjusted = dim.adjustmentPlug(intensity);
     EXPECT_EQ(adjusted.asDouble(), 0.25);
@@ -165,6 +180,8 @@ TEST_F(LayersTest, LightsAndShadowsFollowTheLinks) {
 TEST_F(LayersTest, LinksAreThoseOfWhatIsAskedFor) {
     ASSERT_TRUE(open(R"({"layers": [{"name": "low", "members": ["floor"]}],
              "lightLinks": [{"light": "headlight", "illuminates": {"except": ["roof"]}}]})"));
+    scene().remove(scene().find("fillLight"));
+    scene().remove(scene().find("rimLight"));
     ZLightLinks links;
     const auto print = [&](const ZObject &object, bool hiddenToo = false) {
         std::ostringstream text;

@@ -9,6 +9,7 @@
 #include "tests/scene_files.h"
 
 #include <cmath>
+#include <numbers>
 #include <random>
 
 using namespace devhost;
@@ -51,13 +52,15 @@ TEST_F(RayTest, TriangleHitsGiveDistanceNormalsAndWeights) {
     EXPECT_NEAR(hit.uv[1], 0.125, 1e-6);
     EXPECT_EQ(hit.triangle, 0);
 
-    EXPECT_FALSE(rayTracer().intersect({0.5f, 0.25f, 1}, {0, 0, -1}, hit, 4.9f)) << "too far";
-    EXPECT_TRUE(rayTracer().occluded({0.5f, 0.25f, -9}, {0, 0, 1}, 6));
-    EXPECT_FALSE(rayTracer().occluded({0.5f, 0.25f, -9}, {0, 0, 1}, 4));
+    for (const RaySpan beside : {RaySpan{0, 4.9f}, {5.1f}}) {
+        EXPECT_FALSE(rayTracer().intersect({0.5f, 0.25f, 1}, {0, 0, -1}, hit, beside));
+        EXPECT_FALSE(rayTracer().occluded({0.5f, 0.25f, 1}, {0, 0, -1}, beside));
+    }
+    EXPECT_TRUE(rayTracer().occluded({0.5f, 0.25f, -9}, {0, 0, 1}, {0, 6}));
     // What the ray library does not take.
     for (const float odd : {1e30f, kInfinity, NAN}) {
         EXPECT_FALSE(rayTracer().intersect({0.5f, 0.25f, odd}, {0, 0, -1}, hit)) << odd;
-        EXPECT_FALSE(rayTracer().occluded({0.5f, 0.25f, -9}, {0, odd, 1}, 100 - odd)) << odd;
+        EXPECT_FALSE(rayTracer().occluded({0.5f, 0.25f, -9}, {0, odd, 1}, {0, 100 - odd})) << odd;
     }
 }
 
@@ -187,7 +190,7 @@ TEST_F(RayTest, LightsShadeByAngleDistanceConeAndShadow) {
     Light light;
     light.kind = Light::kPoint;
     light.color = ZVector(1, 0.5, 1);
-    light.intensity = 8;
+    light.intensity = 8 * std::numbers::pi;
     light.decay = 2;
     addLight(light, ZVector(0, 2, 0));
 
@@ -199,7 +202,7 @@ TEST_F(RayTest, LightsShadeByAngleDistanceConeAndShadow) {
         return ZVector(color);
     };
     const ZVector full(0.5, 0.5, 0.25); // paint times light
-    // Straight below: 8 / 2^2. Two aside: 8 / (2 sqrt 2)^2, times the cosine of 45 degrees.
+    // Straight below: 8 pi / pi / 2^2. Two aside: 8 / (2 sqrt 2)^2, times the cosine of 45 degrees.
     EXPECT_TRUE(near(seen(0), full * 2));
     EXPECT_TRUE(near(seen(2), full * std::sqrt(0.5)));
     addFloor("roof", 1, 0.1f, paint);
@@ -210,7 +213,7 @@ TEST_F(RayTest, LightsShadeByAngleDistanceConeAndShadow) {
     Light &spot = std::get<Light>(scene().edit(scene().find("lamp"))->payload);
     spot.kind = Light::kSpot;
     spot.decay = 0;
-    spot.intensity = 1;
+    spot.intensity = std::numbers::pi;
     spot.innerCone = std::atan(0.5);
     spot.outerCone = std::atan(1.0);
     ZMatrix &matrix = scene().edit(scene().find("lamp"))->local;

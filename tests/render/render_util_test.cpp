@@ -14,6 +14,7 @@
 #include "tests/scene_files.h"
 
 #include <cmath>
+#include <numbers>
 
 using namespace devhost;
 
@@ -189,7 +190,9 @@ TEST_F(UtilTest, ShadingNetworksAreSampledByName) {
     // Lit from the side at 60 degrees.
     newScene();
     scene().clear();
-    const NodeId lamp = scene().add("light", "lamp", Light());
+    Light sun;
+    sun.intensity = std::numbers::pi;
+    const NodeId lamp = scene().add("light", "lamp", sun);
     Material matte;
     matte.diffuse = ZVector(0.5, 0.25, 1);
     scene().add("material", "matte", matte);
@@ -220,7 +223,8 @@ TEST_F(UtilTest, LightQueriesFollowTheirFormulas) {
     Light light;
     light.kind = Light::kPoint;
     light.decay = 2;
-    scene().remove(scene().find("headlight"));
+    for (const NodeId each : scene().lights())
+        scene().remove(each);
     const NodeId lamp = scene().add("light", "lamp", light);
     scene().edit(lamp)->local[3][1] = 4;
     // The scene's triangle spans x + z < 0 at height 0.

@@ -142,8 +142,9 @@ TEST_F(RenderView, PngFilesHoldClampedColoursAndTheOpacity) {
     }
 }
 
-TEST_F(RenderView, ExrFilesHoldAllValuesAndTheExtraLayers) {
-    std::vector<RV_PIXEL> pixels(4, {-1.0f, 2.5f, 1e6f, 0.5f});
+TEST_F(RenderView, ExrFilesHoldLightTimesOpacityAndTheExtraLayers) {
+    std::vector<RV_PIXEL> pixels(4, {-1.0f, 2.5f, 1e5f, 0.5f});
+    session().exrFloats = true;
     std::vector<float> normals(12);
     std::iota(normals.begin(), normals.end(), 0.0f);
     RV_AOV layer;
@@ -161,11 +162,19 @@ TEST_F(RenderView, ExrFilesHoldAllValuesAndTheExtraLayers) {
     ASSERT_TRUE(devhost::readExr(session().outputFile, width, height, aov, "normals"));
     ASSERT_EQ(rgba.size(), 32u);
     EXPECT_EQ((std::vector<float>(rgba.begin() + 4, rgba.begin() + 12)),
-              (std::vector<float>{0, 0, 0, 0, -1.0f, 2.5f, 1e6f, 0.5f}));
+              (std::vector<float>{0, 0, 0, 0, -0.5f, 1.25f, 5e4f, 0.5f}));
     for (unsigned channel = 0; channel < 3; ++channel) {
         EXPECT_EQ(aov[(0 * 4 + 3) * 4 + channel], normals[1 * 3 + channel]);
         EXPECT_EQ(aov[(1 * 4 + 2) * 4 + channel], normals[2 * 3 + channel]);
     }
+    // Without the flag they are sRGB codes: 0.5 is 0.21404 of light.
+    RV_PIXEL half{0.5f, 1.0f, 0.0f, 0.5f};
+    ASSERT_TRUE(ZRenderView::startRender(1, 1));
+    ASSERT_TRUE(ZRenderView::updatePixels(0, 0, 0, 0, &half));
+    ASSERT_TRUE(ZRenderView::endRender());
+    ASSERT_TRUE(devhost::readExr(session().outputFile, width, height, rgba));
+    EXPECT_NEAR(rgba[0], 0.10702, 1e-5);
+    EXPECT_EQ(rgba[1], 0.5f);
 }
 
 TEST_F(RenderView, APictureThatCannotBeWrittenIsAFailure) {

@@ -65,7 +65,8 @@ TEST(SwatchTest, MaterialBallShowsTheMaterialAlone) {
 
     ZImage image;
     ASSERT_TRUE(renderSwatch(kMaterialBall, material, 9, image));
-    const unsigned char glowing[] = {255, 153, 51, 255}; // no light of the studio changes that
+    // The sRGB codes of 1, 0.6 and 0.2; no light of the studio changes them.
+    const unsigned char glowing[] = {255, 203, 124, 255};
     const unsigned char *centre = image.pixels() + 4 * (4 * 9 + 4);
     EXPECT_EQ(std::memcmp(centre, glowing, 4), 0);
     EXPECT_NE(std::memcmp(image.pixels(), glowing, 4), 0);
@@ -80,6 +81,8 @@ TEST(SwatchTest, MaterialBallShowsTheMaterialAlone) {
     for (; !steps->doIteration(); ++count)
         steps->image().release(); // a script may do that to a picture it was given
     EXPECT_EQ(count, 4);          // four samples a pixel at the quality 1
+    threads->cancelParallelRendering(); // before the start
+    EXPECT_FALSE(threads->renderParallel());
     EXPECT_TRUE(threads->renderParallel());
     EXPECT_EQ(std::memcmp(steps->image().pixels(), threads->image().pixels(), 4 * 50 * 50), 0);
     scene().clear();

@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+using namespace binding;
+
 using namespace pytest;
 
 namespace {

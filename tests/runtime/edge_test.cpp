@@ -12,6 +12,8 @@
 #include "runtime/scalars.h"
 #include "tests/runtime/python_fixture.h"
 
+using namespace binding;
+
 using namespace pytest;
 
 namespace {

@@ -9,6 +9,8 @@
 
 #include <vector>
 
+using namespace binding;
+
 using namespace pytest;
 
 namespace {

@@ -4,6 +4,8 @@
 #include "runtime/registration.h"
 #include "tests/runtime/python_fixture.h"
 
+using namespace binding;
+
 using namespace pytest;
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+using namespace binding;
+
 using namespace pytest;
 
 namespace {

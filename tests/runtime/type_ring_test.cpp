@@ -9,6 +9,8 @@
 #include <map>
 #include <vector>
 
+using namespace binding;
+
 extern "C" void init_OpenQuilRender();
 
 using namespace pytest;

@@ -8,6 +8,8 @@
 
 #include <cstdlib>
 
+using namespace binding;
+
 const char *pytest::make_module() {
     initialise_module("recording");
     return "recording";

@@ -1,16 +1,7 @@
 // Draw procedures. They are abstract and have no director: scripts only handle native ones.
 
 #include "host/render/ZDrawProcedureBase.h"
-#include "wrappers/rows/wrapper_table.h"
 
-ROWS_BEGIN
-
-DESTRUCTOR(ZDrawProcedureBase)
-METHOD(ZDrawProcedureBase, execute, bool())
-METHOD(ZDrawProcedureBase, setEnabled, void(bool))
-METHOD(ZDrawProcedureBase, enabled, bool() const)
-METHOD(ZDrawProcedureBase, setName, void(ZString const &))
-METHOD(ZDrawProcedureBase, name, ZString() const)
-REGISTRATION(ZDrawProcedureBase)
-
-ROWS_END(draw_procedure_rows)
+#define ROW_LIST "wrappers/hardware/draw_procedure.def"
+#define ROW_TABLE draw_procedure_rows
+#include "wrappers/rows/make_rows.h"

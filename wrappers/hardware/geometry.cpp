@@ -7,108 +7,24 @@
 #include "host/render/ZGeometryManager.h"
 #include "host/render/ZGeometryPrimitive.h"
 #include "host/render/ZGeometryRequirements.h"
-#include "wrappers/rows/wrapper_table.h"
+#include "wrappers/rows/constants.h"
 
-ROWS_BEGIN
+#define ROW_LIST "wrappers/hardware/geometry.def"
+#define ROW_TABLE geometry_rows
+#include "wrappers/rows/make_rows.h"
 
-CONSTRUCTOR_CASE(ZGeometryData, 1,
-                 ZGeometryData(char const *, ZGeometryData::DataType, ZGeometryData::ElementType,
-                               ZGeometryData::ElementSize, unsigned int, void *, bool),
-                 0, true)
-CONSTRUCTOR_CASE(ZGeometryData, 2, ZGeometryData(ZGeometryData const &))
-CONSTRUCTOR_OVERLOADS(ZGeometryData, &new_ZGeometryData_1, &new_ZGeometryData_2)
-DESTRUCTOR(ZGeometryData)
-METHOD(ZGeometryData, objectName, char const *() const)
-METHOD(ZGeometryData, uniqueID, int() const)
-METHOD(ZGeometryData, dataType, ZGeometryData::DataType() const)
-METHOD(ZGeometryData, elementType, ZGeometryData::ElementType() const)
-METHOD(ZGeometryData, elementTypeSize, int() const)
-METHOD(ZGeometryData, elementSize, ZGeometryData::ElementSize() const)
-METHOD(ZGeometryData, elementCount, unsigned int() const)
-METHOD(ZGeometryData, data, void *() const)
-METHOD(ZGeometryData, collectionNumber, int() const)
-METHOD(ZGeometryData, setCollectionNumber, void(int))
-METHOD(ZGeometryData, setObjectOwnsData, void(bool))
-METHOD(ZGeometryData, objectOwnsData, bool() const)
-PROXY(ZGeometryData)
+namespace {
 
-CONSTRUCTOR(ZGeometry, ZGeometry(ZGeometry const &))
-DESTRUCTOR(ZGeometry)
-ASSIGNMENT(ZGeometry)
-METHOD(ZGeometry, position, ZGeometryData())
-METHOD(ZGeometry, normal, ZGeometryData())
-METHOD(ZGeometry, componentId, ZGeometryData())
-METHOD(ZGeometry, texCoord, ZGeometryData(ZString const &))
-METHOD(ZGeometry, color, ZGeometryData(ZString const &))
-METHOD(ZGeometry, tangent, ZGeometryData(ZString const &))
-METHOD(ZGeometry, binormal, ZGeometryData(ZString const &))
-METHOD(ZGeometry, data, ZGeometryData(ZGeometryData::DataType, ZString const &))
-METHOD(ZGeometry, primitiveArrayCount, unsigned int() const)
-METHOD(ZGeometry, primitiveArray, ZGeometryPrimitive(unsigned int) const)
-PROXY(ZGeometry)
-
-CONSTRUCTOR(ZGeometryList, ZGeometryList(ZRenderingInfo const &, int), ZGeometryList::kMatrices)
-DESTRUCTOR(ZGeometryList)
-METHOD(ZGeometryList, isDone, bool() const)
-METHOD(ZGeometryList, next, void())
-METHOD(ZGeometryList, reset, void())
-METHOD(ZGeometryList, length, int() const)
-METHOD(ZGeometryList, setCurrentElement, void(int))
-MEMBER(ZGeometryList, ZSetupFlags, int)
-METHOD(ZGeometryList, geometry, ZGeometry &(int), ZGeometryList::kAll)
-METHOD(ZGeometryList, objectToWorldMatrix, ZMatrix const &() const)
-METHOD(ZGeometryList, projectionMatrix, ZMatrix const &() const)
-METHOD(ZGeometryList, viewMatrix, ZMatrix const &() const)
-METHOD(ZGeometryList, path, ZDagPath() const)
-METHOD(ZGeometryList, cullMode, ZGeometryList::CullMode() const)
-
-METHOD_CASE(ZGeometryList, addLast, 1, bool(ZDagPath const &, ZObject const *), 0)
-METHOD_CASE(ZGeometryList, addLast, 2, bool(ZGeometry const &, ZMatrix const &))
-constexpr const Function *const ZGeometryList_addLast_overloads[] = {&ZGeometryList_addLast_1,
-                                                                     &ZGeometryList_addLast_2};
 PyObject *_wrap_ZGeometryList_addLast(PyObject *self, PyObject *arguments) {
+    const Function &overloaded = row_table[at_ZGeometryList_addLast];
     // A single path has no rival of its length, and is still probed: what is none fits no overload.
     if (arguments && PyTuple_Check(arguments) && PyTuple_GET_SIZE(arguments) == 2 &&
         !Argument<ZDagPath const &>::probe(PyTuple_GET_ITEM(arguments, 1)))
-        return raise_no_overload(ZGeometryList_addLast_overloads);
-    return dispatch(ZGeometryList_addLast_overloads, self, arguments);
+        return raise_no_overload(overloaded);
+    return dispatch(overloaded, self, arguments);
 }
-constexpr Dispatcher ZGeometryList_addLast = describe_dispatcher(
-    "ZGeometryList_addLast", _wrap_ZGeometryList_addLast, ZGeometryList_addLast_overloads);
-ROW(ZGeometryList_addLast)
-PROXY(ZGeometryList)
 
-STATIC(ZGeometryManager, getGeometry,
-       ZGeometry(ZDagPath const &, ZGeometryRequirements const &, ZObject *), 0)
-STATIC(ZGeometryManager, referenceDefaultGeometry,
-       ZGeometryList *(ZGeometryManager::GeometricShape, ZGeometryRequirements const &))
-STATIC(ZGeometryManager, dereferenceDefaultGeometry, ZStatus(ZGeometryList *))
-STATIC(ZGeometryManager, className, char const *())
-CONSTRUCTOR(ZGeometryManager, ZGeometryManager())
-PROXY(ZGeometryManager)
-
-CONSTRUCTOR(ZGeometryPrimitive, ZGeometryPrimitive(ZGeometryPrimitive const &))
-DESTRUCTOR(ZGeometryPrimitive)
-METHOD(ZGeometryPrimitive, uniqueID, int() const)
-METHOD(ZGeometryPrimitive, drawPrimitiveType, ZGeometryPrimitive::DrawPrimitiveType() const)
-METHOD(ZGeometryPrimitive, elementCount, unsigned int() const)
-METHOD(ZGeometryPrimitive, dataType, ZGeometryData::ElementType() const)
-METHOD(ZGeometryPrimitive, data, void *() const)
-PROXY(ZGeometryPrimitive)
-
-CONSTRUCTOR(ZGeometryRequirements, ZGeometryRequirements())
-DESTRUCTOR(ZGeometryRequirements)
-METHOD(ZGeometryRequirements, addPosition, void(int), 3)
-METHOD(ZGeometryRequirements, addNormal, void(int), 3)
-METHOD(ZGeometryRequirements, addTexCoord, void(ZString const &))
-METHOD(ZGeometryRequirements, addColor, void(ZString const &))
-METHOD(ZGeometryRequirements, addTangent, void(ZString const &, int), 3)
-METHOD(ZGeometryRequirements, addBinormal, void(ZString const &, int), 3)
-METHOD(ZGeometryRequirements, addComponentId, void())
-METHOD(ZGeometryRequirements, addFaceOffsets, void())
-PROXY(ZGeometryRequirements)
-
-ROWS_END(geometry_rows)
+} // namespace
 
 CONSTANTS(geometry_constants, ENUMERATOR(ZGeometryData, kInvalidElementSize),
           ENUMERATOR(ZGeometryData, kOne), ENUMERATOR(ZGeometryData, kTwo),

@@ -5,12 +5,13 @@
 #include "host/core/ZStringArray.h"
 #include "host/render/ZHardwareRenderer.h"
 #include "runtime/object_holder.h"
-#include "wrappers/rows/wrapper_table.h"
+#include "wrappers/rows/call.h"
+#include "wrappers/rows/constants.h"
 
 /// The type's name is not usable without its class, so it gets its place here.
 template <>
-inline constexpr int type_index<ZHardwareRenderer::BufferPixelFormat> =
-    k_p_ZHardwareRenderer__BufferPixelFormat;
+inline constexpr int binding::type_index<ZHardwareRenderer::BufferPixelFormat> =
+    binding::k_p_ZHardwareRenderer__BufferPixelFormat;
 
 namespace {
 
@@ -21,6 +22,8 @@ class NameList;
 class Background;
 
 } // namespace
+
+namespace binding {
 
 /// As with strings, a failed read raises at once and the call goes on with what was read.
 template <>
@@ -87,35 +90,26 @@ struct Argument<Background> : Argument<ZColor const &> {
     void use_default(double) { pointer = const_cast<ZColor *>(&grey); }
 };
 
-ROWS_BEGIN
+} // namespace binding
+
+namespace {
+
+using namespace binding;
 
 using CallLocation = ZHardwareRenderer::CallLocation;
 
-STATIC(ZHardwareRenderer, theRenderer, ZHardwareRenderer *())
-METHOD(ZHardwareRenderer, backEndString, ZString() const)
-METHOD(ZHardwareRenderer, addDrawProcedure,
-       ZHardwareRenderer::DrawProcedureReturnCode(ZString const &, ZDrawProcedureBase *,
-                                                  ZHardwareRenderer::CallLocation))
-METHOD(ZHardwareRenderer, removeDrawProcedure,
-       ZHardwareRenderer::DrawProcedureReturnCode(ZString const &, ZDrawProcedureBase *,
-                                                  ZHardwareRenderer::CallLocation))
-METHOD(ZHardwareRenderer, insertDrawProcedure,
-       ZHardwareRenderer::DrawProcedureReturnCode(ZString const &, ZDrawProcedureBase *,
-                                                  ZHardwareRenderer::CallLocation, unsigned int,
-                                                  bool),
-       false)
-METHOD(ZHardwareRenderer, getDrawProcedureCount,
-       ZHardwareRenderer::DrawProcedureReturnCode(ZString const &, ZHardwareRenderer::CallLocation,
-                                                  unsigned int &) const)
+} // namespace
 
-DESCRIBE_METHOD(ZHardwareRenderer, getDrawProcedureListNames,
-                ZHardwareRenderer::DrawProcedureReturnCode(ZString const &,
-                                                           ZHardwareRenderer::CallLocation,
-                                                           NameList) const)
+#define ROW_LIST "wrappers/hardware/hardware_renderer.def"
+#define ROW_TABLE hardware_renderer_rows
+#include "wrappers/rows/make_rows.h"
+
+namespace {
+
 PyObject *_wrap_ZHardwareRenderer_getDrawProcedureListNames(PyObject *, PyObject *arguments) {
     return with_arguments<METH_VARARGS, ZHardwareRenderer *, ZString const &, CallLocation,
                           NameList>(
-        ZHardwareRenderer_getDrawProcedureListNames, arguments,
+        row_table[at_ZHardwareRenderer_getDrawProcedureListNames], arguments,
         [](Argument<ZHardwareRenderer *> &renderer, Argument<ZString const &> &back_end,
            Argument<CallLocation> &location, Argument<NameList> &list) -> PyObject * {
             const auto code = renderer.get()->getDrawProcedureListNames(back_end.get(),
@@ -123,53 +117,18 @@ PyObject *_wrap_ZHardwareRenderer_getDrawProcedureListNames(PyObject *, PyObject
             return list.write_back() ? PyInt_FromLong(code) : nullptr;
         });
 }
-ROW(ZHardwareRenderer_getDrawProcedureListNames)
 
-METHOD(ZHardwareRenderer, findDrawProcedure,
-       ZDrawProcedureBase *(ZString const &, ZHardwareRenderer::CallLocation, ZString const &)
-           const)
-METHOD(ZHardwareRenderer, makeResourceContextCurrent, ZStatus(ZString const &))
-METHOD(ZHardwareRenderer, getBufferSize,
-       ZStatus(ZString const &, unsigned int &, unsigned int &) const)
-METHOD(ZHardwareRenderer, getColorBufferPixelFormat,
-       ZStatus(ZString const &, ZHardwareRenderer::BufferPixelFormat &) const)
-METHOD(ZHardwareRenderer, getDepthBufferPixelFormat,
-       ZStatus(ZString const &, ZHardwareRenderer::BufferPixelFormat &) const)
-METHOD(ZHardwareRenderer, getCurrentExposureNumber, ZStatus(ZString const &, unsigned int &) const)
-METHOD(ZHardwareRenderer, getTotalExposureCount, ZStatus(ZString const &, unsigned int &) const)
-METHOD(ZHardwareRenderer, restoreCurrent, ZStatus(ZString const &) const)
-METHOD(ZHardwareRenderer, makeSwatchContextCurrent,
-       ZStatus(ZString const &, unsigned int &, unsigned int &))
-METHOD(ZHardwareRenderer, readSwatchContextPixels, ZStatus(ZString const &, ZImage &))
-METHOD(ZHardwareRenderer, referenceDefaultGeometry,
-       ZGeometryData *(ZHardwareRenderer::GeometricShape, unsigned int &, unsigned int *&,
-                       unsigned int &))
-METHOD(ZHardwareRenderer, dereferenceGeometry, ZStatus(ZGeometryData *, unsigned int))
-METHOD(ZHardwareRenderer, getSwatchOrthoCameraSetting,
-       void(double &, double &, double &, double &, double &, double &) const)
-METHOD(ZHardwareRenderer, getSwatchPerspectiveCameraSetting,
-       void(double &, double &, double &, double &, double &, double &) const)
-METHOD(ZHardwareRenderer, getSwatchPerspectiveCameraTranslation,
-       void(float &, float &, float &, float &) const)
-METHOD(ZHardwareRenderer, getSwatchLightDirection, void(float &, float &, float &, float &) const)
-
-DESCRIBE_METHOD(ZHardwareRenderer, drawSwatchBackGroundQuads,
-                void(ZColor const &, bool, unsigned int) const, 0, false, 8)
 PyObject *_wrap_ZHardwareRenderer_drawSwatchBackGroundQuads(PyObject *, PyObject *arguments) {
     return with_arguments<METH_VARARGS, ZHardwareRenderer *, Background, bool, unsigned int>(
-        ZHardwareRenderer_drawSwatchBackGroundQuads, arguments,
+        row_table[at_ZHardwareRenderer_drawSwatchBackGroundQuads], arguments,
         [](Argument<ZHardwareRenderer *> &renderer, Argument<Background> &color,
            Argument<bool> &textured, Argument<unsigned int> &repeats) {
             renderer.get()->drawSwatchBackGroundQuads(color.get(), textured.get(), repeats.get());
             Py_RETURN_NONE;
         });
 }
-ROW(ZHardwareRenderer_drawSwatchBackGroundQuads)
 
-METHOD(ZHardwareRenderer, glFunctionTable, ZGLFunctionTable *() const)
-REGISTRATION(ZHardwareRenderer)
-
-ROWS_END(hardware_renderer_rows)
+} // namespace
 
 CONSTANTS(hardware_renderer_constants, ENUMERATOR(ZHardwareRenderer, kSuccess),
           ENUMERATOR(ZHardwareRenderer, kFailure), ENUMERATOR(ZHardwareRenderer, kItemExists),

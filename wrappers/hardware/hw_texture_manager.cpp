@@ -2,30 +2,12 @@
 // like any other text, so that scripts do not see it.
 
 #include "host/render/ZHwTextureManager.h"
-#include "wrappers/rows/wrapper_table.h"
+#include "wrappers/rows/call.h"
 
 template <>
-inline constexpr int type_index<ZImageFileInfo::ZHwTextureType> =
-    k_p_ZImageFileInfo__ZHwTextureType;
+inline constexpr int binding::type_index<ZImageFileInfo::ZHwTextureType> =
+    binding::k_p_ZImageFileInfo__ZHwTextureType;
 
-ROWS_BEGIN
-
-STATIC(ZHwTextureManager, className, char const *())
-STATIC_CASE(ZHwTextureManager, glBind, 1,
-            ZStatus(ZObject const &, ZImageFileInfo::ZHwTextureType &, ZImageFileInfo::ZImageType),
-            0)
-STATIC_CASE(ZHwTextureManager, glBind, 2,
-            ZStatus(ZPlug const &, ZImageFileInfo::ZHwTextureType &, ZImageFileInfo::ZImageType), 0)
-STATIC_CASE(ZHwTextureManager, glBind, 3,
-            ZStatus(ZHwTextureFileHandle const &, ZImageFileInfo::ZHwTextureType &,
-                    ZImageFileInfo::ZImageType),
-            0)
-OVERLOADS(ZHwTextureManager, glBind, &ZHwTextureManager_glBind_1, &ZHwTextureManager_glBind_2,
-          &ZHwTextureManager_glBind_3)
-STATIC(ZHwTextureManager, registerTextureFile, ZStatus(ZString const &, ZHwTextureFileHandle &))
-STATIC(ZHwTextureManager, deregisterTextureFile, ZStatus(ZHwTextureFileHandle const &))
-STATIC(ZHwTextureManager, textureFile, ZStatus(ZHwTextureFileHandle const &, ZString &))
-CONSTRUCTOR(ZHwTextureManager, ZHwTextureManager())
-PROXY(ZHwTextureManager)
-
-ROWS_END(hw_texture_manager_rows)
+#define ROW_LIST "wrappers/hardware/hw_texture_manager.def"
+#define ROW_TABLE hw_texture_manager_rows
+#include "wrappers/rows/make_rows.h"

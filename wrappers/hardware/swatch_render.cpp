@@ -3,29 +3,7 @@
 
 #include "host/render/ZSwatchRenderBase.h"
 #include "host/render/ZSwatchRenderRegister.h"
-#include "wrappers/rows/wrapper_table.h"
 
-ROWS_BEGIN
-
-CONSTRUCTOR(ZSwatchRenderBase, ZSwatchRenderBase(ZObject, ZObject, int))
-DESTRUCTOR(ZSwatchRenderBase)
-METHOD(ZSwatchRenderBase, doIteration, bool())
-METHOD(ZSwatchRenderBase, renderParallel, bool())
-METHOD(ZSwatchRenderBase, cancelParallelRendering, void())
-METHOD(ZSwatchRenderBase, swatchNode, ZObject() const)
-METHOD(ZSwatchRenderBase, node, ZObject() const)
-METHOD(ZSwatchRenderBase, resolution, int() const)
-METHOD(ZSwatchRenderBase, image, ZImage &())
-METHOD(ZSwatchRenderBase, setRenderQuality, void(int))
-METHOD(ZSwatchRenderBase, renderQuality, int() const)
-STATIC(ZSwatchRenderBase, cancelCurrentSwatchRender, void())
-STATIC(ZSwatchRenderBase, enableSwatchRender, void(bool))
-PROXY(ZSwatchRenderBase)
-
-CONSTRUCTOR(ZSwatchRenderRegister, ZSwatchRenderRegister())
-DESTRUCTOR(ZSwatchRenderRegister)
-STATIC(ZSwatchRenderRegister, registerSwatchRender, ZStatus(ZString, ZSwatchRenderCreatorFnPtr))
-STATIC(ZSwatchRenderRegister, unregisterSwatchRender, ZStatus(ZString))
-PROXY(ZSwatchRenderRegister)
-
-ROWS_END(swatch_render_rows)
+#define ROW_LIST "wrappers/hardware/swatch_render.def"
+#define ROW_TABLE swatch_render_rows
+#include "wrappers/rows/make_rows.h"

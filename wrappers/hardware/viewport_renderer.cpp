@@ -3,27 +3,11 @@
 
 #include "host/render/ZRenderingInfo.h"
 #include "host/render/ZViewportRenderer.h"
-#include "wrappers/rows/wrapper_table.h"
+#include "wrappers/rows/constants.h"
 
-ROWS_BEGIN
-
-DESTRUCTOR(ZViewportRenderer)
-METHOD(ZViewportRenderer, initialize, ZStatus())
-METHOD(ZViewportRenderer, uninitialize, ZStatus())
-METHOD(ZViewportRenderer, render, ZStatus(ZRenderingInfo const &))
-METHOD(ZViewportRenderer, nativelySupports, bool(ZViewportRenderer::RenderingAPI, float))
-METHOD(ZViewportRenderer, override, bool(ZViewportRenderer::RenderingOverride))
-METHOD(ZViewportRenderer, overrideThenStandardExclusion, int())
-METHOD(ZViewportRenderer, registerRenderer, ZStatus() const)
-METHOD(ZViewportRenderer, deregisterRenderer, ZStatus() const)
-METHOD(ZViewportRenderer, name, ZString() const)
-METHOD(ZViewportRenderer, UIname, ZString() const)
-METHOD(ZViewportRenderer, setUIName, void(ZString const &))
-METHOD(ZViewportRenderer, renderingOverride, ZViewportRenderer::RenderingOverride() const)
-METHOD(ZViewportRenderer, setRenderingOverride, void(ZViewportRenderer::RenderingOverride))
-REGISTRATION(ZViewportRenderer)
-
-ROWS_END(viewport_renderer_rows)
+#define ROW_LIST "wrappers/hardware/viewport_renderer.def"
+#define ROW_TABLE viewport_renderer_rows
+#include "wrappers/rows/make_rows.h"
 
 CONSTANTS(
     viewport_renderer_constants, ENUMERATOR(ZViewportRenderer, kOpenGL),

@@ -2,7 +2,7 @@
 
 #include "host/render/ZRenderCallback.h"
 #include "wrappers/render/render_callback_director.h"
-#include "wrappers/rows/wrapper_table.h"
+#include "wrappers/rows/call.h"
 
 namespace {
 
@@ -25,10 +25,12 @@ struct Instance;
 
 } // namespace
 
+namespace binding {
+
 template <>
 struct Argument<CallbackAndObject> : Argument<ZRenderCallback *> {
     PyObject *object = nullptr;
-    bool read_usual(PyObject *) = delete;
+    bool read_fast(PyObject *) = delete;
     int read(PyObject *given, int position) {
         object = given;
         return Argument<ZRenderCallback *>::read(given, position);
@@ -41,7 +43,13 @@ struct Argument<Instance> : Argument<void *> {
     PyObject *get() const { return object; }
 };
 
-ROWS_BEGIN
+} // namespace binding
+
+#define ROW_LIST "wrappers/render/render_callback.def"
+#define ROW_TABLE render_callback_rows
+#include "wrappers/rows/make_rows.h"
+
+namespace {
 
 /// Calls the host's own implementation on an upcall, else the virtual function; an exception that
 /// a director throws has its Python side set already.
@@ -63,47 +71,36 @@ PyObject *call_callback(const Function &function, PyObject *arguments,
         });
 }
 
-#define CALLBACK(member, Data)                                                                    \
-    DESCRIBE_METHOD(ZRenderCallback, member, bool(Data const &))                                  \
-    PyObject *_wrap_ZRenderCallback_##member(PyObject *, PyObject *arguments) {                   \
-        return call_callback<Data>(ZRenderCallback_##member, arguments, &ZRenderCallback::member, \
-                                   [](ZRenderCallback *callback, Data const &data) {              \
-                                       return callback->ZRenderCallback::member(data);            \
-                                   });                                                            \
-    }                                                                                             \
-    ROW(ZRenderCallback_##member)
-
-DESCRIBE(new_ZRenderCallback, Constructor, Pack<Instance>(), ZRenderCallback, "new_ZRenderCallback",
-         "ZRenderCallback(PyObject *)")
 PyObject *_wrap_new_ZRenderCallback(PyObject *, PyObject *argument) {
     return with_arguments<METH_O, Instance>(
-        new_ZRenderCallback, argument, [](Argument<Instance> &self) {
+        row_table[at_new_ZRenderCallback], argument, [](Argument<Instance> &self) {
             return owned<ZRenderCallback>(self.get() ? new (std::nothrow)
                                                            SwigDirector_ZRenderCallback(self.get())
                                                      : new (std::nothrow) ZRenderCallback,
                                           kConstructed);
         });
 }
-ROW(new_ZRenderCallback)
-DESTRUCTOR(ZRenderCallback)
 
-DESCRIBE(disown_ZRenderCallback, Disown, Pack<ZRenderCallback *>(), ZRenderCallback,
-         "disown_ZRenderCallback", "void(ZRenderCallback *)")
 PyObject *_wrap_disown_ZRenderCallback(PyObject *, PyObject *argument) {
     return with_arguments<METH_O, ZRenderCallback *>(
-        disown_ZRenderCallback, argument, [](Argument<ZRenderCallback *> &callback) {
+        row_table[at_disown_ZRenderCallback], argument, [](Argument<ZRenderCallback *> &callback) {
             if (const auto *director = dynamic_cast<const Swig::Director *>(callback.get()))
                 director->swig_disown();
             Py_RETURN_NONE;
         });
 }
-ROW(disown_ZRenderCallback)
 
-STATIC(ZRenderCallback, addCallback, void(ZRenderCallback *, int))
-STATIC(ZRenderCallback, removeCallback, void(ZRenderCallback *))
+#define CALLBACK(member, Data)                                                         \
+    PyObject *_wrap_ZRenderCallback_##member(PyObject *, PyObject *arguments) {        \
+        return call_callback<Data>(row_table[at_ZRenderCallback_##member], arguments,  \
+                                   &ZRenderCallback::member,                           \
+                                   [](ZRenderCallback *callback, Data const &data) {   \
+                                       return callback->ZRenderCallback::member(data); \
+                                   });                                                 \
+    }
 CALLBACK(shadowCastCallback, ZRenderShadowData)
 CALLBACK(renderCallback, ZRenderData)
 CALLBACK(postProcessCallback, ZRenderData)
-PROXY(ZRenderCallback)
+#undef CALLBACK
 
-ROWS_END(render_callback_rows)
+} // namespace

@@ -4,6 +4,8 @@
 #include "runtime/module_types.h"
 #include "runtime/object_holder.h"
 
+using namespace binding;
+
 SwigDirector_ZRenderCallback::SwigDirector_ZRenderCallback(PyObject *self) : Swig::Director(self) {}
 
 SwigDirector_ZRenderCallback::~SwigDirector_ZRenderCallback() {

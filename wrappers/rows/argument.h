@@ -17,17 +17,19 @@
 #include <cmath>
 #include <type_traits>
 
-/// Every Argument<T> has: `read(object, position)`, which returns a result code; `use_default(d)`
-/// for an absent argument; `get()`; and `probe(object)`. Some have `read_usual(object)`, which is
+namespace binding {
+
+/// Every Argument<T> has: `read(object, position)`, which returns a ReadResult; `use_default(d)`
+/// for an absent argument; `get()`; and `probe(object)`. Some have `read_fast(object)`, which is
 /// compiled into every wrapper: it reads the usual kind of object in a few instructions, and is
 /// false for all others. Whoever derives from one of these and has a `read` of its own needs its
-/// own `read_usual`, or none.
+/// own `read_fast`, or none.
 template <class T>
 struct Argument;
 
 /// A pointer parameter that takes the native object over from its pointer object.
 template <class Pointer>
-struct Given;
+struct Released;
 
 /// The host's own type of a parameter that rows spell in another way, to convert it in another way.
 template <class T>
@@ -44,7 +46,7 @@ struct Embedded;
 template <>
 struct Argument<int> {
     int value;
-    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
         return PyInt_CheckExact(object) &&
                (value = static_cast<int>(PyInt_AS_LONG(object))) == PyInt_AS_LONG(object);
     }
@@ -57,9 +59,8 @@ struct Argument<int> {
 /// By reference in the host only: a plain number for scripts, and in messages.
 template <>
 struct Argument<int const &> : Argument<int> {
-    int read(PyObject *object, int position) {
-        const int code = Argument<int>::read(object, position);
-        return code >= 0 ? code : kNamedByValue + code;
+    ReadResult read(PyObject *object, int position) {
+        return {Argument<int>::read(object, position), ReadResult::kNamedByValue};
     }
 };
 
@@ -73,7 +74,7 @@ struct Argument<T> : Argument<int> {
 template <>
 struct Argument<unsigned int> {
     unsigned int value;
-    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
         return PyInt_CheckExact(object) &&
                (value = static_cast<unsigned int>(PyInt_AS_LONG(object))) == PyInt_AS_LONG(object);
     }
@@ -99,8 +100,8 @@ requires std::is_same_v<T, short> || std::is_same_v<T, unsigned short> ||
 struct Argument<T> {
     using Wide = std::conditional_t<std::is_signed_v<T>, int, unsigned int>;
     Argument<Wide> wide;
-    [[gnu::always_inline]] bool read_usual(PyObject *object) {
-        return wide.read_usual(object) && wide.value == static_cast<T>(wide.value);
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
+        return wide.read_fast(object) && wide.value == static_cast<T>(wide.value);
     }
     int read(PyObject *object, int position) {
         const int code = wide.read(object, position);
@@ -117,7 +118,7 @@ struct Argument<T> {
 template <>
 struct Argument<double> {
     double value;
-    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
         if (!PyFloat_CheckExact(object))
             return false;
         value = PyFloat_AS_DOUBLE(object);
@@ -132,7 +133,7 @@ struct Argument<double> {
 template <>
 struct Argument<float> {
     double value;
-    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
         if (!PyFloat_CheckExact(object))
             return false;
         value = PyFloat_AS_DOUBLE(object);
@@ -154,7 +155,7 @@ struct Argument<float> {
 template <>
 struct Argument<bool> {
     bool value;
-    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
         value = object == Py_True;
         return value || object == Py_False;
     }
@@ -179,7 +180,7 @@ concept HasRecord = type_index<std::remove_cv_t<T>>
 template <class T>
 struct PointerArgument {
     void *pointer;
-    [[gnu::always_inline]] bool read_usual(PyObject *object) {
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
         if (!is_bare_pointer(object, type_of<std::remove_cv_t<T>>()))
             return false;
         pointer = reinterpret_cast<SwigPyObject *>(object)->ptr;
@@ -216,8 +217,8 @@ struct Argument<T *> {
 };
 
 template <HasRecord T>
-struct Argument<Given<T *>> : Argument<T *> {
-    bool read_usual(PyObject *) = delete;
+struct Argument<Released<T *>> : Argument<T *> {
+    bool read_fast(PyObject *) = delete;
     int read(PyObject *object, int) {
         swig_type_info *type = type_of<std::remove_cv_t<T>>();
         if (is_bare_pointer(object, type)) {
@@ -232,12 +233,14 @@ struct Argument<Given<T *>> : Argument<T *> {
 
 template <class T>
 struct ReferenceArgument : PointerArgument<T> {
-    [[gnu::always_inline]] bool read_usual(PyObject *object) {
-        return PointerArgument<T>::read_usual(object) && this->pointer;
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
+        return PointerArgument<T>::read_fast(object) && this->pointer;
     }
-    int read(PyObject *object, int position) {
+    ReadResult read(PyObject *object, int position) {
         const int code = PointerArgument<T>::read(object, position);
-        return code >= 0 && !this->pointer ? kNullReference : code;
+        if (code >= 0 && !this->pointer)
+            return {SWIG_ValueError, ReadResult::kNullReference};
+        return code;
     }
     T &get() const { return *static_cast<T *>(this->pointer); }
 };
@@ -298,12 +301,12 @@ template <class T>
 requires std::is_void_v<T>
 struct Argument<T *> {
     PyObject *object;
-    [[gnu::always_inline]] bool read_usual(PyObject *given) {
+    [[gnu::always_inline]] bool read_fast(PyObject *given) {
         object = given == Py_None ? nullptr : given;
         return true;
     }
     int read(PyObject *given, int) {
-        read_usual(given);
+        read_fast(given);
         return SWIG_OK;
     }
     void use_default(double) { object = nullptr; }
@@ -330,3 +333,5 @@ struct Argument<ZStatus *> {
     ZStatus value;
     ZStatus *get() { return &value; }
 };
+
+} // namespace binding

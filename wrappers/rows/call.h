@@ -4,14 +4,17 @@
 // from left to right, call the host once, convert the result, look at the hidden status. A wrapper
 // itself is only a thin function that names its description and its target.
 
+#include "runtime/arguments.h"
 #include "wrappers/rows/argument.h"
 #include "wrappers/rows/result.h"
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <new>
+#include <tuple>
 #include <utility>
+
+namespace binding {
 
 template <class T>
 inline constexpr bool is_hidden_status = std::is_same_v<T, ZStatus *>;
@@ -37,105 +40,81 @@ inline constexpr Probe probes_of[] = {nullptr};
 template <class... A>
 inline constexpr Probe probes_of<Pack<A...>>[] = {probe_of<A>()..., nullptr};
 
-/// Reads one argument into its cell, or takes its default where it is absent. Wrappers with the
-/// same type of parameter share this, and may read what is usual themselves.
+/// Reads one argument, or takes its default where it is absent: false with an exception set. Every
+/// wrapper with a parameter of the type shares this.
 template <class T>
-bool read_cell(void *cell, const Function &function, PyObject *object, int index) {
-    auto &argument = *static_cast<Argument<T> *>(cell);
+bool read_or_default(Argument<T> &argument, const Function &function, PyObject *object, int index) {
     if (!object) {
         argument.use_default(function.default_of(index));
         return true;
     }
-    const int code = argument.read(object, index + 1);
-    return code >= 0 || raise_argument(function, index + 1, code);
+    const ReadResult result = argument.read(object, index + 1);
+    return !result.failed() || raise_argument(function, index + 1, result);
 }
 
 template <class T>
-constexpr Reader reader_of() {
-    if constexpr (is_hidden_status<T>)
-        return nullptr;
-    else
-        return &read_cell<T>;
-}
-template <class... A>
-inline constexpr Reader readers_of[] = {reader_of<A>()...};
-
-template <class T>
-inline constexpr bool has_usual = requires(Argument<T> argument, PyObject *object) {
-    argument.read_usual(object);
+inline constexpr bool has_fast_path = requires(Argument<T> argument, PyObject *object) {
+    argument.read_fast(object);
 };
 
 /// Most parameters of a wrapper that reads the usual objects itself. Longer ones are rarer, and
 /// spend their time in the host.
-inline constexpr int kMaxUsualParameters = 6;
+inline constexpr int kMaxFastParameters = 6;
 
 /// True for wrappers with a way of their own for the usual objects.
 template <class... A>
-inline constexpr bool reads_usual = parameter_count<A...> <= kMaxUsualParameters &&
-                                    (... && (is_hidden_status<A> || has_usual<A>));
-
-/// Size of the cells that hold any of these arguments.
-template <class... A>
-inline constexpr size_t cell_size = std::max({size_t{8},
-                                              is_hidden_status<A> ? 0 : sizeof(Argument<A>)...});
-
-/// An argument with room behind it.
-template <class T, size_t size>
-union Cell {
-    Argument<T> argument;
-    std::byte room[size];
-    Cell() { new (&argument) Argument<T>; }
-    ~Cell() { std::destroy_at(&argument); }
-};
-
-/// The arguments of one call, in cells of equal size for the loop that reads them.
-template <size_t size, class... A>
-struct Cells {};
-template <size_t size, class First, class... Rest>
-struct Cells<size, First, Rest...> {
-    Cell<First, size> first;
-    [[no_unique_address]] Cells<size, Rest...> rest;
-};
-template <int index>
-[[gnu::always_inline]] inline auto &cell_at(auto &cells) {
-    if constexpr (index == 0)
-        return cells.first.argument;
-    else
-        return cell_at<index - 1>(cells.rest);
-}
+inline constexpr bool all_have_fast_paths = parameter_count<A...> <= kMaxFastParameters &&
+                                            (... && (is_hidden_status<A> || has_fast_path<A>));
 
 /// True when the object is of the kind that the argument usually gets, and was read.
 template <class T>
-[[gnu::always_inline]] inline bool read_usual(Argument<T> &argument, PyObject *arguments,
-                                              int index) {
+[[gnu::always_inline]] inline bool read_fast(Argument<T> &argument, PyObject *arguments,
+                                             int index) {
     if constexpr (is_hidden_status<T>)
         return true;
     else
-        return argument.read_usual(PyTuple_GET_ITEM(arguments, index));
+        return argument.read_fast(PyTuple_GET_ITEM(arguments, index));
 }
 
-/// Reads all arguments into their cells: false with an exception set. The usual objects, all of
-/// them, are read on the spot; anything else goes from the start through the shared loop.
-template <int flags, class... A, size_t size, int... i>
-[[gnu::always_inline]] inline bool read_cells(const Function &function, PyObject *arguments,
-                                              Cells<size, A...> &cells,
-                                              std::integer_sequence<int, i...>) {
+/// The same with the argument's place among those given.
+template <class T>
+[[gnu::always_inline]] inline bool read_slowly(Argument<T> &argument, const Function &function,
+                                               PyObject *const *objects, int index) {
+    if constexpr (is_hidden_status<T>)
+        return true;
+    else
+        return read_or_default(argument, function, objects[index], index);
+}
+
+/// The arguments of one call: locals of the worker, so that nothing is allocated.
+template <class... A>
+using Arguments = std::tuple<Argument<A>...>;
+
+/// Reads all arguments: false with an exception set. On the fast path, where each is of the kind
+/// that it usually is, the worker reads them on the spot; anything else starts anew and goes
+/// through the shared functions, one argument after the other.
+template <int flags, class... A, int... i>
+[[gnu::always_inline]] inline bool read_all(const Function &function, PyObject *arguments,
+                                            Arguments<A...> &values,
+                                            std::integer_sequence<int, i...>) {
     if constexpr (flags == METH_NOARGS) {
-        return !arguments || argument_count(function, arguments) == 0;
+        return !arguments || SWIG_Python_UnpackTuple(arguments, function.name, 0, 0, nullptr);
     } else if constexpr (flags == METH_O) {
         if (!arguments)
             return false;
-        if constexpr (reads_usual<A...>)
-            if (cells.first.argument.read_usual(arguments)) [[likely]]
+        if constexpr (all_have_fast_paths<A...>)
+            if (std::get<0>(values).read_fast(arguments)) [[likely]]
                 return true;
-        return readers_of<A...>[0](&cells, function, arguments, 0);
+        return read_or_default(std::get<0>(values), function, arguments, 0);
     } else {
-        if constexpr (reads_usual<A...>)
-            if (arguments && PyTuple_Check(arguments) &&
-                PyTuple_GET_SIZE(arguments) == parameter_count<A...> &&
-                (read_usual<A>(cell_at<i>(cells), arguments, i) && ...)) [[likely]]
+        constexpr int count = parameter_count<A...>;
+        if constexpr (all_have_fast_paths<A...>)
+            if (arguments && PyTuple_Check(arguments) && PyTuple_GET_SIZE(arguments) == count &&
+                (read_fast<A>(std::get<i>(values), arguments, i) && ...)) [[likely]]
                 return true;
-        return read_arguments(function, arguments, readers_of<A...>, &cells, size);
+        PyObject *objects[count];
+        return SWIG_Python_UnpackTuple(arguments, function.name, function.min, count, objects) &&
+               (read_slowly<A>(std::get<i>(values), function, objects, i) && ...);
     }
 }
 
@@ -157,11 +136,11 @@ template <int flags, class... A, class Invoke>
 [[gnu::always_inline]] inline PyObject *with_arguments(const Function &function,
                                                        PyObject *arguments, Invoke invoke) {
     return [&]<int... i>(std::integer_sequence<int, i...> indices)->PyObject * {
-        Cells<cell_size<A...>, A...> cells;
-        if (!read_cells<flags>(function, arguments, cells, indices))
+        Arguments<A...> values;
+        if (!read_all<flags, A...>(function, arguments, values, indices))
             return nullptr;
-        PyObject *result = invoke(cell_at<i>(cells)...);
-        return (report_status<A>(cell_at<i>(cells)) && ...) ? result : nullptr;
+        PyObject *result = invoke(std::get<i>(values)...);
+        return (report_status<A>(std::get<i>(values)) && ...) ? result : nullptr;
     }
     (std::make_integer_sequence<int, sizeof...(A)>());
 }
@@ -181,31 +160,42 @@ consteval auto defaults_of(auto... values) {
     return std::array<signed char, sizeof...(values)>{static_cast<signed char>(values)...};
 }
 
+/// What describes a row in text.
+struct Texts {
+    const char *name;
+    const char *declaration;
+    size_t owner_size;
+};
+
 /// A description. The parameters are those that Python sees, the object first, and the hidden
 /// status; a case of an overloaded function has probes.
-template <class... A, class Probes = std::nullptr_t, size_t default_count = 0>
-consteval auto describe(Pack<A...>, Kind kind, const char *name, const char *declaration,
-                        size_t owner_size, PyCFunction native,
-                        [[maybe_unused]] Probes probes = nullptr,
-                        [[maybe_unused]] std::array<signed char, default_count> defaults = {}) {
+template <class... A, size_t default_count = 0>
+consteval Function describe(Kind kind, Texts texts, PyCFunction native, Pack<A...>,
+                            const Probe *probes = nullptr,
+                            std::array<signed char, default_count> defaults = {}) {
     constexpr int count = parameter_count<A...>;
-    static_assert(count <= kMaxParameters && default_count <= kMaxDefaults);
-    constexpr bool is_plain = std::is_null_pointer_v<Probes> && default_count == 0;
-    std::conditional_t<is_plain, Function, DetailedFunction> function{};
-    function.name = name;
-    function.declaration = declaration;
+    static_assert(default_count <= kMaxDefaults);
+    Function function{};
+    function.name = texts.name;
+    function.declaration = texts.declaration;
     function.native = native;
+    function.probes = probes;
     function.kind = kind;
-    function.owner_size = static_cast<unsigned char>(owner_size);
+    function.owner_size = static_cast<unsigned char>(texts.owner_size);
     function.max = count;
     function.min = count - default_count;
     function.flags = count == 0                         ? METH_NOARGS
                      : count == 1 && default_count == 0 ? METH_O
                                                         : METH_VARARGS;
-    if constexpr (!is_plain) {
-        function.probes = probes;
-        std::ranges::copy(defaults, function.defaults);
-    }
+    std::ranges::copy(defaults, function.defaults);
+    return function;
+}
+
+/// A description of the function in front of so many cases, or of one of the proxy protocol.
+consteval Function describe(Kind kind, Texts texts, PyCFunction native, int case_count = 0) {
+    Function function = describe(kind, texts, native, Pack<>());
+    function.flags = METH_VARARGS;
+    function.case_count = static_cast<unsigned char>(case_count);
     return function;
 }
 
@@ -317,11 +307,11 @@ struct Constructor<Object(A...)> {
 /// Deletes a native object whose pointer object gives up its ownership; None deletes nothing.
 template <class Object>
 PyObject *destroy(const Function &function, PyObject *argument) {
-    return with_arguments<METH_O, Given<Object *>>(function, argument,
-                                                   [](Argument<Given<Object *>> &object) {
-                                                       delete object.get();
-                                                       Py_RETURN_NONE;
-                                                   });
+    return with_arguments<METH_O, Released<Object *>>(function, argument,
+                                                      [](Argument<Released<Object *>> &object) {
+                                                          delete object.get();
+                                                          Py_RETURN_NONE;
+                                                      });
 }
 
 /// A public data member. Numbers are stored and returned as numbers; an embedded object is copied
@@ -332,7 +322,7 @@ struct Member {
     static constexpr bool is_typed_pointer =
         std::is_pointer_v<Field> && !std::is_void_v<std::remove_pointer_t<Field>>;
     using Value = std::conditional_t<is_object, Embedded<Field>,
-                                     std::conditional_t<is_typed_pointer, Given<Field>, Field>>;
+                                     std::conditional_t<is_typed_pointer, Released<Field>, Field>>;
     using Result = std::conditional_t<is_object, Field &, Field>;
     using SetParameters = Pack<Object *, Value>;
 
@@ -353,23 +343,4 @@ struct Member {
     }
 };
 
-/// The description of the row in front of overloads.
-template <size_t count>
-consteval Dispatcher describe_dispatcher(const char *name, PyCFunction native,
-                                         const Function *const (&overloads)[count]) {
-    Dispatcher function{*overloads[0], overloads};
-    function.name = name;
-    function.declaration = "";
-    function.native = native;
-    function.is_dispatcher = true;
-    function.flags = METH_VARARGS;
-    return function;
-}
-
-/// The description of a function of the proxy protocol.
-consteval Function describe_proxy_row(Kind kind, const char *name, size_t owner_size,
-                                      PyCFunction native) {
-    Function function = describe(Pack<>(), kind, name, "", owner_size, native);
-    function.flags = METH_VARARGS;
-    return function;
-}
+} // namespace binding

@@ -1,6 +1,5 @@
 #include "wrappers/rows/function.h"
 
-#include "runtime/arguments.h"
 #include "runtime/result_codes.h"
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 #include <cstring>
 #include <string_view>
 
+namespace binding {
 namespace {
 
 /// A message under construction. It has its own room: memory may be what is short.
@@ -108,24 +108,25 @@ bool takes(const Function &function, Py_ssize_t count) {
     return count >= function.min && count <= function.max;
 }
 
-Probe probe_at(const Function &overload, Py_ssize_t i) {
-    return static_cast<const DetailedFunction &>(overload).probes[i];
-}
+/// Cases that take a number of arguments, in declaration order.
+struct Candidates {
+    const Function *functions[kMaxCases];
+    int count = 0;
 
-/// True when some other candidate would look at this argument differently.
-bool tells_apart(std::span<const Function *const> candidates, const Function &function,
-                 Py_ssize_t i) {
-    for (const Function *other : candidates)
-        if (probe_at(*other, i) != probe_at(function, i))
-            return true;
-    return false;
-}
+    std::span<const Function *const> all() const { return {functions, size_t(count)}; }
+    /// True when the candidates do not all look at this argument the same way.
+    bool differ_at(Py_ssize_t i) const {
+        for (const Function *function : all())
+            if (function->probes[i] != functions[0]->probes[i])
+                return true;
+        return false;
+    }
+};
 
-bool fits(std::span<const Function *const> candidates, const Function &function,
-          PyObject *arguments) {
+/// Arguments that all candidates look at the same way do not tell them apart, and are not probed.
+bool fits(const Candidates &candidates, const Function &function, PyObject *arguments) {
     for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(arguments); ++i)
-        if (tells_apart(candidates, function, i) &&
-            !probe_at(function, i)(PyTuple_GET_ITEM(arguments, i)))
+        if (candidates.differ_at(i) && !function.probes[i](PyTuple_GET_ITEM(arguments, i)))
             return false;
     return true;
 }
@@ -136,74 +137,20 @@ PyObject *call_case(const Function &function, PyObject *self, PyObject *argument
                            function.flags == METH_O ? PyTuple_GET_ITEM(arguments, 0) : arguments);
 }
 
-/// What stands before the class in the names of constructors and the like.
-size_t prefix_size(Kind kind) {
-    switch (kind) {
-    case Kind::Constructor:
-        return std::strlen("new_");
-    case Kind::Destructor:
-        return std::strlen("delete_");
-    case Kind::Disown:
-        return std::strlen("disown_");
-    default:
-        return 0;
-    }
-}
-
 } // namespace
 
-std::string_view Function::owner() const {
-    return {name + prefix_size(kind), owner_size};
-}
-
-std::string_view Function::member() const {
-    if (kind == Kind::Constructor || kind == Kind::Destructor || kind == Kind::Disown)
-        return owner();
-    return owner_size ? name + owner_size + 1 : name;
-}
-
-std::span<const Function *const> Function::cases() const {
-    return is_dispatcher ? static_cast<const Dispatcher *>(this)->overloads
-                         : std::span<const Function *const>();
-}
-
-Py_ssize_t raise_argument_count(const Function &function, PyObject *arguments) {
-    PyObject *objects[kMaxParameters];
-    return SWIG_Python_UnpackTuple(arguments, function.name, function.min, function.max, objects) -
-           1;
-}
-
-bool read_arguments(const Function &function, PyObject *arguments, const Reader *readers,
-                    void *cells, size_t size) {
-    const Py_ssize_t count = argument_count(function, arguments);
-    if (count < 0)
+bool raise_argument(const Function &function, int position, ReadResult result) {
+    if (result.remark == ReadResult::kRaised)
         return false;
-    char *cell = static_cast<char *>(cells);
-    int i = 0;
-    for (; i < count; ++i, cell += size)
-        if (!readers[i](cell, function, PyTuple_GET_ITEM(arguments, i), i))
-            return false;
-    for (; i < function.max; ++i, cell += size)
-        readers[i](cell, function, nullptr, i);
-    return true;
-}
-
-bool raise_argument(const Function &function, int position, int code) {
-    if (code == kRaised)
-        return false;
-    const bool named_by_value = code < kNamedByValue;
-    if (named_by_value)
-        code -= kNamedByValue;
+    const bool is_null = result.remark == ReadResult::kNullReference;
     Message message;
-    if (code == kNullReference)
+    if (is_null)
         message.add("invalid null reference ");
     message.format("in method '%s', argument %d of type '", function.name, position);
-    add_parameter_type(message, function, position, named_by_value);
+    add_parameter_type(message, function, position, result.remark == ReadResult::kNamedByValue);
     message.add("'");
-    const int type = code == kNullReference ? SWIG_ValueError
-                     : code == SWIG_ERROR   ? SWIG_TypeError
-                                            : code;
-    PyErr_SetString(SWIG_Python_ErrorType(type), message.text());
+    const int code = result.code == SWIG_ERROR ? SWIG_TypeError : result.code;
+    PyErr_SetString(SWIG_Python_ErrorType(code), message.text());
     return false;
 }
 
@@ -211,31 +158,31 @@ void raise_expected_string(int position) {
     PyErr_Format(PyExc_TypeError, "Expected a String or Unicode object for argument %d", position);
 }
 
-PyObject *raise_no_overload(std::span<const Function *const> overloads) {
+PyObject *raise_no_overload(const Function &overloaded) {
     Message message;
     message.format("Wrong number or type of arguments for overloaded function '%s'.\n"
                    "  Possible C/C++ prototypes are:\n",
-                   overloads.front()->name);
-    for (const Function *function : overloads)
-        add_prototype(message, *function, function == overloads.back());
+                   overloaded.name);
+    for (const Function &function : overloaded.cases())
+        add_prototype(message, function, &function == &overloaded.cases().back());
     PyErr_SetString(PyExc_NotImplementedError, message.text());
     return nullptr;
 }
 
-PyObject *dispatch(std::span<const Function *const> overloads, PyObject *self,
-                   PyObject *arguments) {
+PyObject *dispatch(const Function &overloaded, PyObject *self, PyObject *arguments) {
     if (!arguments || !PyTuple_Check(arguments))
-        return raise_no_overload(overloads);
-    const Function *candidates[8];
-    size_t count = 0;
-    for (const Function *function : overloads)
-        if (takes(*function, PyTuple_GET_SIZE(arguments)))
-            candidates[count++] = function;
-    if (count == 0)
-        return raise_no_overload(overloads);
-    const std::span<const Function *const> all(candidates, count);
-    for (const Function *function : all.first(count - 1))
-        if (fits(all, *function, arguments))
+        return raise_no_overload(overloaded);
+    Candidates candidates;
+    for (const Function &function : overloaded.cases())
+        if (takes(function, PyTuple_GET_SIZE(arguments)))
+            candidates.functions[candidates.count++] = &function;
+    if (candidates.count == 0)
+        return raise_no_overload(overloaded);
+    const auto all = candidates.all();
+    for (const Function *function : all.first(all.size() - 1))
+        if (fits(candidates, *function, arguments))
             return call_case(*function, self, arguments);
     return call_case(*all.back(), self, arguments);
 }
+
+} // namespace binding

@@ -8,6 +8,8 @@
 #include <span>
 #include <string_view>
 
+namespace binding {
+
 enum class Kind : unsigned char {
     Static,      ///< "Class_member", no object
     Method,      ///< "Class_member", the object first
@@ -16,106 +18,119 @@ enum class Kind : unsigned char {
     Disown,      ///< "disown_Class"
     Setter,      ///< "Class_member_set"
     Getter,      ///< "Class_member_get"
+    Overloads,   ///< in front of the cases that stand before it in its table
     Register,    ///< "Class_swigregister"
-    Initialise,  ///< "Class_swiginit"
-    Runtime      ///< no class
+    Initialise   ///< "Class_swiginit"
 };
 
 /// Tells whether an object could be an argument, without converting it.
 using Probe = bool (*)(PyObject *);
 
-/// Most parameters that a wrapper has, the object included.
-inline constexpr int kMaxParameters = 16;
 /// Most parameters with a default.
 inline constexpr int kMaxDefaults = 6;
+/// Most cases of an overloaded function.
+inline constexpr int kMaxCases = 8;
 
-/// One native function. There are well over a thousand of them: what only a few need stands in
-/// the types below.
+/// One native function: a row of the method table, or a case of an overloaded one.
 struct Function {
     const char *name;        ///< the Python name, used in every message
     const char *declaration; ///< the type, as in the row: "ZStatus(unsigned int, bool) const"
     PyCFunction native;      ///< "_wrap_" and the Python name
+    const Probe *probes;     ///< one per parameter of a case; null for everything else
     Kind kind;
-    bool is_dispatcher;
-    unsigned char owner_size; ///< characters of the class's name
-    unsigned char min;        ///< parameters without a default, the object included
-    unsigned char max;        ///< all parameters, but not a hidden status
-    unsigned char flags;      ///< METH_NOARGS, METH_O or METH_VARARGS
+    unsigned char owner_size;           ///< characters of the class's name
+    unsigned char min;                  ///< parameters without a default, the object included
+    unsigned char max;                  ///< all parameters, but not a hidden status
+    unsigned char flags;                ///< METH_NOARGS, METH_O or METH_VARARGS
+    unsigned char case_count;           ///< how many records before this one are its cases
+    signed char defaults[kMaxDefaults]; ///< of the last max - min parameters
 
     /// The class, as spelled in C++; empty for functions without one.
-    std::string_view owner() const;
+    constexpr std::string_view owner() const;
     /// "member" of "Class_member"; constructors go by the name of their class.
-    std::string_view member() const;
+    constexpr std::string_view member() const;
 
     bool has_object() const {
         return kind == Kind::Method || kind == Kind::Setter || kind == Kind::Getter;
     }
+    /// True for a case, which scripts reach through the overloaded function only.
+    constexpr bool is_case() const { return probes; }
+    /// The cases of an overloaded function, in declaration order; none for others.
+    constexpr std::span<const Function> cases() const { return {this - case_count, case_count}; }
     /// Of a parameter that has a default.
-    signed char default_of(int index) const;
-    /// The cases behind a dispatcher; none otherwise.
-    std::span<const Function *const> cases() const;
+    signed char default_of(int index) const { return defaults[index - min]; }
 };
 
-/// A function with defaults, or a case of an overloaded one.
-struct DetailedFunction : Function {
-    const Probe *probes;                ///< of a case, one per parameter
-    signed char defaults[kMaxDefaults]; ///< of the last max - min parameters
-};
-
-/// The function in front of overloads.
-struct Dispatcher : Function {
-    std::span<const Function *const> overloads;
-};
-
-inline signed char Function::default_of(int index) const {
-    return static_cast<const DetailedFunction *>(this)->defaults[index - min];
-}
-
-/// One row of the method table: a function, or the dispatcher of its overloads.
-using Row = const Function *;
+/// A family's functions, each overloaded one behind its cases.
+using Rows = std::span<const Function>;
 
 // Failures. Each sets the exception and returns what its caller is to return.
 
-/// Wrong number of arguments, or no tuple: returns -1.
-Py_ssize_t raise_argument_count(const Function &function, PyObject *arguments);
+/// What came of reading one argument: the runtime's result code, and what a message is to say that
+/// the code does not.
+struct ReadResult {
+    enum Remark : int {
+        kNone,
+        kNullReference, ///< None where the host expects a reference
+        kNamedByValue,  ///< the message tells `T` for a parameter declared `T const &`
+        kRaised         ///< the exception is set already
+    };
+    int code;
+    Remark remark = kNone;
 
-/// Number of arguments given, or -1 with an exception set.
-inline Py_ssize_t argument_count(const Function &function, PyObject *arguments) {
-    if (arguments && PyTuple_Check(arguments)) [[likely]] {
-        const Py_ssize_t count = PyTuple_GET_SIZE(arguments);
-        if (count >= function.min && count <= function.max) [[likely]]
-            return count;
-    }
-    return raise_argument_count(function, arguments);
-}
-
-/// Reads one argument into its cell, or its default where it is null: false with an exception set.
-using Reader = bool (*)(void *cell, const Function &function, PyObject *object, int index);
-
-/// Reads all arguments with a reader for each, into cells of `size` bytes: false with an exception
-/// set.
-bool read_arguments(const Function &function, PyObject *arguments, const Reader *readers,
-                    void *cells, size_t size);
-
-/// In place of a result code: None where the host expects a reference.
-inline constexpr int kNullReference = -100;
-
-/// In place of a result code: the exception is set already.
-inline constexpr int kRaised = -101;
-
-/// Added to a result code where the message tells `T` for a parameter declared `T const &`.
-inline constexpr int kNamedByValue = -200;
+    constexpr ReadResult(int code, Remark remark = kNone) : code(code), remark(remark) {}
+    constexpr bool failed() const { return code < 0; }
+};
 
 /// An argument (counted from 1, the object included) did not convert: returns false.
-bool raise_argument(const Function &function, int position, int code);
+bool raise_argument(const Function &function, int position, ReadResult result);
 
 /// A string argument could not be read. The call goes on with an empty string.
 void raise_expected_string(int position);
 
 /// No overload takes these arguments: returns null.
-PyObject *raise_no_overload(std::span<const Function *const> overloads);
+PyObject *raise_no_overload(const Function &overloaded);
 
-/// Calls the first overload whose arguments fit: by their number alone where that decides, else by
+/// Calls the first case whose arguments fit: by their number alone where that decides, else by
 /// probing the arguments that tell the candidates apart. The last candidate is not probed; it
 /// reports its own conversion errors.
-PyObject *dispatch(std::span<const Function *const> overloads, PyObject *self, PyObject *arguments);
+PyObject *dispatch(const Function &overloaded, PyObject *self, PyObject *arguments);
+
+/// What stands before the class in the names of constructors and the like.
+constexpr std::string_view prefix_of(std::string_view name) {
+    for (std::string_view prefix : {"new_", "delete_", "disown_"})
+        if (name.starts_with(prefix))
+            return prefix;
+    return "";
+}
+
+constexpr std::string_view Function::owner() const {
+    return {name + prefix_of(name).size(), owner_size};
+}
+
+constexpr std::string_view Function::member() const {
+    if (!prefix_of(name).empty())
+        return owner();
+    return owner_size ? name + owner_size + 1 : name;
+}
+
+/// True when every overloaded function stands behind its cases, all of one name, and every case
+/// before its overloaded function.
+constexpr bool is_well_formed(Rows rows) {
+    int waiting = 0;
+    for (const Function &function : rows) {
+        if (function.is_case()) {
+            ++waiting;
+            continue;
+        }
+        if (function.case_count != waiting || waiting > kMaxCases)
+            return false;
+        for (const Function &overload : rows.subspan(&function - rows.data() - waiting, waiting))
+            if (std::string_view(overload.name) != function.name)
+                return false;
+        waiting = 0;
+    }
+    return waiting == 0;
+}
+
+} // namespace binding

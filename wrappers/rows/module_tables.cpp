@@ -6,6 +6,7 @@
 
 #include <new>
 
+namespace binding {
 namespace {
 
 const PyMethodDef instance_method_row = {"SWIG_PyInstanceMethod_New", SWIG_PyInstanceMethod_New,
@@ -18,17 +19,18 @@ const swig_const_info swig_const_table[] = {{kEndOfConstants, nullptr, 0, 0.0, n
 /// All rows of the module in one array, as the interpreter wants them; it keeps the array for ever.
 /// Null when memory is short.
 PyMethodDef *make_method_array() {
-    size_t count = 2;
+    size_t most = 2;
     for (const Rows *rows : method_tables)
-        count += rows->size();
-    auto *methods = new (std::nothrow) PyMethodDef[count];
+        most += rows->size();
+    auto *methods = new (std::nothrow) PyMethodDef[most];
     if (!methods)
         return nullptr;
     PyMethodDef *end = methods;
     *end++ = instance_method_row;
     for (const Rows *rows : method_tables)
-        for (const Function *function : *rows)
-            *end++ = {function->name, function->native, function->flags, nullptr};
+        for (const Function &function : *rows)
+            if (!function.is_case())
+                *end++ = {function.name, function.native, function.flags, nullptr};
     *end = end_of_methods;
     return methods;
 }
@@ -67,3 +69,5 @@ void initialise_module(const char *name) {
     const PendingError keep;
     PyDict_DelItem(PyImport_GetModuleDict(), key.get());
 }
+
+} // namespace binding

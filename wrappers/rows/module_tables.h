@@ -6,7 +6,7 @@
 #include "wrappers/rows/constants.h"
 #include "wrappers/rows/function.h"
 
-using Rows = std::span<const Row>;
+namespace binding {
 
 extern const std::span<const Rows *const> method_tables;
 extern const std::span<const Constants *const> constant_tables;
@@ -14,3 +14,5 @@ extern const std::span<const Constants *const> constant_tables;
 /// Creates the module with all its rows, joins it to the interpreter's type ring and installs its
 /// constants. A failure leaves its exception for the import to report.
 void initialise_module(const char *name);
+
+} // namespace binding

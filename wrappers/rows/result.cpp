@@ -2,6 +2,8 @@
 
 #include <new>
 
+namespace binding {
+
 PyObject *status_result(const ZStatus &status) {
     if (!status.error())
         Py_RETURN_NONE;
@@ -24,3 +26,5 @@ PyObject *string_result(const ZString &text) {
     return PyUnicode_FromUnicode(reinterpret_cast<const Py_UNICODE *>(text.asW()),
                                  static_cast<Py_ssize_t>(text.numChars()));
 }
+
+} // namespace binding

@@ -7,11 +7,14 @@
 #include "runtime/char_strings.h"
 #include "runtime/convert.h"
 #include "runtime/module_types.h"
+#include "runtime/value_wrapper.h"
 
 #include <climits>
 #include <new>
 #include <type_traits>
 #include <utility>
+
+namespace binding {
 
 /// None on success, the string "unknown" for an unknown parameter, else RuntimeError with the
 /// status's text.
@@ -31,6 +34,18 @@ PyObject *owned(T *object, int flags) {
     PyObject *result = SWIG_Python_NewPointerObj(object, type_of<T>(), flags);
     if (!result)
         delete object;
+    return result;
+}
+
+/// The same for a heap copy of a result.
+template <class T>
+PyObject *copied(T &&value) {
+    SwigValueWrapper<T> copy(std::move(value));
+    if (!copy.get())
+        return PyErr_NoMemory();
+    PyObject *result = SWIG_Python_NewPointerObj(copy.get(), type_of<T>(), kOwned);
+    if (result)
+        copy.release();
     return result;
 }
 
@@ -74,5 +89,7 @@ PyObject *to_python(std::type_identity_t<R> &&value) {
     else if constexpr (std::is_reference_v<R>)
         return borrowed(&value);
     else
-        return owned(new (std::nothrow) Bare(std::move(value)), kOwned);
+        return copied(std::move(value));
 }
+
+} // namespace binding

@@ -5,6 +5,8 @@
 
 #include <new>
 
+namespace binding {
+
 /// Reads the usual text. The holder's care is for objects that scripts may take away meanwhile.
 static bool read_unicode(PyObject *object, Tstring &value) {
     static_assert(sizeof(Py_UNICODE) == sizeof(wchar_t), "for an interpreter built with UCS4");
@@ -28,3 +30,5 @@ int StringArgument::read(PyObject *object, int position) {
         raise_expected_string(position);
     return SWIG_OK;
 }
+
+} // namespace binding

@@ -1,6 +1,8 @@
 #include "wrappers/shader_gl/gl_argument.h"
 
-int GlData::read(PyObject *object, int) {
+using namespace binding;
+
+ReadResult GlData::read(PyObject *object, int) {
     // In this order: a proxy may have pointer objects of several types.
     swig_type_info *const types[] = {
         type_of<double>(), type_of<float>(),          type_of<int>(),  type_of<unsigned int>(),
@@ -9,5 +11,5 @@ int GlData::read(PyObject *object, int) {
         if (SWIG_Python_ConvertPtrAndOwn(object, &address, type, 0) >= 0)
             return SWIG_OK;
     PyErr_SetString(PyExc_TypeError, "Expected argument of pointer type compatible with ZGLvoid*");
-    return kRaised;
+    return {SWIG_TypeError, ReadResult::kRaised};
 }

@@ -12,6 +12,8 @@ class ZGLvoid;
 
 } // namespace gl
 
+namespace binding {
+
 template <>
 struct NativeOf<gl::ZGLvoid *> : std::type_identity<void *> {};
 template <>
@@ -25,7 +27,7 @@ struct NativeOf<gl::ZGLvoid const **> : std::type_identity<void const **> {};
 /// null for None. Other types of pointers are refused, signed char and void among them.
 struct GlData {
     void *address = nullptr;
-    int read(PyObject *object, int);
+    ReadResult read(PyObject *object, int);
     void use_default(double) {}
     void *get() const { return address; }
 };
@@ -47,3 +49,5 @@ template <>
 struct Argument<char const **> : PointerArgument<char *> {
     char const **get() const { return static_cast<char const **>(pointer); }
 };
+
+} // namespace binding

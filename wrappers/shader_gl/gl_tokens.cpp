@@ -2,8 +2,8 @@
 
 #include "wrappers/rows/constants.h"
 
-static constexpr Constant tokens[] = {
+static constexpr binding::Constant tokens[] = {
 #define TOKEN(name, value) {"ZGL_" #name, value},
 #include "wrappers/shader_gl/gl_tokens.def"
 };
-PACK_CONSTANTS(gl_token_constants, tokens)
+extern constinit const binding::Constants gl_token_constants = tokens;

@@ -2,82 +2,11 @@
 
 #include "host/render/ZUniformParameter.h"
 #include "host/render/ZUniformParameterList.h"
-#include "wrappers/rows/wrapper_table.h"
+#include "wrappers/rows/constants.h"
 
-ROWS_BEGIN
-
-CONSTRUCTOR_CASE(ZUniformParameter, 1, ZUniformParameter())
-CONSTRUCTOR_CASE(ZUniformParameter, 2,
-                 ZUniformParameter(ZString const &, ZUniformParameter::DataType,
-                                   ZUniformParameter::DataSemantic, unsigned int, unsigned int,
-                                   void *),
-                 1, 1, 0)
-CONSTRUCTOR_OVERLOADS(ZUniformParameter, &new_ZUniformParameter_1, &new_ZUniformParameter_2)
-DESTRUCTOR(ZUniformParameter)
-ASSIGNMENT(ZUniformParameter)
-METHOD(ZUniformParameter, name, ZString() const)
-METHOD(ZUniformParameter, type, ZUniformParameter::DataType() const)
-METHOD(ZUniformParameter, semantic, ZUniformParameter::DataSemantic() const)
-METHOD(ZUniformParameter, numRows, unsigned int() const)
-METHOD(ZUniformParameter, numColumns, unsigned int() const)
-METHOD(ZUniformParameter, numElements, unsigned int() const)
-METHOD(ZUniformParameter, userData, void *() const)
-METHOD(ZUniformParameter, setRangeMin, void(double))
-METHOD(ZUniformParameter, setRangeMax, void(double))
-METHOD(ZUniformParameter, setSoftRangeMin, void(double))
-METHOD(ZUniformParameter, setSoftRangeMax, void(double))
-METHOD(ZUniformParameter, setUIHidden, void(bool))
-METHOD(ZUniformParameter, UIHidden, bool() const)
-METHOD(ZUniformParameter, setEnumFieldNames, void(ZString const &))
-METHOD(ZUniformParameter, setKeyable, void(bool))
-METHOD(ZUniformParameter, keyable, bool() const)
-METHOD(ZUniformParameter, isATexture, bool() const)
-METHOD_CASE(ZUniformParameter, hasChanged, 1, bool(ZGeometryList const &) const)
-METHOD_CASE(ZUniformParameter, hasChanged, 2, bool(ZHWRender::ZDrawContext const &) const)
-OVERLOADS(ZUniformParameter, hasChanged, &ZUniformParameter_hasChanged_1,
-          &ZUniformParameter_hasChanged_2)
-METHOD_CASE(ZUniformParameter, getAsFloatArray, 1, float const *(ZGeometryList const &) const)
-METHOD_CASE(ZUniformParameter, getAsFloatArray, 2,
-            float const *(ZHWRender::ZDrawContext const &) const)
-OVERLOADS(ZUniformParameter, getAsFloatArray, &ZUniformParameter_getAsFloatArray_1,
-          &ZUniformParameter_getAsFloatArray_2)
-METHOD(ZUniformParameter, setAsFloatArray, void(float const *, unsigned int))
-METHOD_CASE(ZUniformParameter, getAsFloat, 1, float(ZGeometryList const &) const)
-METHOD_CASE(ZUniformParameter, getAsFloat, 2, float(ZHWRender::ZDrawContext const &) const)
-OVERLOADS(ZUniformParameter, getAsFloat, &ZUniformParameter_getAsFloat_1,
-          &ZUniformParameter_getAsFloat_2)
-METHOD(ZUniformParameter, setAsFloat, void(float))
-METHOD_CASE(ZUniformParameter, getAsString, 1, ZString(ZGeometryList const &) const)
-METHOD_CASE(ZUniformParameter, getAsString, 2, ZString(ZHWRender::ZDrawContext const &) const)
-OVERLOADS(ZUniformParameter, getAsString, &ZUniformParameter_getAsString_1,
-          &ZUniformParameter_getAsString_2)
-METHOD(ZUniformParameter, setAsString, void(ZString const &))
-METHOD_CASE(ZUniformParameter, getAsBool, 1, bool(ZGeometryList const &) const)
-METHOD_CASE(ZUniformParameter, getAsBool, 2, bool(ZHWRender::ZDrawContext const &) const)
-OVERLOADS(ZUniformParameter, getAsBool, &ZUniformParameter_getAsBool_1,
-          &ZUniformParameter_getAsBool_2)
-METHOD(ZUniformParameter, setAsBool, void(bool))
-METHOD_CASE(ZUniformParameter, getAsInt, 1, int(ZGeometryList const &) const)
-METHOD_CASE(ZUniformParameter, getAsInt, 2, int(ZHWRender::ZDrawContext const &) const)
-OVERLOADS(ZUniformParameter, getAsInt, &ZUniformParameter_getAsInt_1, &ZUniformParameter_getAsInt_2)
-METHOD(ZUniformParameter, setAsInt, void(int))
-METHOD(ZUniformParameter, setUINiceName, void(ZString const &))
-METHOD(ZUniformParameter, getPlug, ZPlug() const)
-METHOD(ZUniformParameter, getSource, ZPlug() const)
-METHOD(ZUniformParameter, setDirty, void())
-PROXY(ZUniformParameter)
-
-CONSTRUCTOR(ZUniformParameterList, ZUniformParameterList())
-DESTRUCTOR(ZUniformParameterList)
-METHOD(ZUniformParameterList, append, void(ZUniformParameter const &))
-METHOD(ZUniformParameterList, length, int() const)
-METHOD(ZUniformParameterList, setLength, void(int))
-METHOD(ZUniformParameterList, getElement, ZUniformParameter(int) const)
-METHOD(ZUniformParameterList, setElement, void(int, ZUniformParameter const &))
-ASSIGNMENT(ZUniformParameterList)
-PROXY(ZUniformParameterList)
-
-ROWS_END(uniform_parameter_rows)
+#define ROW_LIST "wrappers/shader_gl/uniform_parameter.def"
+#define ROW_TABLE uniform_parameter_rows
+#include "wrappers/rows/make_rows.h"
 
 CONSTANTS(uniform_parameter_constants, ENUMERATOR(ZUniformParameter, kTypeUnknown),
           ENUMERATOR(ZUniformParameter, kTypeBool), ENUMERATOR(ZUniformParameter, kTypeInt),

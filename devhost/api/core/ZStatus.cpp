@@ -1,9 +1,9 @@
 // The outcome of a host operation: its texts.
 #include "host/core/ZStatus.h"
 
+#include "devhost/util/Terminal.h"
 #include "host/core/ZString.h"
 
-#include <cstdio>
 #include <iterator>
 #include <new>
 
@@ -48,9 +48,9 @@ ZString ZStatus::errorString() const {
     const CodeText general = codeText(code_);
     const std::string line =
         std::string("(") + general.name + "): " + (text_ ? text_->c_str() : general.text);
-    return ZString(line.c_str());
+    return ZString(devhost::harmless(line).c_str());
 }
 
 void ZStatus::perror(const char *heading) const {
-    std::fprintf(stderr, "%s: %s\n", heading ? heading : "", errorString().asUTF8());
+    devhost::writeLine(std::string(heading ? heading : "") + ": " + errorString().asUTF8());
 }

@@ -85,15 +85,17 @@ std::string cameraNameOr(const ZString &given) {
     return node ? fileNamePart(node->name) : std::string();
 }
 
-/// "0042", "-0042", "0042.5".
+/// "0042", "-0042", "0042.5"; in thousandths, as far as they are not zero.
 std::string frameText(double number, unsigned padding) {
-    const double whole = std::floor(std::abs(number));
-    const long thousandths = std::lround((std::abs(number) - whole) * 1000);
+    double whole = std::floor(std::abs(number));
+    long thousandths = std::lround((std::abs(number) - whole) * 1000);
+    whole += double(thousandths / 1000);
+    thousandths %= 1000;
     char digits[64];
-    std::snprintf(digits, sizeof digits, "%0*.0f", static_cast<int>(std::min(padding, 16u)),
-                  whole + (thousandths == 1000));
-    std::string result = (number < 0 ? "-" : "") + std::string(digits);
-    if (thousandths % 1000) {
+    std::snprintf(digits, sizeof digits, "%0*.0f", static_cast<int>(std::min(padding, 16u)), whole);
+    const bool isNegative = number < 0 && (whole > 0 || thousandths);
+    std::string result = (isNegative ? "-" : "") + std::string(digits);
+    if (thousandths) {
         std::snprintf(digits, sizeof digits, ".%03ld", thousandths);
         result += digits;
         result.erase(result.find_last_not_of('0') + 1);
@@ -250,6 +252,8 @@ ZString ZCommonRenderSettingsData::getImageName(ZpathType pathType, double frame
 
         // A token without a value may leave an empty or absolute folder behind.
         fs::path path = fs::path(file).lexically_normal().relative_path();
+        if (!path.empty() && *path.begin() == "..")
+            return devhost::invalid(("the image's name leads out of its folder: " + file).c_str());
         if (pathType != kRelativePath) {
             fs::path folder = devhost::renderSession().imagesFolder;
             if (pathType == kFullPathTmp)

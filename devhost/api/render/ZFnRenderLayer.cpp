@@ -3,6 +3,7 @@
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"
+#include "host/render/ZRenderUtil.h"
 
 #include <algorithm>
 
@@ -100,10 +101,7 @@ ZStatus ZFnRenderLayer::layerChildren(ZObjectArray &layerObjects, bool recurse) 
 }
 
 bool ZFnRenderLayer::inCurrentRenderLayer(ZDagPath const &objectPath, ZStatus *ReturnStatus) {
-    report(ReturnStatus, objectPath.isValid() ? ZStatus() : invalid("the path is not valid"));
-    const NodeId layer = scene().currentLayer();
-    return objectPath.isValid() &&
-           (layer == kNoNode || scene().isInLayer(scene().id(objectPath.node()), layer));
+    return ZRenderUtil::inCurrentRenderLayer(objectPath, ReturnStatus);
 }
 
 ZStatus ZFnRenderLayer::listMembers(ZObjectArray &objects) const {

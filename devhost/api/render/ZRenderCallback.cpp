@@ -2,6 +2,7 @@
 
 #include "devhost/session/CallbackRegistry.h"
 #include "devhost/session/RenderCallbacks.h"
+#include "devhost/util/Terminal.h"
 
 namespace {
 
@@ -19,24 +20,31 @@ void reportCallbackError(const char *callback, const char *what) {
     if (session.onCallbackError)
         session.onCallbackError(callback, what);
     else
-        std::fprintf(stderr, "%s failed: %s\n", callback, what);
+        tell(std::string(callback) + " failed: " + what);
 }
 
 bool hasRenderCallbacks() {
     return !registry().isEmpty();
 }
 
+// Each callback gets a record of its own: scripts can write to them.
 void runShadowCastCallbacks(const ZRenderShadowData &data) {
-    registry().run("shadowCastCallback",
-                   [&](ZRenderCallback &callback) { callback.shadowCastCallback(data); });
+    registry().run("shadowCastCallback", [&](ZRenderCallback &callback) {
+        ZRenderShadowData own = data;
+        callback.shadowCastCallback(own);
+    });
 }
 void runRenderCallbacks(const ZRenderData &data) {
-    registry().run("renderCallback",
-                   [&](ZRenderCallback &callback) { callback.renderCallback(data); });
+    registry().run("renderCallback", [&](ZRenderCallback &callback) {
+        ZRenderData own = data;
+        callback.renderCallback(own);
+    });
 }
 void runPostProcessCallbacks(const ZRenderData &data) {
-    registry().run("postProcessCallback",
-                   [&](ZRenderCallback &callback) { callback.postProcessCallback(data); });
+    registry().run("postProcessCallback", [&](ZRenderCallback &callback) {
+        ZRenderData own = data;
+        callback.postProcessCallback(own);
+    });
 }
 
 } // namespace devhost

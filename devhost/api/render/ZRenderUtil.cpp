@@ -80,17 +80,16 @@ const Shader &sceneShader(bool castShadows) {
     struct Kept {
         std::unique_ptr<const Shader> shader;
         unsigned long revision = 0;
-        bool defaultLight = false;
+        ShadingOptions options;
     };
     static Kept kept[2];
     Kept &entry = kept[castShadows];
-    const bool defaultLight = renderSession().settings.enableDefaultLight;
+    const ShadingOptions options = sessionShading(castShadows);
     const RayTracer &tracer = rayTracer();
-    if (!entry.shader || entry.revision != scene().revision() ||
-        entry.defaultLight != defaultLight) {
-        entry.shader = std::make_unique<Shader>(scene(), tracer, castShadows, defaultLight);
+    if (!entry.shader || entry.revision != scene().revision() || entry.options != options) {
+        entry.shader = std::make_unique<Shader>(scene(), tracer, options);
         entry.revision = scene().revision();
-        entry.defaultLight = defaultLight;
+        entry.options = options;
     }
     return *entry.shader;
 }
@@ -123,7 +122,8 @@ ZStatus ZRenderUtil::raytrace(const ZFloatVector &rayOrigin, const ZFloatVector 
         if (const ZStatus status = checkDepth(maxRayDepth); !status)
             return status;
         Hit hit;
-        resultColor = sceneShader(castShadows).trace(rayOrigin, rayDirection, maxRayDepth, &hit);
+        resultColor =
+            sceneShader(castShadows).trace(rayOrigin, rayDirection, maxRayDepth, &hit).color;
         resultPoint = hit.point;
         return ZStatus();
     });
@@ -146,7 +146,8 @@ ZStatus ZRenderUtil::raytrace(const ZFloatVectorArray &rayOrigins,
         forBlocks(rayOrigins.length(), kRaysPerBlock, [&](size_t begin, size_t end) {
             for (unsigned at = unsigned(begin); at < end; ++at) {
                 Hit hit;
-                colors[at] = shader.trace(rayOrigins[at], rayDirections[at], maxRayDepth, &hit);
+                colors[at] =
+                    shader.trace(rayOrigins[at], rayDirections[at], maxRayDepth, &hit).color;
                 points[at] = hit.point;
             }
         });
@@ -264,7 +265,7 @@ bool ZRenderUtil::inCurrentRenderLayer(const ZDagPath &objectPath, ZStatus *Retu
     report(ReturnStatus, objectPath.isValid()
                              ? ZStatus()
                              : ZStatus(ZStatus::kInvalidParameter, "the path is not valid"));
-    return scene().isRendered(scene().id(objectPath.node()));
+    return scene().isInCurrentLayer(scene().id(objectPath.node()));
 }
 
 ZRenderUtil::RenderPass ZRenderUtil::renderPass() {
@@ -307,13 +308,13 @@ float ZRenderUtil::lightAttenuation(const void *, const ZFloatVector &pointWorld
                if (!isFinite(pointWorld) || !isDirection(normal))
                    return ZStatus(ZStatus::kInvalidParameter,
                                   "a finite point and a normal that is not zero are needed");
-               const std::vector<WorldLight> lights = worldLights(scene());
-               if (lights.empty())
+               const Shader &shader = sceneShader(castShadows);
+               if (shader.lights().empty())
                    return ZStatus(ZStatus::kNotFound, "the scene has no light");
-               const WorldLight &light = lights.front();
-               const bool blocked = castShadows && light.light.kind != Light::kAmbient &&
-                                    sceneShader(true).shadowed(light, pointWorld, normal.normal());
-               share = blocked ? 0 : light.attenuation(pointWorld);
+               const WorldLight &light = shader.lights().front();
+               share = light.attenuation(pointWorld);
+               if (share > 0 && castShadows)
+                   share *= shader.unshadowed(light, pointWorld, normal.normal());
                return ZStatus();
            }));
     return share;

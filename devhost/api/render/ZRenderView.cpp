@@ -9,27 +9,15 @@
 
 using devhost::guarded;
 using devhost::invalid;
+using devhost::PixelRegion;
 
 namespace {
 
 constexpr unsigned kLargestSize = 16384;
 
-/// A rectangle of pixels; its borders belong to it.
-struct Block {
-    unsigned left, right, bottom, top;
-
-    bool isEmpty() const { return right < left || top < bottom; }
-    bool isInside(const Block &other) const {
-        return left >= other.left && right <= other.right && bottom >= other.bottom &&
-               top <= other.top;
-    }
-    size_t width() const { return size_t(right) - left + 1; }
-    size_t height() const { return size_t(top) - bottom + 1; }
-};
-
 struct View {
     devhost::Picture picture;
-    Block region{};
+    PixelRegion region;
     bool open = false;
     bool immediateFeedback = false;
     /// The picture has pixels, so that its isHdr is decided.
@@ -38,7 +26,7 @@ struct View {
 
     /// Calls work(place in the picture, place in the block) for every row of a block.
     template <class Work>
-    void forRows(const Block &block, Work work) {
+    void forRows(const PixelRegion &block, Work work) {
         for (size_t row = 0; row < block.height(); ++row)
             work((block.bottom + row) * picture.width + block.left, row * block.width());
     }
@@ -68,7 +56,7 @@ ZStatus notOpen() {
     return {ZStatus::kFailure, "no render is open in the render view"};
 }
 
-ZStatus openPicture(unsigned width, unsigned height, const Block &region, bool keep,
+ZStatus openPicture(unsigned width, unsigned height, const PixelRegion &region, bool keep,
                     bool feedback) {
     View &v = view();
     if (v.open)
@@ -121,7 +109,7 @@ ZStatus checkLayers(View &v, unsigned count, const RV_AOV *layers) {
     return {};
 }
 
-ZStatus update(const Block &block, const RV_PIXEL *pixels, bool isHdr, unsigned layerCount,
+ZStatus update(const PixelRegion &block, const RV_PIXEL *pixels, bool isHdr, unsigned layerCount,
                const RV_AOV *layers) {
     View &v = view();
     if (!v.open)
@@ -222,8 +210,7 @@ ZStatus ZRenderView::getRenderRegion(unsigned int &left, unsigned int &right, un
     const auto &settings = devhost::renderSession().settings;
     if (!view().open && (!settings.width || !settings.height))
         return {ZStatus::kFailure, "the current resolution is zero"};
-    const Block region =
-        view().open ? view().region : Block{0, settings.width - 1, 0, settings.height - 1};
+    const PixelRegion region = view().open ? view().region : devhost::renderRegion();
     left = region.left;
     right = region.right;
     bottom = region.bottom;
@@ -265,7 +252,7 @@ ZStatus ZRenderView::refresh(unsigned int left, unsigned int right, unsigned int
         const View &v = view();
         if (!v.open)
             return notOpen();
-        const Block block{left, right, bottom, top};
+        const PixelRegion block{left, right, bottom, top};
         if (block.isEmpty() || !block.isInside({0, v.picture.width - 1, 0, v.picture.height - 1}))
             return invalid("the block is empty or not inside the picture");
         v.tellProgress();

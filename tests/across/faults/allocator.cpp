@@ -1,6 +1,8 @@
 #include "tests/across/faults/allocator.h"
 
-#include <Python.h>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -77,17 +79,14 @@ REPLACES void *realloc(void *ptr, size_t size) {
     return fails() ? nullptr : __libc_realloc(ptr, size);
 }
 
-// The interpreter's own, in front of its pools.
-#undef PyObject_Malloc
-#undef PyObject_Realloc
-#undef PyObject_Free
-REPLACES void *PyObject_Malloc(size_t size) {
-    return malloc(size ? size : 1);
-}
-REPLACES void *PyObject_Realloc(void *block, size_t size) {
-    return realloc(block, size ? size : 1);
-}
-REPLACES void PyObject_Free(void *block) {
-    free(block);
+// The interpreter's pools are cut from blocks of this size. Without them each of its allocations is
+// one of malloc's, also in builds of it where PyObject_Malloc cannot be replaced.
+REPLACES void *mmap64(void *addr, size_t length, int prot, int flags, int fd, off64_t offset) {
+    constexpr size_t kArenaSize = 256 * 1024;
+    if (length == kArenaSize && fd == -1) {
+        errno = ENOMEM;
+        return MAP_FAILED;
+    }
+    return reinterpret_cast<void *>(syscall(SYS_mmap, addr, length, prot, flags, fd, offset));
 }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// The process's allocators, replaced by ones that can be told to fail. Every allocation that the
-// interpreter makes is one of its own: there are no pools, so none hides another.
+// The process's allocator, replaced by one that can be told to fail. The interpreter gets no memory
+// for its pools, so that each of its allocations is one of malloc's and none hides another.
 
 namespace allocator {
 

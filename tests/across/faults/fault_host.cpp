@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <exception>
 
+using namespace binding;
+
 extern "C" void init_OpenQuilRender();
 
 namespace {
@@ -96,6 +98,15 @@ PyObject *from_chars(PyObject *, PyObject *object) {
     return SWIG_FromCharPtr(PyString_AS_STRING(object));
 }
 
+/// Whether the interpreter takes each of its blocks from the allocator that can fail.
+bool has_no_pools() {
+    const long before = allocator::live();
+    void *const block = PyObject_Malloc(1);
+    const bool is_seen = allocator::live() == before + 1;
+    PyObject_Free(block);
+    return is_seen;
+}
+
 std::FILE *nowhere;
 
 /// Prints as a print statement to a file does.
@@ -127,6 +138,10 @@ int main(int argc, char **argv) {
     PyImport_AppendInittab(module, init_OpenQuilRender);
     Py_InitializeEx(0);
     PyEval_InitThreads();
+    if (!has_no_pools()) {
+        std::fputs("the interpreter has memory of its own: its allocations cannot fail\n", stderr);
+        return 1;
+    }
     nowhere = std::fopen("/dev/null", "w");
     devhost::renderSession().useGl = false;
     Py_InitModule("fault_host", functions);

@@ -10,6 +10,8 @@
 #include "tests/runtime/python_fixture.h"
 #include "tests/test_scene.h"
 
+using namespace binding;
+
 namespace threadtest {
 
 /// Entered callbacks, counted natively: the host's count of answers is compared with it.

@@ -1,0 +1,9 @@
+#include "devhost/util/Version.h"
+
+namespace devhost {
+
+const char *version() {
+    return OPENQUIL_VERSION;
+}
+
+} // namespace devhost
