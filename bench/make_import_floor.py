@@ -23,7 +23,8 @@ def flags(function):
 
 
 def host_symbols():
-    """The C++ names that the module takes from the host; the compiler's library versions its own."""
+    """The C++ names that the module takes from the host; the compiler's library versions its
+    own."""
     listing = subprocess.check_output(["nm", "-D", "--undefined-only", _OpenQuilRender.__file__])
     names = [line.split()[-1] for line in listing.splitlines()]
     return [name for name in names if name.startswith("_Z") and "@" not in name]

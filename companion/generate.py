@@ -229,7 +229,8 @@ class Generator(object):
             # The native object calls the methods of this instance only where a class has its own.
             instance = 'None if type(self) is %s else self' % target.name
             text = '%s()\n\n%s' % (target.name, self.signatures.text(target.constructor))
-            return 'def __init__(self):\n' + indented(docstring(text) + '\n' + wrapped(call % instance))
+            body = docstring(text) + '\n' + wrapped(call % instance)
+            return 'def __init__(self):\n' + indented(body)
         received, passed = self.parameters(target.constructor)
         text = self.signatures.documentation(target.constructor, target.name)
         head = wrapped('def __init__(%s):' % ', '.join(['self'] + received))
@@ -263,8 +264,8 @@ class Generator(object):
 
     def disown(self, target):
         return ('def __disown__(self):\n'
-                '    """Passes the native object to the host, which keeps this instance alive from\n'
-                '    now on. Returns a weak proxy of the instance."""\n'
+                '    """Passes the native object to the host, which keeps this instance alive\n'
+                '    from now on. Returns a weak proxy of the instance."""\n'
                 '    return _proxy.disown(_native.%s, self)' % target.disown['name'])
 
     def property(self, target, name):

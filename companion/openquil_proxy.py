@@ -36,8 +36,8 @@ class Proxy(object):
         if 'this' not in self.__dict__:
             return '<%s; not initialised>' % name
         # The pointer object shows its type between quotation marks, and is the address as a number.
-        return "<%s; proxy of native '%s' at 0x%x>" % (name, repr(self.this).split("'")[1],
-                                                        int(self.this))
+        return "<%s; proxy of native '%s' at 0x%x>" % (
+            name, repr(self.this).split("'")[1], int(self.this))
 
 
 def part(whole, result):

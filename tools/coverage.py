@@ -26,7 +26,8 @@ def measured(build):
                "--gcov-ignore-parse-errors", "-j", "2"]
     for folder in FOLDERS:
         command += ["--filter", folder + "/"]
-    report = json.loads(subprocess.run(command + [build], stdout=subprocess.PIPE, check=True).stdout)
+    run = subprocess.run(command + [build], stdout=subprocess.PIPE, check=True)
+    report = json.loads(run.stdout)
     files = {file["file"]: file["lines"] for file in report["files"]}
     for path, lines in files.items():
         with open(path) as file:

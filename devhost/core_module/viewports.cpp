@@ -20,8 +20,8 @@ struct Viewports {
         return found;
     }
     static ZStatus render(ZString const &name, unsigned int width, unsigned int height,
-                          ZString const &fileName) {
-        return devhost::renderViewport(name.asChar(), width, height, fileName.asChar());
+                          ZString const &file_name) {
+        return devhost::renderViewport(name.asChar(), width, height, file_name.asChar());
     }
 };
 

@@ -295,10 +295,10 @@ ImageFile imageFileFormat(const std::string &path) {
     char start[8] = {};
     std::ifstream(path, std::ios::binary).read(start, sizeof start);
     if (std::memcmp(start, "\x89PNG\r\n\x1a\n", 8) == 0)
-        return ImageFile::png;
+        return ImageFile::kPng;
     if (std::memcmp(start, "\x76\x2f\x31\x01", 4) == 0)
-        return ImageFile::exr;
-    return ImageFile::unknown;
+        return ImageFile::kExr;
+    return ImageFile::kUnknown;
 }
 
 unsigned char toByte(float value) {

@@ -55,7 +55,7 @@ OPENQUIL_API ZStatus readExr(const std::string &path, unsigned &width, unsigned 
                              std::vector<float> &rgba, const std::string &layer = "",
                              std::size_t mostPixels = kMaximumPixels);
 
-enum class ImageFile { unknown, png, exr };
+enum class ImageFile { kUnknown, kPng, kExr };
 
 /// Tells the format by the file's first bytes.
 OPENQUIL_API ImageFile imageFileFormat(const std::string &path);

@@ -82,16 +82,13 @@ FieldRef builtInField(Node &node, const std::string &name) {
     return {};
 }
 
-template <class T>
-inline constexpr bool isNumber = std::is_arithmetic_v<T>;
-
 /// Stores a value where the kinds agree; numbers and truth values convert to each other.
 template <class Target>
 bool store(Target &target, const AttributeValue &value) {
     return std::visit(
         [&target](const auto &given) {
             using Given = std::decay_t<decltype(given)>;
-            if constexpr (std::is_same_v<Target, bool> && isNumber<Given>) {
+            if constexpr (std::is_same_v<Target, bool> && std::is_arithmetic_v<Given>) {
                 target = given != Given(0);
                 return true;
             } else if constexpr (std::is_same_v<Target, int> && std::is_same_v<Given, double>) {
@@ -99,7 +96,7 @@ bool store(Target &target, const AttributeValue &value) {
                     return false;
                 target = Target(given);
                 return true;
-            } else if constexpr (isNumber<Target> && isNumber<Given>) {
+            } else if constexpr (std::is_arithmetic_v<Target> && std::is_arithmetic_v<Given>) {
                 target = Target(given);
                 return true;
             } else if constexpr (std::is_same_v<Target, std::string> &&

@@ -90,7 +90,8 @@ class StubTest(unittest.TestCase):
 
     def test_defaults(self):
         table = pathlib.Path(__file__).with_name('defaults.tsv').read_text().splitlines()[1:]
-        functions = json.loads(pathlib.Path(DESCRIPTIONS['OpenQuilRender']).read_text())['functions']
+        description = pathlib.Path(DESCRIPTIONS['OpenQuilRender']).read_text()
+        functions = json.loads(description)['functions']
         self.assertEqual(table, [
             '%s\t%s' % (f['name'], '; '.join(' '.join(map(str, o['defaults']))
                                              for o in f['overloads'] if o['defaults']))

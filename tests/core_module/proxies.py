@@ -1,5 +1,6 @@
 """Bare proxy classes for every class of a native module, without the companion layer."""
 
+
 def _method(native):
     return lambda self, *arguments: native(self, *arguments)
 
@@ -20,7 +21,8 @@ def make_proxies(module):
         body = {}
         for member, native in members.items():
             if member.endswith('_get') and member[:-4] + '_set' in members:
-                body[member[:-4]] = property(_method(native), _method(members[member[:-4] + '_set']))
+                setter = members[member[:-4] + '_set']
+                body[member[:-4]] = property(_method(native), _method(setter))
             elif callable(native):
                 body[member] = _method(native)
         if hasattr(module, 'new_' + name):

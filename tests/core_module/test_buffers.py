@@ -67,7 +67,7 @@ class Buffers(unittest.TestCase):
                 self.assertRaises(IndexError, buffer.get, index)
                 self.assertRaises(IndexError, buffer.set, index, buffer[0])
                 self.assertRaises(IndexError, lambda: buffer[index])
-            for start, count in ((0, 4), (3, 1), (-1, 1), (1, -1), (2, 2 ** 62), (2 ** 62, 2 ** 62)):
+            for start, count in (0, 4), (3, 1), (-1, 1), (1, -1), (2, 2 ** 62), (2 ** 62, 2 ** 62):
                 self.assertRaises(IndexError, buffer.read, start, count)
                 self.assertRaises(IndexError, buffer.readBytes, start, count)
             for start in (-1, 2, 2 ** 62):

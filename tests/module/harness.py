@@ -127,7 +127,7 @@ def run(code, *options):
 def table(name):
     """The lines of a table beside the tests."""
     with open(os.path.join(FOLDER, name), 'rb') as lines:
-        return list(csv.reader((l for l in lines if not l.startswith('#')), delimiter='\t'))
+        return list(csv.reader((line for line in lines if line[:1] != '#'), delimiter='\t'))
 
 
 def rows():

@@ -62,9 +62,10 @@ class Lists(HardwareTest):
         self.assertEqual(count.value, 1)
 
     def test_order_search_and_deletion(self):
-        first, last = self.procedure('first', 0), self.procedure('last', 0)
-        for name, position, after in (('before', 1, False), ('behind', 0, True), ('end', 4, True)):
-            self.assertEqual(of('insertDrawProcedure', '', self.procedure(name), 0, position, after),
+        self.procedure('first', 0)
+        last = self.procedure('last', 0)
+        for name, place, after in ('before', 1, False), ('behind', 0, True), ('end', 4, True):
+            self.assertEqual(of('insertDrawProcedure', '', self.procedure(name), 0, place, after),
                              SUCCESS)
         self.assertEqual(self.names(0), [u'first', u'behind', u'before', u'last', u'end'])
         found = of('findDrawProcedure', '', 0, u'last')

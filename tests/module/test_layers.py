@@ -11,7 +11,7 @@ import harness
 from harness import module
 
 import _OpenQuil as core
-import OpenQuilRender  # its registered classes give results their destructors
+import OpenQuilRender  # noqa: F401 - its registered classes give results their destructors
 
 FLOOR_AND_ROOF = '''v -9 0 9\nv 9 0 9\nv 9 0 -9\nv -1 1 1\nv 1 1 1\nv 1 1 -1
 o floor\nf 1 2 3\no roof\nf 4 5 6\n'''

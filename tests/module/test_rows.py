@@ -1,5 +1,6 @@
 """The functions of the render families, each against the table of declared types in rows.tsv:
-presence, calling flag, overloads. tests/across/hostile has the complaints about arguments and counts."""
+presence, calling flag, overloads. The complaints about arguments and counts are those of
+tests/across/hostile."""
 import unittest
 
 import harness

@@ -32,6 +32,7 @@ class Strings(HostTest):
         function = module.ZCommonRenderSettingsData_getBufferName
         self.assertEqual(call(function, settings, nothing, nothing, u'p', None),
                          (u'p', expected % 5))
+
         # A truth test behind it runs code, which neither meets the complaint nor takes it away.
         class Catching(object):
             def __nonzero__(self):

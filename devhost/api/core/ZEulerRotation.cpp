@@ -7,7 +7,7 @@ namespace {
 
 using Angle = double ZEulerRotation::*;
 
-constexpr Angle angles[3] = {&ZEulerRotation::x, &ZEulerRotation::y, &ZEulerRotation::z};
+constexpr Angle kAngles[3] = {&ZEulerRotation::x, &ZEulerRotation::y, &ZEulerRotation::z};
 
 /// The axes from the first that turns to the last, and +1 where they follow each other as x, y
 /// and z do, else -1.
@@ -16,12 +16,12 @@ struct Axes {
     double handedness;
 };
 
-constexpr Axes axesByOrder[6] = {{0, 1, 2, 1},  {1, 2, 0, 1},  {2, 0, 1, 1},
-                                 {0, 2, 1, -1}, {1, 0, 2, -1}, {2, 1, 0, -1}};
+constexpr Axes kAxesByOrder[6] = {{0, 1, 2, 1},  {1, 2, 0, 1},  {2, 0, 1, 1},
+                                  {0, 2, 1, -1}, {1, 0, 2, -1}, {2, 1, 0, -1}};
 
 /// The order may have been set to any number.
 const Axes &axesOf(ZEulerRotation::RotationOrder order) {
-    return axesByOrder[order >= ZEulerRotation::kXYZ && order <= ZEulerRotation::kZYX ? order : 0];
+    return kAxesByOrder[order >= ZEulerRotation::kXYZ && order <= ZEulerRotation::kZYX ? order : 0];
 }
 
 ZQuaternion aroundAxis(int axis, double angle) {
@@ -32,8 +32,8 @@ ZQuaternion aroundAxis(int axis, double angle) {
 
 ZQuaternion ZEulerRotation::asQuaternion() const {
     const auto &[first, second, third, handedness] = axesOf(order);
-    return aroundAxis(first, this->*angles[first]) * aroundAxis(second, this->*angles[second]) *
-           aroundAxis(third, this->*angles[third]);
+    return aroundAxis(first, this->*kAngles[first]) * aroundAxis(second, this->*kAngles[second]) *
+           aroundAxis(third, this->*kAngles[third]);
 }
 
 ZMatrix ZEulerRotation::asMatrix() const {
@@ -49,13 +49,13 @@ ZEulerRotation ZEulerRotation::decompose(const ZMatrix &rotation, RotationOrder 
     const auto &[first, second, third, handedness] = axesOf(result.order);
     const auto &m = rotation.matrix;
     const double cosine = std::hypot(m[first][first], m[first][second]);
-    result.*angles[second] = std::atan2(-handedness * m[first][third], cosine);
+    result.*kAngles[second] = std::atan2(-handedness * m[first][third], cosine);
     if (cosine > 1.0e-9) {
-        result.*angles[first] = std::atan2(handedness * m[second][third], m[third][third]);
-        result.*angles[third] = std::atan2(handedness * m[first][second], m[first][first]);
+        result.*kAngles[first] = std::atan2(handedness * m[second][third], m[third][third]);
+        result.*kAngles[third] = std::atan2(handedness * m[first][second], m[first][first]);
     } else {
         // First and third axis turn in the same plane: only their sum or difference is known.
-        result.*angles[first] = std::atan2(-handedness * m[third][second], m[second][second]);
+        result.*kAngles[first] = std::atan2(-handedness * m[third][second], m[second][second]);
     }
     return result;
 }

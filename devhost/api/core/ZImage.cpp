@@ -175,7 +175,7 @@ ZStatus ZImage::readFromFile(const ZString &path, ZPixelType type) {
         ZImage read;
         ZStatus status;
         unsigned width = 0, height = 0;
-        if (devhost::imageFileFormat(name) == devhost::ImageFile::exr) {
+        if (devhost::imageFileFormat(name) == devhost::ImageFile::kExr) {
             std::vector<float> pixels;
             status = devhost::readExr(name, width, height, pixels);
             if (!status.error())

@@ -20,7 +20,7 @@ struct Chain {
     ZUniformParameter::DataSemantic semantics[kFormCount];
 };
 
-constexpr Chain chains[] = {
+constexpr Chain kChains[] = {
     {kWorld,
      {kSemanticWorldMatrix, kSemanticWorldInverseMatrix, kSemanticWorldInverseTransposeMatrix,
       kSemanticWorldTransposeMatrix}},
@@ -54,7 +54,7 @@ ZMatrix product(int steps, const DrawState &state) {
 }
 
 std::optional<ZMatrix> matrixOf(ZUniformParameter::DataSemantic semantic, const DrawState &state) {
-    for (const Chain &chain : chains)
+    for (const Chain &chain : kChains)
         for (int form = 0; form < kFormCount; ++form)
             if (chain.semantics[form] == semantic) {
                 ZMatrix matrix = product(chain.steps, state);

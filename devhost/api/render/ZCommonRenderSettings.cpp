@@ -18,7 +18,7 @@ namespace {
 enum NamingScheme {
     kNameExt,
     kNameFrameExt,
-    kName_FrameExt,
+    kNameUnderscoreFrameExt,
     kNameframeExt,
     kNameExtFrame,
     kPattern
@@ -232,7 +232,7 @@ ZString ZCommonRenderSettingsData::getImageName(ZpathType pathType, double frame
         case kNameFrameExt:
             file = stem + "." + frame + dotExtension;
             break;
-        case kName_FrameExt:
+        case kNameUnderscoreFrameExt:
             file = stem + "_" + frame + dotExtension;
             break;
         case kNameframeExt:

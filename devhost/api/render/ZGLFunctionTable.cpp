@@ -24,7 +24,7 @@ ZGLint capacity(ZGLenum name) {
     return value;
 }
 
-constexpr const char *extensionFeatures[] = {
+constexpr const char *kExtensionFeatures[] = {
 #define GL_EXTENSION(name, brought_by) brought_by,
 #include "host/render/gl_extensions.def"
 };
@@ -53,7 +53,7 @@ ZGLint ZGLFunctionTable::maxVertexAttributes() const {
 
 bool ZGLFunctionTable::extensionExists(ZGLExtension extension) {
     return extension >= 0 && extension < kZGLext_NUMBER_OF_EXTENSIONS &&
-           devhost::glContext().features.hasAny(extensionFeatures[extension]);
+           devhost::glContext().features.hasAny(kExtensionFeatures[extension]);
 }
 
 #define GL(since, result, member, ...)                             \

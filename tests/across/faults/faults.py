@@ -5,8 +5,6 @@ import signal
 import sys
 import traceback
 
-import fault_host
-
 sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), '..', '..'))
 from children import leave_no_core_dump
 

@@ -7,7 +7,9 @@ import subprocess
 import sys
 import tempfile
 
-from rows import NO_OVERLOAD, NULL_HOST, PROGRAM, children, goes_on, harness, module
+from rows import NO_OVERLOAD, NULL_HOST, PROGRAM, goes_on, harness, module
+
+import children
 
 SCENE = os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, os.pardir, os.pardir,
                      'examples', 'scenes', 'layers.gltf')
@@ -18,7 +20,7 @@ raise_pending = ctypes.pythonapi.PyErr_Occurred  # which raises what it finds
 
 
 def attempt(function, arguments):
-    """The result, or NOTHING, and the exception. Both come together where text could not be read."""
+    """The result, or NOTHING, and the exception: both where text could not be read."""
     result = NOTHING
     try:
         result = function(*arguments)

@@ -6,7 +6,6 @@ import sys
 
 TESTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, os.pardir)
 sys.path[:0] = [os.path.join(TESTS, 'module'), TESTS]
-import children
 import harness
 from harness import module, NOARGS, O, VARARGS
 

@@ -3,7 +3,7 @@ import subprocess
 import sys
 import unittest
 
-QUILHOST = sys.argv.pop(1)
+COMMAND = [sys.argv.pop(1), '--no-gl']
 KEPT = 'import OpenQuil as c, OpenQuilRender as r, _OpenQuil as m, sys, atexit\n'
 
 
@@ -22,23 +22,24 @@ class LeakCheck(unittest.TestCase):
                 ('r.ZRenderCallback().__disown__()', ['1 ZRenderCallback']),
                 ('sys.keep = c.ZPlug()', ['1 ZPlug']),
                 ('m.ZVector_swigregister(object); a = m.new_ZVector()', ['1 ZVector'])):
-            done = subprocess.run([QUILHOST, '--no-gl', '--leak-check', '--python-expr', KEPT + code],
+            done = subprocess.run(COMMAND + ['--leak-check', '--python-expr', KEPT + code],
                                   stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, timeout=60,
                                   universal_newlines=True)
+            told = ['quilhost: left over: ' + line for line in lines]
             self.assertEqual((done.stderr.splitlines(), done.returncode),
-                             (['quilhost: left over: ' + line for line in lines], 5 if lines else 0),
-                             code)
+                             (told, 5 if lines else 0), code)
 
     def test_numbers_for_the_script(self):
         code = ('import quilhost, OpenQuil as c; before = quilhost.live_objects()\n'
-                'v = c.ZVector(); print before.get("ZVector", 0), quilhost.live_objects().get("ZVector")')
+                'v = c.ZVector(); after = quilhost.live_objects()\n'
+                'print before.get("ZVector", 0), after.get("ZVector")')
         for options, output in (['--leak-check'], '0 1\n'), ([], '0 None\n'):
-            self.assertEqual(subprocess.check_output([QUILHOST, '--no-gl', '--python-expr', code] + options,
+            self.assertEqual(subprocess.check_output(COMMAND + ['--python-expr', code] + options,
                                                      universal_newlines=True), output)
 
     def test_the_script_s_own_failure_comes_first(self):
         code = 'import OpenQuil as c; c.ZVector().this.disown(); raise SystemExit(7)'
-        self.assertEqual(subprocess.run([QUILHOST, '--no-gl', '--leak-check', '--python-expr', code],
+        self.assertEqual(subprocess.run(COMMAND + ['--leak-check', '--python-expr', code],
                                         stderr=subprocess.DEVNULL).returncode, 7)
 
 

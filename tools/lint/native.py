@@ -1,10 +1,14 @@
 """Runs clang-tidy over every source file of a build folder's compile database, on all cores, then
-cppcheck. A file that clang-tidy passed is not looked at again until it, a header of it or
+cppcheck. A file that clang-tidy passed is not looked at again until it, a header of it or a
 .clang-tidy changes; cppcheck keeps such a memory of its own.
 
-Usage: lint.py BUILD_DIR CXX
+Usage: native.py BUILD_DIR CXX [--changed]
+  --changed  only clang-tidy, and only over what differs from where the branch began: from the merge
+             base with $LINT_BASE, or else with the main branch. A header is looked at through the
+             source of its name, or the first that includes it.
 """
 import concurrent.futures
+import functools
 import hashlib
 import json
 import os
@@ -13,15 +17,24 @@ import shlex
 import subprocess
 import sys
 
-build, compiler = sys.argv[1:]
+build, compiler = sys.argv[1:3]
 passed, memory = os.path.join(build, "tidy"), os.path.join(build, "cppcheck")
 database = os.path.join(build, "checked.json")
 
 
-def settings(source):
-    """The .clang-tidy files of a source file's folders."""
-    files = [folder / ".clang-tidy" for folder in pathlib.Path(os.path.relpath(source)).parents]
-    return b"".join(file.read_bytes() for file in files if file.exists())
+def output(*command):
+    """What a command prints, in lines; none when it fails."""
+    run = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                         universal_newlines=True)
+    return [] if run.returncode else run.stdout.splitlines()
+
+
+@functools.lru_cache(None)
+def settings():
+    """The .clang-tidy files: names are judged by that of the folder where they are declared."""
+    files = output("git", "ls-files", "-co", "--exclude-standard", "--", ".clang-tidy",
+                   "*/.clang-tidy")
+    return b"".join(pathlib.Path(file).read_bytes() for file in files)
 
 
 def check(entry):
@@ -32,7 +45,7 @@ def check(entry):
     at = words.index("-o")
     rule = subprocess.run([compiler, "-MM"] + words[:at] + words[at + 2:], cwd=entry["directory"],
                           stdout=subprocess.PIPE, check=True, universal_newlines=True).stdout
-    state = hashlib.sha256(settings(source) + repr(words).encode())
+    state = hashlib.sha256(settings() + repr(words).encode())
     for path in rule.replace("\\\n", " ").split()[1:]:
         with open(os.path.join(entry["directory"], path), "rb") as file:
             state.update(file.read())
@@ -45,6 +58,27 @@ def check(entry):
         open(stamp, "w").close()
         return ""
     return run.stdout or run.stderr
+
+
+def changed(entries):
+    """Those of the entries through which changed files are looked at."""
+    given = os.environ.get("LINT_BASE")
+    bases = [given] if given else ["origin/HEAD", "origin/main", "origin/master", "main", "master"]
+    base = next(filter(None, (output("git", "merge-base", "HEAD", name) for name in bases)), None)
+    if not base:
+        print("clang-tidy: no main branch to compare with")
+        return []
+    names = output("git", "diff", "--name-only", *base)
+    names += output("git", "ls-files", "-o", "--exclude-standard")
+    sources = {os.path.relpath(entry["file"]): entry for entry in entries}
+    chosen = set(names) & set(sources)
+    for name in names:
+        if name.endswith((".h", ".inc", ".def")):
+            including = [source for source in sources
+                         if '"%s"' % name in pathlib.Path(source).read_text()]
+            own = os.path.splitext(name)[0] + ".cpp"
+            chosen.update([own] if own in sources else including[:1])
+    return [sources[source] for source in sorted(chosen)]
 
 
 def tidy(entries):
@@ -87,6 +121,8 @@ def main():
     inside = os.path.realpath(build) + os.sep
     entries = {os.path.realpath(entry["file"]): entry for entry in every}
     entries = [entries[path] for path in entries if not path.startswith(inside)]
+    if sys.argv[3:] == ["--changed"]:
+        return 0 if tidy(changed(entries)) else 1
     results = [tidy(entries), cppcheck(entries)]
     return 0 if all(results) else 1
 
