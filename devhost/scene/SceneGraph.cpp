@@ -160,6 +160,7 @@ void Scene::clear() {
     currentLayer_ = kNoNode;
     unadjusted_.clear();
     fileName_.clear();
+    motion_.reset();
     revision_ = nextRevision();
 }
 
@@ -466,7 +467,7 @@ NodeId Scene::id(const ZObject &object) const {
 
 void Scene::addDefaults() {
     if (cameras().empty()) {
-        const Bounds all = bounds();
+        const Bounds all = motionBounds();
         const double radius = all.empty || all.radius() == 0 ? 5 : all.radius();
         const ZVector center = all.empty ? ZVector() : all.center();
         Camera camera;
@@ -494,7 +495,9 @@ void Scene::addDefaults() {
 }
 
 void Scene::replaceBy(Scene &&other) {
+    const double now = time_;
     *this = std::move(other);
+    setTime(now);
     revision_ = nextRevision();
 }
 
