@@ -13,6 +13,7 @@ namespace {
 
 // Faces whose normals lie within 45 degrees of each other are shaded as one smooth surface.
 constexpr float kCreaseCosine = 0.70710678f;
+constexpr float kHalfCreaseCosine = 0.92387953f;
 // Around a point with more faces than this, comparing each with each would take too long; the point
 // is then smoothed over all of them.
 constexpr size_t kManyFaces = 256;
@@ -111,23 +112,32 @@ class NormalMaker {
 
     void makeInGroup(std::span<const Neighbour> group) {
         const int kind = smoothing(group.front());
-        const bool byAngle = kind == Face::kByAngle && group.size() <= kManyFaces;
         const size_t firstMade = normals.size();
         ZFloatVector all;
         for (const Neighbour &each : group)
             all += faceNormals_[each.face] * each.weight;
+        all = all.normal();
+        const bool byAngle =
+            kind == Face::kByAngle && group.size() <= kManyFaces && !isBlunt(group, all);
         for (const Neighbour &each : group) {
             if (draft_.hasNormal(each.corner))
                 continue;
             const ZFloatVector own = faceNormals_[each.face];
             ZFloatVector normal = kind == Face::kFlat ? own
                                   : byAngle           ? smoothSum(group, own).normal()
-                                                      : all.normal();
+                                                      : all;
             if (!(normal.length() > 0.5f))
                 normal = own.length() > 0.5f ? own : ZFloatVector(0, 1, 0); // a face without area
             ofCorner[each.corner] =
                 number(normal, kind == Face::kFlat ? normals.size() : firstMade);
         }
+    }
+
+    /// Whether all faces lie so close to their mean that any two are smoothed.
+    bool isBlunt(std::span<const Neighbour> group, const ZFloatVector &mean) const {
+        return std::all_of(group.begin(), group.end(), [&](const Neighbour &each) {
+            return faceNormals_[each.face] * mean > kHalfCreaseCosine;
+        });
     }
 
     ZFloatVector smoothSum(std::span<const Neighbour> group, const ZFloatVector &own) const {
