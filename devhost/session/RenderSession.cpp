@@ -1,5 +1,7 @@
 #include "devhost/session/RenderSession.h"
 
+#include "host/core/ZTime.h"
+
 #include <algorithm>
 #include <thread>
 
@@ -9,6 +11,19 @@ RenderSession &renderSession() {
     // Never destroyed: callbacks may still be unregistered while the process exits.
     static auto *const session = new RenderSession;
     return *session;
+}
+
+void setCurrentFrame(double frame) {
+    renderSession().frame = frame;
+    scene().setTime(renderSession().seconds());
+}
+
+bool setFramesPerSecond(double rate) {
+    renderSession().framesPerSecond = rate;
+    for (int unit = ZTime::kGames; unit < ZTime::kLast; ++unit)
+        if (ZTime(1, ZTime::kSeconds).as(ZTime::Unit(unit)) == rate)
+            return !ZTime::setUIUnit(ZTime::Unit(unit)).error();
+    return false;
 }
 
 unsigned renderThreads() {
