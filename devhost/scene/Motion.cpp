@@ -59,8 +59,10 @@ void Scene::setTime(double seconds) {
     for (const auto &[id, movement] : motion_->movements)
         moveUnadjusted(id, movement.at(seconds).matrix());
     for (Deformation &each : motion_->deformations)
-        if (each.weightsOverTime)
+        if (each.weightsOverTime) {
             each.weights = each.weightsOverTime->at(seconds);
+            deformedRevision_ = 0; // to look at it, although no node changed
+        }
     deformMeshes();
 }
 
