@@ -34,7 +34,8 @@ Exit codes:
     0  success
     1  the script failed (or the number that it gave to sys.exit)
     2  a mistake on the command line, or a file, folder, camera or layer that it names is not there
-    3  the scene could not be read, rendered or written
+    3  the scene could not be read, rendered or written; with --strict also: something in it is not
+       honoured
     4  a render callback failed; the pictures were rendered all the same
     5  with --leak-check: host objects that the script made are left over
   130  interrupted)";
@@ -121,6 +122,9 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         app.add_option("--python-expr", options.pythonExpression, "The Python statements to run")
             ->excludes(file);
     app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
+    app.add_option("--fps", options.framesPerSecond,
+                   "Frames a second of what moves in the scene (default 24); frame 0 is its time 0")
+        ->check(CLI::Range(1e-3, 1e6));
     app.add_option("--output", options.output, "The picture to write, such as out.####.png");
     app.add_option("--resolution", resolution, "Width and height in pixels (default 640 480)")
         ->check(CLI::Range(1u, 16384u));
@@ -138,6 +142,8 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
     app.add_flag("--leak-check", options.leakCheck,
                  "Tell which host objects are left over when the script and Python have ended");
+    app.add_flag("--strict", options.strict,
+                 "Whatever the scene or script asks for and is not honoured is an error");
     auto *quiet = app.add_flag("--quiet", options.quiet, "Tell errors only");
     app.add_flag("--verbose", options.verbose, "Tell more")->excludes(quiet);
     app.add_option("--progress", options.progress,

@@ -15,6 +15,7 @@ struct Options {
     bool hasExpression = false;
     std::vector<std::string> scriptArguments;
     std::vector<int> frames = {1};
+    double framesPerSecond = 24;
     std::string output;
     unsigned width = 640, height = 480;
     std::string camera;
@@ -25,6 +26,7 @@ struct Options {
     unsigned threads = 0;
     bool noGl = false;
     bool leakCheck = false;
+    bool strict = false;
     bool quiet = false;
     bool verbose = false;
     std::string progress = "auto";

@@ -80,6 +80,30 @@ void Progress::endFrame(const std::string &output) {
                            (output.empty() ? "" : ": " + output));
 }
 
+void Progress::notice(const devhost::Notice &notice) {
+    clearBar();
+    if (style_ == kJson)
+        writeJson({{"event", "notice"},
+                   {"kind", notice.kind},
+                   {"file", notice.file},
+                   {"place", notice.place},
+                   {"found", notice.found},
+                   {"instead", notice.instead}});
+    else if (style_ != kSilent || noticesAreErrors_)
+        std::fprintf(stderr, "quilhost: notice: %s\n", notice.line().c_str());
+}
+
+void Progress::countNotices(size_t count) {
+    if (count == 0)
+        return;
+    clearBar();
+    if (style_ == kJson)
+        writeJson({{"event", "notices"}, {"count", count}});
+    else if (style_ != kSilent)
+        std::fprintf(stderr, "quilhost: %zu %s; see above\n", count,
+                     count == 1 ? "notice" : "notices");
+}
+
 void Progress::clearBar() {
     if (barShown_)
         std::fprintf(stderr, "\r\033[K");

@@ -7,6 +7,7 @@
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/scene/SceneLoader.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Notices.h"
 #include "devhost/util/Terminal.h"
 
 #include <algorithm>
@@ -80,24 +81,36 @@ void fillSettings(const Options &options, ZCommonRenderSettingsData &settings) {
 }
 
 RenderJob::RenderJob(const Options &options)
-    : options_(options),
-      progress_(progressStyle(options.progress, options.quiet), options.frames.size()) {}
+    : options_(options), progress_(progressStyle(options.progress, options.quiet),
+                                   options.frames.size(), options.strict) {
+    devhost::setNoticeListener([this](const devhost::Notice &notice) { progress_.notice(notice); });
+}
 
 RenderJob::~RenderJob() {
     devhost::closeHardwareDevice();
     // Scripts may still tell progress while the interpreter ends.
     script_.reset();
     devhost::renderSession().progress = nullptr;
+    devhost::setNoticeListener(nullptr);
 }
 
 int RenderJob::run() {
+    const int code = runAll();
+    progress_.countNotices(devhost::noticesTold());
+    return code;
+}
+
+int RenderJob::runAll() {
     auto &session = devhost::renderSession();
     session.threads = options_.threads;
     session.useGl = !options_.noGl;
     session.samples = options_.samples;
     session.exposure = options_.exposure;
     session.exrFloats = options_.exrFloats;
-    session.frame = options_.frames.front();
+    if (!devhost::setFramesPerSecond(options_.framesPerSecond))
+        devhost::tell({"frame rate", "", "--fps", "ZTime has no unit for this frame rate",
+                       "its frames are those of 24 a second"});
+    devhost::setCurrentFrame(options_.frames.front());
     session.progress = [this](const std::string &message, int percent) {
         progress_.update(message, percent);
     };
@@ -111,6 +124,7 @@ int RenderJob::run() {
     chooseLayer();
     if (interrupted())
         return kInterrupted;
+    checkNotices();
 
     if (options_.hasScript()) {
         script_.emplace(options_);
@@ -121,9 +135,11 @@ int RenderJob::run() {
             return kInterrupted;
         if (const auto code = codeAfter(end, "the script"))
             return *code;
+        checkNotices();
     }
     if (const auto code = renderFrames())
         return *code;
+    checkNotices();
     if (session.callbackErrors || (script_ && Script::reportedErrors()))
         return kCallbackError;
     return kOk;
@@ -208,7 +224,8 @@ std::optional<int> RenderJob::renderFrames() {
     const RenderingScope rendering;
     for (const int frame : options_.frames) {
         const auto start = std::chrono::steady_clock::now();
-        session.frame = frame;
+        devhost::setCurrentFrame(frame);
+        checkNotices();
         progress_.beginFrame(frame);
         // Once: the script may change the camera, whose name may be in the file's name.
         const std::string output = outputFile(frame);
@@ -272,6 +289,19 @@ std::optional<int> RenderJob::codeAfter(const ScriptEnd &end, const std::string 
         throw Failure(kRenderError, who + " left its picture in the render view open");
     }
     return std::nullopt;
+}
+
+void RenderJob::checkNotices() {
+    const auto revision = devhost::scene().revision();
+    if (revision != checkedRevision_)
+        devhost::tellUnreadableTextures();
+    checkedRevision_ = revision;
+    const size_t count = devhost::noticesTold();
+    if (options_.strict && count > 0)
+        throw Failure(kRenderError,
+                      "with --strict, " +
+                          std::string(count == 1 ? "the notice is an error"
+                                                 : std::to_string(count) + " notices are errors"));
 }
 
 std::string RenderJob::outputFile(int frame) const {

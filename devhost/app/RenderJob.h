@@ -27,6 +27,7 @@ class RenderJob {
     void clearProgress() { progress_.clearBar(); }
 
   private:
+    int runAll();
     void loadScene();
     void chooseCamera();
     void chooseLayer();
@@ -38,6 +39,8 @@ class RenderJob {
     /// The exit code when script code did not end well. Throws when it left a picture open, or one
     /// could not be written.
     std::optional<int> codeAfter(const ScriptEnd &end, const std::string &who);
+    /// Looks for what the scene's materials do not find, and throws where notices are errors.
+    void checkNotices();
     std::string outputFile(int frame) const;
     bool interrupted() const;
 
@@ -45,6 +48,7 @@ class RenderJob {
     Progress progress_;
     std::string firstOutput_;
     std::optional<Script> script_;
+    unsigned long checkedRevision_ = 0; // of the scene whose textures were looked for
 };
 
 } // namespace quilhost

@@ -44,8 +44,10 @@ struct GeometryStreams {
     std::vector<ZGeometryPrimitive> primitives;
 };
 
-/// The one set of texture coordinates that a mesh may have.
+/// The sets of texture coordinates and colours that a mesh may have.
 inline constexpr const char *kUvSet = "uv";
+inline constexpr const char *kSecondUvSet = "uv1";
+inline constexpr const char *kColorSet = "color";
 inline constexpr const char *kComponentIds = "componentId";
 inline constexpr const char *kFaceOffsets = "faceOffsets";
 

@@ -256,6 +256,7 @@ float RayTracer::offset(const ZFloatVector &point) const {
 const RayTracer &rayTracer() {
     static std::unique_ptr<RayTracer> current;
     static unsigned long revision = 0;
+    scene().deformMeshes();
     if (!current || revision != scene().revision()) {
         current.reset(); // first, so that two never take up memory
         current = std::make_unique<RayTracer>(scene());

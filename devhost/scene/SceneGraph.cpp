@@ -170,6 +170,7 @@ void Scene::clear() {
     currentLayer_ = kNoNode;
     unadjusted_.clear();
     fileName_.clear();
+    motion_.reset();
     revision_ = nextRevision();
 }
 
@@ -483,7 +484,7 @@ NodeId Scene::id(const ZObject &object) const {
 
 void Scene::addDefaults() {
     if (cameras().empty()) {
-        const Bounds all = bounds();
+        const Bounds all = motionBounds();
         const double radius = all.empty || all.radius() == 0 ? 5 : all.radius();
         const ZVector center = all.empty ? ZVector() : all.center();
         Camera camera;
@@ -528,7 +529,9 @@ void Scene::addDefaultLights() {
 }
 
 void Scene::replaceBy(Scene &&other) {
+    const double now = time_;
     *this = std::move(other);
+    setTime(now);
     revision_ = nextRevision();
 }
 

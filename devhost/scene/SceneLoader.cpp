@@ -1,17 +1,32 @@
 // Choice of the reader by extension, and the change of scene.
 #include "devhost/scene/SceneLoader.h"
 
+#include "devhost/image/TextureImage.h"
 #include "devhost/scene/LayerFile.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/util/FileName.h"
+#include "devhost/util/Notices.h"
 
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 namespace devhost {
 
 namespace {
+
+/// The materials that some triangle has.
+std::set<NodeId> shownMaterials(const Scene &scene) {
+    std::set<NodeId> result;
+    for (NodeId id : scene.meshes()) {
+        NodeId last = kNoNode; // triangles of one material come in runs
+        for (NodeId material : scene.node(id)->mesh()->materials)
+            if (material != last)
+                result.insert(last = material);
+    }
+    return result;
+}
 
 ZStatus load(const std::string &given) {
     namespace fs = std::filesystem;
@@ -27,7 +42,8 @@ ZStatus load(const std::string &given) {
         return ZStatus(ZStatus::kFailure, "scene file cannot be read: " + given);
 
     Scene fresh;
-    (extension == ".obj" ? loadObj : loadGltf)(path.string(), fresh);
+    FileNotices notices(path.string());
+    (extension == ".obj" ? loadObj : loadGltf)(path.string(), fresh, notices);
     if (fresh.meshes().empty())
         throw BadFile("it holds no triangles");
     fresh.setFileName(path.string());
@@ -36,10 +52,34 @@ ZStatus load(const std::string &given) {
         if (const ZStatus wrong = loadLayers(layers, fresh); !wrong)
             return wrong;
     scene().replaceBy(std::move(fresh));
+    notices.tellAll();
+    tellUnreadableTextures();
     return ZStatus();
 }
 
 } // namespace
+
+void tellUnreadableTextures() {
+    const Scene &all = scene();
+    const std::string file = std::filesystem::path(all.fileName()).filename().string();
+    for (NodeId id : shownMaterials(all)) {
+        const Node *node = all.node(id);
+        if (!node || !node->material())
+            continue;
+        for (NodeId texture : {node->material()->texture, node->material()->emissionTexture}) {
+            std::shared_ptr<const Pixels> pixels;
+            if (!all.node(texture) || texturePixels(texture, pixels))
+                continue;
+            const std::string &name = all.node(texture)->texture()->fileName;
+            const std::string place = "material '" + node->name + "', texture '" +
+                                      (name.empty() ? all.node(texture)->name : name) + "'";
+            const bool absent = !name.empty() && resolveFile(name).empty();
+            tell({"texture", file, place,
+                  absent ? "the image is not there" : "the image cannot be read",
+                  "the material is shown without it"});
+        }
+    }
+}
 
 ZStatus loadScene(const std::string &path) {
     try {

@@ -39,6 +39,7 @@ struct RenderSession {
     /// False when OpenGL must not be used.
     bool useGl = true;
     double frame = 1;
+    double framesPerSecond = 24;
     /// The folder that image names are relative to.
     std::string imagesFolder = ".";
     /// The file that a finished picture is written to; empty for none.
@@ -56,6 +57,9 @@ struct RenderSession {
     std::function<void(const char *callback, const char *what)> onCallbackError;
     /// Set from any thread or signal handler to make the software renderer stop.
     std::atomic<bool> cancelled = false;
+
+    /// The time of the current frame; frame 0 is at 0.
+    double seconds() const { return frame / framesPerSecond; }
 };
 
 /// The session of this process.
@@ -63,6 +67,13 @@ OPENQUIL_API RenderSession &renderSession();
 
 /// The part of the image to render; empty when the resolution is zero.
 OPENQUIL_API PixelRegion renderRegion();
+
+/// Goes to a frame, and brings the scene to its state then.
+OPENQUIL_API void setCurrentFrame(double frame);
+
+/// Sets how many frames a second has, for the scene and for ZTime's unit of the user interface.
+/// False when ZTime has no such unit; its unit then stays.
+OPENQUIL_API bool setFramesPerSecond(double rate);
 
 /// The number of threads to render with, at least 1.
 OPENQUIL_API unsigned renderThreads();

@@ -34,8 +34,8 @@ class OPENQUIL_API ZGeometry {
     ZGeometryData componentId();
     /// The texture coordinates of the named set; an empty name is the first set.
     ZGeometryData texCoord(ZString const &name);
-    /// The colours of the named set; an empty name is the first set. Meshes of the development host
-    /// have none.
+    /// The colours of the named set, linear red, green, blue and alpha; an empty name is the first
+    /// set.
     ZGeometryData color(ZString const &name);
     /// The tangents that belong to the named set of texture coordinates.
     ZGeometryData tangent(ZString const &name);

@@ -1,10 +1,12 @@
 """Drives the quilhost program in child processes: what it writes, tells and returns."""
 import ast
+import base64
 import json
 import os
 import pty
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
@@ -12,6 +14,7 @@ import time
 import unittest
 
 QUILHOST = os.path.abspath(sys.argv.pop(1))
+PYTHON2 = sys.argv.pop(1)
 LIMIT = 60  # seconds for one child
 
 TRIANGLE = "v -1 -1 0\nv 1 -1 0\nv 0 1 0\nvn 0 0 1\nf 1//1 2//1 3//1\n"
@@ -310,6 +313,104 @@ class HostRenders(Case):
                 self.assertEqual(self.files(), pictures + ["a.py", "tri.obj"])
                 for name in pictures:
                     os.remove(os.path.join(self.folder, name))
+
+
+# A triangle that moves by 5 in a second, and a texture that is left out.
+MOVING = json.dumps({
+    "asset": {"version": "2.0"},
+    "buffers": [{"byteLength": 104, "uri": "data:application/octet-stream;base64," +
+                 base64.b64encode(struct.pack("<26f", -1, -1, 0, 1, -1, 0, 0, 1, 0,
+                                              *[0, 0, 1] * 3, 0, 1, 0, 0, 0, 5, 0, 0)).decode()}],
+    "bufferViews": [{"buffer": 0, "byteOffset": at, "byteLength": size}
+                    for at, size in ((0, 36), (36, 36), (72, 8), (80, 24))],
+    "accessors": [{"bufferView": view, "componentType": 5126, "count": count, "type": kind}
+                  for view, count, kind in ((0, 3, "VEC3"), (1, 3, "VEC3"), (2, 2, "SCALAR"),
+                                            (3, 2, "VEC3"))],
+    "meshes": [{"primitives": [{"attributes": {"POSITION": 0, "NORMAL": 1}, "material": 0}]}],
+    "materials": [{"name": "paint", "normalTexture": {"index": 0}}],
+    "nodes": [{"mesh": 0, "name": "it"}],
+    "animations": [{"samplers": [{"input": 2, "output": 3}], "channels": [
+        {"sampler": 0, "target": {"node": 0, "path": "translation"}}]}]})
+
+# What a script sees of a frame: where the node is, the time unit, the settings and the geometry.
+SEE = """
+import OpenQuil, OpenQuilRender as r
+def render(frame):
+    path = OpenQuil.ZDagPath()
+    selection = OpenQuil.ZSelectionList()
+    selection.add("it")
+    selection.getDagPath(0, path)
+    settings = r.ZCommonRenderSettingsData()
+    r.ZRenderUtil.getCommonRenderSettings(settings)
+    print(frame, round(path.inclusiveMatrix()(3, 0), 6), OpenQuil.ZTime.uiUnit(),
+          settings.frameStart.asUnits(3))
+"""
+
+
+class Moving(Case):
+    def setUp(self):
+        Case.setUp(self)
+        self.write("moving.gltf", MOVING)
+
+    def test_frames_show_their_time(self):
+        # Frames 0, 6 and 12 of 12 a second: half of the way in half a second.
+        self.run_host("moving.gltf", "--fps", "12", "--frames", "0-12x6", "--output", "a.##.png",
+                      "--resolution", "64", "48", "--quiet")
+        middles = []
+        for frame in (0, 6, 12):
+            rows = self.png("a.%02d.png" % frame)[2]
+            covered = [sum(row[x * 4 + 3] for row in rows) for x in range(64)]
+            middles.append(sum(x * c for x, c in enumerate(covered)) / float(sum(covered)))
+        self.assertGreater(middles[1] - middles[0], 5)
+        self.assertGreater(middles[2] - middles[1], 5)
+
+    def test_scripts_see_the_frame(self):
+        self.write("a.py", SEE)
+        for rate, unit, starts in (("24", 6, 0.5), ("30", 8, 0.4)):
+            out, err = self.run_host("moving.gltf", "--fps", rate, "--frames", "12,24", "--quiet",
+                                     "--python", "a.py")
+            self.assertEqual(out.splitlines(),
+                             [str((frame, min(5 * frame / float(rate), 5), unit, starts))
+                              for frame in (12, 24)])
+
+    def test_what_is_not_honoured_is_told(self):
+        told = ("moving.gltf: material 0 'paint': its normal texture is not supported; it is left "
+                "out")
+        out, err = self.run_host("moving.gltf", "--fps", "7.5", "--python-expr", "0")
+        self.assertEqual(err.splitlines(), [
+            "quilhost: notice: --fps: ZTime has no unit for this frame rate; its frames are those "
+            "of 24 a second", "quilhost: notice: " + told, "quilhost: 2 notices; see above"])
+        out, err = self.run_host("moving.gltf", "--progress", "json", "--python-expr", "0")
+        self.assertEqual([json.loads(line) for line in err.splitlines()], [
+            {"event": "notice", "kind": "normal texture", "file": "moving.gltf",
+             "place": "material 0 'paint'", "found": "its normal texture is not supported",
+             "instead": "it is left out"}, {"event": "notices", "count": 1}])
+        for options, lines in ((("--quiet", "--strict"), 2), (("--quiet",), 0)):
+            out, err = self.run_host("moving.gltf", "--output", "a.png", *options,
+                                     code=3 if lines else 0)
+            self.assertEqual(err.splitlines(), [
+                "quilhost: notice: " + told,
+                "quilhost: with --strict, the notice is an error"][:lines])
+            self.assertEqual("a.png" in self.files(), not lines)
+        # A plain interpreter has standard error.
+        modules = os.path.join(os.path.dirname(os.path.dirname(QUILHOST)), "python")
+        child = subprocess.run([PYTHON2, "-c", "import OpenQuil; OpenQuil.ZFileIO.open('moving.gltf')"],
+                               cwd=self.folder, env=dict(os.environ, PYTHONPATH=modules),
+                               stderr=subprocess.PIPE, text=True, timeout=LIMIT)
+        self.assertEqual((child.returncode, child.stderr), (0, "OpenQuil: " + told + "\n"))
+
+    def test_script_asks_for_a_texture_that_is_not_there(self):
+        self.write("tri.mtl", "newmtl paint\nKd 1 1 1\nmap_Kd here.png\n")
+        self.write("tri.obj", "mtllib tri.mtl\nusemtl paint\n" + TRIANGLE)
+        self.run_host("tri.obj", "--output", "here.png", "--resolution", "4", "4")
+        script = ("import OpenQuil as q; s = q.ZSelectionList(); s.add('here.fileTextureName'); "
+                  "p = q.ZPlug(); s.getPlug(0, p); p.setString('gone.png')")
+        for options, code in ((("--strict",), 3), ((), 0)):
+            out, err = self.run_host("tri.obj", "--python-expr", script, "--output", "a.png",
+                                     *options, code=code)
+            self.assertIn("quilhost: notice: tri.obj: material 'paint', texture 'gone.png': the image "
+                          "is not there; the material is shown without it", err.splitlines())
+            self.assertEqual("a.png" in self.files(), code == 0)
 
 
 class Interrupts(Case):
