@@ -1,10 +1,10 @@
 # Day-to-day commands; CMake does the work. PYTHON2=/path/to/python2.7 chooses the interpreter.
 SCENE ?= /usr/share/glmark2/models/bunny.obj
 
-.PHONY: build setup setup-checks demo test stress bench format clean
+.PHONY: build setup demo test stress bench format clean
 .PHONY: check-asan check-tsan check-valgrind coverage lint strength
 
-build: setup
+build: setup-tests
 	cmake --preset release
 	cmake --build --preset release
 
@@ -22,8 +22,8 @@ test: build
 stress: build
 	ctest --preset stress
 
-setup-checks:
-	@tools/setup.sh --checks
+setup-%:
+	@tools/setup.sh --$*
 
 # The whole suite, instrumented; what is tolerated is in tools/sanitizers.
 check-asan check-tsan: check-%: setup-checks
@@ -50,14 +50,14 @@ lint: setup-checks
 	python3 tools/lint.py build-lint $(or $(CXX),c++)
 
 # What the tests catch: faults planted one at a time (twenty minutes); writes docs/test_strength.md.
-strength: setup
+strength: setup-tests
 	python3 tools/strength/plant_faults.py --folder build/strength --output docs/test_strength.md
 
 # Call times of the wrappers beside hand-written C, Cython and ctypes; see bench/run.py.
-bench: build
+bench: build setup-bench
 	cmake --build --preset release --target bench
 
-format:
+format: setup-checks
 	git ls-files -co --exclude-standard -- '*.h' '*.cpp' | xargs clang-format -i
 
 clean:
