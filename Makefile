@@ -1,8 +1,10 @@
 # Day-to-day commands; CMake does the work. PYTHON2=/path/to/python2.7 chooses the interpreter.
 SCENE ?= /usr/share/glmark2/models/bunny.obj
+# What ctest runs at once.
+export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 
 .PHONY: build setup demo test stress bench format clean
-.PHONY: check-asan check-tsan check-valgrind coverage lint strength
+.PHONY: check-asan check-tsan check-valgrind check-bare coverage lint strength
 
 build: setup-tests
 	cmake --preset release
@@ -11,12 +13,12 @@ build: setup-tests
 setup:
 	@tools/setup.sh
 
-# The two example renderers, run on SCENE.
-demo: build
+# Builds the programs alone, and runs the two example renderers on SCENE.
+demo: setup
 	@tools/demo.sh "$(SCENE)"
 
 test: build
-	ctest --test-dir build --output-on-failure -j2
+	ctest --test-dir build --output-on-failure
 
 # The long forms of the tests under load.
 stress: build
@@ -24,6 +26,10 @@ stress: build
 
 setup-%:
 	@tools/setup.sh --$*
+
+# `make demo` and `make test` from a clone of HEAD, in a Debian root with nothing but make and git.
+check-bare:
+	@tools/check_bare.sh
 
 # The whole suite, instrumented; what is tolerated is in tools/sanitizers.
 check-asan check-tsan: check-%: setup-checks
