@@ -61,7 +61,7 @@ void Progress::update(const std::string &message, int percent) {
     }
 }
 
-void Progress::endFrame(const std::string &output) {
+void Progress::endFrame(const std::string &output, Outcome outcome) {
     ++done_;
     clearBar();
     if (style_ == kJson)
@@ -69,10 +69,12 @@ void Progress::endFrame(const std::string &output) {
                    {"frame", frame_},
                    {"done", done_},
                    {"frames", frames_},
-                   {"output", output}});
+                   {"output", output},
+                   {"skipped", outcome == kSkipped}});
     else if (style_ != kSilent)
-        std::fprintf(stderr, "frame %d (%zu of %zu)%s%s\n", frame_, done_, frames_,
-                     output.empty() ? "" : ": ", output.c_str());
+        std::fprintf(stderr, "frame %d (%zu of %zu)%s%s%s\n", frame_, done_, frames_,
+                     output.empty() ? "" : ": ", output.c_str(),
+                     outcome == kSkipped ? " exists, skipped" : "");
 }
 
 void Progress::clearBar() {
