@@ -2,6 +2,8 @@
 
 // What the user asked for.
 
+#include "devhost/session/PixelRegion.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,6 +22,11 @@ struct Options {
     unsigned width = 640, height = 480;
     std::string camera;
     std::string layer;
+    std::optional<devhost::PixelRegion> region;
+    /// Texts such as "renumberStart=100".
+    std::vector<std::string> settings;
+    bool skipExisting = false;
+    bool keepGoing = false;
     float exposure = 0;
     unsigned samples = 4;
     bool exrFloats = false;

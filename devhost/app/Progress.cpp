@@ -65,7 +65,7 @@ void Progress::update(const std::string &message, int percent) {
     }
 }
 
-void Progress::endFrame(const std::string &output) {
+void Progress::endFrame(const std::string &output, Outcome outcome) {
     ++done_;
     clearBar();
     if (style_ == kJson)
@@ -73,11 +73,13 @@ void Progress::endFrame(const std::string &output) {
                    {"frame", frame_},
                    {"done", done_},
                    {"frames", frames_},
-                   {"output", output}});
+                   {"output", output},
+                   {"skipped", outcome == kSkipped}});
     else if (style_ != kSilent)
         devhost::writeLine("frame " + std::to_string(frame_) + " (" + std::to_string(done_) +
                            " of " + std::to_string(frames_) + ")" +
-                           (output.empty() ? "" : ": " + output));
+                           (output.empty() ? "" : ": " + output) +
+                           (outcome == kSkipped ? " exists, skipped" : ""));
 }
 
 void Progress::notice(const devhost::Notice &notice) {

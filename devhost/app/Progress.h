@@ -21,8 +21,9 @@ class Progress {
     void beginFrame(int frame);
     /// How far the frame is, 0 to 100.
     void update(const std::string &message, int percent);
+    enum Outcome { kRendered, kSkipped };
     /// The frame is done; `output` is its file, or empty.
-    void endFrame(const std::string &output);
+    void endFrame(const std::string &output, Outcome outcome = kRendered);
     /// Something was asked for and is not honoured.
     void notice(const devhost::Notice &notice);
     /// How many notices there were in all, if any.

@@ -12,11 +12,16 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace devhost {
 
 struct RenderSession {
+    /// The render that goes on, but for hardware frames and pictures that a script has open in the
+    /// render view.
     ZRenderUtil::QuilRenderState state = ZRenderUtil::kNotRendering;
+    /// True in a program that renders frames, false where somebody works at a host.
+    bool isBatch = false;
     ZRenderUtil::RenderPass pass = ZRenderUtil::kAll;
     bool generatingIprFile = false;
     /// The settings in force; scripts read a copy of them.
@@ -38,6 +43,7 @@ struct RenderSession {
 
     /// False when OpenGL must not be used.
     bool useGl = true;
+    /// The frame that is rendered, or was rendered last.
     double frame = 1;
     double framesPerSecond = 24;
     /// The folder that image names are relative to.
@@ -64,6 +70,19 @@ struct RenderSession {
 
 /// The session of this process.
 OPENQUIL_API RenderSession &renderSession();
+
+/// A render of some kind goes on as long as it lives.
+class RenderStateScope {
+  public:
+    explicit RenderStateScope(ZRenderUtil::QuilRenderState state)
+        : earlier_(std::exchange(renderSession().state, state)) {}
+    ~RenderStateScope() { renderSession().state = earlier_; }
+    RenderStateScope(const RenderStateScope &) = delete;
+    RenderStateScope &operator=(const RenderStateScope &) = delete;
+
+  private:
+    ZRenderUtil::QuilRenderState earlier_;
+};
 
 /// The part of the image to render; empty when the resolution is zero.
 OPENQUIL_API PixelRegion renderRegion();

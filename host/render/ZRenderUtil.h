@@ -48,7 +48,11 @@ class OPENQUIL_API ZRenderUtil {
     /// Makes an object without state; every operation of the class is static.
     ZRenderUtil() = default;
 
-    /// What kind of render is going on: kNotRendering when none is.
+    /// What kind of render is going on. In the development host that is kBatchRender while quilhost
+    /// renders a frame (also in the script's render(frame) and in callbacks) or the script has a
+    /// picture open in the render view; kHardwareRender while a frame is drawn with the procedures
+    /// of the hardware renderer; kInteractiveRender while a viewport is drawn, or a picture is open
+    /// outside of quilhost; kNotRendering otherwise. kIprRender never occurs there.
     static QuilRenderState quilRenderState();
 
     /// Shoots one ray from `rayOrigin` along `rayDirection` (any length but zero) and shades what
