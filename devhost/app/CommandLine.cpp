@@ -1,8 +1,8 @@
 #include "devhost/app/CommandLine.h"
 
+#include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
 #include "devhost/app/FrameRange.h"
-#include "devhost/image/Picture.h"
 #include "devhost/util/FileName.h"
 
 #include <CLI/CLI.hpp>

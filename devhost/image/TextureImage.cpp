@@ -52,7 +52,7 @@ ZStatus readExrImage(const std::string &path, size_t fileBytes,
 }
 
 ZStatus read(const std::string &path, std::shared_ptr<const Pixels> &pixels) try {
-    if (imageFileFormat(path) == ImageFile::exr)
+    if (imageFileFormat(path) == ImageFile::kExr)
         return readExrImage(path, fs::file_size(path), pixels);
     std::ifstream file(path, std::ios::binary);
     const std::vector<unsigned char> bytes{std::istreambuf_iterator<char>(file), {}};
