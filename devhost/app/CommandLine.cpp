@@ -1,9 +1,9 @@
 #include "devhost/app/CommandLine.h"
 
+#include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
 #include "devhost/app/FrameRange.h"
 #include "devhost/app/SettingOptions.h"
-#include "devhost/image/Picture.h"
 #include "devhost/util/FileName.h"
 #include "devhost/util/FramePlaces.h"
 #include "devhost/util/Version.h"

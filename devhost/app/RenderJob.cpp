@@ -1,10 +1,10 @@
 #include "devhost/app/RenderJob.h"
 
+#include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/SettingOptions.h"
 #include "devhost/gl/HardwareRendering.h"
-#include "devhost/image/Picture.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/scene/SceneLoader.h"
 #include "devhost/session/RenderCallbacks.h"

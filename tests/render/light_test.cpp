@@ -1,6 +1,6 @@
 // Linear light: from textures and lights over pixels to files, with values worked out by hand.
+#include "devhost/api/render/Picture.h"
 #include "devhost/image/ImageIo.h"
-#include "devhost/image/Picture.h"
 #include "devhost/image/Srgb.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "host/core/ZFloatMatrix.h"

@@ -1,5 +1,5 @@
+#include "devhost/api/render/Picture.h"
 #include "devhost/image/ImageIo.h"
-#include "devhost/image/Picture.h"
 #include "host/render/ZRenderView.h"
 #include "tests/temporary_folder.h"
 #include "tests/test_scene.h"

@@ -1,6 +1,6 @@
 #include "host/render/ZRenderView.h"
 
-#include "devhost/image/Picture.h"
+#include "devhost/api/render/Picture.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"

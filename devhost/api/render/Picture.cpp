@@ -1,4 +1,4 @@
-#include "devhost/image/Picture.h"
+#include "devhost/api/render/Picture.h"
 
 #include "devhost/image/ImageIo.h"
 #include "devhost/image/Srgb.h"
