@@ -2,7 +2,7 @@
 #include "host/render/ZRenderUtil.h"
 
 #include "devhost/gl/HardwareFrame.h"
-#include "devhost/image/Picture.h"
+#include "devhost/api/render/Picture.h"
 #include "devhost/image/TextureFiles.h"
 #include "devhost/image/TextureImage.h"
 #include "devhost/raytrace/NoiseTable.h"
