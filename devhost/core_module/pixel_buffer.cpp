@@ -72,7 +72,7 @@ static void fill(PixelBuffer &self, ZColor const &color) {
 static PyObject *set_colors(PixelBuffer &self, long start, ZColorArray const &colors) {
     if (!check_range(self, start, colors.length()))
         return nullptr;
-    std::transform(colors.begin(), colors.end(), self.data() + start, pixel_of);
+    std::transform(colors.data(), colors.data() + colors.length(), self.data() + start, pixel_of);
     Py_RETURN_NONE;
 }
 
@@ -80,9 +80,10 @@ static PyObject *set_opaque(PixelBuffer &self, long start, ZFloatVectorArray con
                             float alpha) {
     if (!check_range(self, start, colors.length()))
         return nullptr;
-    std::transform(colors.begin(), colors.end(), self.data() + start, [=](const ZFloatVector &c) {
-        return RV_PIXEL{c.x, c.y, c.z, alpha};
-    });
+    std::transform(colors.data(), colors.data() + colors.length(), self.data() + start,
+                   [=](const ZFloatVector &c) {
+                       return RV_PIXEL{c.x, c.y, c.z, alpha};
+                   });
     Py_RETURN_NONE;
 }
 

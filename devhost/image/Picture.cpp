@@ -46,7 +46,8 @@ bool isPictureFileName(const std::string &path) {
 
 ZStatus writePicture(const Picture &picture, const std::string &path) {
     if (!isPictureFileName(path))
-        return {ZStatus::kInvalidParameter, "'" + path + "' is neither a .png nor a .exr file"};
+        return {ZStatus::kInvalidParameter,
+                ("'" + path + "' is neither a .png nor a .exr file").c_str()};
     const auto *colors = reinterpret_cast<const float *>(picture.pixels.data());
     if (isExr(path)) {
         std::vector<ImageLayer> layers{{"", {"R", "G", "B", "A"}, colors}};

@@ -80,14 +80,14 @@ std::shared_ptr<const Pixels> readThroughImage(const std::string &fileName) {
 ZStatus readImage(const std::string &fileName, std::shared_ptr<const Pixels> &pixels) {
     const std::string path = resolveFile(fileName);
     if (path.empty())
-        return ZStatus(ZStatus::kNotFound, "image file not found: " + fileName);
+        return ZStatus(ZStatus::kNotFound, ("image file not found: " + fileName).c_str());
     std::ifstream file(path, std::ios::binary);
     const std::vector<unsigned char> bytes{std::istreambuf_iterator<char>(file), {}};
     pixels = decodeImage(bytes.data(), bytes.size());
     if (!pixels)
         pixels = readThroughImage(path);
     if (!pixels)
-        return ZStatus(ZStatus::kFailure, "cannot read the image: " + path);
+        return ZStatus(ZStatus::kFailure, ("cannot read the image: " + path).c_str());
     return ZStatus();
 }
 

@@ -30,8 +30,9 @@ AtomicFile::AtomicFile(const std::string &path) : target_(path) {
         if (const fs::path resolved = fs::weakly_canonical(path, ignored); !resolved.empty())
             target_ = resolved;
     if (fs::exists(target_, ignored) && !fs::is_regular_file(target_, ignored)) {
-        status_ = ZStatus(ZStatus::kFailure,
-                          "cannot write '" + target_ + "': it exists and is no regular file");
+        status_ =
+            ZStatus(ZStatus::kFailure,
+                    ("cannot write '" + target_ + "': it exists and is no regular file").c_str());
         return;
     }
     temporary_ = fs::path(target_).replace_filename(temporaryName());
@@ -68,8 +69,9 @@ ZStatus AtomicFile::commit() {
 }
 
 void AtomicFile::fail(const char *action) {
-    status_ = ZStatus(ZStatus::kFailure, std::string("cannot ") + action + " '" + target_ +
-                                             "': " + std::strerror(errno));
+    status_ = ZStatus(
+        ZStatus::kFailure,
+        (std::string("cannot ") + action + " '" + target_ + "': " + std::strerror(errno)).c_str());
 }
 
 void AtomicFile::discard() {

@@ -46,7 +46,7 @@ class OPENQUIL_API ZRenderUtil {
     };
 
     /// Makes an object without state; every operation of the class is static.
-    ZRenderUtil() = default;
+    ZRenderUtil();
 
     /// What kind of render is going on: kNotRendering when none is.
     static QuilRenderState quilRenderState();

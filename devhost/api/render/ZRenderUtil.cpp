@@ -109,6 +109,8 @@ std::optional<float> facing(const ZFloatVector &lightDirection, const ZFloatVect
 
 } // namespace
 
+ZRenderUtil::ZRenderUtil() = default;
+
 ZRenderUtil::QuilRenderState ZRenderUtil::quilRenderState() {
     return renderSession().state;
 }
