@@ -33,13 +33,13 @@ ZStatus load(const std::string &given) {
     std::error_code problem;
     const fs::path path = fs::absolute(given, problem).lexically_normal();
     if (given.empty() || !fs::exists(path, problem))
-        return ZStatus(ZStatus::kNotFound, "scene file not found: " + given);
+        return ZStatus(ZStatus::kNotFound, ("scene file not found: " + given).c_str());
     const std::string extension = lowerExtension(path);
     if (extension != ".obj" && extension != ".gltf" && extension != ".glb")
         return ZStatus(ZStatus::kInvalidParameter,
-                       "unsupported scene file (use .obj, .gltf or .glb): " + given);
+                       ("unsupported scene file (use .obj, .gltf or .glb): " + given).c_str());
     if (!fs::is_regular_file(path, problem) || !std::ifstream(path).is_open())
-        return ZStatus(ZStatus::kFailure, "scene file cannot be read: " + given);
+        return ZStatus(ZStatus::kFailure, ("scene file cannot be read: " + given).c_str());
 
     Scene fresh;
     FileNotices notices(path.string());
@@ -85,14 +85,15 @@ ZStatus loadScene(const std::string &path) {
     try {
         return load(path);
     } catch (const std::bad_alloc &) {
-        return ZStatus(ZStatus::kInsufficientMemory, "scene file is too large: " + path);
+        return ZStatus(ZStatus::kInsufficientMemory, ("scene file is too large: " + path).c_str());
     } catch (const std::exception &error) {
         return cannotLoad(path, error.what());
     }
 }
 
 ZStatus cannotLoad(const std::string &path, const std::string &why) {
-    return ZStatus(ZStatus::kFailure, "cannot load " + path + ": " + why.substr(0, why.find('\n')));
+    return ZStatus(ZStatus::kFailure,
+                   ("cannot load " + path + ": " + why.substr(0, why.find('\n'))).c_str());
 }
 
 void newScene() {

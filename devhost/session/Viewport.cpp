@@ -142,7 +142,7 @@ ZStatus renderViewport(const std::string &name, unsigned width, unsigned height,
                        const std::string &output, ViewportImage *result) {
     RegisteredViewport *entry = find(name);
     if (!entry)
-        return {ZStatus::kNotFound, "there is no viewport renderer " + name};
+        return {ZStatus::kNotFound, ("there is no viewport renderer " + name).c_str()};
     return guarded([&] { return renderRequest(*entry, width, height, output, result); });
 }
 

@@ -3,7 +3,8 @@
 // A colour with opacity.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZStatus.h"
+
+class ZStatus;
 
 /// A colour: linear red, green and blue, usually 0 to 1, and the opacity alpha.
 class OPENQUIL_API ZColor {

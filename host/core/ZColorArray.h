@@ -5,6 +5,8 @@
 #include "host/core/ZArray.h"
 #include "host/core/ZColor.h"
 
+extern template class ZArrayOf<ZColor>;
+
 /// A growable array of colours.
 class OPENQUIL_API ZColorArray : public ZArrayOf<ZColor> {
   public:

@@ -11,7 +11,7 @@
 class OPENQUIL_API ZDagPath {
   public:
     /// Makes a path that names nothing.
-    ZDagPath() = default;
+    ZDagPath();
 
     /// The path to a node. Fails with kInvalidParameter when the node is null, or is no part of the
     /// hierarchy (a material, a texture).
@@ -48,7 +48,7 @@ class OPENQUIL_API ZDagPath {
     /// True when both paths end at the same node, or neither is valid.
     bool operator==(const ZDagPath &other) const;
     /// True when the paths end at different nodes.
-    bool operator!=(const ZDagPath &other) const { return !(*this == other); }
+    bool operator!=(const ZDagPath &other) const;
 
     /// The class's name, "ZDagPath".
     static const char *className();

@@ -4,6 +4,8 @@
 
 #include "host/core/ZArray.h"
 
+extern template class ZArrayOf<double>;
+
 /// A growable array of 64-bit floating-point numbers.
 class OPENQUIL_API ZDoubleArray : public ZArrayOf<double> {
   public:

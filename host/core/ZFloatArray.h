@@ -4,6 +4,8 @@
 
 #include "host/core/ZArray.h"
 
+extern template class ZArrayOf<float>;
+
 /// A growable array of 32-bit floating-point numbers.
 class OPENQUIL_API ZFloatArray : public ZArrayOf<float> {
   public:

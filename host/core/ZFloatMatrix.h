@@ -3,8 +3,8 @@
 // A 4 by 4 transformation matrix in single precision.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZStatus.h"
 
+class ZStatus;
 class ZMatrix;
 
 /// A 4 by 4 transformation matrix in single precision. Points are rows that stand to its left, so

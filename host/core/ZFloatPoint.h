@@ -3,8 +3,8 @@
 // A place in space in homogeneous coordinates, in single precision.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZStatus.h"
 
+class ZStatus;
 class ZPoint;
 class ZFloatVector;
 class ZFloatMatrix;

@@ -3,10 +3,8 @@
 // A direction or displacement in space, in single precision.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZStatus.h"
 
-#include <cmath>
-
+class ZStatus;
 class ZVector;
 class ZFloatPoint;
 class ZFloatMatrix;
@@ -69,7 +67,7 @@ class OPENQUIL_API ZFloatVector {
 
     /// Returns the length.
     float length() const {
-        return static_cast<float>(std::sqrt(double{x} * x + double{y} * y + double{z} * z));
+        return static_cast<float>(__builtin_sqrt(double{x} * x + double{y} * y + double{z} * z));
     }
     /// Returns the vector of length one in the same direction, or the zero vector for the zero
     /// vector.

@@ -4,6 +4,8 @@
 
 #include "host/core/ZArray.h"
 
+extern template class ZArrayOf<int>;
+
 /// A growable array of integers.
 class OPENQUIL_API ZIntArray : public ZArrayOf<int> {
   public:

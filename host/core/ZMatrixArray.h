@@ -5,6 +5,8 @@
 #include "host/core/ZArray.h"
 #include "host/core/ZMatrix.h"
 
+extern template class ZArrayOf<ZMatrix>;
+
 /// A growable array of double-precision matrices.
 class OPENQUIL_API ZMatrixArray : public ZArrayOf<ZMatrix> {
   public:

@@ -12,7 +12,7 @@
 class OPENQUIL_API ZPlug {
   public:
     /// Makes a plug that names nothing.
-    ZPlug() = default;
+    ZPlug();
     /// The named attribute of a node. Fails with kInvalidParameter when the node is null, with
     /// kNotFound when it has no such attribute; the plug is then null.
     ZPlug(const ZObject &node, const ZString &attribute, ZStatus *ReturnStatus = nullptr);
@@ -60,7 +60,7 @@ class OPENQUIL_API ZPlug {
     /// True when both plugs name the same attribute of the same node, or both are null.
     bool operator==(const ZPlug &other) const;
     /// True when the plugs name different attributes.
-    bool operator!=(const ZPlug &other) const { return !(*this == other); }
+    bool operator!=(const ZPlug &other) const;
 
     /// The class's name, "ZPlug".
     static const char *className();

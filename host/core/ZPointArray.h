@@ -5,6 +5,8 @@
 #include "host/core/ZArray.h"
 #include "host/core/ZPoint.h"
 
+extern template class ZArrayOf<ZPoint>;
+
 /// A growable array of double-precision points.
 class OPENQUIL_API ZPointArray : public ZArrayOf<ZPoint> {
   public:

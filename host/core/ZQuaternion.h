@@ -4,8 +4,9 @@
 
 #include "host/base/HostApi.h"
 #include "host/core/ZMatrix.h"
-#include "host/core/ZStatus.h"
 #include "host/core/ZVector.h"
+
+class ZStatus;
 
 /// A rotation as a quaternion of length one.
 class OPENQUIL_API ZQuaternion {

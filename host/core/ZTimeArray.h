@@ -5,6 +5,8 @@
 #include "host/core/ZArray.h"
 #include "host/core/ZTime.h"
 
+extern template class ZArrayOf<ZTime>;
+
 /// A growable array of times.
 class OPENQUIL_API ZTimeArray : public ZArrayOf<ZTime> {
   public:

@@ -4,6 +4,8 @@
 
 #include "host/core/ZArray.h"
 
+extern template class ZArrayOf<unsigned long>;
+
 /// A growable array of 64-bit unsigned integers.
 class OPENQUIL_API ZUint64Array : public ZArrayOf<unsigned long> {
   public:

@@ -4,6 +4,8 @@
 
 #include "host/core/ZArray.h"
 
+extern template class ZArrayOf<unsigned int>;
+
 /// A growable array of unsigned integers.
 class OPENQUIL_API ZUintArray : public ZArrayOf<unsigned int> {
   public:

@@ -3,10 +3,8 @@
 // A direction or displacement in space, in double precision.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZStatus.h"
 
-#include <cmath>
-
+class ZStatus;
 class ZFloatVector;
 class ZPoint;
 class ZMatrix;
@@ -69,7 +67,7 @@ class OPENQUIL_API ZVector {
     bool operator==(const ZVector &v) const { return x == v.x && y == v.y && z == v.z; }
 
     /// Returns the length.
-    double length() const { return std::sqrt(*this * *this); }
+    double length() const { return __builtin_sqrt(*this * *this); }
     /// Returns the vector of length one in the same direction, or the zero vector for the zero
     /// vector.
     ZVector normal() const;

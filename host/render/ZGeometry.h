@@ -7,12 +7,6 @@
 #include "host/render/ZGeometryData.h"
 #include "host/render/ZGeometryPrimitive.h"
 
-#include <memory>
-
-namespace devhost {
-struct GeometryStreams;
-}
-
 /// The geometry of one object: streams with a value for each vertex, and index arrays that make
 /// primitives of the vertices. The object is a handle: copies share the geometry. A stream that
 /// the geometry does not have comes back without elements, its dataType kInvalidDataType.
@@ -48,9 +42,10 @@ class OPENQUIL_API ZGeometry {
     /// The index array of the number, counted from 0; one without indices when there is none.
     ZGeometryPrimitive primitiveArray(unsigned int arrayNumber) const;
 
+    struct Streams; // the host's own
     /// A handle to geometry of the host's.
-    explicit ZGeometry(std::shared_ptr<devhost::GeometryStreams const> streams);
+    explicit ZGeometry(Streams const &streams);
 
   private:
-    std::shared_ptr<devhost::GeometryStreams const> streams_; // never null
+    Streams *streams_; // never null, shared by copies
 };

@@ -7,14 +7,8 @@
 #include "host/core/ZMatrix.h"
 #include "host/render/ZGeometry.h"
 
-#include <memory>
-
 class ZObject;
 class ZRenderingInfo;
-
-namespace devhost {
-class GeometryElements;
-}
 
 /// The objects that a hardware renderer is to draw, one after the other, beginning with the first.
 /// Behind the last one the list is done: the geometry is then empty, the matrices of the object and
@@ -90,5 +84,6 @@ class OPENQUIL_API ZGeometryList {
     ZGeometryList();
 
   private:
-    std::unique_ptr<devhost::GeometryElements> elements_;
+    struct Elements;
+    Elements *elements_;
 };

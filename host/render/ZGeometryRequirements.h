@@ -3,13 +3,8 @@
 // What a renderer wants to know of each vertex.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZString.h"
 
-#include <memory>
-
-namespace devhost {
-class GeometryRequirementList;
-} // namespace devhost
+class ZString;
 
 /// What a renderer wants to know of each vertex. Geometry is made with the streams that were asked
 /// for here, as far as the object has them. Asking for the same twice counts once; the last element
@@ -48,9 +43,10 @@ class OPENQUIL_API ZGeometryRequirements {
     /// of face f begin at triangle faceOffsets[f] - 2 * f.
     void addFaceOffsets();
 
-    /// What was asked for, for the host's own use.
-    devhost::GeometryRequirementList const &list() const { return *list_; }
+    struct List; // the host's own
+    /// What was asked for.
+    List const &list() const;
 
   private:
-    std::unique_ptr<devhost::GeometryRequirementList> list_;
+    List *list_;
 };

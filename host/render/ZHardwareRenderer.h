@@ -141,6 +141,6 @@ class OPENQUIL_API ZHardwareRenderer {
     ZGLFunctionTable *glFunctionTable() const;
 
   private:
-    ZHardwareRenderer() = default;
-    ~ZHardwareRenderer() = default;
+    ZHardwareRenderer();
+    ~ZHardwareRenderer();
 };

@@ -46,7 +46,7 @@ class OPENQUIL_API ZRenderUtil {
     };
 
     /// Makes an object without state; every operation of the class is static.
-    ZRenderUtil() = default;
+    ZRenderUtil();
 
     /// What kind of render is going on. In the development host that is kBatchRender while quilhost
     /// renders a frame (also in the script's render(frame) and in callbacks) or the script has a

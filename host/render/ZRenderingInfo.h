@@ -35,9 +35,9 @@ class OPENQUIL_API ZRenderingInfo {
     /// divided by w, is -1 to 1.
     ZMatrix const &projectionMatrix() const;
 
-  private:
-    friend struct devhost::ViewportRequest;
-    explicit ZRenderingInfo(const devhost::ViewportRequest &request) : request_(request) {}
+    /// What to draw for a drawing of the host's.
+    explicit ZRenderingInfo(ZRenderTarget::Request const &request);
 
-    const devhost::ViewportRequest &request_;
+  private:
+    ZRenderTarget::Request const &request_;
 };

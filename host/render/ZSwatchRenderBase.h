@@ -29,14 +29,14 @@ class OPENQUIL_API ZSwatchRenderBase {
     virtual void cancelParallelRendering();
 
     /// Returns the node that the picture is drawn for.
-    ZObject swatchNode() const { return swatchNode_; }
+    ZObject swatchNode() const;
     /// Returns the node that the picture shows.
-    ZObject node() const { return node_; }
+    ZObject node() const;
     /// Returns the width and height asked for, in pixels.
-    int resolution() const { return resolution_; }
+    int resolution() const;
     /// Returns the picture, which belongs to the swatch: it must not be used when the swatch is
     /// gone.
-    ZImage &image() { return image_; }
+    ZImage &image();
 
     /// Sets how good the picture is to be. 0 is a draft, 1 the default; what higher values improve
     /// is up to the generator. Set it before the first step.

@@ -6,8 +6,6 @@
 #include "host/core/ZPlug.h"
 #include "host/core/ZString.h"
 
-#include <memory>
-
 class ZGeometryList;
 
 namespace ZHWRender {
@@ -251,5 +249,5 @@ class OPENQUIL_API ZUniformParameter {
 
   private:
     struct Data;
-    std::unique_ptr<Data> data_; // never null
+    Data *data_; // never null
 };

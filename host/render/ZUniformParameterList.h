@@ -5,8 +5,6 @@
 #include "host/base/HostApi.h"
 #include "host/render/ZUniformParameter.h"
 
-#include <vector>
-
 /// The uniform parameters of a shader, in order. The list holds copies: what is appended, set or
 /// read is independent of it.
 class OPENQUIL_API ZUniformParameterList {
@@ -33,5 +31,6 @@ class OPENQUIL_API ZUniformParameterList {
     void setElement(int index, ZUniformParameter const &element);
 
   private:
-    std::vector<ZUniformParameter> elements_;
+    struct Elements;
+    Elements *elements_;
 };

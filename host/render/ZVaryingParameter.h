@@ -6,8 +6,6 @@
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
-#include <memory>
-
 class ZGeometry;
 
 /// An input of a hardware shader that has a value for each vertex, such as position or texture
@@ -130,5 +128,5 @@ class OPENQUIL_API ZVaryingParameter {
 
   private:
     struct Data;
-    std::unique_ptr<Data> data_; // never null
+    Data *data_; // never null
 };

@@ -5,8 +5,6 @@
 #include "host/base/HostApi.h"
 #include "host/render/ZVaryingParameter.h"
 
-#include <vector>
-
 /// The varying parameters of a shader, in order. The list holds copies: what is appended, set or
 /// read is independent of it.
 class OPENQUIL_API ZVaryingParameterList {
@@ -33,5 +31,6 @@ class OPENQUIL_API ZVaryingParameterList {
     void setElement(int index, ZVaryingParameter const &element);
 
   private:
-    std::vector<ZVaryingParameter> elements_;
+    struct Elements;
+    Elements *elements_;
 };

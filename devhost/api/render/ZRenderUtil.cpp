@@ -110,6 +110,8 @@ std::optional<float> facing(const ZFloatVector &lightDirection, const ZFloatVect
 
 } // namespace
 
+ZRenderUtil::ZRenderUtil() = default;
+
 ZRenderUtil::QuilRenderState ZRenderUtil::quilRenderState() {
     const RenderSession &session = renderSession();
     if (hardwareFrame().isDrawing)
