@@ -1,6 +1,6 @@
 #include "host/render/ZGeometry.h"
 
-#include "devhost/geometry/GeometryElements.h"
+#include "devhost/api/render/GeometryElements.h"
 #include "host/core/ZString.h"
 
 ZGeometry::ZGeometry(Streams const &streams) : streams_(new Streams(streams.to)) {}
