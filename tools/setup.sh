@@ -23,7 +23,7 @@ readonly build_packages=(
     libegl-dev libgl-dev libegl1 libgl1-mesa-dri
     libgtest-dev libgmock-dev glmark2-data cython3 clang-format
 )
-readonly check_packages=(clang-tidy cppcheck gcovr valgrind)
+readonly check_packages=(clang-tidy cppcheck flake8 gcovr shellcheck valgrind)
 readonly python_build_packages=(
     gcc make patch git curl ca-certificates xz-utils
     libssl-dev zlib1g-dev libffi-dev libbz2-dev libreadline-dev libsqlite3-dev libncurses-dev
