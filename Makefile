@@ -1,29 +1,35 @@
 # Day-to-day commands; CMake does the work. PYTHON2=/path/to/python2.7 chooses the interpreter.
 SCENE ?= /usr/share/glmark2/models/bunny.obj
+# What ctest runs at once.
+export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 
-.PHONY: build setup setup-checks demo test stress bench format clean
-.PHONY: check-asan check-tsan check-valgrind coverage lint lint-fast strength
+.PHONY: build setup demo test stress bench format clean
+.PHONY: check-asan check-tsan check-valgrind check-bare coverage lint lint-fast strength
 
-build: setup
+build: setup-tests
 	cmake --preset release
 	cmake --build --preset release
 
 setup:
 	@tools/setup.sh
 
-# The two example renderers, run on SCENE.
-demo: build
+# Builds the programs alone, and runs the two example renderers on SCENE.
+demo: setup
 	@tools/demo.sh "$(SCENE)"
 
 test: build
-	ctest --test-dir build --output-on-failure -j2
+	ctest --test-dir build --output-on-failure
 
 # The long forms of the tests under load.
 stress: build
 	ctest --preset stress
 
-setup-checks:
-	@tools/setup.sh --checks
+setup-%:
+	@tools/setup.sh --$*
+
+# `make demo` and `make test` from a clone of HEAD, in a Debian root with nothing but make and git.
+check-bare:
+	@tools/check_bare.sh
 
 # The whole suite, instrumented; what is tolerated is in tools/sanitizers.
 check-asan check-tsan: check-%: setup-checks
@@ -60,14 +66,14 @@ lint: lint-fast
 	python3 tools/test_ratio.py
 
 # What the tests catch: faults planted one at a time (twenty minutes); writes docs/test_strength.md.
-strength: setup
+strength: setup-tests
 	python3 tools/strength/plant_faults.py --folder build/strength --output docs/test_strength.md
 
 # Call times of the wrappers beside hand-written C, Cython and ctypes; see bench/run.py.
-bench: build
+bench: build setup-bench
 	cmake --build --preset release --target bench
 
-format:
+format: setup-checks
 	git ls-files -co --exclude-standard -- '*.h' '*.cpp' | xargs clang-format -i
 
 clean:

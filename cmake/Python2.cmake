@@ -8,6 +8,8 @@
 set(PYTHON2_EXECUTABLE "" CACHE FILEPATH "the python2.7 program to build for")
 if(NOT PYTHON2_EXECUTABLE AND EXISTS "${CMAKE_SOURCE_DIR}/build/python2.path")
   file(STRINGS "${CMAKE_SOURCE_DIR}/build/python2.path" PYTHON2_EXECUTABLE LIMIT_COUNT 1)
+  set_property(DIRECTORY APPEND PROPERTY
+    CMAKE_CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/build/python2.path")
 endif()
 if(NOT PYTHON2_EXECUTABLE)
   message(FATAL_ERROR "No Python 2.7 known: run tools/setup.sh first, or set PYTHON2_EXECUTABLE")
@@ -20,7 +22,7 @@ v = s.get_config_var
 # Distributions keep the library in a folder of the architecture.
 folders = [v('LIBDIR'), os.path.join(v('LIBDIR'), v('MULTIARCH') or '')]
 folder = ([f for f in folders if os.path.exists(os.path.join(f, v('LDLIBRARY')))] + folders)[0]
-print(';'.join([s.get_paths()['include'], folder, v('LDLIBRARY'), str(sys.maxunicode), str(v('Py_ENABLE_SHARED')), s.get_config_var('prefix')]))"
+print(';'.join([v('INCLUDEPY'), folder, v('LDLIBRARY'), str(sys.maxunicode), str(v('Py_ENABLE_SHARED')), v('prefix')]))"
   OUTPUT_VARIABLE _python2 OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 list(GET _python2 0 _include)
 list(GET _python2 1 _libdir)

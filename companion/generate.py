@@ -143,6 +143,12 @@ class Generator(object):
                 names.update(name.id for name in node.targets)
         return names
 
+    def extension_properties(self, target):
+        """Name and type of the properties of the class's extension, which type comments tell."""
+        for node in ast.parse(self.extension(target), type_comments=True).body:
+            if isinstance(node, ast.FunctionDef) and node.type_comment:
+                yield node.name, node.type_comment.partition('-> ')[2]
+
     def member_type(self, getter):
         return split_declaration(getter['overloads'][0]['declaration'])[0]
 
@@ -339,6 +345,8 @@ class Generator(object):
             lines += self.stub_function(function, function['member'])
         for name in target.getters:
             lines += self.stub_property(target, name)
+        for name, result in self.extension_properties(target):
+            lines += ['@property', 'def %s(self) -> %s: ...' % (name, result)]
         specials = target.specials()
         for present, future in DIVISIONS.items():
             if present in specials and future not in specials:

@@ -1,6 +1,7 @@
 #include "runtime/director.h"
 
 #include "host/base/TpythonInterpreter.h"
+#include "runtime/interpreter_lock.h"
 #include "runtime/object_holder.h"
 #include "runtime/result_codes.h"
 
@@ -22,7 +23,7 @@ Director::~Director() {
     // The host may keep callbacks for longer than the interpreter runs.
     if (Py_IsInitialized()) {
         TpythonLock lock(kPythonLock);
-        if (TpythonLock::isHeld()) { // else the interpreter ended before
+        if (has_interpreter_lock()) { // else the interpreter ended before
             Py_XDECREF(swig_watch);
             if (swig_disown_flag)
                 Py_DECREF(swig_self);

@@ -1,13 +1,18 @@
 #!/usr/bin/env bash
-# Renders a scene with the two example scripts and says where the pictures are.
+# Builds the programs and what they load, renders a scene with the two example scripts, and says how
+# long that took and where the pictures are. Set-up comes first (tools/setup.sh).
 set -euo pipefail
 
 readonly scene=${1:?usage: tools/demo.sh SCENE}
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+# A folder that was configured stays so, with its tests.
+[[ -e build/build.ninja ]] || cmake --preset release -DOPENQUIL_TESTS=OFF
+cmake --build --preset release --target programs
 mkdir -p build/demo
 for example in raytrace depth_fog; do
     build/bin/quilhost "$scene" --python "examples/$example.py" \
         --output "build/demo/$example.png" --resolution 640 480
 done
-printf 'The pictures are in:\n'
+printf 'Built and rendered in %d seconds. The pictures are in:\n' "$SECONDS"
 printf '  %s\n' "$PWD"/build/demo/{raytrace,depth_fog}.png

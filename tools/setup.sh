@@ -1,9 +1,16 @@
 #!/usr/bin/env bash
-# Prepares a machine for the build: installs the Debian packages that are missing, finds (or, last,
-# builds) a Python 2.7 that can be embedded, and leaves its path in build/python2.path.
+# Prepares a machine for the build: installs the Debian packages that are missing, chooses a Python
+# 2.7 that can be embedded, and leaves its path in build/python2.path. The first that fits is taken:
 #
-# Usage: setup.sh [--checks]
-#   --checks     installs also what the checking targets of the Makefile need
+#   1. what PYTHON2 names; an error when it does not fit
+#   2. what an earlier run left in build/python2.path
+#   3. what is on the machine: python2.7-config's, pyenv's versions, one that was built here before
+#   4. python2.7-dev, from the machine's own package sources if they have it
+#   5. Debian 11's python2.7-dev, on Debian 12
+#   6. one that pyenv builds, which takes minutes and a network
+#
+# Usage: setup.sh [--tests] [--bench] [--checks]
+#   Each installs also what the tests, the benchmark or the checking targets of the Makefile need.
 #
 # Environment:
 #   PYTHON2      the python2.7 program to use; an error when it does not fit
@@ -20,10 +27,13 @@ readonly build_packages=(
     g++ make cmake ninja-build python3 pkg-config
     libembree-dev libimath-dev libopenexr-dev libpng-dev libjpeg62-turbo-dev libstb-dev
     libtinyobjloader-dev libtinygltf-dev nlohmann-json3-dev libcli11-dev
-    libegl-dev libgl-dev libegl1 libgl1-mesa-dri
-    libgtest-dev libgmock-dev glmark2-data cython3 clang-format
+    libegl-dev libgl-dev libegl1 libgl1-mesa-dri glmark2-data
 )
-readonly check_packages=(clang-tidy cppcheck flake8 gcovr shellcheck valgrind)
+readonly test_packages=(libgtest-dev binutils)
+readonly bench_packages=(cython3 valgrind binutils)
+readonly check_packages=(
+    "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git shellcheck valgrind
+)
 readonly python_build_packages=(
     gcc make patch git curl ca-certificates xz-utils
     libssl-dev zlib1g-dev libffi-dev libbz2-dev libreadline-dev libsqlite3-dev libncurses-dev
@@ -84,7 +94,7 @@ elif not get("Py_ENABLE_SHARED"):
     answer = "it is a static build; quilhost needs the shared library (--enable-shared)"
 elif not library():
     answer = "its shared library %s is not in %s" % (get("LDLIBRARY"), get("LIBDIR"))
-elif not os.path.exists(os.path.join(sysconfig.get_paths()["include"], "Python.h")):
+elif not os.path.exists(os.path.join(get("INCLUDEPY"), "Python.h")):
     answer = "its header Python.h is not installed"
 else:
     answer = "ok " + sys.executable
@@ -131,40 +141,90 @@ try_pyenv_versions() {
     return 1
 }
 
-try_distribution() {
-    if ! [[ -x /usr/bin/python2.7 && -e /usr/include/python2.7/Python.h ]]; then
-        have apt-get && may_install || return 1
-        apt-cache policy python2.7-dev 2>/dev/null | grep -q 'Candidate: [0-9]' || return 1
-        say "installing python2.7-dev"
-        as_root apt-get install -y -qq --no-install-recommends python2.7-dev >&2 || return 1
-    fi
-    try_python /usr/bin/python2.7
+# Installed or to be installed, by way of the package and not of the PATH, where a version manager's
+# stand-in may come first.
+try_debian() {
+    local program
+    have dpkg-query && have apt-get || return 1
+    [[ -z $(missing_packages python2.7-dev) ]] || install_debian_python || return 1
+    program=$(dpkg-query -L python2.7-minimal 2>/dev/null | grep -m 1 '/bin/python2\.7$') &&
+        try_python "$program"
 }
 
-# Builds into the project's own cache, so that a clean checkout finds it again and the user's
-# pyenv versions stay as they are.
-build_python() {
-    local builder prefix=$cache_dir/python-$python_version
-    if ! [[ -x $prefix/bin/python2.7 ]]; then
-        if have dpkg-query && have apt-get; then
-            install_packages "${python_build_packages[@]}"
-        fi
-        builder=$(pyenv_root)/plugins/python-build/bin/python-build
-        if ! [[ -x $builder ]]; then
-            builder=$cache_dir/pyenv/plugins/python-build/bin/python-build
-        fi
-        if ! [[ -x $builder ]]; then
-            say "fetching pyenv"
-            mkdir -p "$cache_dir"
-            git clone --quiet --depth 1 https://github.com/pyenv/pyenv "$cache_dir/pyenv" ||
-                die "no Python 2.7 fits, and pyenv could not be fetched to build one; set PYTHON2"
-        fi
-        say "building Python $python_version into $prefix (takes a few minutes)"
-        PYTHON_CONFIGURE_OPTS="--enable-shared --enable-unicode=ucs4" \
-            "$builder" "$python_version" "$prefix" >&2 ||
-            die "no Python 2.7 fits, and building one failed; set PYTHON2"
+install_debian_python() {
+    may_install || return 1
+    if apt-cache policy python2.7-dev 2>/dev/null | grep -q 'Candidate: [0-9]'; then
+        (install_packages python2.7-dev) # what ends there need not end here
+    else
+        install_from_debian_11
     fi
-    try_python "$prefix/bin/python2.7"
+}
+
+# Debian 12 no longer has Python 2.7; Debian 11's installs beside it. It comes from the machine's own
+# mirrors, signed by Debian, with sources, preferences and lists that only this installation sees:
+# those of the machine, which apt needs for what the two releases share, and Debian 11's, which
+# nothing is taken from that Debian 12 has.
+install_from_debian_11() (
+    readonly keyring=/usr/share/keyrings/debian-archive-keyring.gpg
+    sources=$(apt-get indextargets --format '$(RELEASE) $(COMPONENT) $(REPO_URI)' \
+        'Created-By: Packages' 2>/dev/null | sort -u |
+        sed -nE "s,^bookworm(|-security) main (.*),deb [signed-by=$keyring] \2 bullseye\1 main,p")
+    [[ -n $sources ]] || return 1
+    say "installing python2.7-dev from Debian 11, beside Debian 12's packages; apt's sources stay as they are"
+
+    folder=$(mktemp -d)
+    trap 'as_root rm -rf "$folder"' EXIT
+    chmod 755 "$folder" # apt fetches as a user of its own
+    mkdir -p "$folder"/{sources,lists/partial,cache/archives/partial}
+    printf '%s\n' "$sources" >"$folder/sources/debian-11.list"
+    for file in /etc/apt/sources.list /etc/apt/sources.list.d/*; do
+        [[ ! -e $file ]] || ln -s "$file" "$folder/sources/"
+    done
+    {
+        cat /etc/apt/preferences 2>/dev/null || true
+        printf '\nPackage: *\nPin: release n=bullseye*\nPin-Priority: 100\n'
+    } >"$folder/preferences"
+
+    apt=(apt-get -qq -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$folder/sources"
+        -o "Dir::Etc::Preferences=$folder/preferences" -o "Dir::State::Lists=$folder/lists"
+        -o "Dir::Cache=$folder/cache")
+    # A source that fails is none of our business if the installation works.
+    as_root "${apt[@]}" update >"$folder/log" 2>&1 || true
+    if ! as_root "${apt[@]}" install -y --no-install-recommends --no-remove python2.7-dev \
+        >>"$folder/log" 2>&1; then
+        say "it could not be installed: $(grep '^E:' "$folder/log" | tail -n 1)"
+        return 1
+    fi
+)
+
+# In the project's own cache, so that a clean checkout finds it again and the user's pyenv versions
+# stay as they are.
+readonly built_python=$cache_dir/python-$python_version
+
+try_built_python() {
+    [[ -x $built_python/bin/python2.7 ]] && try_python "$built_python/bin/python2.7"
+}
+
+build_python() {
+    local builder
+    if have dpkg-query && have apt-get; then
+        install_packages "${python_build_packages[@]}"
+    fi
+    builder=$(pyenv_root)/plugins/python-build/bin/python-build
+    if ! [[ -x $builder ]]; then
+        builder=$cache_dir/pyenv/plugins/python-build/bin/python-build
+    fi
+    if ! [[ -x $builder ]]; then
+        say "fetching pyenv"
+        mkdir -p "$cache_dir"
+        git clone --quiet --depth 1 https://github.com/pyenv/pyenv "$cache_dir/pyenv" ||
+            die "no Python 2.7 fits, and pyenv could not be fetched to build one; set PYTHON2"
+    fi
+    say "building Python $python_version into $built_python (takes a few minutes)"
+    PYTHON_CONFIGURE_OPTS="--enable-shared --enable-unicode=ucs4" \
+        "$builder" "$python_version" "$built_python" >&2 ||
+        die "no Python 2.7 fits, and building one failed; set PYTHON2"
+    try_built_python
 }
 
 find_python() {
@@ -176,18 +236,30 @@ find_python() {
     if [[ -s $python_path_file ]]; then
         try_python "$(head -n 1 "$python_path_file")" && return
     fi
-    try_python_config || try_pyenv_versions || try_distribution || build_python ||
+    try_python_config || try_pyenv_versions || try_built_python || try_debian || build_python ||
         die "no Python 2.7 fits; set PYTHON2 to a shared UCS4 python2.7"
+}
+
+# The outermost folder on the way to FILE that not everybody may enter; fails when there is none.
+closed_folder() {
+    local folder=$1 closed=
+    while folder=$(dirname "$folder") && [[ $folder != / ]]; do
+        (($(stat -c '0%a' "$folder") & 1)) || closed=$folder
+    done
+    [[ -n $closed ]] && printf '%s\n' "$closed"
 }
 
 # ---- main -----------------------------------------------------------------------------------
 
 packages=("${build_packages[@]}")
-case "$*" in
-'') ;;
---checks) packages+=("${check_packages[@]}") ;;
-*) die "usage: setup.sh [--checks]" ;;
-esac
+for option in "$@"; do
+    case $option in
+    --tests) packages+=("${test_packages[@]}") ;;
+    --bench) packages+=("${bench_packages[@]}") ;;
+    --checks) packages+=("${check_packages[@]}") ;;
+    *) die "usage: setup.sh [--tests] [--bench] [--checks]" ;;
+    esac
+done
 if have dpkg-query && have apt-get; then
     install_packages "${packages[@]}"
 else
@@ -199,4 +271,7 @@ mkdir -p "$(dirname "$python_path_file")"
 if [[ "$(cat "$python_path_file" 2>/dev/null)" != "$python" ]]; then
     printf '%s\n' "$python" >"$python_path_file"
     say "using $python"
+    if closed=$(closed_folder "$python"); then
+        say "other users cannot enter $closed, and so cannot start what is built with it; see README.md"
+    fi
 fi

@@ -3,7 +3,10 @@
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
 #include "devhost/app/FrameRange.h"
+#include "devhost/app/SettingOptions.h"
 #include "devhost/util/FileName.h"
+#include "devhost/util/FramePlaces.h"
+#include "devhost/util/Version.h"
 
 #include <CLI/CLI.hpp>
 #include <unistd.h>
@@ -22,11 +25,13 @@ namespace {
 
 constexpr const char *kFooter = R"(
 A script runs once. If it then has a function render(frame), that is called for every frame.
-Otherwise, if it finished a picture in the render view, that picture is the output. Otherwise the
-host renders the scene itself, with the render callbacks that the script registered, to --output.
+Otherwise, if it finished a picture in the render view, that picture is the output. Otherwise, and
+for each frame whose render(frame) finished no picture, the host renders the scene itself, with the
+render callbacks that the script registered, to --output.
 
-The name after --output ends in .png or .exr. A run of # is the place of the frame number, and
-<Scene>, <Camera> and <RenderLayer> stand for their names. The folder must exist.
+The name after --output ends in .png or .exr. A run of # is the place of the frame number, as are
+%04d and $F4 for four digits; <Scene>, <Camera> and <RenderLayer> stand for their names. The folder
+must exist.
 
 What follows -- goes to the script as sys.argv[1:].
 
@@ -34,7 +39,8 @@ Exit codes:
     0  success
     1  the script failed (or the number that it gave to sys.exit)
     2  a mistake on the command line, or a file, folder, camera or layer that it names is not there
-    3  the scene could not be read, rendered or written
+    3  the scene could not be read, rendered or written; with --strict also: something in it is not
+       honoured
     4  a render callback failed; the pictures were rendered all the same
     5  with --leak-check: host objects that the script made are left over
   130  interrupted)";
@@ -75,7 +81,15 @@ void checkOutput(const Options &options) {
         usage("--output '" + options.output + "' is a folder");
 }
 
+void checkRegion(const Options &options) {
+    const auto whole = devhost::PixelRegion::all(options.width, options.height);
+    if (options.region && (options.region->isEmpty() || !options.region->isInside(whole)))
+        usage("--region is empty or not inside the picture of " + std::to_string(options.width) +
+              " x " + std::to_string(options.height) + " pixels");
+}
+
 void check(const Options &options) {
+    checkRegion(options);
     if (!options.hasScript() && options.output.empty())
         usage("nothing to do: give a script with --python or --python-expr, or an --output");
     if (!options.hasScript() && options.scene.empty())
@@ -112,7 +126,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                  "quilhost");
     app.footer(kFooter);
     bool background = false;
-    std::pair resolution(options.width, options.height);
+    std::vector<unsigned> resolution;
     std::string frames;
     app.add_option("scene", options.scene, "The scene to load: a .obj, .gltf or .glb file");
     app.add_flag("--background", background, "Accepted; the host has no windows");
@@ -121,11 +135,22 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         app.add_option("--python-expr", options.pythonExpression, "The Python statements to run")
             ->excludes(file);
     app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
+    app.add_option("--fps", options.framesPerSecond,
+                   "Frames a second of what moves in the scene (default 24); frame 0 is its time 0")
+        ->check(CLI::Range(1e-3, 1e6));
     app.add_option("--output", options.output, "The picture to write, such as out.####.png");
     app.add_option("--resolution", resolution, "Width and height in pixels (default 640 480)")
+        ->expected(2)
+        ->allow_extra_args(false)
         ->check(CLI::Range(1u, 16384u));
     app.add_option("--camera", options.camera, "The camera to render from (default: the first)");
     app.add_option("--layer", options.layer, "The render layer to render (default: all objects)");
+    std::vector<unsigned> region;
+    app.add_option("--region", region,
+                   "The first and last column and the first and last row to render, counted from "
+                   "the lower left (default: all)")
+        ->expected(4)
+        ->allow_extra_args(false);
     app.add_option("--samples", options.samples, "Samples in each pixel (default 4)")
         ->check(CLI::Range(1u, 4096u));
     app.add_option("--exposure", options.exposure, "Stops: each one doubles all light (default 0)")
@@ -135,18 +160,31 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         ->check(CLI::IsMember({"half", "float"}));
     app.add_option("--threads", options.threads, "Threads to render with (default: one per core)")
         ->check(CLI::Range(1u, 1024u));
+    app.add_option("--setting", options.settings,
+                   "NAME=VALUE: a common render setting, one of " + settingNames())
+        ->allow_extra_args(false);
+    app.add_flag("--skip-existing", options.skipExisting,
+                 "Do not render frames whose picture exists");
+    app.add_flag("--keep-going", options.keepGoing,
+                 "Go on with the other frames after one that failed");
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
     app.add_flag("--leak-check", options.leakCheck,
                  "Tell which host objects are left over when the script and Python have ended");
+    app.add_flag("--strict", options.strict,
+                 "Whatever the scene or script asks for and is not honoured is an error");
     auto *quiet = app.add_flag("--quiet", options.quiet, "Tell errors only");
     app.add_flag("--verbose", options.verbose, "Tell more")->excludes(quiet);
     app.add_option("--progress", options.progress,
                    "auto: a bar on a terminal, else plain; plain: a line for each step; json: one "
                    "JSON object per line on standard error")
         ->check(CLI::IsMember({"auto", "plain", "json"}));
+    app.set_version_flag("--version", std::string("quilhost ") + devhost::version());
 
     try {
         app.parse(static_cast<int>(dashes - argv), argv);
+    } catch (const CLI::CallForVersion &version) {
+        std::puts(version.what());
+        return std::nullopt;
     } catch (const CLI::CallForHelp &) {
         std::fputs(app.help().c_str(), stdout);
         return std::nullopt;
@@ -155,10 +193,18 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     }
     options.hasExpression = expression->count() > 0;
     options.exrFloats = exr == "float";
-    std::tie(options.width, options.height) = resolution;
+    if (!resolution.empty())
+        std::tie(options.width, options.height) = std::pair(resolution[0], resolution[1]);
+    if (!region.empty())
+        options.region = {region[0], region[1], region[2], region[3]};
+    const std::filesystem::path output = options.output;
+    options.output = output.parent_path() / devhost::hashPlaces(output.filename());
     try {
         if (app["--frames"]->count())
             options.frames = parseFrames(frames);
+        ZCommonRenderSettingsData settings;
+        for (const std::string &each : options.settings)
+            applySetting(each, settings);
     } catch (const std::invalid_argument &error) {
         usage(oneLine(error.what()));
     }

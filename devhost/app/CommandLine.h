@@ -2,6 +2,8 @@
 
 // What the user asked for.
 
+#include "devhost/session/PixelRegion.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,16 +17,23 @@ struct Options {
     bool hasExpression = false;
     std::vector<std::string> scriptArguments;
     std::vector<int> frames = {1};
+    double framesPerSecond = 24;
     std::string output;
     unsigned width = 640, height = 480;
     std::string camera;
     std::string layer;
+    std::optional<devhost::PixelRegion> region;
+    /// Texts such as "renumberStart=100".
+    std::vector<std::string> settings;
+    bool skipExisting = false;
+    bool keepGoing = false;
     float exposure = 0;
     unsigned samples = 4;
     bool exrFloats = false;
     unsigned threads = 0;
     bool noGl = false;
     bool leakCheck = false;
+    bool strict = false;
     bool quiet = false;
     bool verbose = false;
     std::string progress = "auto";

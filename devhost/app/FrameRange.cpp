@@ -2,66 +2,91 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
 #include <set>
 #include <stdexcept>
 
 namespace quilhost {
 namespace {
 
-constexpr size_t kMostFrames = 1'000'000;
+constexpr long long kMostFrames = 1'000'000;
 
-[[noreturn]] void fail(const std::string &part, const std::string &why) {
-    throw std::invalid_argument("bad frame range '" + part + "': " + why);
-}
+/// Reads the numbers and marks of a list of frames one after the other; blanks between them do not
+/// count.
+class Reader {
+  public:
+    explicit Reader(const std::string &text) : text_(text), cursor_(text.data()) { skipBlanks(); }
 
-/// Reads an integer and moves the cursor behind it.
-int takeNumber(const std::string &part, const char *&cursor) {
-    int value = 0;
-    const auto [end, error] = std::from_chars(cursor, part.data() + part.size(), value);
-    if (error == std::errc::result_out_of_range)
-        fail(part, "a number is too large");
-    if (error != std::errc())
-        fail(part, "expected numbers and ranges such as 1-10x2,20");
-    cursor = end;
-    return value;
-}
+    bool atEnd() const { return cursor_ == end(); }
+    bool isBehindBlank() const { return cursor_ != text_.data() && isBlank(cursor_[-1]); }
 
-/// Moves the cursor over the character if it stands there.
-bool take(char character, const char *&cursor) {
-    if (*cursor != character)
-        return false;
-    ++cursor;
-    return true;
-}
+    /// Moves over the mark if it stands there.
+    bool take(char mark) {
+        if (atEnd() || *cursor_ != mark)
+            return false;
+        ++cursor_;
+        skipBlanks();
+        return true;
+    }
+    int takeNumber() {
+        int value = 0;
+        const auto [behind, error] = std::from_chars(cursor_, end(), value);
+        if (error == std::errc::result_out_of_range)
+            fail("a number is too large");
+        if (error != std::errc())
+            fail("expected numbers and ranges such as 1-10x2,20");
+        cursor_ = behind;
+        skipBlanks();
+        return value;
+    }
+    [[noreturn]] void fail(const std::string &why) const {
+        const size_t at = size_t(cursor_ - text_.data());
+        const size_t comma = at ? text_.rfind(',', at - 1) : std::string::npos;
+        const size_t begin = comma == std::string::npos ? 0 : comma + 1;
+        const std::string part = text_.substr(begin, text_.find(',', begin) - begin);
+        throw std::invalid_argument("bad frame range '" + part + "': " + why);
+    }
+
+  private:
+    static bool isBlank(char c) { return c == ' ' || c == '\t'; }
+    const char *end() const { return text_.data() + text_.size(); }
+    void skipBlanks() {
+        while (!atEnd() && isBlank(*cursor_))
+            ++cursor_;
+    }
+
+    const std::string &text_;
+    const char *cursor_;
+};
 
 } // namespace
 
 std::vector<int> parseFrames(const std::string &text) {
     std::vector<int> frames;
     std::set<int> seen;
-    for (size_t start = 0; start <= text.size();) {
-        const size_t comma = std::min(text.find(',', start), text.size());
-        const std::string part = text.substr(start, comma - start);
-        start = comma + 1;
-
-        const char *cursor = part.c_str();
-        const int first = takeNumber(part, cursor);
-        const bool isRange = take('-', cursor);
-        const int last = isRange ? takeNumber(part, cursor) : first;
-        const int step = isRange && take('x', cursor) ? takeNumber(part, cursor) : 1;
-        if (cursor != part.c_str() + part.size())
-            fail(part, "expected numbers and ranges such as 1-10x2,20");
-        if (last < first)
-            fail(part, "it runs backwards");
+    Reader reader(text);
+    for (bool more = true; more;) {
+        const int first = reader.takeNumber();
+        const bool isRange = reader.take('-');
+        const int last = isRange ? reader.takeNumber() : first;
+        const int step = isRange && reader.take('x') ? reader.takeNumber() : 1;
         if (step < 1)
-            fail(part, "the step is not positive");
-        for (long long frame = first; frame <= last; frame += step) {
-            if (seen.insert(static_cast<int>(frame)).second)
-                frames.push_back(static_cast<int>(frame));
-            if (frames.size() > kMostFrames)
-                fail(part, "it has more than a million frames");
+            reader.fail("the step is not positive");
+        const long long count = std::abs((long long)last - first) / step + 1;
+        if (count > kMostFrames)
+            reader.fail("it has more than a million frames");
+        for (long long index = 0; index < count; ++index) {
+            const auto frame = int(first + (last < first ? -index : index) * step);
+            if (seen.insert(frame).second)
+                frames.push_back(frame);
         }
+        if (frames.size() > kMostFrames)
+            reader.fail("with it, there are more than a million frames");
+        // A blank separates as a comma does where no mark stands beside it.
+        more = reader.take(',') || (!reader.atEnd() && reader.isBehindBlank());
     }
+    if (!reader.atEnd())
+        reader.fail("expected numbers and ranges such as 1-10x2,20");
     return frames;
 }
 

@@ -65,7 +65,7 @@ void Progress::update(const std::string &message, int percent) {
     }
 }
 
-void Progress::endFrame(const std::string &output) {
+void Progress::endFrame(const std::string &output, Outcome outcome) {
     ++done_;
     clearBar();
     if (style_ == kJson)
@@ -73,11 +73,37 @@ void Progress::endFrame(const std::string &output) {
                    {"frame", frame_},
                    {"done", done_},
                    {"frames", frames_},
-                   {"output", output}});
+                   {"output", output},
+                   {"skipped", outcome == kSkipped}});
     else if (style_ != kSilent)
         devhost::writeLine("frame " + std::to_string(frame_) + " (" + std::to_string(done_) +
                            " of " + std::to_string(frames_) + ")" +
-                           (output.empty() ? "" : ": " + output));
+                           (output.empty() ? "" : ": " + output) +
+                           (outcome == kSkipped ? " exists, skipped" : ""));
+}
+
+void Progress::notice(const devhost::Notice &notice) {
+    clearBar();
+    if (style_ == kJson)
+        writeJson({{"event", "notice"},
+                   {"kind", notice.kind},
+                   {"file", notice.file},
+                   {"place", notice.place},
+                   {"found", notice.found},
+                   {"instead", notice.instead}});
+    else if (style_ != kSilent || noticesAreErrors_)
+        std::fprintf(stderr, "quilhost: notice: %s\n", notice.line().c_str());
+}
+
+void Progress::countNotices(size_t count) {
+    if (count == 0)
+        return;
+    clearBar();
+    if (style_ == kJson)
+        writeJson({{"event", "notices"}, {"count", count}});
+    else if (style_ != kSilent)
+        std::fprintf(stderr, "quilhost: %zu %s; see above\n", count,
+                     count == 1 ? "notice" : "notices");
 }
 
 void Progress::clearBar() {

@@ -3,15 +3,20 @@
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
+#include "devhost/app/SettingOptions.h"
 #include "devhost/gl/HardwareRendering.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/scene/SceneLoader.h"
+#include "devhost/session/RenderCallbacks.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/session/UnmetSettings.h"
+#include "devhost/util/Notices.h"
 #include "devhost/util/Terminal.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 
 namespace quilhost {
@@ -23,18 +28,15 @@ std::string withoutCode(const std::string &text) {
     return end == std::string::npos ? text : text.substr(end + 3);
 }
 
+std::string callOf(int frame) {
+    return "render(" + std::to_string(frame) + ")";
+}
+
 /// Every picture of the render view goes to this file as long as it lives.
 class OutputScope {
   public:
     explicit OutputScope(const std::string &file) { devhost::renderSession().outputFile = file; }
     ~OutputScope() { devhost::renderSession().outputFile.clear(); }
-};
-
-/// A batch render is going on as long as it lives.
-class RenderingScope {
-  public:
-    RenderingScope() { devhost::renderSession().state = ZRenderUtil::kBatchRender; }
-    ~RenderingScope() { devhost::renderSession().state = ZRenderUtil::kNotRendering; }
 };
 
 } // namespace
@@ -48,7 +50,10 @@ void fillSettings(const Options &options, ZCommonRenderSettingsData &settings) {
     settings.frameStart = ZTime(*first);
     settings.frameEnd = ZTime(*last);
     settings.frameBy =
-        options.frames.size() > 1 ? float(std::max(1, options.frames[1] - options.frames[0])) : 1;
+        options.frames.size() > 1 ? float(std::abs(options.frames[1] - options.frames[0])) : 1;
+    settings.skipExistingFrames = options.skipExisting;
+    for (const std::string &each : options.settings)
+        applySetting(each, settings);
     if (options.output.empty())
         return;
 
@@ -80,24 +85,38 @@ void fillSettings(const Options &options, ZCommonRenderSettingsData &settings) {
 }
 
 RenderJob::RenderJob(const Options &options)
-    : options_(options),
-      progress_(progressStyle(options.progress, options.quiet), options.frames.size()) {}
+    : options_(options), progress_(progressStyle(options.progress, options.quiet),
+                                   options.frames.size(), options.strict) {
+    devhost::setNoticeListener([this](const devhost::Notice &notice) { progress_.notice(notice); });
+}
 
 RenderJob::~RenderJob() {
     devhost::closeHardwareDevice();
     // Scripts may still tell progress while the interpreter ends.
     script_.reset();
     devhost::renderSession().progress = nullptr;
+    devhost::setNoticeListener(nullptr);
 }
 
 int RenderJob::run() {
+    const int code = runAll();
+    progress_.countNotices(devhost::noticesTold());
+    return code;
+}
+
+int RenderJob::runAll() {
     auto &session = devhost::renderSession();
+    session.isBatch = true;
     session.threads = options_.threads;
     session.useGl = !options_.noGl;
+    session.region = options_.region;
     session.samples = options_.samples;
     session.exposure = options_.exposure;
     session.exrFloats = options_.exrFloats;
-    session.frame = options_.frames.front();
+    if (!devhost::setFramesPerSecond(options_.framesPerSecond))
+        devhost::tell({"frame rate", "", "--fps", "ZTime has no unit for this frame rate",
+                       "its frames are those of 24 a second"});
+    devhost::setCurrentFrame(options_.frames.front());
     session.progress = [this](const std::string &message, int percent) {
         progress_.update(message, percent);
     };
@@ -106,11 +125,13 @@ int RenderJob::run() {
         session.imagesFolder = folder.empty() ? "." : folder.string();
     }
     fillSettings(options_, session.settings);
+    tellUnmetSettings();
     loadScene();
     chooseCamera();
     chooseLayer();
     if (interrupted())
         return kInterrupted;
+    checkNotices();
 
     if (options_.hasScript()) {
         script_.emplace(options_);
@@ -121,9 +142,12 @@ int RenderJob::run() {
             return kInterrupted;
         if (const auto code = codeAfter(end, "the script"))
             return *code;
+        checkNotices();
     }
     if (const auto code = renderFrames())
         return *code;
+    checkNotices();
+    tellUncalledCallbacks();
     if (session.callbackErrors || (script_ && Script::reportedErrors()))
         return kCallbackError;
     return kOk;
@@ -180,71 +204,111 @@ void RenderJob::chooseLayer() {
 }
 
 ScriptEnd RenderJob::runScript() {
-    firstOutput_ = outputFile(options_.frames.front());
-    const OutputScope output(firstOutput_);
-    const RenderingScope rendering;
-    progress_.beginFrame(options_.frames.front());
+    const int first = options_.frames.front();
+    firstOutput_ = outputFile(first);
+    const OutputScope output(isSkipped(first) ? "" : firstOutput_);
+    progress_.beginFrame(first);
     return script_->run();
 }
 
 std::optional<int> RenderJob::renderFrames() {
-    auto &session = devhost::renderSession();
-    const bool byScript = script_ && script_->definesRender();
-    if (!byScript && session.picturesFinished) {
-        if (options_.output.empty())
-            return std::nullopt;
-        progress_.endFrame(firstOutput_);
-        if (options_.frames.size() > 1 && !options_.quiet)
-            devhost::tell("the script rendered frame " + std::to_string(options_.frames.front()) +
-                          " only; for all frames it has to define render(frame)");
+    byScript_ = script_ && script_->definesRender();
+    if (!byScript_ && devhost::renderSession().picturesFinished) {
+        takeScriptPicture();
         return std::nullopt;
     }
-    if (!byScript && options_.output.empty())
+    if (!byScript_ && options_.output.empty())
         return std::nullopt;
-    if (!byScript && options_.scene.empty() && devhost::scene().meshes().empty())
-        throw Failure(kRenderError,
-                      "nothing to write: the script rendered no picture and there is no scene");
+    if (!byScript_)
+        requireScene("nothing to write: the script rendered no picture");
+    const devhost::RenderStateScope rendering(ZRenderUtil::kBatchRender);
+    for (const int frame : options_.frames)
+        if (const auto code = tryFrame(frame))
+            return code;
+    return failure_ != kOk ? std::optional(failure_) : std::nullopt;
+}
 
-    const RenderingScope rendering;
-    for (const int frame : options_.frames) {
-        const auto start = std::chrono::steady_clock::now();
-        session.frame = frame;
-        progress_.beginFrame(frame);
-        // Once: the script may change the camera, whose name may be in the file's name.
-        const std::string output = outputFile(frame);
-        if (byScript) {
-            const ScriptEnd end = renderByScript(frame, output);
-            if (interrupted())
-                return kInterrupted;
-            if (const auto code = codeAfter(end, "render(" + std::to_string(frame) + ")"))
-                return code;
-        } else {
-            renderByHost(output);
-            if (interrupted())
-                return kInterrupted;
-        }
-        progress_.endFrame(output);
-        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-        if (options_.verbose)
-            std::fprintf(stderr, "quilhost: frame %d took %.2f s\n", frame, seconds.count());
+void RenderJob::takeScriptPicture() {
+    const int first = options_.frames.front();
+    if (options_.output.empty())
+        return;
+    progress_.endFrame(firstOutput_, isSkipped(first) ? Progress::kSkipped : Progress::kRendered);
+    if (options_.frames.size() > 1 && !options_.quiet)
+        devhost::tell("the script rendered frame " + std::to_string(first) +
+                      " only; for all frames it has to define render(frame)");
+}
+
+void RenderJob::requireScene(const std::string &what) const {
+    if (options_.scene.empty() && devhost::scene().meshes().empty())
+        throw Failure(kRenderError, what + " and there is no scene");
+}
+
+std::optional<int> RenderJob::tryFrame(int frame) try {
+    const auto code = renderFrame(frame);
+    if (!code || *code == kInterrupted || !options_.keepGoing)
+        return code;
+    devhost::tell("frame " + std::to_string(frame) + " failed");
+    failure_ = failure_ == kOk ? *code : failure_;
+    return std::nullopt;
+} catch (const Failure &failure) {
+    if (!options_.keepGoing)
+        throw;
+    progress_.clearBar();
+    devhost::tell("frame " + std::to_string(frame) + ": " + failure.what());
+    failure_ = failure_ == kOk ? failure.code() : failure_;
+    return std::nullopt;
+}
+
+std::optional<int> RenderJob::renderFrame(int frame) {
+    const auto start = std::chrono::steady_clock::now();
+    devhost::setCurrentFrame(frame);
+    checkNotices();
+    progress_.beginFrame(frame);
+    // Once: the script may change the camera, whose name may be in the file's name.
+    const std::string output = outputFile(frame);
+    if (isSkipped(frame)) {
+        progress_.endFrame(output, Progress::kSkipped);
+        return std::nullopt;
     }
+    if (byScript_) {
+        const ScriptEnd end = renderByScript(frame, output);
+        if (interrupted())
+            return kInterrupted;
+        if (const auto code = codeAfter(end, callOf(frame)))
+            return code;
+    } else {
+        renderByHost(output);
+    }
+    if (interrupted())
+        return kInterrupted;
+    progress_.endFrame(output);
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+    if (options_.verbose)
+        std::fprintf(stderr, "quilhost: frame %d took %.2f s\n", frame, seconds.count());
     return std::nullopt;
 }
 
 ScriptEnd RenderJob::renderByScript(int frame, const std::string &outputFile) {
     auto &session = devhost::renderSession();
-    const OutputScope output(outputFile);
     const unsigned before = session.picturesFinished;
-    const ScriptEnd end = script_->render(frame);
-    if (end.kind == ScriptEnd::kDone && !options_.output.empty() && !devhost::viewIsOpen() &&
-        session.picturesFinished == before)
-        throw Failure(kRenderError, "render(" + std::to_string(frame) + ") finished no picture");
+    ScriptEnd end;
+    {
+        const OutputScope output(outputFile);
+        end = script_->render(frame);
+    }
+    const bool leftToHost = end.kind == ScriptEnd::kDone && !devhost::viewIsOpen() &&
+                            session.picturesFinished == before && !interrupted();
+    if (leftToHost && !options_.output.empty()) {
+        requireScene(callOf(frame) + " finished no picture");
+        renderByHost(outputFile);
+    }
     return end;
 }
 
 void RenderJob::renderByHost(const std::string &outputFile) {
     devhost::Frame image;
     ZStatus status;
+    hostRendered_ = true;
     {
         std::optional<NativeSection> unlocked;
         std::optional<InterruptScope> interrupts;
@@ -274,6 +338,19 @@ std::optional<int> RenderJob::codeAfter(const ScriptEnd &end, const std::string 
     return std::nullopt;
 }
 
+void RenderJob::checkNotices() {
+    const auto revision = devhost::scene().revision();
+    if (revision != checkedRevision_)
+        devhost::tellUnreadableTextures();
+    checkedRevision_ = revision;
+    const size_t count = devhost::noticesTold();
+    if (options_.strict && count > 0)
+        throw Failure(kRenderError,
+                      "with --strict, " +
+                          std::string(count == 1 ? "the notice is an error"
+                                                 : std::to_string(count) + " notices are errors"));
+}
+
 std::string RenderJob::outputFile(int frame) const {
     if (options_.output.empty())
         return {};
@@ -284,6 +361,28 @@ std::string RenderJob::outputFile(int frame) const {
     if (status.error())
         throw Failure(kRenderError, withoutCode(status.errorString().asChar()));
     return name.asChar();
+}
+
+bool RenderJob::isSkipped(int frame) const {
+    return !options_.output.empty() &&
+           !devhost::renderSession().settings.shouldRenderFrameAtTime(
+               ZCommonRenderSettingsData::kFullPathImage, frame, ZString(), ZString(), ZString(),
+               ZObject::kNullObj, ZString());
+}
+
+void RenderJob::tellUnmetSettings() const {
+    if (!options_.quiet)
+        for (const auto &line : devhost::unmetSettings(devhost::renderSession().settings))
+            devhost::tell(line);
+}
+
+void RenderJob::tellUncalledCallbacks() {
+    if (options_.quiet || hostRendered_ || !devhost::hasRenderCallbacks())
+        return;
+    progress_.clearBar();
+    devhost::tell(std::string("nothing calls the render callbacks: ") +
+                  (options_.output.empty() ? "the host renders only with --output"
+                                           : "the host rendered no frame itself"));
 }
 
 bool RenderJob::interrupted() const {

@@ -2,8 +2,9 @@
 
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
+#include "devhost/app/ObjectCensus.h"
 #include "devhost/process/InterpreterGate.h"
-#include "devhost/process/ObjectCensus.h"
+#include "devhost/process/ReportedExceptions.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Terminal.h"
 #include "host/base/TpythonInterpreter.h"
@@ -79,7 +80,7 @@ ScriptEnd endOf(const Reference &result) {
 /// Called on the render's thread, which gave the interpreter lock away.
 void reportCallbackError(const char *callback, const char *what) {
     const TpythonLock lock(kPythonLock);
-    if (!TpythonLock::isHeld() || !PyErr_Occurred()) {
+    if (!devhost::runsInterpreter() || !PyErr_Occurred()) {
         devhost::tell(std::string(callback) + " failed: " + what);
         return;
     }
@@ -92,7 +93,7 @@ void reportCallbackError(const char *callback, const char *what) {
 /// interpreter ends.
 void guardCallback(const std::function<void()> &call) {
     const TpythonLock lock(kPythonLock);
-    if (TpythonLock::isHeld())
+    if (devhost::runsInterpreter())
         call();
 }
 
@@ -111,7 +112,7 @@ void setArguments(const Options &options) {
 /// quilhost.live_objects(): the number of live host objects by class.
 PyObject *liveObjects(PyObject *, PyObject *) {
     Reference result(PyDict_New());
-    for (const auto &[name, count] : devhost::objectCensus()) {
+    for (const auto &[name, count] : objectCensus()) {
         const Reference key(PyString_FromStringAndSize(name.data(), Py_ssize_t(name.size())));
         const Reference value(PyInt_FromLong(count));
         if (!result || !key || !value || PyDict_SetItem(result.get(), key.get(), value.get()) < 0)
@@ -167,12 +168,12 @@ Script::Script(const Options &options) : options_(options) {
     }
     PyEval_InitThreads();
     Py_InitModule("quilhost", programFunctions);
-    if (options.leakCheck)
-        devhost::startObjectCensus();
     setArguments(options);
     const std::string folder = modulesFolder();
     const Reference path(PyString_FromStringAndSize(folder.data(), Py_ssize_t(folder.size())));
     PyList_Insert(PySys_GetObject(const_cast<char *>("path")), 1, path.get());
+    if (options.leakCheck)
+        startObjectCensus();
     devhost::renderSession().onCallbackError = reportCallbackError;
     devhost::renderSession().callbackGuard = guardCallback;
 }
@@ -215,10 +216,10 @@ ScriptEnd Script::render(int frame) {
 }
 
 bool Script::wasInterrupted() {
-    return TpythonInterpreter::interruptReported();
+    return devhost::interruptReported();
 }
 unsigned Script::reportedErrors() {
-    return TpythonInterpreter::reportedCount();
+    return devhost::reportedExceptions();
 }
 
 NativeSection::NativeSection() : state_(PyEval_SaveThread()) {}

@@ -2,8 +2,8 @@
 #include "devhost/app/CommandLine.h"
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
+#include "devhost/app/ObjectCensus.h"
 #include "devhost/app/RenderJob.h"
-#include "devhost/process/ObjectCensus.h"
 #include "devhost/util/Terminal.h"
 
 #include <exception>
@@ -14,10 +14,10 @@ namespace {
 /// Tells what is left over of the host objects that were made since the script began.
 bool tellLeaks() {
     bool leaked = false;
-    for (const auto &[name, count] : devhost::objectCensus())
+    for (const auto &[name, count] : quilhost::objectCensus())
         if (count > 0) {
             leaked = true;
-            devhost::tell("left over: " + std::to_string(count) + " " + std::string(name));
+            devhost::tell("left over: " + std::to_string(count) + " " + name);
         }
     return leaked;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "host/base/TobjectCount.h"
 #include "host/render/ZRenderView.h"
 
 #include <vector>
@@ -8,7 +7,6 @@
 /// A fixed number of pixels for the render view, filled in bulk.
 class PixelBuffer {
   public:
-    OPENQUIL_COUNTED(PixelBuffer);
     explicit PixelBuffer(unsigned int count) : pixels_(count) {}
 
     unsigned int length() const { return static_cast<unsigned int>(pixels_.size()); }

@@ -1,7 +1,5 @@
 #include "devhost/core_module/blocks.h"
 
-#include "host/base/TobjectCount.h"
-
 #include <Python.h>
 
 #include <cstdint>
@@ -14,9 +12,6 @@ namespace {
 
 /// The longest item: that many zeros are behind every block.
 constexpr size_t kGuard = 16;
-
-/// What blocks are counted as, whatever is in them.
-constexpr const char *kCensusName = "buffer";
 
 std::unordered_map<const void *, size_t> &blocks() {
     // Never destroyed: pointer objects may be dropped after the process began to end.
@@ -34,7 +29,6 @@ void *make_block(size_t count, size_t item_size) {
         return nullptr;
     }
     blocks()[address] = count * item_size;
-    tCountObject(kCensusName, 1);
     return address;
 }
 
@@ -42,7 +36,6 @@ bool free_block(void *address) {
     if (!blocks().erase(address))
         return false;
     std::free(address);
-    tCountObject(kCensusName, -1);
     return true;
 }
 

@@ -16,7 +16,8 @@
     X(buffer_rows)       \
     X(pixel_buffer_rows) \
     X(swatch_rows)       \
-    X(viewport_rows)
+    X(viewport_rows)     \
+    X(frame_rows)
 
 #define DECLARATION(family) extern const binding::Rows family;
 FAMILIES(DECLARATION)

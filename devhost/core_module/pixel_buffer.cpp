@@ -73,16 +73,17 @@ void fill(PixelBuffer &self, ZColor const &color) {
 PyObject *set_colors(PixelBuffer &self, long start, ZColorArray const &colors) {
     if (!check_range(self, start, colors.length()))
         return nullptr;
-    std::transform(colors.begin(), colors.end(), self.data() + start, pixel_of);
+    std::transform(colors.data(), colors.data() + colors.length(), self.data() + start, pixel_of);
     Py_RETURN_NONE;
 }
 
 PyObject *set_opaque(PixelBuffer &self, long start, ZFloatVectorArray const &colors, float alpha) {
     if (!check_range(self, start, colors.length()))
         return nullptr;
-    std::transform(colors.begin(), colors.end(), self.data() + start, [=](const ZFloatVector &c) {
-        return RV_PIXEL{c.x, c.y, c.z, alpha};
-    });
+    std::transform(colors.data(), colors.data() + colors.length(), self.data() + start,
+                   [=](const ZFloatVector &c) {
+                       return RV_PIXEL{c.x, c.y, c.z, alpha};
+                   });
     Py_RETURN_NONE;
 }
 

@@ -3,6 +3,7 @@
 #include "devhost/geometry/VertexFrames.h"
 
 #include <atomic>
+#include <optional>
 #include <tuple>
 
 namespace devhost {
@@ -81,41 +82,64 @@ StreamHandle resizedStream(const MeshHandle &mesh, const std::vector<float> &thr
 }
 
 std::vector<unsigned> faceOffsets(const Mesh &mesh) {
-    std::vector<unsigned> offsets(mesh.triangleCount() + 1);
-    for (size_t i = 0; i < offsets.size(); ++i)
-        offsets[i] = unsigned(i * 3);
+    const bool allTriangles = mesh.faceSizes.empty();
+    std::vector<unsigned> offsets(1 +
+                                  (allTriangles ? mesh.triangleCount() : mesh.faceSizes.size()));
+    for (size_t i = 1; i < offsets.size(); ++i)
+        offsets[i] = offsets[i - 1] + (allTriangles ? 3 : mesh.faceSizes[i - 1]);
     return offsets;
+}
+
+/// The texture coordinates of a set; an empty name is the first.
+const std::vector<float> &uvsOf(const Mesh &mesh, const std::string &name) {
+    static const std::vector<float> none;
+    if (name.empty() || name == kUvSet)
+        return mesh.uvs;
+    return name == kSecondUvSet ? mesh.secondUvs : none;
+}
+
+/// The file's own tangents, which belong to the first set, or those that follow the set's
+/// coordinates; empty where there are neither.
+std::optional<VertexFrames> framesOf(const Mesh &mesh, const std::string &name) {
+    if (!mesh.tangents.empty() && (name.empty() || name == kUvSet))
+        return givenVertexFrames(mesh);
+    const std::vector<float> &uvs = uvsOf(mesh, name);
+    if (uvs.empty())
+        return {};
+    return makeVertexFrames(mesh, uvs);
 }
 
 StreamHandle makeStream(const MeshHandle &mesh, const GeometryRequirementList::Key &key, int size) {
     const auto &[type, name] = key;
-    const bool isUvSet = !mesh->uvs.empty() && (name.empty() || name == kUvSet);
     switch (type) {
     case ZGeometryData::kPosition:
         return resizedStream(mesh, mesh->positions, size, 1);
     case ZGeometryData::kNormal:
         return resizedStream(mesh, mesh->normals, size, 0);
-    case ZGeometryData::kTexCoord:
-        return isUvSet ? streamOf(mesh->uvs, mesh, 2) : nullptr;
-    case ZGeometryData::kTangent: {
-        if (!isUvSet)
-            return nullptr;
-        const VertexFrames frames = makeVertexFrames(*mesh);
-        const auto hand = [&](size_t i) { return frames.hands[i]; };
-        return madeStream(mesh, resized(frames.tangents, size, hand), size);
+    case ZGeometryData::kTexCoord: {
+        const std::vector<float> &uvs = uvsOf(*mesh, name);
+        return uvs.empty() ? nullptr : streamOf(uvs, mesh, 2);
     }
-    case ZGeometryData::kBiNormal:
-        return isUvSet ? madeStream(mesh,
-                                    resized(makeVertexFrames(*mesh).binormals, size,
-                                            [](size_t) { return 0.0f; }),
-                                    size)
-                       : nullptr;
+    case ZGeometryData::kColor: {
+        const bool isColorSet = !mesh->colors.empty() && (name.empty() || name == kColorSet);
+        return isColorSet ? streamOf(mesh->colors, mesh, 4) : nullptr;
+    }
+    case ZGeometryData::kTangent: {
+        const auto frames = framesOf(*mesh, name);
+        const auto hand = [&](size_t i) { return frames->hands[i]; };
+        return frames ? madeStream(mesh, resized(frames->tangents, size, hand), size) : nullptr;
+    }
+    case ZGeometryData::kBiNormal: {
+        const auto frames = framesOf(*mesh, name);
+        const auto none = [](size_t) { return 0.0f; };
+        return frames ? madeStream(mesh, resized(frames->binormals, size, none), size) : nullptr;
+    }
     case ZGeometryData::kUserData:
         if (name == kComponentIds)
             return madeStream(mesh, numberPoints(*mesh), 1);
         return name == kFaceOffsets ? madeStream(mesh, faceOffsets(*mesh), 1) : nullptr;
     default:
-        return nullptr; // meshes have no colours
+        return nullptr;
     }
 }
 
@@ -126,6 +150,8 @@ std::string streamName(const GeometryRequirementList::Key &key) {
         return "position";
     if (type == ZGeometryData::kNormal)
         return "normal";
+    if (type == ZGeometryData::kColor)
+        return name.empty() ? kColorSet : name;
     return name.empty() ? kUvSet : name;
 }
 
@@ -173,6 +199,8 @@ void GeometryRequirementList::addAll() {
     add(ZGeometryData::kPosition, "", 3);
     add(ZGeometryData::kNormal, "", 3);
     add(ZGeometryData::kTexCoord, "", 2);
+    add(ZGeometryData::kTexCoord, kSecondUvSet, 2);
+    add(ZGeometryData::kColor, "", 4);
     add(ZGeometryData::kTangent, "", 3);
     add(ZGeometryData::kBiNormal, "", 3);
     add(ZGeometryData::kUserData, kComponentIds, 1);
@@ -192,6 +220,7 @@ NodeId meshNode(const ZDagPath &path) {
 }
 
 MeshHandle meshOfNode(NodeId id) {
+    scene().deformMeshes(); // a script may have moved what bends them
     const Node *node = scene().node(id);
     const auto *held = node ? std::get_if<MeshHandle>(&node->payload) : nullptr;
     return held ? *held : nullptr;
@@ -205,7 +234,8 @@ std::shared_ptr<const GeometryStreams> makeGeometry(const MeshHandle &mesh,
     for (const auto &[key, size] : requirements)
         if (StreamHandle stream = vertexStream(mesh, key, size))
             geometry->streams.push_back(std::move(stream));
-    geometry->primitives.emplace_back(indexStream(mesh), ZGeometryPrimitive::kTriangles);
+    geometry->primitives.emplace_back(ZGeometryData::Stream(indexStream(mesh)),
+                                      ZGeometryPrimitive::kTriangles);
     return geometry;
 }
 

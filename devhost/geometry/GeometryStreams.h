@@ -7,9 +7,11 @@
 // by all geometry of the mesh as long as some handle to it lives.
 
 #include "devhost/scene/SceneGraph.h"
+#include "devhost/util/Hidden.h"
 #include "host/core/ZDagPath.h"
 #include "host/render/ZGeometryData.h"
 #include "host/render/ZGeometryPrimitive.h"
+#include "host/render/ZGeometryRequirements.h"
 
 #include <map>
 #include <memory>
@@ -35,6 +37,15 @@ struct GeometryStream {
 
 using StreamHandle = std::shared_ptr<GeometryStream>;
 
+} // namespace devhost
+
+struct ZGeometryData::Stream : devhost::Shared {
+    explicit Stream(devhost::StreamHandle handle) : to(std::move(handle)) {}
+    const devhost::StreamHandle to; // never null
+};
+
+namespace devhost {
+
 /// A number that no stream has yet.
 int nextStreamId();
 
@@ -44,8 +55,10 @@ struct GeometryStreams {
     std::vector<ZGeometryPrimitive> primitives;
 };
 
-/// The one set of texture coordinates that a mesh may have.
+/// The sets of texture coordinates and colours that a mesh may have.
 inline constexpr const char *kUvSet = "uv";
+inline constexpr const char *kSecondUvSet = "uv1";
+inline constexpr const char *kColorSet = "color";
 inline constexpr const char *kComponentIds = "componentId";
 inline constexpr const char *kFaceOffsets = "faceOffsets";
 
@@ -67,6 +80,12 @@ class GeometryRequirementList {
   private:
     std::map<Key, int> sizes_;
 };
+
+} // namespace devhost
+
+struct ZGeometryRequirements::List : devhost::GeometryRequirementList {};
+
+namespace devhost {
 
 using MeshHandle = std::shared_ptr<const Mesh>;
 

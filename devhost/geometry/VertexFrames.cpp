@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <map>
+#include <utility>
 
 namespace devhost {
 
@@ -28,9 +29,27 @@ ZFloatVector inSurface(const ZFloatVector &vector, const ZFloatVector &normal) {
     return (other - normal * (other * normal)).normal();
 }
 
+/// The frames whose tangents and hands `tangentAt` gives for a vertex and its normal.
+template <class TangentAt>
+VertexFrames framesWith(const Mesh &mesh, TangentAt tangentAt) {
+    const size_t count = mesh.vertexCount();
+    VertexFrames frames;
+    frames.tangents.resize(count * 3);
+    frames.binormals.resize(count * 3);
+    frames.hands.resize(count);
+    for (size_t i = 0; i < count; ++i) {
+        const ZFloatVector normal = vectorAt(mesh.normals, i);
+        const auto [tangent, hand] = tangentAt(i, normal);
+        put(frames.tangents, i, tangent);
+        put(frames.binormals, i, (normal ^ tangent) * hand);
+        frames.hands[i] = hand;
+    }
+    return frames;
+}
+
 } // namespace
 
-VertexFrames makeVertexFrames(const Mesh &mesh) {
+VertexFrames makeVertexFrames(const Mesh &mesh, const std::vector<float> &uvs) {
     const size_t count = mesh.vertexCount();
     std::vector<ZFloatVector> alongU(count), alongV(count);
     for (size_t i = 0; i + 2 < mesh.triangles.size(); i += 3) {
@@ -38,7 +57,7 @@ VertexFrames makeVertexFrames(const Mesh &mesh) {
         const ZFloatVector origin = vectorAt(mesh.positions, corner[0]);
         const ZFloatVector edge1 = vectorAt(mesh.positions, corner[1]) - origin;
         const ZFloatVector edge2 = vectorAt(mesh.positions, corner[2]) - origin;
-        const auto uv = [&](int k, int part) { return mesh.uvs[corner[k] * 2 + part]; };
+        const auto uv = [&](int k, int part) { return uvs[corner[k] * 2 + part]; };
         const float u1 = uv(1, 0) - uv(0, 0), v1 = uv(1, 1) - uv(0, 1);
         const float u2 = uv(2, 0) - uv(0, 0), v2 = uv(2, 1) - uv(0, 1);
         const float area = u1 * v2 - u2 * v1;
@@ -51,19 +70,17 @@ VertexFrames makeVertexFrames(const Mesh &mesh) {
             alongV[corner[k]] += (edge2 * u1 - edge1 * u2) * sign;
         }
     }
-    VertexFrames frames;
-    frames.tangents.resize(count * 3);
-    frames.binormals.resize(count * 3);
-    frames.hands.resize(count);
-    for (size_t i = 0; i < count; ++i) {
-        const ZFloatVector normal = vectorAt(mesh.normals, i);
+    return framesWith(mesh, [&](size_t i, const ZFloatVector &normal) {
         const ZFloatVector tangent = inSurface(alongU[i], normal);
-        const float hand = (normal ^ tangent) * alongV[i] < 0 ? -1.0f : 1.0f;
-        put(frames.tangents, i, tangent);
-        put(frames.binormals, i, (normal ^ tangent) * hand);
-        frames.hands[i] = hand;
-    }
-    return frames;
+        return std::pair(tangent, (normal ^ tangent) * alongV[i] < 0 ? -1.0f : 1.0f);
+    });
+}
+
+VertexFrames givenVertexFrames(const Mesh &mesh) {
+    return framesWith(mesh, [&](size_t i, const ZFloatVector &) {
+        const float *tangent = &mesh.tangents[i * 4];
+        return std::pair(ZFloatVector(tangent[0], tangent[1], tangent[2]), tangent[3]);
+    });
 }
 
 std::vector<unsigned> numberPoints(const Mesh &mesh) {

@@ -15,8 +15,12 @@ struct VertexFrames {
     std::vector<float> hands;     // 1, or -1 where the texture is mirrored
 };
 
-/// Of a mesh with texture coordinates. Where they do not tell a direction, any does.
-VertexFrames makeVertexFrames(const Mesh &mesh);
+/// Along one of the mesh's sets of texture coordinates. Where they do not tell a direction, any
+/// does.
+VertexFrames makeVertexFrames(const Mesh &mesh, const std::vector<float> &uvs);
+
+/// Along the tangents that the mesh has.
+VertexFrames givenVertexFrames(const Mesh &mesh);
 
 /// For each vertex the number of its point; points are numbered as they come.
 std::vector<unsigned> numberPoints(const Mesh &mesh);

@@ -1,14 +1,26 @@
 #include "devhost/gl/GlContext.h"
 
 #include "devhost/gl/GlDriver.h"
+#include "devhost/session/Parallel.h"
 #include "devhost/session/RenderSession.h"
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <thread>
+
 namespace devhost {
 
 namespace {
+
+/// The software driver waits for ever for threads that it could not start.
+void limitDriverThreads() {
+    const size_t cores = std::max(1u, std::thread::hardware_concurrency());
+    if (startableThreads(cores) < cores)
+        setenv("LP_NUM_THREADS", "0", false);
+}
 
 /// A display that needs no window system, else the default one; null for none.
 EGLDisplay openDisplay() {
@@ -48,6 +60,7 @@ GlContext::GlContext() {
         whyNot = "switched off by --no-gl";
         return;
     }
+    limitDriverThreads();
     display_ = openDisplay();
     if (display_ == EGL_NO_DISPLAY) {
         whyNot = "no driver";

@@ -12,7 +12,7 @@ namespace devhost {
 ZStatus HardwareDevice::open() {
     GlContext &context = glContext();
     if (!context.available)
-        return {ZStatus::kFailure, "there is no OpenGL: " + context.whyNot};
+        return {ZStatus::kFailure, ("there is no OpenGL: " + context.whyNot).c_str()};
     if (!context.makeCurrent())
         return {ZStatus::kFailure, "the OpenGL context is in use in another thread"};
     if (!isOpen_) {

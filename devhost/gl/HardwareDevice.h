@@ -4,6 +4,7 @@
 
 #include "devhost/gl/DrawBuffers.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace devhost {

@@ -31,7 +31,7 @@ constexpr unsigned kMaximumSide = 1u << 20;
 
 ZStatus failure(const char *action, const std::string &path, const std::string &reason) {
     return ZStatus(ZStatus::kFailure,
-                   std::string("cannot ") + action + " '" + path + "': " + reason);
+                   (std::string("cannot ") + action + " '" + path + "': " + reason).c_str());
 }
 
 bool isReasonable(std::size_t width, std::size_t height) {
@@ -59,7 +59,7 @@ ZStatus guarded(const char *action, const std::string &path, Work work) {
 ZStatus checkReadable(const std::string &path) {
     std::error_code ignored;
     if (!std::filesystem::exists(path, ignored))
-        return ZStatus(ZStatus::kNotFound, "there is no file '" + path + "'");
+        return ZStatus(ZStatus::kNotFound, ("there is no file '" + path + "'").c_str());
     if (!std::filesystem::is_regular_file(path, ignored))
         return failure("read", path, "it is no regular file");
     return ZStatus();
@@ -167,7 +167,7 @@ ZStatus writeLayers(AtomicFile &file, const std::string &path, unsigned width, u
             const std::string name = channelName(layer.name, layer.channels[i]);
             if (frame.findSlice(name))
                 return ZStatus(ZStatus::kInvalidParameter,
-                               "two channels are called '" + name + "'");
+                               ("two channels are called '" + name + "'").c_str());
             Imf::Slice slice = values.channel(i, count, width);
             // The library counts from the origin of the whole image.
             slice.base -= window.min.x * std::ptrdiff_t(slice.xStride) +
@@ -276,8 +276,9 @@ ZStatus readExr(const std::string &path, unsigned &width, unsigned &height,
                                           1, i == 3 ? 1.0 : 0.0));
         }
         if (!found)
-            return ZStatus(ZStatus::kNotFound,
-                           "'" + path + "' has no colour channel in the layer '" + layer + "'");
+            return ZStatus(
+                ZStatus::kNotFound,
+                ("'" + path + "' has no colour channel in the layer '" + layer + "'").c_str());
         input.setFrameBuffer(frame);
         input.readPixels(window.min.y, window.max.y);
         if (grey)

@@ -52,7 +52,8 @@ std::string withTile(const std::string &name, const std::string &tile) {
 
 ZStatus existingFile(const std::string &name, std::string &file) {
     file = resolveFile(name);
-    return file.empty() ? ZStatus(ZStatus::kNotFound, "file not found: " + name) : ZStatus();
+    return file.empty() ? ZStatus(ZStatus::kNotFound, ("file not found: " + name).c_str())
+                        : ZStatus();
 }
 
 ZStatus textureFile(const ZObject &texture, std::string &file) {
@@ -61,7 +62,7 @@ ZStatus textureFile(const ZObject &texture, std::string &file) {
         return ZStatus(ZStatus::kInvalidParameter, "the node is not a texture");
     if (node->texture()->fileName.empty())
         return ZStatus(ZStatus::kNotFound,
-                       "the texture is held by the scene file itself: " + node->name);
+                       ("the texture is held by the scene file itself: " + node->name).c_str());
     return existingFile(node->texture()->fileName, file);
 }
 
@@ -70,7 +71,8 @@ ZStatus backgroundFile(const ZObject &camera, std::string &file) {
     if (!node || !node->camera())
         return ZStatus(ZStatus::kInvalidParameter, "the node is not a camera");
     if (node->camera()->imageName.empty())
-        return ZStatus(ZStatus::kNotFound, "the camera has no background image: " + node->name);
+        return ZStatus(ZStatus::kNotFound,
+                       ("the camera has no background image: " + node->name).c_str());
     return existingFile(node->camera()->imageName, file);
 }
 

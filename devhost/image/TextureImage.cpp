@@ -67,7 +67,7 @@ ZStatus read(const std::string &path, std::shared_ptr<const Pixels> &pixels) try
 ZStatus readImage(const std::string &fileName, std::shared_ptr<const Pixels> &pixels) {
     const std::string path = resolveFile(fileName);
     if (path.empty())
-        return ZStatus(ZStatus::kNotFound, "image file not found: " + fileName);
+        return ZStatus(ZStatus::kNotFound, ("image file not found: " + fileName).c_str());
     return guarded([&] { return read(path, pixels); });
 }
 

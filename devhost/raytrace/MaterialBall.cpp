@@ -82,7 +82,10 @@ NodeId copyTexture(Scene &studio, NodeId from) {
     std::shared_ptr<const Pixels> pixels;
     if (!scene().node(from) || !texturePixels(from, pixels))
         return kNoNode;
-    return studio.add("file", "texture", Texture{"", pixels});
+    Texture texture = *scene().node(from)->texture();
+    texture.fileName.clear();
+    texture.pixels = pixels;
+    return studio.add("file", "texture", texture);
 }
 
 /// What the ball is made of; false for nodes that are neither material nor texture.
@@ -91,6 +94,7 @@ bool copyMaterial(Scene &studio, NodeId from, Material &material) {
     if (node && node->material()) {
         material = *node->material();
         material.texture = copyTexture(studio, material.texture);
+        material.emissionTexture = copyTexture(studio, material.emissionTexture);
         return true;
     }
     material.diffuse = ZVector(1, 1, 1);

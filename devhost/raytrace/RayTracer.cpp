@@ -2,6 +2,7 @@
 // index in Impl::meshes.
 #include "devhost/raytrace/RayTracer.h"
 
+#include "devhost/session/Parallel.h"
 #include "devhost/session/RenderSession.h"
 
 #include <embree3/rtcore.h>
@@ -16,12 +17,28 @@ namespace devhost {
 
 namespace {
 
+[[noreturn]] void fail(RTCError error, const char *what) {
+    if (error == RTC_ERROR_OUT_OF_MEMORY)
+        throw std::bad_alloc();
+    throw std::runtime_error("the ray tracing library " + std::string(what) + " (its error " +
+                             std::to_string(error) + ")");
+}
+
+/// The threads that the library may have for its trees. It cannot do without one that it counts on,
+/// and keeps them: those of the render come first.
+size_t treeThreads() {
+    const size_t wanted = renderThreads() - 1;
+    return 1 + (std::max(startableThreads(2 * wanted), wanted) - wanted);
+}
+
 RTCDevice device() {
     // Never released: a tracer may outlive the main function's end.
-    static auto *const theDevice =
-        rtcNewDevice(("threads=" + std::to_string(renderThreads())).c_str());
-    if (!theDevice)
-        throw std::runtime_error("the ray tracing library does not start on this machine");
+    static auto *const theDevice = [] {
+        auto *const made = rtcNewDevice(("threads=" + std::to_string(treeThreads())).c_str());
+        if (!made)
+            fail(rtcGetDeviceError(nullptr), "does not start on this machine");
+        return made;
+    }();
     return theDevice;
 }
 
@@ -182,8 +199,10 @@ RayTracer::RayTracer(const Scene &scene) : impl_(std::make_unique<Impl>()) {
         if (scene.isRendered(id))
             impl_->add(scene, id);
     rtcCommitScene(impl_->scene);
-    if (rtcGetDeviceError(device()) == RTC_ERROR_OUT_OF_MEMORY)
-        throw std::bad_alloc();
+    if (const RTCError error = rtcGetDeviceError(device()); error != RTC_ERROR_NONE) {
+        impl_->scene = nullptr; // it cannot be released half made
+        fail(error, "cannot take up the scene");
+    }
     impl_->size = float(scene.bounds().radius());
 }
 
@@ -237,6 +256,7 @@ float RayTracer::offset(const ZFloatVector &point) const {
 const RayTracer &rayTracer() {
     static std::unique_ptr<RayTracer> current;
     static unsigned long revision = 0;
+    scene().deformMeshes();
     if (!current || revision != scene().revision()) {
         current.reset(); // first, so that two never take up memory
         current = std::make_unique<RayTracer>(scene());

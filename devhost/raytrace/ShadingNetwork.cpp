@@ -22,7 +22,8 @@ bool haveUv(const ShadingSamples &samples) {
 }
 
 ZStatus missing(const std::string &name, const char *what) {
-    return ZStatus(ZStatus::kInvalidParameter, name + " needs " + what + " for every sample");
+    return ZStatus(ZStatus::kInvalidParameter,
+                   (name + " needs " + what + " for every sample").c_str());
 }
 
 ZFloatVector grey(float value) {
@@ -131,7 +132,7 @@ ZStatus sampleNetwork(const std::string &name, const ShadingSamples &samples,
     if (name == "noise")
         return sampleNoise(samples, colors, transparencies);
     return ZStatus(ZStatus::kInvalidParameter,
-                   "neither material nor texture nor a known procedure: " + name);
+                   ("neither material nor texture nor a known procedure: " + name).c_str());
 }
 
 } // namespace devhost

@@ -1,7 +1,9 @@
-// Welding of vertices and making of normals.
+// Making of normals and welding of vertices.
 #include "devhost/scene/MeshBuilder.h"
 
-#include <cmath>
+#include "devhost/scene/PolygonCutter.h"
+
+#include <algorithm>
 #include <cstddef>
 #include <unordered_map>
 
@@ -11,8 +13,9 @@ namespace {
 
 // Faces whose normals lie within 45 degrees of each other are shaded as one smooth surface.
 constexpr float kCreaseCosine = 0.70710678f;
-// Beyond this many faces around one point, comparing all pairs would take too long; the point is
-// then smoothed over all of them.
+constexpr float kHalfCreaseCosine = 0.92387953f;
+// Around a point with more faces than this, comparing each with each would take too long; the point
+// is then smoothed over all of them.
 constexpr size_t kManyFaces = 256;
 
 ZFloatVector at(const std::vector<float> &pool, int index) {
@@ -20,135 +23,287 @@ ZFloatVector at(const std::vector<float> &pool, int index) {
     return ZFloatVector(p[0], p[1], p[2]);
 }
 
-std::string checkRange(int index, size_t count, bool optional, const char *what) {
-    if ((optional && index == -1) || (index >= 0 && size_t(index) < count))
-        return {};
-    return std::string(what) + " index " + std::to_string(index) + " is out of range (there are " +
-           std::to_string(count) + ")";
-}
+/// Everything about one mesh while it is made. Corners are numbered from the mesh's first one.
+struct Draft {
+    const MeshPools &pools;
+    std::span<const Corner> corners;
+    std::span<const Face> faces;
+    std::vector<int> points; // for each corner, the number of its position in this mesh
+    size_t pointCount = 0;
 
-std::string check(const MeshSource &source) {
-    for (float value : source.positions)
-        if (!std::isfinite(value))
-            return "a vertex position is not finite";
-    for (const Corner &corner : source.corners) {
-        std::string wrong =
-            checkRange(corner.position, source.positions.size() / 3, false, "vertex");
-        if (wrong.empty())
-            wrong = checkRange(corner.normal, source.normals.size() / 3, true, "normal");
-        if (wrong.empty())
-            wrong = checkRange(corner.uv, source.uvs.size() / 2, true, "texture coordinate");
-        if (!wrong.empty())
-            return wrong;
+    size_t firstCorner(const Face &face) const {
+        return face.firstCorner - faces.front().firstCorner;
     }
-    return {};
-}
+    ZFloatVector position(size_t corner) const {
+        return at(pools.positions, corners[corner].position);
+    }
+    bool hasNormal(size_t corner) const {
+        const int index = corners[corner].normal;
+        return index >= 0 && !(at(pools.normals, index) == ZFloatVector());
+    }
+};
 
-bool hasNormal(const MeshSource &source, const Corner &corner) {
-    if (corner.normal < 0)
-        return false;
-    const float length = at(source.normals, corner.normal).length();
-    return std::isfinite(length) && length > 0;
-}
+/// Makes the normals of corners that have none. Weighted by the faces' angles, they do not depend
+/// on how a surface is cut into faces.
+class NormalMaker {
+  public:
+    /// The made normals, and for each corner the number of its own; -1 for those that have one.
+    std::vector<ZFloatVector> normals;
+    std::vector<int> ofCorner;
 
-/// The face's angle at one of its corners, 0 to 3.
-float angleAt(const MeshSource &source, const Corner *face, int corner) {
-    const ZFloatVector tip = at(source.positions, face[corner].position);
-    return (at(source.positions, face[(corner + 1) % 3].position) - tip)
-        .angle(at(source.positions, face[(corner + 2) % 3].position) - tip);
-}
+    explicit NormalMaker(const Draft &draft) : draft_(draft) {
+        const size_t count = draft.corners.size();
+        ofCorner.assign(count, -1);
+        size_t missing = 0;
+        for (size_t corner = 0; corner < count; ++corner)
+            missing += !draft.hasNormal(corner);
+        if (!missing)
+            return;
+        collect();
+        for (size_t point = 0; point < draft.pointCount; ++point)
+            makeAround({&around_[ends_[point]], ends_[point + 1] - ends_[point]});
+    }
 
-void addMissingNormals(MeshSource &source) {
-    const size_t faceCount = source.corners.size() / 3;
-    std::vector<ZFloatVector> faceNormals(faceCount);
-    // Weighted by the angle, the normals do not depend on how polygons were cut into triangles.
-    struct Around {
-        unsigned face;
+  private:
+    struct Neighbour {
+        unsigned corner, face;
         float weight;
     };
-    std::vector<std::vector<Around>> facesAround(source.positions.size() / 3);
-    for (size_t face = 0; face < faceCount; ++face) {
-        const Corner *c = &source.corners[face * 3];
-        const ZFloatVector origin = at(source.positions, c[0].position);
-        faceNormals[face] = ((at(source.positions, c[1].position) - origin) ^
-                             (at(source.positions, c[2].position) - origin))
-                                .normal();
-        for (int k = 0; k < 3; ++k)
-            facesAround[c[k].position].push_back({unsigned(face), angleAt(source, c, k)});
-    }
-    for (size_t each = 0; each < source.corners.size(); ++each) {
-        Corner &corner = source.corners[each];
-        if (hasNormal(source, corner))
-            continue;
-        const ZFloatVector own = faceNormals[each / 3];
-        const auto &around = facesAround[corner.position];
-        ZFloatVector sum;
-        for (const auto &[face, weight] : around)
-            if (around.size() > kManyFaces || faceNormals[face] * own >= kCreaseCosine)
-                sum += faceNormals[face] * weight;
-        ZFloatVector normal = sum.normal();
-        if (!(normal.length() > 0.5f))
-            normal = own.length() > 0.5f ? own : ZFloatVector(0, 1, 0); // a face without area
-        corner.normal = int(source.normals.size() / 3);
-        source.normals.insert(source.normals.end(), {normal.x, normal.y, normal.z});
-    }
-}
 
-/// A vertex by what it looks like, so that equal normals from different places weld too.
-struct VertexKey {
-    int position, uv;
-    ZFloatVector normal;
-    bool operator==(const VertexKey &) const = default;
-};
+    /// Sorts the corners by their points.
+    void collect() {
+        faceNormals_.reserve(draft_.faces.size());
+        ends_.assign(draft_.pointCount + 2, 0);
+        for (int point : draft_.points)
+            ++ends_[size_t(point) + 2];
+        for (size_t point = 2; point < ends_.size(); ++point)
+            ends_[point] += ends_[point - 1];
+        around_.resize(draft_.points.size());
+        std::vector<ZFloatVector> places;
+        for (const Face &face : draft_.faces) {
+            const size_t first = draft_.firstCorner(face), count = face.cornerCount;
+            places.clear();
+            for (size_t k = 0; k < count; ++k)
+                places.push_back(draft_.position(first + k));
+            for (size_t k = 0; k < count; ++k) {
+                const ZFloatVector next = places[(k + 1) % count] - places[k];
+                const ZFloatVector last = places[(k + count - 1) % count] - places[k];
+                around_[ends_[size_t(draft_.points[first + k]) + 1]++] = {
+                    unsigned(first + k), unsigned(faceNormals_.size()), next.angle(last)};
+            }
+            faceNormals_.push_back(ZFloatVector(polygonNormal(places)).normal());
+        }
+    }
 
-struct VertexHash {
-    size_t operator()(const VertexKey &key) const {
-        size_t hash = 0;
-        const auto mix = [&hash](size_t value) {
-            hash = (hash ^ value) * 0x9e3779b97f4a7c15ull;
-            hash ^= hash >> 29;
+    int smoothing(const Neighbour &each) const { return draft_.faces[each.face].smoothing; }
+
+    void makeAround(std::span<Neighbour> around) {
+        const auto byGroup = [this](const Neighbour &a, const Neighbour &b) {
+            return smoothing(a) < smoothing(b);
         };
-        mix(size_t(key.position));
-        mix(size_t(key.uv));
-        for (float part : {key.normal.x, key.normal.y, key.normal.z})
-            mix(std::hash<float>()(part));
-        return hash;
+        if (!std::is_sorted(around.begin(), around.end(), byGroup))
+            std::stable_sort(around.begin(), around.end(), byGroup);
+        for (size_t begin = 0, end = 0; begin < around.size(); begin = end) {
+            while (end < around.size() && smoothing(around[end]) == smoothing(around[begin]))
+                ++end;
+            makeInGroup(around.subspan(begin, end - begin));
+        }
     }
+
+    void makeInGroup(std::span<const Neighbour> group) {
+        const int kind = smoothing(group.front());
+        const size_t firstMade = normals.size();
+        ZFloatVector all;
+        for (const Neighbour &each : group)
+            all += faceNormals_[each.face] * each.weight;
+        all = all.normal();
+        const bool byAngle =
+            kind == Face::kByAngle && group.size() <= kManyFaces && !isBlunt(group, all);
+        for (const Neighbour &each : group) {
+            if (draft_.hasNormal(each.corner))
+                continue;
+            const ZFloatVector own = faceNormals_[each.face];
+            ZFloatVector normal = kind == Face::kFlat ? own
+                                  : byAngle           ? smoothSum(group, own).normal()
+                                                      : all;
+            if (!(normal.length() > 0.5f))
+                normal = own.length() > 0.5f ? own : ZFloatVector(0, 1, 0); // a face without area
+            ofCorner[each.corner] =
+                number(normal, kind == Face::kFlat ? normals.size() : firstMade);
+        }
+    }
+
+    /// Whether all faces lie so close to their mean that any two are smoothed.
+    bool isBlunt(std::span<const Neighbour> group, const ZFloatVector &mean) const {
+        return std::all_of(group.begin(), group.end(), [&](const Neighbour &each) {
+            return faceNormals_[each.face] * mean > kHalfCreaseCosine;
+        });
+    }
+
+    ZFloatVector smoothSum(std::span<const Neighbour> group, const ZFloatVector &own) const {
+        ZFloatVector sum;
+        for (const Neighbour &each : group)
+            if (faceNormals_[each.face] * own >= kCreaseCosine)
+                sum += faceNormals_[each.face] * each.weight;
+        return sum;
+    }
+
+    /// The number of a normal among those made from `first` on: few, as many faces share theirs.
+    int number(const ZFloatVector &normal, size_t first) {
+        const auto begin = normals.begin() + std::ptrdiff_t(first);
+        const auto known = std::find(begin, normals.end(), normal);
+        const auto result = known - normals.begin();
+        if (known == normals.end())
+            normals.push_back(normal);
+        return int(result);
+    }
+
+    const Draft &draft_;
+    std::vector<ZFloatVector> faceNormals_; // unit
+    std::vector<Neighbour> around_;         // by point
+    std::vector<size_t> ends_;
 };
+
+/// Numbers what differs at each point. Most points have one vertex, which is found without hashing.
+class Welder {
+  public:
+    explicit Welder(size_t pointCount) : first_(pointCount) {}
+
+    /// The vertex of a corner, and whether it is a new one.
+    std::pair<unsigned, bool> vertex(int point, int uv, int normal) {
+        First &first = first_[size_t(point)];
+        if (!first.isUsed) {
+            first = {uv, normal, count_, true};
+            return {count_++, true};
+        }
+        if (first.uv == uv && first.normal == normal)
+            return {first.vertex, false};
+        const auto [entry, isNew] = others_.try_emplace({point, uv, normal}, count_);
+        count_ += isNew;
+        return {entry->second, isNew};
+    }
+
+  private:
+    struct First {
+        int uv = -1, normal = -1;
+        unsigned vertex = 0;
+        bool isUsed = false;
+    };
+    struct Key {
+        int point, uv, normal;
+        bool operator==(const Key &) const = default;
+    };
+    struct Hash {
+        size_t operator()(const Key &key) const {
+            size_t hash = 0;
+            for (int part : {key.point, key.uv, key.normal}) {
+                hash = (hash ^ unsigned(part)) * 0x9e3779b97f4a7c15ull;
+                hash ^= hash >> 29;
+            }
+            return hash;
+        }
+    };
+    std::vector<First> first_;
+    std::unordered_map<Key, unsigned, Hash> others_;
+    unsigned count_ = 0;
+};
+
+class VertexMaker {
+  public:
+    VertexMaker(const Draft &draft, const NormalMaker &made)
+        : draft_(draft), made_(made), welder_(draft.pointCount),
+          hasUvs_(std::any_of(draft.corners.begin(), draft.corners.end(),
+                              [](const Corner &corner) { return corner.uv >= 0; })) {}
+
+    Mesh mesh;
+
+    /// The vertex of a corner, in the order of their first use.
+    unsigned vertex(size_t number) {
+        const Corner &corner = draft_.corners[number];
+        const int made = made_.ofCorner[number];
+        // Made normals are numbered downwards, so that they do not meet those of the file.
+        const int normal = made < 0 ? corner.normal : -2 - made;
+        const auto [vertex, isNew] = welder_.vertex(draft_.points[number], corner.uv, normal);
+        if (isNew)
+            add(corner,
+                made < 0 ? at(draft_.pools.normals, corner.normal) : made_.normals[size_t(made)]);
+        return vertex;
+    }
+
+  private:
+    void add(const Corner &corner, const ZFloatVector &normal) {
+        const MeshPools &pools = draft_.pools;
+        const ZFloatVector position = at(pools.positions, corner.position);
+        mesh.positions.insert(mesh.positions.end(), {position.x, position.y, position.z});
+        mesh.normals.insert(mesh.normals.end(), {normal.x, normal.y, normal.z});
+        if (hasUvs_) {
+            const float *uv = corner.uv < 0 ? nullptr : &pools.uvs[size_t(corner.uv) * 2];
+            mesh.uvs.insert(mesh.uvs.end(), {uv ? uv[0] : 0, uv ? uv[1] : 0});
+        }
+        if (!pools.colors.empty()) {
+            const ZFloatVector color = at(pools.colors, corner.position);
+            mesh.colors.insert(mesh.colors.end(), {color.x, color.y, color.z, 1});
+        }
+    }
+
+    const Draft &draft_;
+    const NormalMaker &made_;
+    Welder welder_;
+    bool hasUvs_;
+};
+
+void addFaces(const Draft &draft, VertexMaker &vertices) {
+    Mesh &mesh = vertices.mesh;
+    std::vector<unsigned> numbers, cut;
+    std::vector<ZFloatVector> places;
+    bool allTriangles = true;
+    mesh.triangles.reserve(draft.corners.size());
+    for (const Face &face : draft.faces) {
+        numbers.clear();
+        places.clear();
+        cut.clear();
+        const size_t first = draft.firstCorner(face);
+        for (size_t k = 0; k < face.cornerCount; ++k)
+            numbers.push_back(vertices.vertex(first + k));
+        mesh.faceSizes.push_back(face.cornerCount);
+        mesh.materials.resize(mesh.materials.size() + face.cornerCount - 2, face.material);
+        if (face.cornerCount == 3) {
+            mesh.triangles.insert(mesh.triangles.end(), numbers.begin(), numbers.end());
+            continue;
+        }
+        allTriangles = false;
+        for (size_t k = 0; k < face.cornerCount; ++k)
+            places.push_back(draft.position(first + k));
+        cutPolygon(places, cut);
+        for (unsigned corner : cut)
+            mesh.triangles.push_back(numbers[corner]);
+    }
+    if (allTriangles)
+        mesh.faceSizes = {};
+}
 
 } // namespace
 
-std::string buildMesh(MeshSource source, Mesh &mesh) {
-    if (std::string wrong = check(source); !wrong.empty())
-        return wrong;
-    if (source.corners.empty())
-        return "it holds no triangles";
-    addMissingNormals(source);
+MeshBuilder::MeshBuilder(const MeshPools &pools)
+    : pools_(pools), points_(pools.positions.size() / 3, -1) {}
 
-    bool anyUv = false;
-    for (const Corner &corner : source.corners)
-        anyUv = anyUv || corner.uv >= 0;
-    mesh = Mesh();
-    mesh.materials = std::move(source.materials);
-    mesh.materials.resize(source.corners.size() / 3, kNoNode);
-    mesh.triangles.reserve(source.corners.size());
-    std::unordered_map<VertexKey, unsigned, VertexHash> vertices;
-    for (const Corner &corner : source.corners) {
-        const ZFloatVector normal = at(source.normals, corner.normal).normal();
-        const auto [entry, isNew] =
-            vertices.try_emplace({corner.position, corner.uv, normal}, mesh.vertexCount());
-        mesh.triangles.push_back(entry->second);
-        if (!isNew)
-            continue;
-        const ZFloatVector position = at(source.positions, corner.position);
-        mesh.positions.insert(mesh.positions.end(), {position.x, position.y, position.z});
-        mesh.normals.insert(mesh.normals.end(), {normal.x, normal.y, normal.z});
-        if (anyUv) {
-            const float *uv = corner.uv < 0 ? nullptr : &source.uvs[size_t(corner.uv) * 2];
-            mesh.uvs.insert(mesh.uvs.end(), {uv ? uv[0] : 0, uv ? uv[1] : 0});
-        }
+std::shared_ptr<const Mesh> MeshBuilder::build(std::span<const Corner> corners,
+                                               std::span<const Face> faces) {
+    Draft draft{pools_, corners, faces, {}, 0};
+    draft.points.reserve(corners.size());
+    for (const Corner &corner : corners) {
+        int &point = points_[size_t(corner.position)];
+        if (point < 0)
+            point = int(draft.pointCount++);
+        draft.points.push_back(point);
     }
-    return {};
+    for (const Corner &corner : corners)
+        points_[size_t(corner.position)] = -1;
+
+    const NormalMaker made(draft);
+    VertexMaker vertices(draft, made);
+    addFaces(draft, vertices);
+    return std::make_shared<const Mesh>(std::move(vertices.mesh));
 }
 
 } // namespace devhost

@@ -5,26 +5,46 @@
 
 #include "devhost/scene/SceneGraph.h"
 
-#include <array>
-#include <string>
+#include <memory>
+#include <span>
 #include <vector>
 
 namespace devhost {
 
-/// A triangle's corner as indices into the pools; -1 for what it does not have.
+/// Flat arrays that all meshes of a file share.
+struct MeshPools {
+    std::vector<float> positions, normals, uvs;
+    std::vector<float> colors; // empty, or three for each position
+};
+
+/// A polygon's corner as indices into the pools; -1 for what it does not have.
 struct Corner {
     int position = -1, normal = -1, uv = -1;
 };
 
-struct MeshSource {
-    std::vector<float> positions, normals, uvs;
-    std::vector<Corner> corners;   // three for each triangle
-    std::vector<NodeId> materials; // one for each triangle
+/// A polygon of three corners or more.
+struct Face {
+    /// What smooths corners that have no normals: the angle to the faces around them, nothing, or
+    /// the number that the faces share.
+    enum Smoothing { kByAngle = -1, kFlat = 0 };
+    unsigned firstCorner = 0, cornerCount = 0;
+    NodeId material = kNoNode;
+    int smoothing = kByAngle;
 };
 
-/// Welds equal corners into vertices. Corners without a normal get one that is smooth across the
-/// edges of blunt angles and keeps the sharp ones. Returns what is wrong with the source, or an
-/// empty text.
-std::string buildMesh(MeshSource source, Mesh &mesh);
+/// Welds equal corners into vertices and cuts the faces into triangles. Corners without a normal
+/// get one that is smooth across the edges of blunt angles and keeps the sharp ones. Indices have
+/// to be in range.
+class MeshBuilder {
+  public:
+    explicit MeshBuilder(const MeshPools &pools);
+
+    std::shared_ptr<const Mesh> build(std::span<const Corner> corners, std::span<const Face> faces);
+
+  private:
+    const MeshPools &pools_;
+    /// For each position the number that it has in the current mesh, if any; cleared behind each.
+    std::vector<int> points_;
+};
 
 } // namespace devhost

@@ -8,6 +8,17 @@
 #include <numbers>
 #include <type_traits>
 
+struct ZObject::Access {
+    static ZObject handle(int node, unsigned generation) {
+        ZObject made;
+        made.node_ = node;
+        made.generation_ = generation;
+        return made;
+    }
+    static int node(const ZObject &handle) { return handle.node_; }
+    static unsigned generation(const ZObject &handle) { return handle.generation_; }
+};
+
 namespace devhost {
 
 namespace {
@@ -170,6 +181,7 @@ void Scene::clear() {
     currentLayer_ = kNoNode;
     unadjusted_.clear();
     fileName_.clear();
+    motion_.reset();
     revision_ = nextRevision();
 }
 
@@ -472,18 +484,18 @@ bool Scene::isRendered(NodeId id) const {
 }
 
 ZObject Scene::object(NodeId id) const {
-    return node(id) ? ZObject(id, slots_[id].generation) : ZObject();
+    return node(id) ? ZObject::Access::handle(id, slots_[id].generation) : ZObject();
 }
 
 NodeId Scene::id(const ZObject &object) const {
-    return node(object.node_) && slots_[object.node_].generation == object.generation_
-               ? object.node_
-               : kNoNode;
+    const NodeId held = ZObject::Access::node(object);
+    return node(held) && slots_[held].generation == ZObject::Access::generation(object) ? held
+                                                                                        : kNoNode;
 }
 
 void Scene::addDefaults() {
     if (cameras().empty()) {
-        const Bounds all = bounds();
+        const Bounds all = motionBounds();
         const double radius = all.empty || all.radius() == 0 ? 5 : all.radius();
         const ZVector center = all.empty ? ZVector() : all.center();
         Camera camera;
@@ -528,7 +540,9 @@ void Scene::addDefaultLights() {
 }
 
 void Scene::replaceBy(Scene &&other) {
+    const double now = time_;
     *this = std::move(other);
+    setTime(now);
     revision_ = nextRevision();
 }
 

@@ -27,14 +27,19 @@ using NodeId = int;
 inline constexpr NodeId kNoNode = -1;
 
 /// Triangles in the node's own space. All arrays are flat; normals are always there, one for each
-/// position; uvs are empty or one pair for each position.
+/// position, and what else there is of a vertex is empty or for each position.
 struct Mesh {
     std::vector<float> positions;
     std::vector<float> normals;
-    std::vector<float> uvs;
+    std::vector<float> uvs, secondUvs; // pairs
+    std::vector<float> colors;         // linear red, green, blue and alpha
+    std::vector<float> tangents;       // as the file has them: unit vectors, and 1 or -1 (mirrored)
     std::vector<unsigned> triangles;
     /// The material node of each triangle; kNoNode for the default grey.
     std::vector<NodeId> materials;
+    /// The corners of each face, where not all are triangles; a face of n corners is n - 2
+    /// triangles, and the faces' triangles come in the faces' order.
+    std::vector<unsigned> faceSizes;
 
     unsigned vertexCount() const { return unsigned(positions.size() / 3); }
     unsigned triangleCount() const { return unsigned(triangles.size() / 3); }
@@ -74,14 +79,32 @@ struct Light {
     NodeChoice shadowCasters; // the objects that cast shadows in its light
 };
 
+/// Which texture coordinates of a surface reach which place of an image: (u, v, 1) of the set times
+/// the matrix. Both have v upwards.
+struct TexturePlacement {
+    int uvSet = 0; // 0 or 1
+    double matrix[3][2] = {{1, 0}, {0, 1}, {0, 0}};
+};
+
 struct Material {
+    /// What the alpha of texture and vertices does.
+    enum Alpha {
+        kIgnored, // nothing: the opacity is the same everywhere
+        kMasked,  // with the opacity, it leaves the surface whole or cuts holes into it
+        kBlended  // it multiplies the opacity
+    };
     ZVector diffuse = ZVector(0.5, 0.5, 0.5);
     ZVector specular = ZVector(0, 0, 0);
     double shininess = 20; // cosine power of the highlight
     ZVector emission = ZVector(0, 0, 0);
     ZVector reflectivity = ZVector(0, 0, 0); // share of mirrored light
     double opacity = 1;
-    NodeId texture = kNoNode; // multiplies the diffuse colour
+    Alpha alpha = kIgnored;
+    double alphaCutoff = 0.5;         // below it, a masked surface has a hole
+    bool unlit = false;               // shows the diffuse colour as it is
+    NodeId texture = kNoNode;         // multiplies the diffuse colour
+    NodeId emissionTexture = kNoNode; // multiplies the emission
+    TexturePlacement placement, emissionPlacement;
 };
 
 /// An image in memory: 4 bytes for each pixel, row 0 at the top.
@@ -91,8 +114,12 @@ struct Pixels {
 };
 
 struct Texture {
+    /// What lies beside the image.
+    enum Wrap { kRepeated, kMirrored, kClamped };
     std::string fileName;                 // as the scene file gives it; empty when embedded
     std::shared_ptr<const Pixels> pixels; // null until loaded, see devhost/image/TextureImage.h
+    Wrap wrapU = kRepeated, wrapV = kRepeated;
+    bool smooth = true; // between the pixels, else each is a square of one colour
 };
 
 /// What a picture of the scene is made of. Child layers are child nodes; their members are the
@@ -154,6 +181,8 @@ struct Node {
     const RenderPass *pass() const { return std::get_if<RenderPass>(&payload); }
     const ImageSource *imageSource() const { return std::get_if<ImageSource>(&payload); }
 };
+
+struct Motion;
 
 struct Bounds {
     ZVector low, high;
@@ -243,8 +272,17 @@ class OPENQUIL_API Scene {
     void addDefaults();
 
     /// Puts the other scene's nodes in place of this scene's; handles to the old nodes read as
-    /// null.
+    /// null. The time stays.
     void replaceBy(Scene &&other);
+
+    /// What moves by itself, from now on.
+    void setMotion(Motion motion);
+    /// Brings all that moves to its state at the time. What a layer adjusts keeps the layer's
+    /// value.
+    void setTime(double seconds);
+    double time() const { return time_; }
+    /// Bends the meshes to the nodes that hold them, where those moved since.
+    void deformMeshes();
 
   private:
     struct Slot {
@@ -256,6 +294,10 @@ class OPENQUIL_API Scene {
     void addDefaultLights();
     bool storeAttribute(NodeId id, const std::string &name, const AttributeValue &value);
     std::string uniqueName(const std::string &wanted, NodeId parent);
+    /// Moves a node by its animation, below what the current layer adjusts.
+    void moveUnadjusted(NodeId id, const ZMatrix &local);
+    /// World-space bounds of the visible meshes over the whole of their motion.
+    Bounds motionBounds();
 
     std::vector<Slot> slots_;
     std::vector<NodeId> order_;
@@ -266,6 +308,9 @@ class OPENQUIL_API Scene {
     std::map<std::pair<NodeId, std::string>, unsigned> names_;
     unsigned long revision_ = 0;
     std::string fileName_;
+    std::shared_ptr<Motion> motion_; // null where nothing moves
+    double time_ = 0;                // seconds
+    unsigned long deformedRevision_ = 0;
 };
 
 /// A point carried by a matrix, its translation included.

@@ -2,16 +2,50 @@
 #include "devhost/session/Parallel.h"
 
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Terminal.h"
 
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <latch>
 #include <mutex>
-#include <system_error>
 #include <thread>
 #include <vector>
 
 namespace devhost {
+
+namespace {
+
+/// Tells the user, once, that the render takes longer than it should.
+void tellMissingThreads(size_t started) {
+    static std::once_flag told;
+    std::call_once(told, [&] {
+        tell("no more threads can be started: rendering with " + std::to_string(started) + " of " +
+             std::to_string(renderThreads()));
+    });
+}
+
+/// Starts so many threads, or as many as there are to be had. They are waited for when they go.
+std::vector<std::jthread> startThreads(size_t count, const std::function<void()> &body) {
+    std::vector<std::jthread> threads;
+    threads.reserve(count);
+    try {
+        while (threads.size() < count)
+            threads.emplace_back(body);
+    } catch (const std::exception &) {
+        // Some limit of the system or the container: the ones there are do the work.
+    }
+    return threads;
+}
+
+} // namespace
+
+size_t startableThreads(size_t count) {
+    std::latch counted(1);
+    const auto threads = startThreads(count, [&] { counted.wait(); });
+    counted.count_down();
+    return threads.size();
+}
 
 void forBlocks(size_t count, size_t blockSize,
                const std::function<void(size_t begin, size_t end)> &work) {
@@ -30,16 +64,13 @@ void forBlocks(size_t count, size_t blockSize,
             next = blocks; // the others stop after the block they are at
         }
     };
-    std::vector<std::jthread> helpers;
-    const size_t wanted = std::min<size_t>(renderThreads(), blocks);
-    try {
-        while (helpers.size() + 1 < wanted)
-            helpers.emplace_back(takeBlocks);
-    } catch (const std::system_error &) {
-        // No more threads to be had: the ones there are do the work.
+    {
+        const size_t wanted = std::clamp<size_t>(blocks, 1, renderThreads());
+        const auto helpers = startThreads(wanted - 1, takeBlocks);
+        if (helpers.size() + 1 < wanted)
+            tellMissingThreads(helpers.size() + 1);
+        takeBlocks();
     }
-    takeBlocks();
-    helpers.clear(); // waits for them
     if (failure)
         std::rethrow_exception(failure);
 }

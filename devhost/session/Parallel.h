@@ -9,6 +9,9 @@
 
 namespace devhost {
 
+/// How many threads can be started just now, up to `count`: systems and containers have limits.
+size_t startableThreads(size_t count);
+
 /// Calls work(begin, end) for blocks that together make up 0 to count, on several threads and on
 /// the calling one, and waits for all. `work` must not touch the interpreter.
 OPENQUIL_API void forBlocks(size_t count, size_t blockSize,

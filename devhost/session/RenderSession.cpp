@@ -1,5 +1,7 @@
 #include "devhost/session/RenderSession.h"
 
+#include "host/core/ZTime.h"
+
 #include <algorithm>
 #include <thread>
 
@@ -15,6 +17,19 @@ PixelRegion renderRegion() {
     const RenderSession &session = renderSession();
     return session.region.value_or(
         PixelRegion::all(session.settings.width, session.settings.height));
+}
+
+void setCurrentFrame(double frame) {
+    renderSession().frame = frame;
+    scene().setTime(renderSession().seconds());
+}
+
+bool setFramesPerSecond(double rate) {
+    renderSession().framesPerSecond = rate;
+    for (int unit = ZTime::kGames; unit < ZTime::kLast; ++unit)
+        if (ZTime(1, ZTime::kSeconds).as(ZTime::Unit(unit)) == rate)
+            return !ZTime::setUIUnit(ZTime::Unit(unit)).error();
+    return false;
 }
 
 unsigned renderThreads() {

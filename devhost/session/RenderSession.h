@@ -12,11 +12,16 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace devhost {
 
 struct RenderSession {
+    /// The render that goes on, but for hardware frames and pictures that a script has open in the
+    /// render view.
     ZRenderUtil::QuilRenderState state = ZRenderUtil::kNotRendering;
+    /// True in a program that renders frames, false where somebody works at a host.
+    bool isBatch = false;
     ZRenderUtil::RenderPass pass = ZRenderUtil::kAll;
     bool generatingIprFile = false;
     /// The settings in force; scripts read a copy of them.
@@ -38,7 +43,9 @@ struct RenderSession {
 
     /// False when OpenGL must not be used.
     bool useGl = true;
+    /// The frame that is rendered, or was rendered last.
     double frame = 1;
+    double framesPerSecond = 24;
     /// The folder that image names are relative to.
     std::string imagesFolder = ".";
     /// The file that a finished picture is written to; empty for none.
@@ -56,13 +63,36 @@ struct RenderSession {
     std::function<void(const char *callback, const char *what)> onCallbackError;
     /// Set from any thread or signal handler to make the software renderer stop.
     std::atomic<bool> cancelled = false;
+
+    /// The time of the current frame; frame 0 is at 0.
+    double seconds() const { return frame / framesPerSecond; }
 };
 
 /// The session of this process.
 OPENQUIL_API RenderSession &renderSession();
 
+/// A render of some kind goes on as long as it lives.
+class RenderStateScope {
+  public:
+    explicit RenderStateScope(ZRenderUtil::QuilRenderState state)
+        : earlier_(std::exchange(renderSession().state, state)) {}
+    ~RenderStateScope() { renderSession().state = earlier_; }
+    RenderStateScope(const RenderStateScope &) = delete;
+    RenderStateScope &operator=(const RenderStateScope &) = delete;
+
+  private:
+    ZRenderUtil::QuilRenderState earlier_;
+};
+
 /// The part of the image to render; empty when the resolution is zero.
 OPENQUIL_API PixelRegion renderRegion();
+
+/// Goes to a frame, and brings the scene to its state then.
+OPENQUIL_API void setCurrentFrame(double frame);
+
+/// Sets how many frames a second has, for the scene and for ZTime's unit of the user interface.
+/// False when ZTime has no such unit; its unit then stays.
+OPENQUIL_API bool setFramesPerSecond(double rate);
 
 /// The number of threads to render with, at least 1.
 OPENQUIL_API unsigned renderThreads();

@@ -6,6 +6,7 @@
 #include "devhost/raytrace/RayTracer.h"
 #include "devhost/raytrace/Shading.h"
 #include "devhost/session/Parallel.h"
+#include "devhost/session/RenderSession.h"
 #include "devhost/session/ViewportRegistry.h"
 #include "devhost/session/ViewportRequest.h"
 #include "devhost/util/Guarded.h"
@@ -115,6 +116,7 @@ ZStatus renderRequest(RegisteredViewport &entry, unsigned width, unsigned height
     ZDagPath::getAPathTo(scene().object(view->camera), request.camera);
     request.view = view->rays.frame.worldToView();
     request.projection = view->projection();
+    const RenderStateScope drawing(ZRenderUtil::kInteractiveRender);
     if (const ZStatus status = draw(entry, request, view->rays); status.error())
         return status;
     if (result)
@@ -140,7 +142,7 @@ ZStatus renderViewport(const std::string &name, unsigned width, unsigned height,
                        const std::string &output, ViewportImage *result) {
     RegisteredViewport *entry = find(name);
     if (!entry)
-        return {ZStatus::kNotFound, "there is no viewport renderer " + name};
+        return {ZStatus::kNotFound, ("there is no viewport renderer " + name).c_str()};
     return guarded([&] { return renderRequest(*entry, width, height, output, result); });
 }
 

@@ -8,21 +8,23 @@
 
 #include <memory>
 
-namespace devhost {
+struct ZRenderTarget::Request {
+    Request() = default;
+    Request(const Request &) = delete;
 
-struct ViewportRequest {
-    ViewportRequest() = default;
-    ViewportRequest(const ViewportRequest &) = delete;
-
-    ViewportImage image;
+    devhost::ViewportImage image;
     ZViewportRenderer::RenderingAPI api = ZViewportRenderer::kSoftware;
     float version = 1;
     ZDagPath camera;
     ZMatrix view, projection;
     /// What OpenGL draws into, where it is what is drawn with; it then holds the image.
-    std::unique_ptr<GlTarget> gl;
+    std::unique_ptr<devhost::GlTarget> gl;
     ZRenderTarget target{*this};
     ZRenderingInfo info{*this};
 };
+
+namespace devhost {
+
+using ViewportRequest = ZRenderTarget::Request;
 
 } // namespace devhost

@@ -49,7 +49,7 @@ AtomicFile::AtomicFile(const std::string &path, Kind kind) : target_(linkTarget(
     if (fs::exists(fs::symlink_status(target_, ignored)) &&
         !fs::is_regular_file(target_, ignored)) {
         status_ = ZStatus(ZStatus::kFailure,
-                          "cannot write '" + target_ + "': it exists and is no regular file");
+                          ("cannot write '" + target_ + "': it exists and is no regular file").c_str());
         return;
     }
     const int descriptor = open(kind);
@@ -98,8 +98,9 @@ bool AtomicFile::finish() {
 }
 
 void AtomicFile::fail(const char *action) {
-    status_ = ZStatus(ZStatus::kFailure, std::string("cannot ") + action + " '" + target_ +
-                                             "': " + std::strerror(errno));
+    status_ = ZStatus(
+        ZStatus::kFailure,
+        (std::string("cannot ") + action + " '" + target_ + "': " + std::strerror(errno)).c_str());
 }
 
 void AtomicFile::discard() {

@@ -4,23 +4,30 @@
 
 #include "host/base/HostApi.h"
 
-#include <vector>
-
 /// A growable array of objects.
 template <class T>
-class TobjArray {
+class OPENQUIL_API TobjArray {
   public:
-    /// Returns the number of elements.
-    unsigned logicalSize() const { return static_cast<unsigned>(elements_.size()); }
-    /// Sets the number of elements; new ones are default-constructed, the others keep their values.
-    void changeLogicalSizeTo(unsigned count) { elements_.resize(count); }
-    /// Adds a copy of the element at the end.
-    void append(const T &element) { elements_.push_back(element); }
-    /// Returns the element; the index must be below logicalSize().
-    T &operator[](unsigned index) { return elements_[index]; }
-    /// Returns the element; the index must be below logicalSize().
-    const T &operator[](unsigned index) const { return elements_[index]; }
+    /// Makes an empty array.
+    TobjArray() noexcept;
+    TobjArray(const TobjArray &other);
+    TobjArray(TobjArray &&other) noexcept;
+    ~TobjArray();
+    TobjArray &operator=(const TobjArray &other);
+    TobjArray &operator=(TobjArray &&other) noexcept;
 
-  protected:
-    std::vector<T> elements_;
+    /// Returns the number of elements.
+    unsigned logicalSize() const;
+    /// Sets the number of elements; new ones are default-constructed, the others keep their values.
+    void changeLogicalSizeTo(unsigned count);
+    /// Adds a copy of the element at the end.
+    void append(const T &element);
+    /// Returns the element; the index must be below logicalSize().
+    T &operator[](unsigned index);
+    /// Returns the element; the index must be below logicalSize().
+    const T &operator[](unsigned index) const;
+
+  private:
+    struct Elements;
+    Elements *elements_;
 };

@@ -5,6 +5,8 @@
 /// The host's own interpreter object: where failures inside script callbacks are reported.
 class OPENQUIL_API TpythonInterpreter {
   public:
+    TpythonInterpreter();
+
     /// The one instance, or null until something needs it.
     static TpythonInterpreter *fsInterpreter;
 
@@ -12,10 +14,4 @@ class OPENQUIL_API TpythonInterpreter {
     /// it. SystemExit is reported like any other exception: a callback does not end the host.
     /// The caller holds the interpreter lock.
     void catchAndReportException();
-
-    /// Number of exceptions reported so far in this process.
-    static unsigned reportedCount();
-
-    /// True once a reported exception was KeyboardInterrupt.
-    static bool interruptReported();
 };

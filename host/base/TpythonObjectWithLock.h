@@ -30,8 +30,7 @@ class TpythonObjectWithLock : public TpythonObjectBase {
         if (!object_)
             return;
         Lock lock(kPythonLock);
-        if (Lock::isHeld()) // else the interpreter ended before
-            Py_DECREF(object_);
+        Py_DECREF(object_);
     }
     TpythonObjectWithLock(const TpythonObjectWithLock &) = delete;
     TpythonObjectWithLock &operator=(const TpythonObjectWithLock &) = delete;

@@ -3,23 +3,21 @@
 // A box along the axes that encloses points.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZPoint.h"
 
 /// A box along the axes that encloses points, or nothing while it is empty.
 class OPENQUIL_API ZBoundingBox {
   public:
-    OPENQUIL_COUNTED(ZBoundingBox);
     /// Makes an empty box.
-    ZBoundingBox() { clear(); }
+    ZBoundingBox();
     /// Makes the smallest box that encloses two points.
     ZBoundingBox(const ZPoint &corner, const ZPoint &otherCorner);
 
     /// Makes the box empty.
     void clear();
     /// Returns true when nothing has been enclosed.
-    bool isEmpty() const { return empty_; }
+    bool isEmpty() const;
     /// Grows the box until it encloses the point.
     void expand(const ZPoint &point);
     /// Grows the box until it encloses the other box.
@@ -33,17 +31,17 @@ class OPENQUIL_API ZBoundingBox {
     bool intersects(const ZBoundingBox &box, double tolerance = 0.0) const;
 
     /// Returns the corner with the smallest coordinates, the origin when empty.
-    ZPoint min() const { return min_; }
+    ZPoint min() const;
     /// Returns the corner with the greatest coordinates, the origin when empty.
-    ZPoint max() const { return max_; }
+    ZPoint max() const;
     /// Returns the middle of the box, the origin when empty.
     ZPoint center() const;
     /// Returns the size along x, 0 when empty.
-    double width() const { return max_.x - min_.x; }
+    double width() const;
     /// Returns the size along y, 0 when empty.
-    double height() const { return max_.y - min_.y; }
+    double height() const;
     /// Returns the size along z, 0 when empty.
-    double depth() const { return max_.z - min_.z; }
+    double depth() const;
 
   private:
     ZPoint min_;

@@ -3,13 +3,12 @@
 // A colour with opacity.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-#include "host/core/ZStatus.h"
+
+class ZStatus;
 
 /// A colour: linear red, green and blue, usually 0 to 1, and the opacity alpha.
 class OPENQUIL_API ZColor {
   public:
-    OPENQUIL_COUNTED(ZColor);
     /// Red.
     float r;
     /// Green.

@@ -2,7 +2,6 @@
 
 // A path to a node of the scene's hierarchy, from the root down: "|group|mesh".
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
@@ -11,9 +10,8 @@
 /// A path to a node of the scene's hierarchy, from the root down: "|group|mesh".
 class OPENQUIL_API ZDagPath {
   public:
-    OPENQUIL_COUNTED(ZDagPath);
     /// Makes a path that names nothing.
-    ZDagPath() = default;
+    ZDagPath();
 
     /// The path to a node. Fails with kInvalidParameter when the node is null, or is no part of the
     /// hierarchy (a material, a texture).
@@ -50,7 +48,7 @@ class OPENQUIL_API ZDagPath {
     /// True when both paths end at the same node, or neither is valid.
     bool operator==(const ZDagPath &other) const;
     /// True when the paths end at different nodes.
-    bool operator!=(const ZDagPath &other) const { return !(*this == other); }
+    bool operator!=(const ZDagPath &other) const;
 
     /// The class's name, "ZDagPath".
     static const char *className();

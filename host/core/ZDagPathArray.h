@@ -2,13 +2,11 @@
 
 // An array of paths into the scene's hierarchy.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"
 #include "host/core/ZDagPath.h"
 
 /// An array of paths into the scene's hierarchy.
 class OPENQUIL_API ZDagPathArray : public ZArrayOf<ZDagPath> {
   public:
-    OPENQUIL_COUNTED(ZDagPathArray);
     using ZArrayOf<ZDagPath>::ZArrayOf;
 };

@@ -3,7 +3,6 @@
 // A rotation as three angles around the axes.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZQuaternion.h"
 #include "host/core/ZVector.h"
@@ -12,7 +11,6 @@
 /// axes turn.
 class OPENQUIL_API ZEulerRotation {
   public:
-    OPENQUIL_COUNTED(ZEulerRotation);
     /// The order in which the axes turn: with kXYZ x is first and z last.
     enum RotationOrder : int { kXYZ = 0, kYZX = 1, kZXY = 2, kXZY = 3, kYXZ = 4, kZYX = 5 };
 

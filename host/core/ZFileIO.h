@@ -3,14 +3,12 @@
 // Opening of scene files.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
 /// Opening of scene files.
 class OPENQUIL_API ZFileIO {
   public:
-    OPENQUIL_COUNTED(ZFileIO);
     /// Replaces the scene by the file's contents (.obj, .gltf or .glb). On failure the scene is
     /// unchanged: kNotFound when there is no such file, kInvalidParameter for an unknown extension,
     /// kFailure when the file cannot be read or holds no usable mesh.

@@ -2,12 +2,12 @@
 
 // An array of 32-bit floating-point numbers.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"
+
+extern template class ZArrayOf<float>;
 
 /// A growable array of 32-bit floating-point numbers.
 class OPENQUIL_API ZFloatArray : public ZArrayOf<float> {
   public:
-    OPENQUIL_COUNTED(ZFloatArray);
     using ZArrayOf<float>::ZArrayOf;
 };

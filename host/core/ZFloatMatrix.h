@@ -3,16 +3,14 @@
 // A 4 by 4 transformation matrix in single precision.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-#include "host/core/ZStatus.h"
 
+class ZStatus;
 class ZMatrix;
 
 /// A 4 by 4 transformation matrix in single precision. Points are rows that stand to its left, so
 /// the translation is in row 3, and of a product the left factor acts first.
 class OPENQUIL_API ZFloatMatrix {
   public:
-    OPENQUIL_COUNTED(ZFloatMatrix);
     /// The elements, by row and column.
     float matrix[4][4];
 

@@ -3,9 +3,8 @@
 // A place in space in homogeneous coordinates, in single precision.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-#include "host/core/ZStatus.h"
 
+class ZStatus;
 class ZPoint;
 class ZFloatVector;
 class ZFloatMatrix;
@@ -13,7 +12,6 @@ class ZFloatMatrix;
 /// A place in space in homogeneous coordinates, in single precision.
 class OPENQUIL_API ZFloatPoint {
   public:
-    OPENQUIL_COUNTED(ZFloatPoint);
     /// The x coordinate.
     float x;
     /// The y coordinate.

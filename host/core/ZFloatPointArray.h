@@ -2,13 +2,13 @@
 
 // An array of single-precision points.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"
 #include "host/core/ZFloatPoint.h"
+
+extern template class ZArrayOf<ZFloatPoint>;
 
 /// A growable array of single-precision points.
 class OPENQUIL_API ZFloatPointArray : public ZArrayOf<ZFloatPoint> {
   public:
-    OPENQUIL_COUNTED(ZFloatPointArray);
     using ZArrayOf<ZFloatPoint>::ZArrayOf;
 };

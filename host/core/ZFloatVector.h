@@ -3,11 +3,8 @@
 // A direction or displacement in space, in single precision.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-#include "host/core/ZStatus.h"
 
-#include <cmath>
-
+class ZStatus;
 class ZVector;
 class ZFloatPoint;
 class ZFloatMatrix;
@@ -15,7 +12,6 @@ class ZFloatMatrix;
 /// A direction or displacement in space, in single precision.
 class OPENQUIL_API ZFloatVector {
   public:
-    OPENQUIL_COUNTED(ZFloatVector);
     /// The x coordinate.
     float x;
     /// The y coordinate.
@@ -71,7 +67,7 @@ class OPENQUIL_API ZFloatVector {
 
     /// Returns the length.
     float length() const {
-        return static_cast<float>(std::sqrt(double{x} * x + double{y} * y + double{z} * z));
+        return static_cast<float>(__builtin_sqrt(double{x} * x + double{y} * y + double{z} * z));
     }
     /// Returns the vector of length one in the same direction, or the zero vector for the zero
     /// vector.

@@ -2,13 +2,13 @@
 
 // An array of single-precision vectors.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"
 #include "host/core/ZFloatVector.h"
+
+extern template class ZArrayOf<ZFloatVector>;
 
 /// A growable array of single-precision vectors.
 class OPENQUIL_API ZFloatVectorArray : public ZArrayOf<ZFloatVector> {
   public:
-    OPENQUIL_COUNTED(ZFloatVectorArray);
     using ZArrayOf<ZFloatVector>::ZArrayOf;
 };

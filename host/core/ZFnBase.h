@@ -3,7 +3,6 @@
 // What all function sets have in common: the node that they are attached to.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
 
@@ -11,7 +10,6 @@
 /// attached to a node and does not own it.
 class OPENQUIL_API ZFnBase {
   public:
-    OPENQUIL_COUNTED(ZFnBase);
     /// Detaches from the node, which stays as it is.
     virtual ~ZFnBase();
     /// True when the function set can be attached to the node.

@@ -2,14 +2,12 @@
 
 // The function set of any node.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZFnBase.h"
 #include "host/core/ZString.h"
 
 /// The function set of any node of the scene.
 class OPENQUIL_API ZFnDependencyNode : public ZFnBase {
   public:
-    OPENQUIL_COUNTED(ZFnDependencyNode);
     /// Makes a function set that is attached to nothing.
     ZFnDependencyNode();
     ~ZFnDependencyNode() override;

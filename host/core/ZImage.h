@@ -3,22 +3,24 @@
 // A picture in memory, with files to read it from and write it to.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-#include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
-#include <vector>
+class ZStatus;
 
 /// A picture of 1 to 4 channels of 8-bit or floating-point values, with an optional depth map. Row
 /// 0 is at the bottom. Files are PNG or EXR.
 class OPENQUIL_API ZImage {
   public:
-    OPENQUIL_COUNTED(ZImage);
     /// How a channel's value is kept: a byte 0 to 255, or a float.
     enum ZPixelType : int { kUnknown = 0, kByte = 1, kFloat = 2 };
 
     /// Makes an image of no size.
-    ZImage() = default;
+    ZImage() noexcept;
+    ZImage(const ZImage &other);
+    ZImage(ZImage &&other) noexcept;
+    ~ZImage();
+    ZImage &operator=(const ZImage &other);
+    ZImage &operator=(ZImage &&other) noexcept;
 
     /// Becomes a black, clear image of the given size; the depth map is dropped. Fails with
     /// kInvalidParameter when a size is 0, channels is not 1 to 4 or the type is unknown, and with
@@ -30,20 +32,20 @@ class OPENQUIL_API ZImage {
     /// Gives width and height in pixels.
     ZStatus getSize(unsigned &width, unsigned &height) const;
     /// Returns the number of channels, 0 without pixels.
-    unsigned channels() const { return channels_; }
+    unsigned channels() const;
     /// Returns the number of bytes of one pixel, 0 without pixels.
     unsigned depth() const;
     /// Returns the type of the channels, kUnknown without pixels.
-    ZPixelType pixelType() const { return type_; }
+    ZPixelType pixelType() const;
 
     /// Returns the pixels of a kByte image, row by row from the bottom, otherwise null.
-    unsigned char *pixels() { return type_ == kByte ? bytes_.data() : nullptr; }
+    unsigned char *pixels();
     /// Returns the pixels of a kByte image, row by row from the bottom, otherwise null.
-    const unsigned char *pixels() const { return type_ == kByte ? bytes_.data() : nullptr; }
+    const unsigned char *pixels() const;
     /// Returns the pixels of a kFloat image, row by row from the bottom, otherwise null.
-    float *floatPixels() { return type_ == kFloat ? floats_.data() : nullptr; }
+    float *floatPixels();
     /// Returns the pixels of a kFloat image, row by row from the bottom, otherwise null.
-    const float *floatPixels() const { return type_ == kFloat ? floats_.data() : nullptr; }
+    const float *floatPixels() const;
     /// Becomes a kByte image of four channels with a copy of the pixels. Fails as create() does,
     /// and with kInvalidParameter when the pixels are null.
     ZStatus setPixels(const unsigned char *pixels, unsigned width, unsigned height);
@@ -59,7 +61,7 @@ class OPENQUIL_API ZImage {
     /// Fails with kInvalidParameter when it is null or a size is 0.
     ZStatus setDepthMap(const float *depths, unsigned width, unsigned height);
     /// Returns the depth map, row by row from the bottom, or null.
-    const float *depthMap() const { return depths_.empty() ? nullptr : depths_.data(); }
+    const float *depthMap() const;
     /// Gives the depth map's width and height, 0 without one.
     ZStatus getDepthMapSize(unsigned &width, unsigned &height) const;
 
@@ -80,13 +82,6 @@ class OPENQUIL_API ZImage {
     void verticalFlip();
 
   private:
-    std::vector<unsigned char> bytes_;
-    std::vector<float> floats_;
-    std::vector<float> depths_;
-    unsigned width_ = 0;
-    unsigned height_ = 0;
-    unsigned channels_ = 0;
-    unsigned depthWidth_ = 0;
-    unsigned depthHeight_ = 0;
-    ZPixelType type_ = kUnknown;
+    struct Contents;
+    Contents *contents_;
 };

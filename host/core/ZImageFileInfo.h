@@ -3,12 +3,10 @@
 // What kinds of images and of hardware textures there are.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 
 /// What kinds of images and of hardware textures there are.
 class OPENQUIL_API ZImageFileInfo {
   public:
-    OPENQUIL_COUNTED(ZImageFileInfo);
     /// What the values of an image mean.
     enum ZImageType : int {
         /// Whatever the image holds, as it is.

@@ -2,12 +2,12 @@
 
 // An array of integers.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"
+
+extern template class ZArrayOf<int>;
 
 /// A growable array of integers.
 class OPENQUIL_API ZIntArray : public ZArrayOf<int> {
   public:
-    OPENQUIL_COUNTED(ZIntArray);
     using ZArrayOf<int>::ZArrayOf;
 };

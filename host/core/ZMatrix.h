@@ -3,16 +3,14 @@
 // A 4 by 4 transformation matrix in double precision.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-#include "host/core/ZStatus.h"
 
+class ZStatus;
 class ZFloatMatrix;
 
 /// A 4 by 4 transformation matrix in double precision. Points are rows that stand to its left, so
 /// the translation is in row 3, and of a product the left factor acts first.
 class OPENQUIL_API ZMatrix {
   public:
-    OPENQUIL_COUNTED(ZMatrix);
     /// The elements, by row and column.
     double matrix[4][4];
 

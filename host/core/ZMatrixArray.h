@@ -2,13 +2,13 @@
 
 // An array of double-precision matrices.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"
 #include "host/core/ZMatrix.h"
+
+extern template class ZArrayOf<ZMatrix>;
 
 /// A growable array of double-precision matrices.
 class OPENQUIL_API ZMatrixArray : public ZArrayOf<ZMatrix> {
   public:
-    OPENQUIL_COUNTED(ZMatrixArray);
     using ZArrayOf<ZMatrix>::ZArrayOf;
 };

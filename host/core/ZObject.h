@@ -3,18 +3,12 @@
 // A handle to one node of the scene. It stays safe after the node is gone: it then reads as null.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-
-namespace devhost {
-class Scene;
-}
 
 /// A handle to one node of the scene. It stays safe after the node is gone: it then reads as null.
 class OPENQUIL_API ZObject {
   public:
-    OPENQUIL_COUNTED(ZObject);
     /// Makes a null handle, which names no node.
-    constexpr ZObject() = default;
+    ZObject() noexcept;
 
     /// True when the handle names no node, or names a node that was deleted since.
     bool isNull() const;
@@ -24,15 +18,14 @@ class OPENQUIL_API ZObject {
     /// True when both handles name the same node, or both are null.
     bool operator==(const ZObject &other) const;
     /// True when the handles name different nodes.
-    bool operator!=(const ZObject &other) const { return !(*this == other); }
+    bool operator!=(const ZObject &other) const;
 
     /// The null handle.
     static const ZObject kNullObj;
 
-  private:
-    friend class devhost::Scene;
-    constexpr ZObject(int node, unsigned generation) : node_(node), generation_(generation) {}
+    struct Access; // the host's own way to what a handle holds
 
-    int node_ = -1;
-    unsigned generation_ = 0;
+  private:
+    int node_;
+    unsigned generation_;
 };

@@ -2,7 +2,6 @@
 
 // One attribute of one node, such as "headlight.intensity".
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
@@ -12,9 +11,8 @@
 /// One attribute of one node, such as "headlight.intensity".
 class OPENQUIL_API ZPlug {
   public:
-    OPENQUIL_COUNTED(ZPlug);
     /// Makes a plug that names nothing.
-    ZPlug() = default;
+    ZPlug();
     /// The named attribute of a node. Fails with kInvalidParameter when the node is null, with
     /// kNotFound when it has no such attribute; the plug is then null.
     ZPlug(const ZObject &node, const ZString &attribute, ZStatus *ReturnStatus = nullptr);
@@ -62,7 +60,7 @@ class OPENQUIL_API ZPlug {
     /// True when both plugs name the same attribute of the same node, or both are null.
     bool operator==(const ZPlug &other) const;
     /// True when the plugs name different attributes.
-    bool operator!=(const ZPlug &other) const { return !(*this == other); }
+    bool operator!=(const ZPlug &other) const;
 
     /// The class's name, "ZPlug".
     static const char *className();

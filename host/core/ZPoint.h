@@ -3,9 +3,8 @@
 // A place in space in homogeneous coordinates, in double precision.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-#include "host/core/ZStatus.h"
 
+class ZStatus;
 class ZFloatPoint;
 class ZVector;
 class ZMatrix;
@@ -13,7 +12,6 @@ class ZMatrix;
 /// A place in space in homogeneous coordinates, in double precision.
 class OPENQUIL_API ZPoint {
   public:
-    OPENQUIL_COUNTED(ZPoint);
     /// The x coordinate.
     double x;
     /// The y coordinate.

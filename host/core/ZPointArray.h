@@ -2,13 +2,13 @@
 
 // An array of double-precision points.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"
 #include "host/core/ZPoint.h"
+
+extern template class ZArrayOf<ZPoint>;
 
 /// A growable array of double-precision points.
 class OPENQUIL_API ZPointArray : public ZArrayOf<ZPoint> {
   public:
-    OPENQUIL_COUNTED(ZPointArray);
     using ZArrayOf<ZPoint>::ZArrayOf;
 };

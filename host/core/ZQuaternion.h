@@ -3,15 +3,14 @@
 // A rotation as a unit quaternion.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZMatrix.h"
-#include "host/core/ZStatus.h"
 #include "host/core/ZVector.h"
+
+class ZStatus;
 
 /// A rotation as a quaternion of length one.
 class OPENQUIL_API ZQuaternion {
   public:
-    OPENQUIL_COUNTED(ZQuaternion);
     /// The x component of the vector part.
     double x;
     /// The y component of the vector part.

@@ -2,7 +2,6 @@
 
 // An ordered list of nodes and plugs, each at most once.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZPlug.h"
@@ -10,14 +9,14 @@
 #include "host/core/ZString.h"
 #include "host/core/ZStringArray.h"
 
-#include <vector>
-
 /// An ordered list of nodes and plugs, each at most once.
 class OPENQUIL_API ZSelectionList {
   public:
-    OPENQUIL_COUNTED(ZSelectionList);
     /// Makes an empty list.
-    ZSelectionList() = default;
+    ZSelectionList() noexcept;
+    ZSelectionList(const ZSelectionList &other);
+    ~ZSelectionList();
+    ZSelectionList &operator=(const ZSelectionList &other);
 
     /// The number of entries.
     unsigned length() const;
@@ -65,9 +64,6 @@ class OPENQUIL_API ZSelectionList {
     static const char *className();
 
   private:
-    struct Entry {
-        ZObject node;
-        ZPlug plug;
-    };
-    std::vector<Entry> entries_;
+    struct Entries;
+    Entries *entries_;
 };

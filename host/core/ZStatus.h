@@ -3,17 +3,12 @@
 // The outcome of a host operation.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-
-#include <memory>
-#include <string>
 
 class ZString;
 
 /// The outcome of a host operation: a code and, on failure, a text that says what was wrong.
 class OPENQUIL_API ZStatus {
   public:
-    OPENQUIL_COUNTED(ZStatus);
     /// What kind of outcome it is.
     enum ZStatusCode {
         kSuccess = 0,
@@ -28,36 +23,36 @@ class OPENQUIL_API ZStatus {
     };
 
     /// Makes a status that reports success.
-    ZStatus() noexcept : code_(kSuccess) {}
+    ZStatus() noexcept;
     /// Makes a status with the code's general text.
-    ZStatus(ZStatusCode code) noexcept : code_(code) {}
+    ZStatus(ZStatusCode code) noexcept;
     /// Makes a status with a text of its own, in UTF-8; success keeps no text.
     ZStatus(ZStatusCode code, const char *text);
-    /// Makes a status with a text of its own, in UTF-8; success keeps no text.
-    ZStatus(ZStatusCode code, const std::string &text) : ZStatus(code, text.c_str()) {}
+    ZStatus(const ZStatus &other) noexcept;
+    ~ZStatus();
+    ZStatus &operator=(const ZStatus &other) noexcept;
 
     /// Returns true on failure.
-    bool error() const { return code_ != kSuccess; }
+    bool error() const;
     /// True on success.
-    explicit operator bool() const { return code_ == kSuccess; }
+    explicit operator bool() const;
     /// Returns the code.
-    ZStatusCode statusCode() const { return code_; }
+    ZStatusCode statusCode() const;
     /// Returns the code's name in parentheses and the text, as "(kFailure): the text".
     ZString errorString() const;
     /// Writes the heading, a colon and errorString() to the standard error output.
     void perror(const char *heading) const;
     /// Returns to success.
-    void clear() {
-        code_ = kSuccess;
-        text_.reset();
-    }
+    void clear();
 
     /// Returns true when the codes are the same; the texts do not count.
-    bool operator==(const ZStatus &other) const { return code_ == other.code_; }
+    bool operator==(const ZStatus &other) const;
     /// Returns true when the code is the given one.
-    bool operator==(ZStatusCode code) const { return code_ == code; }
+    bool operator==(ZStatusCode code) const;
 
   private:
+    struct Text;
+
     ZStatusCode code_;
-    std::shared_ptr<const std::string> text_;
+    Text *text_; // shared by copies; null for the code's general text
 };

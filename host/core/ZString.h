@@ -2,37 +2,37 @@
 
 // The core library's text: the base library's, with the operations that scripts and plug-ins use.
 
-#include "host/base/TobjectCount.h"
 #include "host/base/Tstring.h"
-#include "host/core/ZStatus.h"
 
+class ZStatus;
 class ZStringArray;
 
 /// A text of Unicode characters.
 class OPENQUIL_API ZString : public Tstring {
   public:
-    OPENQUIL_COUNTED(ZString);
     /// Makes an empty text.
-    ZString() noexcept = default;
+    ZString() noexcept;
     /// Makes a text from UTF-8; null gives an empty text.
-    ZString(const char *utf8) : Tstring(utf8) {}
+    ZString(const char *utf8);
     /// Makes a text from the given number of UTF-8 bytes.
-    ZString(const char *utf8, unsigned byteCount) { setUTF8(utf8, byteCount); }
+    ZString(const char *utf8, unsigned byteCount);
     /// Makes a text from null-terminated wide characters; null gives an empty text.
-    ZString(const wchar_t *chars) : Tstring(chars) {}
+    ZString(const wchar_t *chars);
     /// Makes a text of the given number of wide characters.
-    ZString(const wchar_t *chars, unsigned count) : Tstring(chars, count) {}
+    ZString(const wchar_t *chars, unsigned count);
     /// Makes a copy of the text.
-    ZString(const Tstring &other) : Tstring(other) {}
+    ZString(const Tstring &other);
 
     /// Returns the number of characters.
-    unsigned length() const { return numChars(); }
+    unsigned length() const;
     /// Returns the number of bytes of the text's UTF-8 form.
     unsigned numBytes() const;
     /// Returns the characters, null-terminated; valid until the text changes.
-    const wchar_t *asWChar() const { return asW(); }
+    const wchar_t *asWChar() const;
+    /// Returns the text as null-terminated UTF-8; valid until the text changes.
+    const char *asChar() const;
     /// Empties the text.
-    void clear() { Tstring::set(nullptr, 0); }
+    void clear();
 
     using Tstring::set;
     /// Replaces the text by the number, written in the shortest form that reads back the same.
@@ -89,6 +89,4 @@ class OPENQUIL_API ZString : public Tstring {
 };
 
 /// Returns the UTF-8 text followed by the other.
-inline ZString operator+(const char *utf8, const ZString &other) {
-    return ZString(utf8) + other;
-}
+OPENQUIL_API ZString operator+(const char *utf8, const ZString &other);

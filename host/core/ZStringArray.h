@@ -2,23 +2,21 @@
 
 // The core library's array of texts: the base library's, element for element.
 
-#include "host/base/TobjectCount.h"
 #include "host/base/TstringArray.h"
 #include "host/core/ZString.h"
 
 /// A growable array of texts.
 class OPENQUIL_API ZStringArray : public TstringArray {
   public:
-    OPENQUIL_COUNTED(ZStringArray);
     /// Makes an empty array.
-    ZStringArray() = default;
+    ZStringArray() noexcept;
     /// Makes an array of the given number of copies of the text; it stays empty when memory is
     /// short.
     explicit ZStringArray(unsigned count, const ZString &value = ZString(),
                           ZStatus *ReturnStatus = nullptr);
 
     /// Returns the number of texts.
-    unsigned length() const { return logicalSize(); }
+    unsigned length() const;
     /// Sets the number of texts; new ones are empty. Fails with kInsufficientMemory.
     ZStatus setLength(unsigned count);
     /// Adds a text at the end.
@@ -37,13 +35,8 @@ class OPENQUIL_API ZStringArray : public TstringArray {
     /// Returns the texts, joined with the separator between them.
     ZString join(const ZString &separator) const;
 
-    // A ZString is a Tstring and nothing more, so an element can be given out as one.
     /// Returns the text at the index, which must be below length().
-    ZString &operator[](unsigned index) { return static_cast<ZString &>(elements_[index]); }
+    ZString &operator[](unsigned index);
     /// Returns the text at the index, which must be below length().
-    const ZString &operator[](unsigned index) const {
-        return static_cast<const ZString &>(elements_[index]);
-    }
+    const ZString &operator[](unsigned index) const;
 };
-
-static_assert(sizeof(ZString) == sizeof(Tstring));

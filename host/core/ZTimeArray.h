@@ -2,13 +2,13 @@
 
 // An array of times.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZArray.h"
 #include "host/core/ZTime.h"
+
+extern template class ZArrayOf<ZTime>;
 
 /// A growable array of times.
 class OPENQUIL_API ZTimeArray : public ZArrayOf<ZTime> {
   public:
-    OPENQUIL_COUNTED(ZTimeArray);
     using ZArrayOf<ZTime>::ZArrayOf;
 };

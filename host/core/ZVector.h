@@ -3,11 +3,8 @@
 // A direction or displacement in space, in double precision.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-#include "host/core/ZStatus.h"
 
-#include <cmath>
-
+class ZStatus;
 class ZFloatVector;
 class ZPoint;
 class ZMatrix;
@@ -16,7 +13,6 @@ class ZQuaternion;
 /// A direction or displacement in space, in double precision.
 class OPENQUIL_API ZVector {
   public:
-    OPENQUIL_COUNTED(ZVector);
     /// The x coordinate.
     double x;
     /// The y coordinate.
@@ -71,7 +67,7 @@ class OPENQUIL_API ZVector {
     bool operator==(const ZVector &v) const { return x == v.x && y == v.y && z == v.z; }
 
     /// Returns the length.
-    double length() const { return std::sqrt(*this * *this); }
+    double length() const { return __builtin_sqrt(*this * *this); }
     /// Returns the vector of length one in the same direction, or the zero vector for the zero
     /// vector.
     ZVector normal() const;

@@ -3,7 +3,6 @@
 // The render settings that every renderer shares, as one plain record.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
@@ -14,7 +13,6 @@
 /// ZRenderUtil.getCommonRenderSettings fills one with the settings of the current render.
 class OPENQUIL_API ZCommonRenderSettingsData {
   public:
-    OPENQUIL_COUNTED(ZCommonRenderSettingsData);
     /// How much of the path getImageName returns.
     enum ZpathType : int {
         /// The file name and its sub-folders below the images folder.

@@ -3,7 +3,6 @@
 // The Direct3D 9 counterpart of the hardware renderer's swatch functions.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZColor.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZStatus.h"
@@ -14,7 +13,6 @@ class IDirect3DDevice9;
 /// there is no device and every operation fails with kNotImplemented.
 class OPENQUIL_API ZD3D9Renderer {
   public:
-    OPENQUIL_COUNTED(ZD3D9Renderer);
     /// The one renderer of the process.
     static ZD3D9Renderer *theRenderer();
 

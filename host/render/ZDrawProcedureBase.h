@@ -3,7 +3,6 @@
 // Code of plug-ins that draws while the host's hardware renderer draws.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZString.h"
 
 /// The base of draw procedures: native code derives from it, and the hardware renderer executes
@@ -11,7 +10,6 @@
 /// them on and off, and move them between lists.
 class OPENQUIL_API ZDrawProcedureBase {
   public:
-    OPENQUIL_COUNTED(ZDrawProcedureBase);
     /// Makes an enabled procedure without a name.
     ZDrawProcedureBase();
     /// Takes the procedure out of every list of the hardware renderer.

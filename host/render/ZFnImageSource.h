@@ -2,7 +2,6 @@
 
 // The function set of image sources: the files that renders write.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZFnDependencyNode.h"
 #include "host/render/ZCommonRenderSettings.h"
 
@@ -11,7 +10,6 @@
 /// function set is attached to nothing.
 class OPENQUIL_API ZFnImageSource : public ZFnDependencyNode {
   public:
-    OPENQUIL_COUNTED(ZFnImageSource);
     /// Makes a function set that is attached to nothing.
     ZFnImageSource();
     /// Makes a function set for an image source. Fails with kInvalidParameter when the node is null

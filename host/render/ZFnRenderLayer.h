@@ -2,7 +2,6 @@
 
 // The function set of render layers: what a picture of the scene is made of.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZFnDependencyNode.h"
 #include "host/core/ZObjectArray.h"
@@ -14,7 +13,6 @@
 /// set is attached to nothing.
 class OPENQUIL_API ZFnRenderLayer : public ZFnDependencyNode {
   public:
-    OPENQUIL_COUNTED(ZFnRenderLayer);
     /// Makes a function set that is attached to nothing.
     ZFnRenderLayer();
     /// Makes a function set for a layer. Fails with kInvalidParameter when the node is null or no

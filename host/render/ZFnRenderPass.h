@@ -2,7 +2,6 @@
 
 // The function set of render passes: pictures of a layer that show one thing each.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZFnDependencyNode.h"
 #include "host/render/ZPxRenderPassImpl.h"
 
@@ -11,7 +10,6 @@
 /// nothing.
 class OPENQUIL_API ZFnRenderPass : public ZFnDependencyNode {
   public:
-    OPENQUIL_COUNTED(ZFnRenderPass);
     /// Makes a function set that is attached to nothing.
     ZFnRenderPass();
     /// Makes a function set for a pass. Fails with kInvalidParameter when the node is null or no

@@ -4,7 +4,6 @@
 // fixed set of extensions.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/render/gl_parameters.h"
 
 #include <cstddef>
@@ -41,7 +40,6 @@ enum ZGLExtension : int {
 /// copied. What the driver lacks does nothing but record GL_INVALID_OPERATION for glGetError.
 class OPENQUIL_API ZGLFunctionTable {
   public:
-    OPENQUIL_COUNTED(ZGLFunctionTable);
     /// Releases of OpenGL.
     enum ZGLVersion : int {
         kZGL_Version11 = 0,

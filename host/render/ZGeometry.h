@@ -3,23 +3,15 @@
 // The geometry of one object: its streams and its index arrays.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZString.h"
 #include "host/render/ZGeometryData.h"
 #include "host/render/ZGeometryPrimitive.h"
-
-#include <memory>
-
-namespace devhost {
-struct GeometryStreams;
-}
 
 /// The geometry of one object: streams with a value for each vertex, and index arrays that make
 /// primitives of the vertices. The object is a handle: copies share the geometry. A stream that
 /// the geometry does not have comes back without elements, its dataType kInvalidDataType.
 class OPENQUIL_API ZGeometry {
   public:
-    OPENQUIL_COUNTED(ZGeometry);
     /// Makes another handle to the other's geometry.
     ZGeometry(ZGeometry const &other);
     /// Drops the handle; the geometry goes with its last one.
@@ -36,8 +28,8 @@ class OPENQUIL_API ZGeometry {
     ZGeometryData componentId();
     /// The texture coordinates of the named set; an empty name is the first set.
     ZGeometryData texCoord(ZString const &name);
-    /// The colours of the named set; an empty name is the first set. Meshes of the development host
-    /// have none.
+    /// The colours of the named set, linear red, green, blue and alpha; an empty name is the first
+    /// set.
     ZGeometryData color(ZString const &name);
     /// The tangents that belong to the named set of texture coordinates.
     ZGeometryData tangent(ZString const &name);
@@ -50,9 +42,10 @@ class OPENQUIL_API ZGeometry {
     /// The index array of the number, counted from 0; one without indices when there is none.
     ZGeometryPrimitive primitiveArray(unsigned int arrayNumber) const;
 
+    struct Streams; // the host's own
     /// A handle to geometry of the host's.
-    explicit ZGeometry(std::shared_ptr<devhost::GeometryStreams const> streams);
+    explicit ZGeometry(Streams const &streams);
 
   private:
-    std::shared_ptr<devhost::GeometryStreams const> streams_; // never null
+    Streams *streams_; // never null, shared by copies
 };

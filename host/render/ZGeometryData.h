@@ -3,19 +3,11 @@
 // One stream of vertex values or indices.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-
-#include <memory>
-
-namespace devhost {
-struct GeometryStream;
-}
 
 /// One stream of vertex values, or of numbers that describe the geometry: so many elements of one
 /// to four values each, side by side in memory. The object is a handle: copies share the stream.
 class OPENQUIL_API ZGeometryData {
   public:
-    OPENQUIL_COUNTED(ZGeometryData);
     /// How many values make one element.
     enum ElementSize : int {
         /// There are no elements.
@@ -93,6 +85,8 @@ class OPENQUIL_API ZGeometryData {
     ZGeometryData(ZGeometryData const &other);
     /// Drops the handle; the stream goes with its last one.
     ~ZGeometryData();
+    /// Becomes a handle to the other's stream and returns this one.
+    ZGeometryData &operator=(ZGeometryData const &other);
 
     /// The stream's name: "position", "normal", "componentId", "faceOffsets", or that of the set
     /// of texture coordinates. Empty when the geometry has no such stream.
@@ -122,9 +116,10 @@ class OPENQUIL_API ZGeometryData {
     /// True when the elements go with the stream.
     bool objectOwnsData() const;
 
+    struct Stream; // the host's own
     /// A handle to a stream of the host's.
-    explicit ZGeometryData(std::shared_ptr<devhost::GeometryStream> stream);
+    explicit ZGeometryData(Stream const &stream);
 
   private:
-    std::shared_ptr<devhost::GeometryStream> stream_; // never null
+    Stream *stream_; // never null, shared by copies
 };

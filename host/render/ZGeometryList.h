@@ -3,26 +3,18 @@
 // The objects that a hardware renderer is to draw, one after the other.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZMatrix.h"
 #include "host/render/ZGeometry.h"
 
-#include <memory>
-
 class ZObject;
 class ZRenderingInfo;
-
-namespace devhost {
-class GeometryElements;
-}
 
 /// The objects that a hardware renderer is to draw, one after the other, beginning with the first.
 /// Behind the last one the list is done: the geometry is then empty, the matrices of the object and
 /// the path say nothing. References to geometry and matrices are valid while the list lives.
 class OPENQUIL_API ZGeometryList {
   public:
-    OPENQUIL_COUNTED(ZGeometryList);
     /// What is set up for each object, as bits.
     enum SetupFlags : int {
         /// Nothing.
@@ -92,5 +84,6 @@ class OPENQUIL_API ZGeometryList {
     ZGeometryList();
 
   private:
-    std::unique_ptr<devhost::GeometryElements> elements_;
+    struct Elements;
+    Elements *elements_;
 };

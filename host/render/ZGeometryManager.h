@@ -3,7 +3,6 @@
 // Where geometry comes from.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZStatus.h"
 #include "host/render/ZGeometry.h"
@@ -15,7 +14,6 @@ class ZObject;
 /// Makes the geometry of scene objects, and keeps the shapes that previews are drawn with.
 class OPENQUIL_API ZGeometryManager {
   public:
-    OPENQUIL_COUNTED(ZGeometryManager);
     /// The shapes that the host has ready, each around the origin.
     enum GeometricShape : int {
         /// A sphere of radius 1.

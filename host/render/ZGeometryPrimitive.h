@@ -3,14 +3,12 @@
 // One array of vertex indices.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/render/ZGeometryData.h"
 
 /// One array of vertex indices, and how they are drawn. The object is a handle: copies share the
 /// array.
 class OPENQUIL_API ZGeometryPrimitive {
   public:
-    OPENQUIL_COUNTED(ZGeometryPrimitive);
     /// What the indices make up. The development host's meshes are triangles.
     enum DrawPrimitiveType : int {
         /// There are no indices.
@@ -43,6 +41,8 @@ class OPENQUIL_API ZGeometryPrimitive {
     ZGeometryPrimitive(ZGeometryPrimitive const &other);
     /// Drops the handle; the array goes with its last one.
     ~ZGeometryPrimitive();
+    /// Becomes a handle to the other's array and returns this one.
+    ZGeometryPrimitive &operator=(ZGeometryPrimitive const &other);
 
     /// A number that no other stream or array of the process has; 0 when there is no array.
     int uniqueID() const;
@@ -58,9 +58,9 @@ class OPENQUIL_API ZGeometryPrimitive {
     void *data() const;
 
     /// A handle to an array of the host's.
-    ZGeometryPrimitive(std::shared_ptr<devhost::GeometryStream> indices, DrawPrimitiveType type);
+    ZGeometryPrimitive(ZGeometryData::Stream const &indices, DrawPrimitiveType type);
 
   private:
-    std::shared_ptr<devhost::GeometryStream> indices_; // never null
+    ZGeometryData::Stream *indices_; // never null, shared by copies
     DrawPrimitiveType type_;
 };

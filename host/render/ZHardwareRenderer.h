@@ -3,7 +3,6 @@
 // The host's hardware renderer.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZColor.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
@@ -22,7 +21,6 @@ class ZStringArray;
 /// back end in use. With any other name they fail.
 class OPENQUIL_API ZHardwareRenderer {
   public:
-    OPENQUIL_COUNTED(ZHardwareRenderer);
     /// What operations on the lists of draw procedures return.
     enum DrawProcedureReturnCode : int {
         kSuccess = 0,         ///< It was done.
@@ -143,6 +141,6 @@ class OPENQUIL_API ZHardwareRenderer {
     ZGLFunctionTable *glFunctionTable() const;
 
   private:
-    ZHardwareRenderer() = default;
-    ~ZHardwareRenderer() = default;
+    ZHardwareRenderer();
+    ~ZHardwareRenderer();
 };

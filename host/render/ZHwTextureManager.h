@@ -2,7 +2,6 @@
 
 // Texture files for drawing with OpenGL.
 
-#include "host/base/TobjectCount.h"
 #include "host/core/ZImageFileInfo.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZPlug.h"
@@ -16,7 +15,6 @@ using ZHwTextureFileHandle = int;
 /// files and nodes are bound to the current texture unit.
 class OPENQUIL_API ZHwTextureManager {
   public:
-    OPENQUIL_COUNTED(ZHwTextureManager);
     /// Returns "ZHwTextureManager".
     static const char *className();
 

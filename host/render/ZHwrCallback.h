@@ -3,14 +3,12 @@
 // Notifications about the device that the hardware renderer draws with.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 
 /// The base of device callbacks: native code derives from it and registers an instance to learn
 /// when what it keeps on the device has to be made, dropped and made again. An instance of the base
 /// class does nothing when it is told.
 class OPENQUIL_API ZHwrCallback {
   public:
-    OPENQUIL_COUNTED(ZHwrCallback);
     /// Makes a callback that is not registered yet.
     ZHwrCallback();
     /// Unregisters the callback.

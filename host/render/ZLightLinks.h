@@ -2,13 +2,14 @@
 
 // Which lights light which objects.
 
-#include "host/base/TobjectCount.h"
-#include "host/core/ZDagPath.h"
-#include "host/core/ZDagPathArray.h"
-#include "host/core/ZSelectionList.h"
+#include "host/core/ZObject.h"
 
 #include <iosfwd>
-#include <vector>
+
+class ZDagPath;
+class ZDagPathArray;
+class ZSelectionList;
+class ZStatus;
 
 /// Which lights illuminate which objects, and which objects cast shadows in which light. parseLinks
 /// takes a snapshot of the scene, the other operations answer from it and fail with kFailure before
@@ -16,11 +17,12 @@
 /// are meshes; asked about a group, an operation answers for the meshes below it.
 class OPENQUIL_API ZLightLinks {
   public:
-    OPENQUIL_COUNTED(ZLightLinks);
     /// Makes an object that knows no links yet.
     ZLightLinks();
     /// Destroys the snapshot; the scene's links stay.
     ~ZLightLinks();
+    ZLightLinks(ZLightLinks const &) = delete;
+    ZLightLinks &operator=(ZLightLinks const &) = delete;
 
     /// Reads the links of the current render layer's objects and lights. `object` restricts that to
     /// one object or light with what is below it; a render layer stands for its own objects and
@@ -54,16 +56,6 @@ class OPENQUIL_API ZLightLinks {
     ZStatus getShadowIgnoredObjects(ZDagPath const &light, ZSelectionList &objects);
 
   private:
-    /// One light and one object.
-    struct Link {
-        ZObject light, object;
-        bool illuminates, castsShadows;
-    };
-    ZStatus lightsOf(ZDagPath const &path, bool Link::*relation, bool wanted,
-                     ZDagPathArray &lights) const;
-    ZStatus objectsOf(ZDagPath const &light, bool Link::*relation, bool wanted,
-                      ZSelectionList &objects) const;
-
-    std::vector<Link> links_;
-    bool parsed_ = false;
+    struct Links;
+    Links *links_; // null until they are read
 };

@@ -3,14 +3,12 @@
 // What a render pass computes.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZString.h"
 
 /// What a render pass computes and in which form. The host owns its implementations; a pass names
 /// the one that it uses.
 class OPENQUIL_API ZPxRenderPassImpl {
   public:
-    OPENQUIL_COUNTED(ZPxRenderPassImpl);
     /// The number formats of frame buffers, which can be combined to a set.
     enum PassTypeBit : int {
         /// Integers of 8 bits, 0 to 255 for the values 0 to 1.

@@ -3,7 +3,6 @@
 // Code that the host's software renderer calls while it renders.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/render/ZRenderData.h"
 #include "host/render/ZRenderShadowData.h"
 
@@ -12,7 +11,6 @@
 /// frame, on the thread that renders. A callback that fails is reported; the render goes on.
 class OPENQUIL_API ZRenderCallback {
   public:
-    OPENQUIL_COUNTED(ZRenderCallback);
     /// Makes a callback that is not registered yet.
     ZRenderCallback();
     /// Unregisters the callback.

@@ -3,7 +3,6 @@
 // What a render callback is told about a rendered image.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZFloatMatrix.h"
 #include "host/core/ZFloatPoint.h"
 #include "host/core/ZFloatVector.h"
@@ -15,7 +14,6 @@
 /// only.
 class OPENQUIL_API ZRenderData {
   public:
-    OPENQUIL_COUNTED(ZRenderData);
     /// Makes a record of zeros, null buffers and an identity matrix.
     ZRenderData();
 

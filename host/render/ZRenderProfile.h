@@ -3,16 +3,13 @@
 // The renderers that a shading node supports.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
-#include "host/core/ZString.h"
 
-#include <vector>
+class ZString;
 
 /// The renderers that a shading node supports: the host's standard ones, and others by name and
 /// version.
 class OPENQUIL_API ZRenderProfile {
   public:
-    OPENQUIL_COUNTED(ZRenderProfile);
     /// The host's own renderers.
     enum ZStandardRenderer : int {
         /// The software renderer.
@@ -27,6 +24,8 @@ class OPENQUIL_API ZRenderProfile {
     ZRenderProfile();
     /// Destroys the profile.
     ~ZRenderProfile();
+    ZRenderProfile(ZRenderProfile const &) = delete;
+    ZRenderProfile &operator=(ZRenderProfile const &) = delete;
 
     /// Returns the number of different renderers in the profile.
     unsigned int numberOfRenderers() const;
@@ -40,14 +39,6 @@ class OPENQUIL_API ZRenderProfile {
     bool hasRenderer(ZString const &name, float version) const;
 
   private:
-    /// A standard renderer has no name.
-    struct Entry {
-        int standard;
-        ZString name;
-        float version;
-        bool operator==(const Entry &other) const;
-    };
-    bool has(const Entry &entry) const;
-
-    std::vector<Entry> entries_;
+    struct Entries;
+    Entries *entries_;
 };

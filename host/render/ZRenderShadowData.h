@@ -3,7 +3,6 @@
 // What a render callback is told about the shadow maps of a light.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZFloatMatrix.h"
 #include "host/core/ZFloatPoint.h"
 
@@ -13,7 +12,6 @@
 /// change the picture. The record and its maps are valid during the callback only.
 class OPENQUIL_API ZRenderShadowData {
   public:
-    OPENQUIL_COUNTED(ZRenderShadowData);
     /// The kind of a light.
     enum LightType : int {
         /// Not a light that casts shadows.

@@ -3,19 +3,13 @@
 // The image that a viewport renderer draws into.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZStatus.h"
-
-namespace devhost {
-struct ViewportRequest;
-}
 
 /// The image that a viewport renderer draws into. It belongs to the host and exists during the
 /// drawing only.
 class OPENQUIL_API ZRenderTarget {
   public:
-    OPENQUIL_COUNTED(ZRenderTarget);
     ZRenderTarget(const ZRenderTarget &) = delete;
     /// The width in pixels.
     unsigned int width() const;
@@ -32,9 +26,10 @@ class OPENQUIL_API ZRenderTarget {
     ZStatus writeColorBuffer(ZImage const &image, short x = 0, short y = 0,
                              bool writeDepth = false) const;
 
-  private:
-    friend struct devhost::ViewportRequest;
-    explicit ZRenderTarget(devhost::ViewportRequest &request) : request_(request) {}
+    struct Request; // the host's own
+    /// The target of a drawing of the host's.
+    explicit ZRenderTarget(Request &request);
 
-    devhost::ViewportRequest &request_;
+  private:
+    Request &request_;
 };

@@ -7,7 +7,6 @@
 // render data; they are accepted for the sake of the interface and never read.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
@@ -28,7 +27,6 @@ class ZVectorArray;
 /// textures, light queries, the state of the current render, and noise.
 class OPENQUIL_API ZRenderUtil {
   public:
-    OPENQUIL_COUNTED(ZRenderUtil);
     /// What kind of render is going on.
     enum QuilRenderState {
         kNotRendering = 0,
@@ -48,9 +46,13 @@ class OPENQUIL_API ZRenderUtil {
     };
 
     /// Makes an object without state; every operation of the class is static.
-    ZRenderUtil() = default;
+    ZRenderUtil();
 
-    /// What kind of render is going on: kNotRendering when none is.
+    /// What kind of render is going on. In the development host that is kBatchRender while quilhost
+    /// renders a frame (also in the script's render(frame) and in callbacks) or the script has a
+    /// picture open in the render view; kHardwareRender while a frame is drawn with the procedures
+    /// of the hardware renderer; kInteractiveRender while a viewport is drawn, or a picture is open
+    /// outside of quilhost; kNotRendering otherwise. kIprRender never occurs there.
     static QuilRenderState quilRenderState();
 
     /// Shoots one ray from `rayOrigin` along `rayDirection` (any length but zero) and shades what

@@ -3,7 +3,6 @@
 // The host's render view: collects the picture that a renderer sends in blocks of pixels.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
@@ -12,7 +11,6 @@
 /// sRGB codes, 0 to 1; those of pictures that are sent with the high-dynamic-range flag are linear
 /// light without bounds.
 struct OPENQUIL_API RV_PIXEL {
-    OPENQUIL_COUNTED(RV_PIXEL);
     /// Red.
     float r = 0.0f;
     /// Green.
@@ -25,7 +23,6 @@ struct OPENQUIL_API RV_PIXEL {
 
 /// One extra layer (such as depth or normals) that a block of pixels carries beside its colours.
 struct OPENQUIL_API RV_AOV {
-    OPENQUIL_COUNTED(RV_AOV);
     /// The number of values per pixel.
     unsigned int numberOfChannels = 0;
     /// The layer's name.
@@ -41,7 +38,6 @@ struct OPENQUIL_API RV_AOV {
 /// borders belong to it. Calls that come in the wrong order fail with kFailure.
 class OPENQUIL_API ZRenderView {
   public:
-    OPENQUIL_COUNTED(ZRenderView);
     /// Makes an object of no state: all operations are static.
     ZRenderView();
     /// Destroys it; the picture in the view stays.

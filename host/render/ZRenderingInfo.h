@@ -3,7 +3,6 @@
 // What a viewport renderer is asked to draw.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZMatrix.h"
 #include "host/render/ZRenderTarget.h"
@@ -13,7 +12,6 @@
 /// during the drawing only.
 class OPENQUIL_API ZRenderingInfo {
   public:
-    OPENQUIL_COUNTED(ZRenderingInfo);
     ZRenderingInfo(const ZRenderingInfo &) = delete;
     /// The left border of the image in its target, in pixels.
     int originX() const;
@@ -37,9 +35,9 @@ class OPENQUIL_API ZRenderingInfo {
     /// divided by w, is -1 to 1.
     ZMatrix const &projectionMatrix() const;
 
-  private:
-    friend struct devhost::ViewportRequest;
-    explicit ZRenderingInfo(const devhost::ViewportRequest &request) : request_(request) {}
+    /// What to draw for a drawing of the host's.
+    explicit ZRenderingInfo(ZRenderTarget::Request const &request);
 
-    const devhost::ViewportRequest &request_;
+  private:
+    ZRenderTarget::Request const &request_;
 };

@@ -3,7 +3,6 @@
 // One swatch in the making.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZObject.h"
 
@@ -11,7 +10,6 @@
 /// generators derive from it; the host calls doIteration() until the picture is finished.
 class OPENQUIL_API ZSwatchRenderBase {
   public:
-    OPENQUIL_COUNTED(ZSwatchRenderBase);
     /// Begins the swatch of a node with a clear picture that is `resolution` pixels wide and high,
     /// or without a picture when the resolution is none. The swatch node is what the picture is
     /// drawn for, the node what it shows; mostly they are the same.
@@ -31,14 +29,14 @@ class OPENQUIL_API ZSwatchRenderBase {
     virtual void cancelParallelRendering();
 
     /// Returns the node that the picture is drawn for.
-    ZObject swatchNode() const { return swatchNode_; }
+    ZObject swatchNode() const;
     /// Returns the node that the picture shows.
-    ZObject node() const { return node_; }
+    ZObject node() const;
     /// Returns the width and height asked for, in pixels.
-    int resolution() const { return resolution_; }
+    int resolution() const;
     /// Returns the picture, which belongs to the swatch: it must not be used when the swatch is
     /// gone.
-    ZImage &image() { return image_; }
+    ZImage &image();
 
     /// Sets how good the picture is to be. 0 is a draft, 1 the default; what higher values improve
     /// is up to the generator. Set it before the first step.

@@ -3,7 +3,6 @@
 // The host's swatch generators by name.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
@@ -18,7 +17,6 @@ using ZSwatchRenderCreatorFnPtr = ZSwatchRenderBase *(*)(ZObject, ZObject, int);
 /// Python callable can be one.
 class OPENQUIL_API ZSwatchRenderRegister {
   public:
-    OPENQUIL_COUNTED(ZSwatchRenderRegister);
     /// Makes a generator known under a name. The creator is a typed pointer that native code handed
     /// out; a null one keeps the name for a generator without swatches. Fails with
     /// kInvalidParameter when the name is empty or taken.

@@ -3,11 +3,8 @@
 // An input of a hardware shader that has one value while an object is drawn.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZPlug.h"
 #include "host/core/ZString.h"
-
-#include <memory>
 
 class ZGeometryList;
 
@@ -24,7 +21,6 @@ class ZDrawContext;
 /// any other from what was set last, at first zeros and empty texts.
 class OPENQUIL_API ZUniformParameter {
   public:
-    OPENQUIL_COUNTED(ZUniformParameter);
     /// What the parameter holds.
     enum DataType : int {
         /// Nothing.
@@ -253,5 +249,5 @@ class OPENQUIL_API ZUniformParameter {
 
   private:
     struct Data;
-    std::unique_ptr<Data> data_; // never null
+    Data *data_; // never null
 };

@@ -3,16 +3,12 @@
 // The uniform parameters of a shader.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/render/ZUniformParameter.h"
-
-#include <vector>
 
 /// The uniform parameters of a shader, in order. The list holds copies: what is appended, set or
 /// read is independent of it.
 class OPENQUIL_API ZUniformParameterList {
   public:
-    OPENQUIL_COUNTED(ZUniformParameterList);
     /// Makes an empty list.
     ZUniformParameterList();
     /// Makes a list with copies of the other's elements.
@@ -35,5 +31,6 @@ class OPENQUIL_API ZUniformParameterList {
     void setElement(int index, ZUniformParameter const &element);
 
   private:
-    std::vector<ZUniformParameter> elements_;
+    struct Elements;
+    Elements *elements_;
 };

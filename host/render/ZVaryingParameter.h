@@ -3,11 +3,8 @@
 // An input of a hardware shader that has a value for each vertex.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
-
-#include <memory>
 
 class ZGeometry;
 
@@ -16,7 +13,6 @@ class ZGeometry;
 /// each other.
 class OPENQUIL_API ZVaryingParameter {
   public:
-    OPENQUIL_COUNTED(ZVaryingParameter);
     /// The type of one value.
     enum ZVaryingParameterType : int {
         /// No values.
@@ -132,5 +128,5 @@ class OPENQUIL_API ZVaryingParameter {
 
   private:
     struct Data;
-    std::unique_ptr<Data> data_; // never null
+    Data *data_; // never null
 };

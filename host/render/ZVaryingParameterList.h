@@ -3,16 +3,12 @@
 // The varying parameters of a shader.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/render/ZVaryingParameter.h"
-
-#include <vector>
 
 /// The varying parameters of a shader, in order. The list holds copies: what is appended, set or
 /// read is independent of it.
 class OPENQUIL_API ZVaryingParameterList {
   public:
-    OPENQUIL_COUNTED(ZVaryingParameterList);
     /// Makes an empty list.
     ZVaryingParameterList();
     /// Makes a list with copies of the other's elements.
@@ -35,5 +31,6 @@ class OPENQUIL_API ZVaryingParameterList {
     void setElement(int index, ZVaryingParameter const &element);
 
   private:
-    std::vector<ZVaryingParameter> elements_;
+    struct Elements;
+    Elements *elements_;
 };

@@ -3,7 +3,6 @@
 // The base class of renderers that take over the drawing of viewports.
 
 #include "host/base/HostApi.h"
-#include "host/base/TobjectCount.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
@@ -13,7 +12,6 @@ class ZRenderingInfo;
 /// from it, makes an object and registers it under its name.
 class OPENQUIL_API ZViewportRenderer {
   public:
-    OPENQUIL_COUNTED(ZViewportRenderer);
     /// The interfaces to draw with.
     enum RenderingAPI : int {
         /// OpenGL: the target is current while the renderer draws.

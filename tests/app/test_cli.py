@@ -1,10 +1,13 @@
 """Drives the quilhost program in child processes: what it writes, tells and returns."""
 import ast
+import base64
 import json
+import math
 import os
 import pty
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
@@ -12,6 +15,7 @@ import time
 import unittest
 
 QUILHOST = os.path.abspath(sys.argv.pop(1))
+PYTHON2 = sys.argv.pop(1)
 LIMIT = 60  # seconds for one child
 
 TRIANGLE = "v -1 -1 0\nv 1 -1 0\nv 0 1 0\nvn 0 0 1\nf 1//1 2//1 3//1\n"
@@ -47,6 +51,14 @@ image = OpenQuil.ZImage()
 image.readFromFile(%r)
 width, height, pixels = image.width(), image.height(), map(ord, image.readPixels())
 print (width, height, [pixels[y * width * 4:][:width * 4] for y in range(height)])
+"""
+
+
+SHOW_FLOATS = """
+import OpenQuil, struct
+image = OpenQuil.ZImage()
+image.readFromFile(%r)
+print struct.unpack('4f', image.readPixels())
 """
 
 
@@ -108,7 +120,13 @@ class BadInput(Case):
                 ("--threads", ("tri.obj", "--threads", "0") + png),
                 ("--quiet", ("tri.obj", "--quiet", "--verbose") + png),
                 ("--python", ("--python", "a.py", "--python-expr", "1")),
-                ("'5-1'|backwards", ("tri.obj", "--frames", "5-1") + png),
+                ("'5-1x0'|step", ("tri.obj", "--frames", "5-1x0") + png),
+                ("--region|640 x 480", ("tri.obj", "--region", "0", "640", "0", "9") + png),
+                ("--region", ("tri.obj", "--region", "5", "4", "0", "9") + png),
+                ("--samples", ("tri.obj", "--samples", "0") + png),
+                ("'width=5'|renumberStart", ("tri.obj", "--setting", "width=5") + png),
+                ("'renumberBy=x'|fit", ("tri.obj", "--setting", "renumberBy=x") + png),
+                ("--exr", ("tri.obj", "--exr", "double") + png),
                 ("a.png|####|3 frames", ("tri.obj", "--frames", "1-3") + png),
                 ("a.jpg|.png", ("tri.obj", "--output", "a.jpg")),
         ]:
@@ -214,7 +232,156 @@ def render(frame):
         self.assertEqual(self.files(), ["a.1.png", "a.py", "tri.obj"])
 
 
+class Frames(Case):
+    def test_what_a_script_leaves_to_the_host(self):
+        # Frame 1 is the script's own, 2 is left to the host, and so is 3 without the triangle.
+        self.write("a.py", CALLBACK.format(
+            body="print('callback', frame(), state())") + PICTURE + """
+import OpenQuil
+from OpenQuilRender import ZCommonRenderSettingsData, ZRenderUtil, ZRenderView
+def state():
+    return ZRenderUtil.quilRenderState()
+def frame():
+    settings = ZCommonRenderSettingsData()
+    ZRenderUtil.getCommonRenderSettings(settings)
+    assert settings.currentFrame == OpenQuil.Frames.current()
+    return settings.currentFrame.value()
+meshes, mesh = OpenQuil.ZSelectionList(), OpenQuil.ZObject()
+meshes.addNodesOfType("mesh")
+meshes.getDependNode(0, mesh)
+def render(number):
+    print("render", frame(), state())
+    if number == 1:
+        picture(1.0)
+    OpenQuil.ZPlug(mesh, "visibility").setBool(number != 3)
+print(frame(), state())
+ZRenderView.startRender(1, 1)
+print(state())
+ZRenderView.endRender()
+""")
+        out, err = self.run_host("tri.obj", "--python", "a.py", "--frames", "2,3,1", "--output",
+                                 "a.#.png", "--resolution", "3", "3", "--quiet")
+        self.assertEqual([ast.literal_eval(line) for line in out.splitlines()],
+                         [(2.0, 0), 1, ("render", 2.0, 1), ("callback", 2.0, 1),
+                          ("render", 3.0, 1), ("callback", 3.0, 1), ("render", 1.0, 1)])
+        self.assertEqual(self.png("a.1.png"), (1, 1, [[255, 0, 0, 255]]))
+        self.assertGreater(self.png("a.2.png")[2][1][7], 0)
+        self.assertEqual(self.png("a.3.png"), (3, 3, [[0] * 12] * 3))
+
+    def test_names(self):
+        for name in ("a.%02d.png", "b.$F2.png", "c.##.png"):
+            self.run_host("tri.obj", "--resolution", "2", "2", "--output", name, "--frames", "8-10x2")
+        self.assertEqual(self.files(), ["%s.%s.png" % (a, b) for a in "abc" for b in ("08", "10")] +
+                         ["tri.obj"])
+
+    def test_settings_are_obeyed_or_told(self):
+        out, err = self.run_host(
+            "tri.obj", "--frames", "5-9x2", "--output", "a.#.png", "--resolution", "4", "2",
+            "--setting", "renumberFrames=true", "--setting", "renumberStart=10", "--setting",
+            "renumberBy=-2", "--setting", "pixelAspectRatio=0.5", "--setting", "preKos=cmd")
+        self.assertEqual(self.files(), ["a.10.png", "a.6.png", "a.8.png", "tri.obj"])
+        self.assertIn("quilhost: preKos is not run", err)
+        show = """
+from OpenQuilRender import ZCommonRenderSettingsData, ZRenderUtil
+settings = ZCommonRenderSettingsData()
+ZRenderUtil.getCommonRenderSettings(settings)
+print(settings.renderAll, settings.deviceAspectRatio, settings.preKos.asUnicode())
+"""
+        out, err = self.run_host("--python-expr", show, "--resolution", "4", "2", "--setting",
+                                 "renderAll=0", "--setting", "pixelAspectRatio=0.5", "--setting",
+                                 "preKos=a=b")
+        self.assertEqual(out, "(False, 1.0, u'a=b')\n")
+        self.assertIn("renderAll", err)
+
+    def test_existing_pictures_are_skipped(self):
+        self.write("a.1.png", "what was there")
+        out, err = self.run_host("tri.obj", "--frames", "1-2", "--output", "a.#.png", "--resolution",
+                                 "2", "2", "--skip-existing", "--progress", "json")
+        events = [json.loads(line) for line in err.splitlines()]
+        self.assertEqual([(e["frame"], e["skipped"]) for e in events if e["event"] == "frame"],
+                         [(1, True), (2, False)])
+        with open(os.path.join(self.folder, "a.1.png")) as stream:
+            self.assertEqual(stream.read(), "what was there")
+        self.assertEqual(self.png("a.2.png")[:2], (2, 2))
+
+    def test_other_frames_go_on_after_failures(self):
+        source = PICTURE + """
+import sys
+def render(frame):
+    if frame == 2:
+        r.ZRenderView_startRender(1, 1)
+    elif frame == 3:
+        raise ValueError("frame three")
+    elif frame == 4:
+        sys.exit(7)
+    else:
+        picture(1.0)
+"""
+        for frames, code, pictures in [("1-5", 3, ["a.1.png", "a.5.png"]),
+                                       ("3-5", 1, ["a.5.png"]), ("4-6", 7, ["a.5.png", "a.6.png"])]:
+            with self.subTest(frames=frames):
+                out, err = self.run_host("--python", self.write("a.py", source), "--frames", frames,
+                                         "--output", "a.#.png", "--keep-going", code=code)
+                self.assertEqual(self.files(), pictures + ["a.py", "tri.obj"])
+                self.assertEqual("frame 2: render(2) left its picture" in err, code == 3, err)
+                for name in pictures:
+                    os.remove(os.path.join(self.folder, name))
+
+    def test_callbacks_that_nothing_calls_are_told(self):
+        script = ("--python", self.write("a.py", CALLBACK.format(body="pass")))
+        warning = "quilhost: nothing calls the render callbacks"
+        for told, arguments in [(True, ()), (False, ("--quiet",)), (False, ("--output", "a.png"))]:
+            out, err = self.run_host("tri.obj", "--resolution", "2", "2", *script + arguments)
+            self.assertEqual(warning in err, told, err)
+
+
 class HostRenders(Case):
+    def test_a_region(self):
+        self.write("a.py", CALLBACK.format(
+            body="print([getattr(data, name) for name in ('left', 'right', 'bottom', 'top', "
+                 "'xsize', 'ysize', 'resX', 'resY')])") + """
+from OpenQuil import UnsignedIntBuffer
+cells = [UnsignedIntBuffer(1) for _ in range(4)]
+r.ZRenderView.getRenderRegion(*cells)
+print([int(cell[0]) for cell in cells])
+""")
+        out, err = self.run_host("tri.obj", "--python", "a.py", "--resolution", "9", "9", "--region",
+                                 "3", "4", "2", "6", "--output", "a.png")
+        self.assertEqual(out, "[3, 4, 2, 6]\n[3, 4, 2, 6, 2, 5, 9, 9]\n")
+        self.run_host("tri.obj", "--resolution", "9", "9", "--output", "whole.png")
+        part, whole = self.png("a.png")[2], self.png("whole.png")[2]
+        for y in range(9):
+            for x in range(9):
+                inside = 3 <= x <= 4 and 2 <= 8 - y <= 6
+                self.assertEqual(part[y][4 * x:4 * x + 4],
+                                 whole[y][4 * x:4 * x + 4] if inside else [0] * 4)
+        self.assertEqual(part[4][4 * 4 + 3], 255)
+
+    def test_lux_over_pi_times_exposure(self):
+        # A square of the factor 0.5 squarely under 3 lux.
+        corners = struct.pack("<12f", -9, -9, 0, 9, -9, 0, 9, 9, 0, -9, 9, 0)
+        self.write("lit.gltf", json.dumps({
+            "asset": {"version": "2.0"}, "extensionsUsed": ["KHR_lights_punctual"],
+            "extensions": {"KHR_lights_punctual": {
+                "lights": [{"type": "directional", "intensity": 3}]}},
+            "materials": [{"pbrMetallicRoughness": {
+                "baseColorFactor": [0.5, 0.5, 0.5, 1], "metallicFactor": 0, "roughnessFactor": 1}}],
+            "meshes": [{"primitives": [{"attributes": {"POSITION": 0}, "mode": 6, "material": 0}]}],
+            "cameras": [{"type": "orthographic", "orthographic": {
+                "xmag": 4, "ymag": 4, "znear": 0, "zfar": 9}}],
+            "nodes": [{"mesh": 0}, {"extensions": {"KHR_lights_punctual": {"light": 0}}},
+                      {"camera": 0, "translation": [-6, 6, 1]}],
+            "accessors": [{"bufferView": 0, "componentType": 5126, "count": 4, "type": "VEC3"}],
+            "bufferViews": [{"buffer": 0, "byteLength": 48}],
+            "buffers": [{"byteLength": 48, "uri": "data:application/octet-stream;base64," +
+                         base64.b64encode(corners).decode()}]}))
+        out, err = self.run_host("lit.gltf", "--resolution", "1", "1", "--exposure", "2", "--exr",
+                                 "float", "--output", "a.exr")
+        out, err = self.run_host("--python-expr", SHOW_FLOATS % "a.exr")
+        # Diffuse 0.5 and a glint of 0.04, over pi, doubled twice.
+        for value in ast.literal_eval(out)[:3]:
+            self.assertAlmostEqual(value, 0.54 * 3 / math.pi * 4, 5)
+
     def test_picture(self):
         self.run_host("--resolution", "60", "40", "tri.obj", "--output", "a.png")
         width, height, rows = self.png("a.png")
@@ -233,6 +400,26 @@ class HostRenders(Case):
         for threads in ("1", "7"):
             self.run_host("tri.obj", "--output", threads + ".png", "--threads", threads)
         self.assertEqual(self.png("1.png"), self.png("7.png"))
+
+    @unittest.skipUnless("NO_THREADS" in os.environ, "cannot be preloaded")
+    def test_limits_of_the_system(self):
+        def limited(prefix, *arguments):
+            end = subprocess.run(prefix + [QUILHOST, "--quiet", "--threads", "3"] + list(arguments),
+                                 cwd=self.folder, capture_output=True, text=True, timeout=LIMIT)
+            return end.returncode, end.stdout + end.stderr
+        preload = ["env", "LD_PRELOAD=" + os.environ["NO_THREADS"]]
+        small = ("tri.obj", "--resolution", "200", "30", "--output")
+        self.run_host(*small + ("a.png",))
+        self.assertEqual(limited(preload, *small + ("b.png",)), (
+            0, "quilhost: no more threads can be started: rendering with 1 of 3\n"))
+        self.assertEqual(self.png("a.png"), self.png("b.png"))
+        # Without OpenGL on this machine it says so at once; with it, drawing must not hang.
+        code, told = limited(preload, "--python-expr", "from OpenQuilRender import *\n"
+                             "ZHardwareRenderer.theRenderer().makeResourceContextCurrent('')")
+        self.assertTrue((code, told) == (0, "") or "there is no OpenGL" in told, told)
+        memory = ["sh", "-c", 'ulimit -v 400000; exec "$0" "$@"']
+        self.assertEqual(limited(memory, "tri.obj", "--output", "b.png", "--resolution", "16000",
+                                 "16000"), (3, "quilhost: not enough memory for the image\n"))
 
     def test_frames_and_progress(self):
         out, err = self.run_host("tri.obj", "--frames", "8-10x2", "--output", "<Scene>.###.png",
@@ -290,6 +477,104 @@ class HostRenders(Case):
                 self.assertEqual(self.files(), pictures + ["a.py", "tri.obj"])
                 for name in pictures:
                     os.remove(os.path.join(self.folder, name))
+
+
+# A triangle that moves by 5 in a second, and a texture that is left out.
+MOVING = json.dumps({
+    "asset": {"version": "2.0"},
+    "buffers": [{"byteLength": 104, "uri": "data:application/octet-stream;base64," +
+                 base64.b64encode(struct.pack("<26f", -1, -1, 0, 1, -1, 0, 0, 1, 0,
+                                              *[0, 0, 1] * 3, 0, 1, 0, 0, 0, 5, 0, 0)).decode()}],
+    "bufferViews": [{"buffer": 0, "byteOffset": at, "byteLength": size}
+                    for at, size in ((0, 36), (36, 36), (72, 8), (80, 24))],
+    "accessors": [{"bufferView": view, "componentType": 5126, "count": count, "type": kind}
+                  for view, count, kind in ((0, 3, "VEC3"), (1, 3, "VEC3"), (2, 2, "SCALAR"),
+                                            (3, 2, "VEC3"))],
+    "meshes": [{"primitives": [{"attributes": {"POSITION": 0, "NORMAL": 1}, "material": 0}]}],
+    "materials": [{"name": "paint", "normalTexture": {"index": 0}}],
+    "nodes": [{"mesh": 0, "name": "it"}],
+    "animations": [{"samplers": [{"input": 2, "output": 3}], "channels": [
+        {"sampler": 0, "target": {"node": 0, "path": "translation"}}]}]})
+
+# What a script sees of a frame: where the node is, the time unit, the settings and the geometry.
+SEE = """
+import OpenQuil, OpenQuilRender as r
+def render(frame):
+    path = OpenQuil.ZDagPath()
+    selection = OpenQuil.ZSelectionList()
+    selection.add("it")
+    selection.getDagPath(0, path)
+    settings = r.ZCommonRenderSettingsData()
+    r.ZRenderUtil.getCommonRenderSettings(settings)
+    print(frame, round(path.inclusiveMatrix()(3, 0), 6), OpenQuil.ZTime.uiUnit(),
+          settings.frameStart.asUnits(3))
+"""
+
+
+class Moving(Case):
+    def setUp(self):
+        Case.setUp(self)
+        self.write("moving.gltf", MOVING)
+
+    def test_frames_show_their_time(self):
+        # Frames 0, 6 and 12 of 12 a second: half of the way in half a second.
+        self.run_host("moving.gltf", "--fps", "12", "--frames", "0-12x6", "--output", "a.##.png",
+                      "--resolution", "64", "48", "--quiet")
+        middles = []
+        for frame in (0, 6, 12):
+            rows = self.png("a.%02d.png" % frame)[2]
+            covered = [sum(row[x * 4 + 3] for row in rows) for x in range(64)]
+            middles.append(sum(x * c for x, c in enumerate(covered)) / float(sum(covered)))
+        self.assertGreater(middles[1] - middles[0], 5)
+        self.assertGreater(middles[2] - middles[1], 5)
+
+    def test_scripts_see_the_frame(self):
+        self.write("a.py", SEE)
+        for rate, unit, starts in (("24", 6, 0.5), ("30", 8, 0.4)):
+            out, err = self.run_host("moving.gltf", "--fps", rate, "--frames", "12,24", "--quiet",
+                                     "--python", "a.py")
+            self.assertEqual(out.splitlines(),
+                             [str((frame, min(5 * frame / float(rate), 5), unit, starts))
+                              for frame in (12, 24)])
+
+    def test_what_is_not_honoured_is_told(self):
+        told = ("moving.gltf: material 0 'paint': its normal texture is not supported; it is left "
+                "out")
+        out, err = self.run_host("moving.gltf", "--fps", "7.5", "--python-expr", "0")
+        self.assertEqual(err.splitlines(), [
+            "quilhost: notice: --fps: ZTime has no unit for this frame rate; its frames are those "
+            "of 24 a second", "quilhost: notice: " + told, "quilhost: 2 notices; see above"])
+        out, err = self.run_host("moving.gltf", "--progress", "json", "--python-expr", "0")
+        self.assertEqual([json.loads(line) for line in err.splitlines()], [
+            {"event": "notice", "kind": "normal texture", "file": "moving.gltf",
+             "place": "material 0 'paint'", "found": "its normal texture is not supported",
+             "instead": "it is left out"}, {"event": "notices", "count": 1}])
+        for options, lines in ((("--quiet", "--strict"), 2), (("--quiet",), 0)):
+            out, err = self.run_host("moving.gltf", "--output", "a.png", *options,
+                                     code=3 if lines else 0)
+            self.assertEqual(err.splitlines(), [
+                "quilhost: notice: " + told,
+                "quilhost: with --strict, the notice is an error"][:lines])
+            self.assertEqual("a.png" in self.files(), not lines)
+        # A plain interpreter has standard error.
+        modules = os.path.join(os.path.dirname(os.path.dirname(QUILHOST)), "python")
+        child = subprocess.run([PYTHON2, "-c", "import OpenQuil; OpenQuil.ZFileIO.open('moving.gltf')"],
+                               cwd=self.folder, env=dict(os.environ, PYTHONPATH=modules),
+                               stderr=subprocess.PIPE, text=True, timeout=LIMIT)
+        self.assertEqual((child.returncode, child.stderr), (0, "OpenQuil: " + told + "\n"))
+
+    def test_script_asks_for_a_texture_that_is_not_there(self):
+        self.write("tri.mtl", "newmtl paint\nKd 1 1 1\nmap_Kd here.png\n")
+        self.write("tri.obj", "mtllib tri.mtl\nusemtl paint\n" + TRIANGLE)
+        self.run_host("tri.obj", "--output", "here.png", "--resolution", "4", "4")
+        script = ("import OpenQuil as q; s = q.ZSelectionList(); s.add('here.fileTextureName'); "
+                  "p = q.ZPlug(); s.getPlug(0, p); p.setString('gone.png')")
+        for options, code in ((("--strict",), 3), ((), 0)):
+            out, err = self.run_host("tri.obj", "--python-expr", script, "--output", "a.png",
+                                     *options, code=code)
+            self.assertIn("quilhost: notice: tri.obj: material 'paint', texture 'gone.png': the image "
+                          "is not there; the material is shown without it", err.splitlines())
+            self.assertEqual("a.png" in self.files(), code == 0)
 
 
 class Interrupts(Case):

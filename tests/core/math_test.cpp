@@ -7,6 +7,7 @@
 #include "host/core/ZMatrix.h"
 #include "host/core/ZPoint.h"
 #include "host/core/ZQuaternion.h"
+#include "host/core/ZStatus.h"
 #include "host/core/ZVector.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 // Texts: storage, Unicode, searching, numbers; statuses and their texts.
 #include "host/base/TapiCast.h"
+#include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 #include "host/core/ZStringArray.h"
 

@@ -1,4 +1,5 @@
 // Times.
+#include "host/core/ZStatus.h"
 #include "host/core/ZTime.h"
 
 #include <gtest/gtest.h>

@@ -8,6 +8,7 @@
 #include "host/render/ZGeometryData.h"
 #include "host/render/ZHardwareRenderer.h"
 #include "host/render/ZHwrCallback.h"
+#include "host/render/ZRenderUtil.h"
 #include "tests/test_scene.h"
 
 #include <array>
@@ -70,7 +71,10 @@ TEST_F(HardwareRenderer, AFailingProcedureIsReportedAndTheFrameGoesOn) {
     auto later = std::make_unique<Procedure>([&] { return ++executed; });
     Procedure bad([] { return false; }), odd([]() -> bool { throw 7; });
     Procedure deleter([&] { return later.reset(), true; });
-    Procedure nested([&] { return devhost::drawHardwareFrame().error(); });
+    Procedure nested([&] {
+        EXPECT_EQ(ZRenderUtil::quilRenderState(), ZRenderUtil::kHardwareRender);
+        return devhost::drawHardwareFrame().error();
+    });
     Procedure last([&] { return ++executed; });
     for (auto *each : {&bad, &odd, &deleter, later.get(), &nested, &last})
         ASSERT_EQ(renderer().addDrawProcedure("", each, ZHardwareRenderer::kPreExposure),

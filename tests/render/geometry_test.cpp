@@ -1,10 +1,12 @@
 // Geometry of scene meshes and of the host's shapes, as renderers read it.
+#include "devhost/session/RenderSession.h"
 #include "devhost/session/Viewport.h"
 #include "host/core/ZObject.h"
 #include "host/render/ZGeometryList.h"
 #include "host/render/ZGeometryManager.h"
 #include "host/render/ZRenderingInfo.h"
 #include "host/render/ZViewportRenderer.h"
+#include "tests/scene/gltf_file.h"
 #include "tests/scene_files.h"
 
 #include <memory>
@@ -94,6 +96,45 @@ TEST_F(GeometryTest, TangentsFollowTheTexture) {
         EXPECT_TRUE(near(binormal, ZVector(0, 1, 0))) << i;
         EXPECT_EQ(tangents[i * 4 + 3], hand) << i;
     }
+}
+
+TEST_F(GeometryTest, EverythingOfTheFileIsDelivered) {
+    GltfFile file;
+    file.add<float>("VEC3", {0, 0, 0, 1, 0, 0, 0, 1, 0});
+    file.add<float>("VEC3", {0, 0, 1, 0, 0, 1, 0, 0, 1});
+    file.add<float>("VEC2", {0.5, 0.75, 0, 1, 0, 0});
+    file.add<float>("VEC4", {0, 1, 0, -1, 0, 1, 0, -1, 0, 1, 0, 1});
+    file.add<float>("SCALAR", {0, 1}); // as times and as weights
+    file.add<float>("VEC3", {0, 0, 8, 0, 0, 0, 0, 0, 0});
+    load("scene.gltf", file.text(R"("meshes": [{"primitives": [{"attributes":
+           {"POSITION": 0, "NORMAL": 1, "TEXCOORD_1": 2, "TANGENT": 3},
+           "targets": [{"POSITION": 5}]}]}],
+         "nodes": [{"name": "it", "mesh": 0}], "animations": [{"samplers": [{"input": 4, "output": 4}],
+           "channels": [{"sampler": 0, "target": {"node": 0, "path": "weights"}}]}])"));
+    wanted.addPosition();
+    wanted.addTexCoord("uv1");
+    wanted.addTangent("", 4);
+    wanted.addBinormal("uv");
+    ZGeometry geometry = read("it");
+    EXPECT_EQ(values(geometry.texCoord("uv1")), (std::vector<double>{0.5, 0.25, 0, 0, 0, 1}));
+    EXPECT_EQ(values(geometry.tangent("uv")),
+              (std::vector<double>{0, 1, 0, -1, 0, 1, 0, -1, 0, 1, 0, 1}));
+    // Normal times tangent is (-1, 0, 0), times the hand.
+    EXPECT_EQ(values(geometry.binormal("uv")), (std::vector<double>{1, 0, 0, 1, 0, 0, -1, 0, 0}));
+    setFramesPerSecond(24);
+    setCurrentFrame(6);
+    EXPECT_EQ(values(read("it").position())[2], 2) << "a quarter of a second";
+    EXPECT_EQ(values(geometry.position())[2], 0) << "handles keep what they have";
+    setCurrentFrame(0);
+
+    load("scene.obj", "v 0 0 0 1 0 0\nv 1 0 0 0 1 0\nv 1 1 0\nv 0 1 0\nf 1 2 3 4\nf 1 2 4\n");
+    wanted.addColor("");
+    wanted.addFaceOffsets();
+    ZGeometry faces = read("mesh");
+    EXPECT_EQ(values(faces.color("color")),
+              (std::vector<double>{1, 0, 0, 1, 0, 1, 0, 1, 1, 1, 1, 1, 1, 1, 1, 1}));
+    EXPECT_EQ(values(faces.data(ZGeometryData::kUserData, "faceOffsets")),
+              (std::vector<double>{0, 4, 7}));
 }
 
 TEST_F(GeometryTest, HandlesShareTheirStreamAndKeepIt) {

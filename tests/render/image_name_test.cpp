@@ -44,6 +44,10 @@ TEST_F(ImageNames, FollowTheNamingScheme) {
         EXPECT_EQ(relative(settings, 7), expected[scheme]);
         EXPECT_EQ(settings.isAnimated(), scheme != 0) << scheme;
     }
+    for (const char *pattern : {"a%02d.b%d.c", "a$F2.b$F.c", "a##.b#.c"}) {
+        settings.namePattern = pattern;
+        EXPECT_EQ(relative(settings, 7), "a07.b7.c") << pattern;
+    }
 }
 
 TEST_F(ImageNames, NumberFramesWithPaddingAndRenumbering) {

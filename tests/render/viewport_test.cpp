@@ -3,6 +3,7 @@
 #include "host/core/ZImage.h"
 #include "host/core/ZPoint.h"
 #include "host/render/ZGLFunctionTable.h"
+#include "host/render/ZRenderUtil.h"
 #include "host/render/ZRenderingInfo.h"
 #include "tests/test_scene.h"
 
@@ -82,6 +83,7 @@ TEST_F(Viewport, RequestTellsCameraAndMatrices) {
     ASSERT_TRUE(painter.registerRenderer());
     painter.draw = [&](ZRenderingInfo const &info) -> ZStatus {
         EXPECT_EQ(info.width(), 64);
+        EXPECT_EQ(ZRenderUtil::quilRenderState(), ZRenderUtil::kInteractiveRender);
         EXPECT_TRUE(info.renderTarget().makeTargetCurrent().error()); // not drawn with OpenGL
         // The square's corner, 5 units before the camera: the view is 10 units high there, and
         // 64/48 times as wide.
@@ -94,6 +96,7 @@ TEST_F(Viewport, RequestTellsCameraAndMatrices) {
         return {};
     };
     drawn();
+    EXPECT_EQ(ZRenderUtil::quilRenderState(), ZRenderUtil::kNotRendering);
     EXPECT_EQ(painter.calls, "ir");
 }
 

@@ -1,7 +1,7 @@
 // Python classes that override the host's callbacks.
 
 #include "devhost/process/InterpreterGate.h"
-#include "host/base/TpythonInterpreter.h"
+#include "devhost/process/ReportedExceptions.h"
 #include "runtime/module_types.h"
 #include "tests/runtime/python_fixture.h"
 #include "wrappers/render/render_callback_director.h"
@@ -65,11 +65,11 @@ TEST_F(Director, ForwardsCallsAndReportsExceptions) {
         const Py_ssize_t count = eval("good").count();
         EXPECT_TRUE(call(*native("good"), which));
         EXPECT_EQ(eval("good").count(), count);
-        const unsigned reported = TpythonInterpreter::reportedCount();
+        const unsigned reported = devhost::reportedExceptions();
         testing::internal::CaptureStderr();
         EXPECT_FALSE(call(*native("bad"), which));
         EXPECT_NE(testing::internal::GetCapturedStderr().find("SystemExit"), std::string::npos);
-        EXPECT_EQ(TpythonInterpreter::reportedCount(), reported + 1);
+        EXPECT_EQ(devhost::reportedExceptions(), reported + 1);
     }
     run("sys.exc_clear(); sys.last_traceback = None");
 }

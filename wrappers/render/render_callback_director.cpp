@@ -1,6 +1,7 @@
 #include "wrappers/render/render_callback_director.h"
 
 #include "runtime/convert.h"
+#include "runtime/interpreter_lock.h"
 #include "runtime/module_types.h"
 #include "runtime/object_holder.h"
 
@@ -27,7 +28,7 @@ template <class Data>
 bool SwigDirector_ZRenderCallback::forward(const char *name, PyObject *&method,
                                            Data const &data) const {
     TpythonLock lock(kPythonLock);
-    if (!TpythonLock::isHeld())
+    if (!has_interpreter_lock())
         return false; // the interpreter ended before
     if (!method)
         method = PyString_InternFromString(name);

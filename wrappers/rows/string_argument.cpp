@@ -7,7 +7,8 @@
 
 namespace binding {
 
-/// Reads the usual text. The holder's care is for objects that scripts may take away meanwhile.
+/// Reads the usual text in place: the interpreter that calls a wrapper has its lock, and a unicode
+/// object is read without running any code of a script.
 static bool read_unicode(PyObject *object, Tstring &value) {
     static_assert(sizeof(Py_UNICODE) == sizeof(wchar_t), "for an interpreter built with UCS4");
     try {
@@ -20,7 +21,7 @@ static bool read_unicode(PyObject *object, Tstring &value) {
 }
 
 static bool read_text(PyObject *object, Tstring &value) {
-    if (PyUnicode_Check(object) && TpythonLock::isHeld()) [[likely]]
+    if (PyUnicode_Check(object)) [[likely]]
         return read_unicode(object, value);
     return TpythonObjectWithLock<TpythonLock>(object).getValue(value);
 }

@@ -101,6 +101,13 @@ class PixelBuffer {
     void setColors(long start, ZFloatVectorArray const &colors, float alpha = 1);
 };
 
+/// The frames that the host renders.
+class Frames {
+    /// Returns the time of the frame that is rendered, also in callbacks; between frames that of the
+    /// last one, and before the first frame that of the first.
+    static ZTime current();
+};
+
 /// Swatches of materials and textures by the host's registered generators. The host's own one,
 /// "materialBall", shows a ball; ZSwatchRenderRegister makes further ones known.
 class Swatches {

@@ -1,5 +1,7 @@
 #include "host/base/TpythonInterpreter.h"
 
+#include "devhost/process/ReportedExceptions.h"
+
 #include <Python.h>
 
 #include <atomic>
@@ -10,6 +12,8 @@ namespace {
 std::atomic<unsigned> reported{0};
 std::atomic<bool> interrupted{false};
 } // namespace
+
+TpythonInterpreter::TpythonInterpreter() = default;
 
 void TpythonInterpreter::catchAndReportException() {
     if (!PyErr_Occurred())
@@ -33,9 +37,14 @@ void TpythonInterpreter::catchAndReportException() {
     PyErr_Clear();
 }
 
-unsigned TpythonInterpreter::reportedCount() {
+namespace devhost {
+
+unsigned reportedExceptions() {
     return reported;
 }
-bool TpythonInterpreter::interruptReported() {
+
+bool interruptReported() {
     return interrupted;
 }
+
+} // namespace devhost

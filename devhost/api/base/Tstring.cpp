@@ -1,9 +1,11 @@
-// The parts of the text class that allocate.
 #include "host/base/Tstring.h"
 
 #include "devhost/util/Utf8.h"
 
 #include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <cwchar>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -16,7 +18,17 @@ std::unique_ptr<wchar_t[]> newBuffer(std::size_t capacity) {
     return std::make_unique_for_overwrite<wchar_t[]>(capacity + 1);
 }
 
+/// Readers on several threads may ask for the UTF-8 form of one shared text.
+std::atomic_ref<char *> shared(char *&utf8) {
+    return std::atomic_ref(utf8);
+}
+
 } // namespace
+
+Tstring::Tstring() noexcept
+    : data_(inline_), length_(0), capacity_(kInlineCapacity), utf8_(nullptr) {
+    inline_[0] = L'\0';
+}
 
 Tstring::Tstring(const char *utf8) : Tstring() {
     setUTF8(utf8);
@@ -25,6 +37,40 @@ Tstring::Tstring(const char *utf8) : Tstring() {
 Tstring::Tstring(const wchar_t *chars) : Tstring() {
     if (chars)
         set(chars, static_cast<unsigned>(std::wcslen(chars)));
+}
+
+Tstring::Tstring(const wchar_t *chars, unsigned count) : Tstring() {
+    set(chars, count);
+}
+
+Tstring::Tstring(const Tstring &other) : Tstring() {
+    set(other.data_, other.length_);
+}
+
+Tstring::Tstring(Tstring &&other) noexcept : Tstring() {
+    take(other);
+}
+
+Tstring::~Tstring() {
+    if (data_ != inline_ || shared(utf8_).load(std::memory_order_relaxed))
+        release();
+}
+
+Tstring &Tstring::operator=(const Tstring &other) {
+    set(other.data_, other.length_);
+    return *this;
+}
+
+Tstring &Tstring::operator=(Tstring &&other) noexcept {
+    take(other);
+    return *this;
+}
+
+void Tstring::set(const wchar_t *chars, unsigned count) {
+    if (count <= capacity_ && !shared(utf8_).load(std::memory_order_relaxed)) [[likely]]
+        assignInPlace(chars, count);
+    else
+        assignAnew(chars, count);
 }
 
 void Tstring::setUTF8(const char *utf8) {
@@ -65,6 +111,13 @@ void Tstring::append(const wchar_t *chars, unsigned count) {
         length_ = static_cast<unsigned>(length);
     }
     data_[length_] = L'\0';
+}
+
+inline void Tstring::assignInPlace(const wchar_t *chars, unsigned count) {
+    if (count)
+        std::wmemmove(data_, chars, count);
+    data_[count] = L'\0';
+    length_ = count;
 }
 
 void Tstring::assignAnew(const wchar_t *chars, unsigned count) {
@@ -111,22 +164,38 @@ void Tstring::release() noexcept {
 }
 
 void Tstring::dropUTF8() noexcept {
-    delete[] utf8_.exchange(nullptr, std::memory_order_acq_rel);
+    delete[] shared(utf8_).exchange(nullptr, std::memory_order_acq_rel);
+}
+
+const wchar_t *Tstring::asW() const {
+    return data_;
+}
+
+unsigned Tstring::numChars() const {
+    return length_;
 }
 
 const char *Tstring::asUTF8() const {
     if (length_ == 0)
         return "";
-    if (const char *known = utf8_.load(std::memory_order_acquire))
+    if (const char *known = shared(utf8_).load(std::memory_order_acquire))
         return known;
     const std::string bytes = devhost::encodeUtf8({data_, length_});
     auto made = std::make_unique_for_overwrite<char[]>(bytes.size() + 1);
     std::memcpy(made.get(), bytes.c_str(), bytes.size() + 1);
     // Another reader may have been quicker; then its copy is the one that stays.
     char *kept = nullptr;
-    if (utf8_.compare_exchange_strong(kept, made.get(), std::memory_order_acq_rel))
+    if (shared(utf8_).compare_exchange_strong(kept, made.get(), std::memory_order_acq_rel))
         return made.release();
     return kept;
+}
+
+bool Tstring::operator==(const Tstring &other) const {
+    return length_ == other.length_ && std::wmemcmp(data_, other.data_, length_) == 0;
+}
+
+bool Tstring::operator!=(const Tstring &other) const {
+    return !(*this == other);
 }
 
 bool Tstring::operator<(const Tstring &other) const {

@@ -1,9 +1,14 @@
 // A box along the axes that encloses points.
 #include "host/core/ZBoundingBox.h"
 
+#include "host/core/ZStatus.h"
 #include "host/core/ZVector.h"
 
 #include <algorithm>
+
+ZBoundingBox::ZBoundingBox() {
+    clear();
+}
 
 ZBoundingBox::ZBoundingBox(const ZPoint &corner, const ZPoint &otherCorner) : ZBoundingBox() {
     expand(corner);
@@ -62,4 +67,28 @@ bool ZBoundingBox::intersects(const ZBoundingBox &box, double tolerance) const {
 
 ZPoint ZBoundingBox::center() const {
     return min_ + (max_ - min_) * 0.5;
+}
+
+bool ZBoundingBox::isEmpty() const {
+    return empty_;
+}
+
+ZPoint ZBoundingBox::min() const {
+    return min_;
+}
+
+ZPoint ZBoundingBox::max() const {
+    return max_;
+}
+
+double ZBoundingBox::width() const {
+    return max_.x - min_.x;
+}
+
+double ZBoundingBox::height() const {
+    return max_.y - min_.y;
+}
+
+double ZBoundingBox::depth() const {
+    return max_.z - min_.z;
 }

@@ -8,12 +8,15 @@ using devhost::Node;
 using devhost::NodeId;
 using devhost::scene;
 
+ZDagPath::ZDagPath() = default;
+
 ZStatus ZDagPath::getAPathTo(const ZObject &object, ZDagPath &path) {
     const Node *node = scene().node(object);
     if (!node)
         return ZStatus(ZStatus::kInvalidParameter, "there is no path to a null object");
     if (!node->inHierarchy())
-        return ZStatus(ZStatus::kInvalidParameter, "not a node of the hierarchy: " + node->name);
+        return ZStatus(ZStatus::kInvalidParameter,
+                       ("not a node of the hierarchy: " + node->name).c_str());
     path.node_ = object;
     return ZStatus();
 }
@@ -97,6 +100,10 @@ ZMatrix ZDagPath::exclusiveMatrix() const {
 
 bool ZDagPath::operator==(const ZDagPath &other) const {
     return node_ == other.node_;
+}
+
+bool ZDagPath::operator!=(const ZDagPath &other) const {
+    return !(*this == other);
 }
 
 const char *ZDagPath::className() {

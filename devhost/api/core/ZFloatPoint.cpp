@@ -4,6 +4,7 @@
 #include "host/core/ZFloatMatrix.h"
 #include "host/core/ZFloatVector.h"
 #include "host/core/ZPoint.h"
+#include "host/core/ZStatus.h"
 
 #include <Imath/ImathMatrix.h>
 #include <Imath/ImathVec.h>

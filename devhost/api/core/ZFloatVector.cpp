@@ -3,6 +3,7 @@
 
 #include "host/core/ZFloatMatrix.h"
 #include "host/core/ZFloatPoint.h"
+#include "host/core/ZStatus.h"
 #include "host/core/ZVector.h"
 
 #include <Imath/ImathMatrix.h>

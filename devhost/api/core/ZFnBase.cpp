@@ -2,6 +2,8 @@
 
 #include "devhost/util/Statuses.h"
 
+#include <string>
+
 ZFnBase::ZFnBase() = default;
 ZFnBase::~ZFnBase() = default;
 
@@ -13,9 +15,10 @@ ZStatus ZFnBase::setObject(const ZObject &object) {
     if (object.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "a function set needs a node");
     if (!hasObj(object))
-        return ZStatus(ZStatus::kInvalidParameter,
-                       std::string("the function set is not made for a node of type ") +
-                           object.apiTypeStr());
+        return ZStatus(
+            ZStatus::kInvalidParameter,
+            (std::string("the function set is not made for a node of type ") + object.apiTypeStr())
+                .c_str());
     object_ = object;
     return ZStatus();
 }

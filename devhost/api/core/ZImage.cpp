@@ -3,11 +3,17 @@
 
 #include "devhost/image/ImageIo.h"
 #include "devhost/util/Guarded.h"
+#include "devhost/util/Hidden.h"
 #include "devhost/util/Statuses.h"
+#include "host/core/ZStatus.h"
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <utility>
+#include <vector>
 
+using devhost::contents;
 using devhost::guarded;
 using devhost::invalid;
 
@@ -78,6 +84,37 @@ std::vector<float> asRgba(const std::vector<float> &pixels, unsigned channels) {
 
 } // namespace
 
+struct ZImage::Contents {
+    std::vector<unsigned char> bytes;
+    std::vector<float> floats;
+    std::vector<float> depths;
+    unsigned width = 0;
+    unsigned height = 0;
+    unsigned channels = 0;
+    unsigned depthWidth = 0;
+    unsigned depthHeight = 0;
+    ZPixelType type = kUnknown;
+};
+
+ZImage::ZImage() noexcept : contents_(nullptr) {}
+
+ZImage::ZImage(const ZImage &other) : contents_(devhost::copied(other.contents_)) {}
+
+ZImage::ZImage(ZImage &&other) noexcept : contents_(std::exchange(other.contents_, nullptr)) {}
+
+ZImage::~ZImage() {
+    delete contents_;
+}
+
+ZImage &ZImage::operator=(const ZImage &other) {
+    return *this = ZImage(other);
+}
+
+ZImage &ZImage::operator=(ZImage &&other) noexcept {
+    std::swap(contents_, other.contents_);
+    return *this;
+}
+
 ZStatus ZImage::create(unsigned width, unsigned height, unsigned channels, ZPixelType type) {
     if (width == 0 || height == 0)
         return invalid("an image needs a width and a height");
@@ -89,30 +126,54 @@ ZStatus ZImage::create(unsigned width, unsigned height, unsigned channels, ZPixe
         return ZStatus::kInsufficientMemory;
     return guarded([&] {
         const std::size_t count = std::size_t{width} * height * channels;
-        std::vector<unsigned char> bytes(type == kByte ? count : 0);
-        std::vector<float> floats(type == kFloat ? count : 0);
+        auto fresh = std::make_unique<Contents>();
+        fresh->bytes.resize(type == kByte ? count : 0);
+        fresh->floats.resize(type == kFloat ? count : 0);
+        fresh->width = width;
+        fresh->height = height;
+        fresh->channels = channels;
+        fresh->type = type;
         release();
-        bytes_ = std::move(bytes);
-        floats_ = std::move(floats);
-        width_ = width;
-        height_ = height;
-        channels_ = channels;
-        type_ = type;
+        contents_ = fresh.release();
     });
 }
 
 void ZImage::release() {
-    *this = ZImage();
+    delete std::exchange(contents_, nullptr);
 }
 
 ZStatus ZImage::getSize(unsigned &width, unsigned &height) const {
-    width = width_;
-    height = height_;
+    width = contents(contents_).width;
+    height = contents(contents_).height;
     return ZStatus();
 }
 
+unsigned ZImage::channels() const {
+    return contents(contents_).channels;
+}
+
 unsigned ZImage::depth() const {
-    return channels_ * static_cast<unsigned>(type_ == kFloat ? sizeof(float) : 1);
+    return channels() * static_cast<unsigned>(pixelType() == kFloat ? sizeof(float) : 1);
+}
+
+ZImage::ZPixelType ZImage::pixelType() const {
+    return contents(contents_).type;
+}
+
+unsigned char *ZImage::pixels() {
+    return pixelType() == kByte ? contents_->bytes.data() : nullptr;
+}
+
+const unsigned char *ZImage::pixels() const {
+    return pixelType() == kByte ? contents_->bytes.data() : nullptr;
+}
+
+float *ZImage::floatPixels() {
+    return pixelType() == kFloat ? contents_->floats.data() : nullptr;
+}
+
+const float *ZImage::floatPixels() const {
+    return pixelType() == kFloat ? contents_->floats.data() : nullptr;
 }
 
 ZStatus ZImage::setPixels(const unsigned char *pixels, unsigned width, unsigned height) {
@@ -120,7 +181,7 @@ ZStatus ZImage::setPixels(const unsigned char *pixels, unsigned width, unsigned 
         return invalid("there are no pixels");
     const ZStatus status = create(width, height);
     if (!status.error())
-        std::copy_n(pixels, bytes_.size(), bytes_.begin());
+        std::copy_n(pixels, contents_->bytes.size(), contents_->bytes.begin());
     return status;
 }
 
@@ -130,26 +191,27 @@ ZStatus ZImage::setFloatPixels(const float *pixels, unsigned width, unsigned hei
         return invalid("there are no pixels");
     const ZStatus status = create(width, height, channels, kFloat);
     if (!status.error())
-        std::copy_n(pixels, floats_.size(), floats_.begin());
+        std::copy_n(pixels, contents_->floats.size(), contents_->floats.begin());
     return status;
 }
 
 ZStatus ZImage::convertPixelFormat(ZPixelType type) {
     if (type != kByte && type != kFloat)
         return invalid("the pixel type is not known");
-    if (type_ == kUnknown)
+    if (pixelType() == kUnknown)
         return noPixels();
-    if (type == type_)
+    if (type == pixelType())
         return ZStatus();
     return guarded([&] {
+        Contents &c = *contents_;
         if (type == kByte) {
-            bytes_ = devhost::toBytes(floats_.data(), floats_.size());
-            floats_.clear();
+            c.bytes = devhost::toBytes(c.floats.data(), c.floats.size());
+            c.floats.clear();
         } else {
-            floats_ = devhost::toFloats(bytes_.data(), bytes_.size());
-            bytes_.clear();
+            c.floats = devhost::toFloats(c.bytes.data(), c.bytes.size());
+            c.bytes.clear();
         }
-        type_ = type;
+        c.type = type;
     });
 }
 
@@ -157,15 +219,21 @@ ZStatus ZImage::setDepthMap(const float *depths, unsigned width, unsigned height
     if (!depths || width == 0 || height == 0)
         return invalid("a depth map needs values, a width and a height");
     return guarded([&] {
-        depths_.assign(depths, depths + std::size_t{width} * height);
-        depthWidth_ = width;
-        depthHeight_ = height;
+        Contents &c = devhost::made(contents_);
+        c.depths.assign(depths, depths + std::size_t{width} * height);
+        c.depthWidth = width;
+        c.depthHeight = height;
     });
 }
 
+const float *ZImage::depthMap() const {
+    const std::vector<float> &depths = contents(contents_).depths;
+    return depths.empty() ? nullptr : depths.data();
+}
+
 ZStatus ZImage::getDepthMapSize(unsigned &width, unsigned &height) const {
-    width = depthWidth_;
-    height = depthHeight_;
+    width = contents(contents_).depthWidth;
+    height = contents(contents_).depthHeight;
     return ZStatus();
 }
 
@@ -198,17 +266,19 @@ ZStatus ZImage::writeToFile(const ZString &path, const ZString &format) const {
     const bool png = format == ZString("png");
     if (!png && format != ZString("exr"))
         return invalid("the format must be png or exr");
-    if (type_ == kUnknown)
+    if (pixelType() == kUnknown)
         return noPixels();
     return guarded([&] {
+        const Contents &c = *contents_;
         const std::string name = path.asUTF8();
-        if (png && type_ == kByte && channels_ == 4)
-            return devhost::writePng(name, width_, height_, bytes_.data());
-        const std::vector<float> rgba = asRgba(
-            type_ == kFloat ? floats_ : devhost::toFloats(bytes_.data(), bytes_.size()), channels_);
+        if (png && c.type == kByte && c.channels == 4)
+            return devhost::writePng(name, c.width, c.height, c.bytes.data());
+        const std::vector<float> rgba =
+            asRgba(c.type == kFloat ? c.floats : devhost::toFloats(c.bytes.data(), c.bytes.size()),
+                   c.channels);
         if (!png)
-            return devhost::writeExr(name, width_, height_, rgba.data());
-        return devhost::writePng(name, width_, height_,
+            return devhost::writeExr(name, c.width, c.height, rgba.data());
+        return devhost::writePng(name, c.width, c.height,
                                  devhost::toBytes(rgba.data(), rgba.size()).data());
     });
 }
@@ -216,20 +286,21 @@ ZStatus ZImage::writeToFile(const ZString &path, const ZString &format) const {
 ZStatus ZImage::resize(unsigned width, unsigned height, bool preserveAspectRatio) {
     if (width == 0 || height == 0)
         return invalid("an image needs a width and a height");
-    if (type_ == kUnknown)
+    if (pixelType() == kUnknown)
         return noPixels();
+    const Contents &old = *contents_;
     if (preserveAspectRatio) {
-        const double scale = std::min(double(width) / width_, double(height) / height_);
-        width = std::max(1u, static_cast<unsigned>(std::lround(width_ * scale)));
-        height = std::max(1u, static_cast<unsigned>(std::lround(height_ * scale)));
+        const double scale = std::min(double(width) / old.width, double(height) / old.height);
+        width = std::max(1u, static_cast<unsigned>(std::lround(old.width * scale)));
+        height = std::max(1u, static_cast<unsigned>(std::lround(old.height * scale)));
     }
     return guarded([&] {
-        const ZPixelType type = type_;
+        const ZPixelType type = old.type;
         ZImage result(*this);
         result.convertPixelFormat(kFloat);
         const std::vector<float> pixels =
-            scaled(result.floats_, width_, height_, width, height, channels_);
-        ZStatus status = result.setFloatPixels(pixels.data(), width, height, channels_);
+            scaled(result.contents_->floats, old.width, old.height, width, height, old.channels);
+        ZStatus status = result.setFloatPixels(pixels.data(), width, height, old.channels);
         if (!status.error())
             status = result.convertPixelFormat(type);
         if (!status.error())
@@ -239,7 +310,10 @@ ZStatus ZImage::resize(unsigned width, unsigned height, bool preserveAspectRatio
 }
 
 void ZImage::verticalFlip() {
-    flipRows(bytes_, std::size_t{width_} * channels_);
-    flipRows(floats_, std::size_t{width_} * channels_);
-    flipRows(depths_, depthWidth_);
+    if (!contents_)
+        return;
+    Contents &c = *contents_;
+    flipRows(c.bytes, std::size_t{c.width} * c.channels);
+    flipRows(c.floats, std::size_t{c.width} * c.channels);
+    flipRows(c.depths, c.depthWidth);
 }

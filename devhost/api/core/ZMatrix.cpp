@@ -2,6 +2,7 @@
 #include "host/core/ZMatrix.h"
 
 #include "host/core/ZFloatMatrix.h"
+#include "host/core/ZStatus.h"
 
 #include <Imath/ImathMatrix.h>
 

@@ -3,7 +3,9 @@
 
 #include "devhost/scene/SceneGraph.h"
 
-constinit const ZObject ZObject::kNullObj;
+const ZObject ZObject::kNullObj;
+
+ZObject::ZObject() noexcept : node_(devhost::kNoNode), generation_(0) {}
 
 bool ZObject::isNull() const {
     return devhost::scene().id(*this) == devhost::kNoNode;
@@ -16,4 +18,8 @@ const char *ZObject::apiTypeStr() const {
 
 bool ZObject::operator==(const ZObject &other) const {
     return devhost::scene().id(*this) == devhost::scene().id(other);
+}
+
+bool ZObject::operator!=(const ZObject &other) const {
+    return !(*this == other);
 }

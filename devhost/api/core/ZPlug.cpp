@@ -22,7 +22,8 @@ std::optional<AttributeValue> valueOf(const ZObject &node, const ZString &attrib
 ZStatus mismatch(const ZPlug &plug, const char *wanted) {
     if (plug.isNull())
         return ZStatus(ZStatus::kFailure, "the plug names no attribute");
-    return ZStatus(ZStatus::kFailure, std::string(plug.name().asChar()) + " is not " + wanted);
+    return ZStatus(ZStatus::kFailure,
+                   (std::string(plug.name().asChar()) + " is not " + wanted).c_str());
 }
 
 double number(const ZPlug &plug, ZStatus *ReturnStatus) {
@@ -55,12 +56,14 @@ ZStatus setValue(const ZPlug &plug, const AttributeValue &value, const char *kin
 
 } // namespace
 
+ZPlug::ZPlug() = default;
+
 ZPlug::ZPlug(const ZObject &node, const ZString &attribute, ZStatus *ReturnStatus) {
     if (node.isNull()) {
         report(ReturnStatus, ZStatus(ZStatus::kInvalidParameter, "a plug needs a node"));
     } else if (!valueOf(node, attribute)) {
         const std::string name = scene().node(node)->name + "." + attribute.asChar();
-        report(ReturnStatus, ZStatus(ZStatus::kNotFound, "no such attribute: " + name));
+        report(ReturnStatus, ZStatus(ZStatus::kNotFound, ("no such attribute: " + name).c_str()));
     } else {
         node_ = node;
         attribute_ = attribute;
@@ -148,6 +151,10 @@ ZStatus ZPlug::setMatrix(const ZMatrix &value) {
 
 bool ZPlug::operator==(const ZPlug &other) const {
     return node_ == other.node_ && (isNull() || attribute_ == other.attribute_);
+}
+
+bool ZPlug::operator!=(const ZPlug &other) const {
+    return !(*this == other);
 }
 
 const char *ZPlug::className() {

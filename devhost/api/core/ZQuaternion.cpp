@@ -1,6 +1,8 @@
 // A rotation as a unit quaternion.
 #include "host/core/ZQuaternion.h"
 
+#include "host/core/ZStatus.h"
+
 #include <Imath/ImathMatrixAlgo.h>
 #include <Imath/ImathQuat.h>
 

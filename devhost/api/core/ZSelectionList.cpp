@@ -2,15 +2,25 @@
 #include "host/core/ZSelectionList.h"
 
 #include "devhost/scene/SceneGraph.h"
+#include "devhost/util/Hidden.h"
 
 #include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
+using devhost::contents;
 using devhost::kNoNode;
+using devhost::made;
 using devhost::NodeId;
 using devhost::scene;
 
 namespace {
+
+struct Entry {
+    ZObject node;
+    ZPlug plug;
+};
 
 ZStatus outOfRange() {
     return ZStatus(ZStatus::kInvalidParameter, "the index is outside the selection list");
@@ -18,16 +28,33 @@ ZStatus outOfRange() {
 
 } // namespace
 
+struct ZSelectionList::Entries : std::vector<Entry> {};
+
+ZSelectionList::ZSelectionList() noexcept : entries_(nullptr) {}
+
+ZSelectionList::ZSelectionList(const ZSelectionList &other)
+    : entries_(devhost::copied(other.entries_)) {}
+
+ZSelectionList::~ZSelectionList() {
+    delete entries_;
+}
+
+ZSelectionList &ZSelectionList::operator=(const ZSelectionList &other) {
+    ZSelectionList copy(other);
+    std::swap(entries_, copy.entries_);
+    return *this;
+}
+
 unsigned ZSelectionList::length() const {
-    return unsigned(entries_.size());
+    return unsigned(contents(entries_).size());
 }
 
 bool ZSelectionList::isEmpty() const {
-    return entries_.empty();
+    return length() == 0;
 }
 
 ZStatus ZSelectionList::clear() {
-    entries_.clear();
+    delete std::exchange(entries_, nullptr);
     return ZStatus();
 }
 
@@ -41,14 +68,14 @@ ZStatus ZSelectionList::add(const ZString &name) {
         if (!plug.isNull())
             return add(plug);
     }
-    return ZStatus(ZStatus::kNotFound, "no such node or attribute: " + text);
+    return ZStatus(ZStatus::kNotFound, ("no such node or attribute: " + text).c_str());
 }
 
 ZStatus ZSelectionList::add(const ZObject &object) {
     if (object.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "a null object cannot be selected");
     if (!hasItem(object))
-        entries_.push_back({object, {}});
+        made(entries_).push_back({object, {}});
     return ZStatus();
 }
 
@@ -65,31 +92,31 @@ ZStatus ZSelectionList::addNodesOfType(const ZString &typeName) {
         add(scene().object(id));
         found = true;
     }
-    return found ? ZStatus() : ZStatus(ZStatus::kNotFound, "no node of type " + type);
+    return found ? ZStatus() : ZStatus(ZStatus::kNotFound, ("no node of type " + type).c_str());
 }
 
 ZStatus ZSelectionList::add(const ZPlug &plug) {
     if (plug.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "a null plug cannot be selected");
     const auto same = [&plug](const Entry &entry) { return entry.plug == plug; };
-    if (std::none_of(entries_.begin(), entries_.end(), same))
-        entries_.push_back({plug.node(), plug});
+    if (std::none_of(contents(entries_).begin(), contents(entries_).end(), same))
+        made(entries_).push_back({plug.node(), plug});
     return ZStatus();
 }
 
 ZStatus ZSelectionList::remove(unsigned index) {
     if (index >= length())
         return outOfRange();
-    entries_.erase(entries_.begin() + index);
+    entries_->erase(entries_->begin() + index);
     return ZStatus();
 }
 
 ZStatus ZSelectionList::getDependNode(unsigned index, ZObject &object) const {
     if (index >= length())
         return outOfRange();
-    if (entries_[index].node.isNull())
+    if ((*entries_)[index].node.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "the selected node was deleted");
-    object = entries_[index].node;
+    object = (*entries_)[index].node;
     return ZStatus();
 }
 
@@ -102,9 +129,9 @@ ZStatus ZSelectionList::getDagPath(unsigned index, ZDagPath &path) const {
 ZStatus ZSelectionList::getPlug(unsigned index, ZPlug &plug) const {
     if (index >= length())
         return outOfRange();
-    if (entries_[index].plug.isNull())
+    if ((*entries_)[index].plug.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "the selection list's entry is no plug");
-    plug = entries_[index].plug;
+    plug = (*entries_)[index].plug;
     return ZStatus();
 }
 
@@ -112,7 +139,7 @@ ZStatus ZSelectionList::getSelectionStrings(unsigned index, ZStringArray &names)
     ZObject object;
     if (const ZStatus status = getDependNode(index, object); !status)
         return status;
-    const ZPlug &plug = entries_[index].plug;
+    const ZPlug &plug = (*entries_)[index].plug;
     names.append(plug.isNull() ? ZString(scene().path(scene().id(object)).c_str()) : plug.name());
     return ZStatus();
 }
@@ -125,10 +152,10 @@ ZStatus ZSelectionList::getSelectionStrings(ZStringArray &names) const {
 }
 
 bool ZSelectionList::hasItem(const ZObject &object) const {
-    return !object.isNull() &&
-           std::any_of(entries_.begin(), entries_.end(), [&object](const Entry &entry) {
-               return entry.plug.isNull() && entry.node == object;
-           });
+    return !object.isNull() && std::any_of(contents(entries_).begin(), contents(entries_).end(),
+                                           [&object](const Entry &entry) {
+                                               return entry.plug.isNull() && entry.node == object;
+                                           });
 }
 
 bool ZSelectionList::hasItem(const ZDagPath &path) const {

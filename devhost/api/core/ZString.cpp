@@ -1,6 +1,7 @@
 // The core library's text: searching, splitting, numbers and letter case.
 #include "host/core/ZString.h"
 
+#include "host/core/ZStatus.h"
 #include "host/core/ZStringArray.h"
 
 #include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale is not in <clocale>
@@ -10,6 +11,7 @@
 #include <cstring>
 #include <cwctype>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -58,6 +60,24 @@ ZString changed(const ZString &text, Change change) {
 
 } // namespace
 
+ZString::ZString() noexcept = default;
+
+ZString::ZString(const char *utf8) : Tstring(utf8) {}
+
+ZString::ZString(const char *utf8, unsigned byteCount) {
+    setUTF8(utf8, byteCount);
+}
+
+ZString::ZString(const wchar_t *chars) : Tstring(chars) {}
+
+ZString::ZString(const wchar_t *chars, unsigned count) : Tstring(chars, count) {}
+
+ZString::ZString(const Tstring &other) : Tstring(other) {}
+
+unsigned ZString::length() const {
+    return numChars();
+}
+
 unsigned ZString::numBytes() const {
     unsigned bytes = 0;
     for (const wchar_t character : view(*this)) {
@@ -65,6 +85,18 @@ unsigned ZString::numBytes() const {
         bytes += c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 || c > 0x10FFFF ? 3 : 4;
     }
     return bytes;
+}
+
+const wchar_t *ZString::asWChar() const {
+    return asW();
+}
+
+const char *ZString::asChar() const {
+    return asUTF8();
+}
+
+void ZString::clear() {
+    Tstring::set(nullptr, 0);
 }
 
 ZStatus ZString::set(double value) {
@@ -92,6 +124,10 @@ ZString &ZString::operator+=(const ZString &other) {
 ZString ZString::operator+(const ZString &other) const {
     ZString sum(*this);
     return sum += other;
+}
+
+ZString operator+(const char *utf8, const ZString &other) {
+    return ZString(utf8) + other;
 }
 
 ZString ZString::substring(int start, int end) const {

@@ -3,6 +3,10 @@
 
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"
+#include "host/core/ZStatus.h"
+
+#include <algorithm>
+#include <utility>
 
 using devhost::guarded;
 
@@ -14,8 +18,20 @@ ZStatus outOfRange() {
 
 } // namespace
 
+ZStringArray::ZStringArray() noexcept = default;
+
 ZStringArray::ZStringArray(unsigned count, const ZString &value, ZStatus *ReturnStatus) {
-    devhost::report(ReturnStatus, guarded([&] { elements_.assign(count, value); }));
+    devhost::report(ReturnStatus, guarded([&] {
+                        ZStringArray filled;
+                        filled.changeLogicalSizeTo(count);
+                        for (unsigned i = 0; i < count; ++i)
+                            filled[i] = value;
+                        *this = std::move(filled);
+                    }));
+}
+
+unsigned ZStringArray::length() const {
+    return logicalSize();
 }
 
 ZStatus ZStringArray::setLength(unsigned count) {
@@ -23,35 +39,48 @@ ZStatus ZStringArray::setLength(unsigned count) {
 }
 
 ZStatus ZStringArray::append(const ZString &value) {
-    return guarded([&] { elements_.push_back(value); });
+    return guarded([&] { TstringArray::append(value); });
 }
 
 ZStatus ZStringArray::insert(const ZString &value, unsigned index) {
     if (index > length())
         return outOfRange();
-    return guarded([&] { elements_.insert(elements_.begin() + index, value); });
+    return guarded([&] {
+        TstringArray::append(value);
+        std::rotate(&(*this)[index], &(*this)[length() - 1], &(*this)[0] + length());
+    });
 }
 
 ZStatus ZStringArray::remove(unsigned index) {
     if (index >= length())
         return outOfRange();
-    elements_.erase(elements_.begin() + index);
-    return ZStatus();
+    std::move(&(*this)[index] + 1, &(*this)[0] + length(), &(*this)[index]);
+    return setLength(length() - 1);
 }
 
 ZStatus ZStringArray::clear() {
-    elements_.clear();
-    return ZStatus();
+    return copy(ZStringArray());
 }
 
 ZStatus ZStringArray::set(const ZString &value, unsigned index) {
     if (index >= length())
         return outOfRange();
-    return guarded([&] { elements_[index] = value; });
+    return guarded([&] { (*this)[index] = value; });
 }
 
 ZStatus ZStringArray::copy(const ZStringArray &other) {
-    return guarded([&] { elements_ = other.elements_; });
+    return guarded([&] { *this = other; });
+}
+
+// A ZString is a Tstring and nothing more, so an element can be given out as one.
+static_assert(sizeof(ZString) == sizeof(Tstring));
+
+ZString &ZStringArray::operator[](unsigned index) {
+    return static_cast<ZString &>(TstringArray::operator[](index));
+}
+
+const ZString &ZStringArray::operator[](unsigned index) const {
+    return static_cast<const ZString &>(TstringArray::operator[](index));
 }
 
 ZString ZStringArray::join(const ZString &separator) const {

@@ -1,6 +1,8 @@
 // A time of the animation, in one of several units.
 #include "host/core/ZTime.h"
 
+#include "host/core/ZStatus.h"
+
 #include <atomic>
 #include <iterator>
 
@@ -23,6 +25,8 @@ ZStatus unknownUnit() {
 }
 
 } // namespace
+
+ZTime::ZTime() : value_(0.0), unit_(uiUnit()) {}
 
 ZTime::ZTime(double value, Unit unit) : value_(value), unit_(isKnown(unit) ? unit : uiUnit()) {}
 
@@ -57,4 +61,68 @@ ZStatus ZTime::setUIUnit(Unit unit) {
         return unknownUnit();
     theUIUnit.store(unit, std::memory_order_relaxed);
     return ZStatus();
+}
+
+double ZTime::value() const {
+    return value_;
+}
+
+ZTime::Unit ZTime::unit() const {
+    return unit_;
+}
+
+double ZTime::asUnits(Unit unit) const {
+    return as(unit);
+}
+
+ZTime ZTime::operator+(const ZTime &other) const {
+    return ZTime(value_ + other.as(unit_), unit_);
+}
+
+ZTime ZTime::operator-(const ZTime &other) const {
+    return ZTime(value_ - other.as(unit_), unit_);
+}
+
+ZTime ZTime::operator+(double amount) const {
+    return ZTime(value_ + amount, unit_);
+}
+
+ZTime ZTime::operator-(double amount) const {
+    return ZTime(value_ - amount, unit_);
+}
+
+ZTime ZTime::operator*(double factor) const {
+    return ZTime(value_ * factor, unit_);
+}
+
+ZTime ZTime::operator/(double divisor) const {
+    return ZTime(value_ / divisor, unit_);
+}
+
+ZTime &ZTime::operator+=(const ZTime &other) {
+    return *this = *this + other;
+}
+
+ZTime &ZTime::operator-=(const ZTime &other) {
+    return *this = *this - other;
+}
+
+bool ZTime::operator==(const ZTime &other) const {
+    return ticks() == other.ticks();
+}
+
+bool ZTime::operator<(const ZTime &other) const {
+    return ticks() < other.ticks();
+}
+
+bool ZTime::operator>(const ZTime &other) const {
+    return other < *this;
+}
+
+bool ZTime::operator<=(const ZTime &other) const {
+    return ticks() <= other.ticks();
+}
+
+bool ZTime::operator>=(const ZTime &other) const {
+    return other <= *this;
 }

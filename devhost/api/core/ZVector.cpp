@@ -5,6 +5,7 @@
 #include "host/core/ZMatrix.h"
 #include "host/core/ZPoint.h"
 #include "host/core/ZQuaternion.h"
+#include "host/core/ZStatus.h"
 
 #include <Imath/ImathMatrix.h>
 #include <Imath/ImathVec.h>

@@ -7,6 +7,7 @@
 #include "host/render/ZHardwareRenderer.h"
 
 #include <array>
+#include <cstddef>
 #include <vector>
 
 namespace devhost {

@@ -74,7 +74,7 @@ bool readSemantic(ZUniformParameter::DataSemantic semantic, const DrawState &sta
     const double frame = renderSession().frame;
     switch (semantic) {
     case kSemanticTime:
-        numbers[0] = ZTime(frame).as(ZTime::kSeconds);
+        numbers[0] = renderSession().seconds();
         return true;
     case kSemanticFrameNumber:
         numbers[0] = frame;

@@ -11,7 +11,18 @@
 
 class ZGeometryList;
 
+struct ZGeometry::Streams : devhost::Shared {
+    using Handle = std::shared_ptr<const devhost::GeometryStreams>;
+    explicit Streams(Handle handle) : to(std::move(handle)) {}
+    const Handle to; // never null
+};
+
 namespace devhost {
+
+/// The required streams as a handle to geometry: see makeGeometry.
+inline ZGeometry geometryOf(const MeshHandle &mesh, const GeometryRequirementList &requirements) {
+    return ZGeometry(ZGeometry::Streams(makeGeometry(mesh, requirements)));
+}
 
 struct GeometryElement {
     ZDagPath path;
@@ -27,7 +38,7 @@ class GeometryElements {
     size_t current = 0;
     ZMatrix projection, view;
     // Told behind the last one. Each list has its own, for scripts may change what they refer to.
-    ZGeometry nothing{makeGeometry(nullptr, {})};
+    ZGeometry nothing = geometryOf(nullptr, {});
     ZMatrix identity;
 
     /// Null behind the last one.

@@ -101,7 +101,8 @@ bool holdsDepth(const std::string &path) {
 
 ZStatus writePicture(const Picture &picture, const std::string &path) {
     if (!isPictureFileName(path))
-        return {ZStatus::kInvalidParameter, "'" + path + "' is neither a .png nor a .exr file"};
+        return {ZStatus::kInvalidParameter,
+                ("'" + path + "' is neither a .png nor a .exr file").c_str()};
     if (!isExr(path))
         return writePng(path, picture.width, picture.height, bytesOf(picture).data());
     const std::vector<float> pixels = lightOf(picture);

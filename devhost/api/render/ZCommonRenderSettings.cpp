@@ -1,6 +1,7 @@
 #include "host/render/ZCommonRenderSettings.h"
 
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/FramePlaces.h"
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"
 #include "host/core/ZStringArray.h"
@@ -244,7 +245,7 @@ ZString ZCommonRenderSettingsData::getImageName(ZpathType pathType, double frame
         case kPattern:
             // The # are replaced first, so that one in a token's value stays.
             tokens["Name"] = stem;
-            file = expand(numberHashes(namePattern.asChar(), number), tokens);
+            file = expand(numberHashes(devhost::hashPlaces(namePattern.asChar()), number), tokens);
             break;
         default:
             file = stem + dotExtension;

@@ -136,8 +136,9 @@ ZPlug ZFnRenderLayer::adjustmentPlug(ZPlug const &scenePlug, ZStatus *ReturnStat
     ZStatus status;
     const auto *adjustment = adjustmentOf(*this, scenePlug, status);
     if (status && !adjustment)
-        status = ZStatus(ZStatus::kNotFound,
-                         std::string("the layer does not adjust ") + scenePlug.name().asChar());
+        status = ZStatus(
+            ZStatus::kNotFound,
+            (std::string("the layer does not adjust ") + scenePlug.name().asChar()).c_str());
     report(ReturnStatus, status);
     return adjustment ? ZPlug(object(), ZString(adjustment->name.c_str())) : ZPlug();
 }
@@ -183,7 +184,7 @@ ZObject ZFnRenderLayer::findLayerByName(ZString const &renderLayer, ZStatus *Ret
             report(ReturnStatus, ZStatus());
             return scene().object(id);
         }
-    report(ReturnStatus, ZStatus(ZStatus::kNotFound, "there is no render layer " + name));
+    report(ReturnStatus, ZStatus(ZStatus::kNotFound, ("there is no render layer " + name).c_str()));
     return ZObject();
 }
 

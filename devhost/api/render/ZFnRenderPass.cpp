@@ -72,8 +72,9 @@ ZPxRenderPassImpl *ZFnRenderPass::setImplementation(ZString const &implementatio
     else
         devhost::report(
             ReturnStatus,
-            ZStatus(ZStatus::kNotFound, std::string("there is no render pass implementation ") +
-                                            implementation.asChar()));
+            ZStatus(ZStatus::kNotFound, (std::string("there is no render pass implementation ") +
+                                         implementation.asChar())
+                                            .c_str()));
     return chosen;
 }
 

@@ -1,13 +1,21 @@
 #include "host/render/ZGeometry.h"
 
-#include "devhost/geometry/GeometryStreams.h"
+#include "devhost/api/render/GeometryElements.h"
+#include "host/core/ZString.h"
 
-ZGeometry::ZGeometry(std::shared_ptr<devhost::GeometryStreams const> streams)
-    : streams_(std::move(streams)) {}
+ZGeometry::ZGeometry(Streams const &streams) : streams_(new Streams(streams.to)) {}
 
-ZGeometry::ZGeometry(ZGeometry const &other) = default;
-ZGeometry::~ZGeometry() = default;
-ZGeometry &ZGeometry::operator=(ZGeometry const &other) = default;
+ZGeometry::ZGeometry(ZGeometry const &other) : streams_(devhost::share(other.streams_)) {}
+
+ZGeometry::~ZGeometry() {
+    devhost::drop(streams_);
+}
+
+ZGeometry &ZGeometry::operator=(ZGeometry const &other) {
+    ZGeometry copy(other);
+    std::swap(streams_, copy.streams_);
+    return *this;
+}
 
 ZGeometryData ZGeometry::position() {
     return data(ZGeometryData::kPosition, ZString());
@@ -38,18 +46,19 @@ ZGeometryData ZGeometry::binormal(ZString const &name) {
 }
 
 ZGeometryData ZGeometry::data(ZGeometryData::DataType dataType, ZString const &name) {
-    for (const devhost::StreamHandle &stream : streams_->streams)
+    for (const devhost::StreamHandle &stream : streams_->to->streams)
         if (stream->type == dataType && (!name.length() || name == stream->name.c_str()))
-            return ZGeometryData(stream);
-    return ZGeometryData(nullptr);
+            return ZGeometryData(ZGeometryData::Stream(stream));
+    return ZGeometryData(ZGeometryData::Stream(std::make_shared<devhost::GeometryStream>()));
 }
 
 unsigned int ZGeometry::primitiveArrayCount() const {
-    return unsigned(streams_->primitives.size());
+    return unsigned(streams_->to->primitives.size());
 }
 
 ZGeometryPrimitive ZGeometry::primitiveArray(unsigned int arrayNumber) const {
-    if (arrayNumber < streams_->primitives.size())
-        return streams_->primitives[arrayNumber];
-    return {std::make_shared<devhost::GeometryStream>(), ZGeometryPrimitive::kInvalidIndexType};
+    if (arrayNumber < streams_->to->primitives.size())
+        return streams_->to->primitives[arrayNumber];
+    return {ZGeometryData::Stream(std::make_shared<devhost::GeometryStream>()),
+            ZGeometryPrimitive::kInvalidIndexType};
 }

@@ -28,67 +28,76 @@ int sizeOf(ZGeometryData::ElementType type) {
 ZGeometryData::ZGeometryData(char const *name, DataType dataType, ElementType elementType,
                              ElementSize elementSize, unsigned int elementCount, void *pData,
                              bool ownsData)
-    : stream_(std::make_shared<devhost::GeometryStream>()) {
-    stream_->name = name ? name : "";
-    stream_->id = devhost::nextStreamId();
-    stream_->type = dataType;
-    stream_->elementType = elementType;
-    stream_->elementSize = elementSize;
-    stream_->elementCount = elementCount;
-    stream_->data = pData;
-    stream_->ownsData = ownsData;
+    : ZGeometryData(Stream(std::make_shared<devhost::GeometryStream>())) {
+    devhost::GeometryStream &stream = *stream_->to;
+    stream.name = name ? name : "";
+    stream.id = devhost::nextStreamId();
+    stream.type = dataType;
+    stream.elementType = elementType;
+    stream.elementSize = elementSize;
+    stream.elementCount = elementCount;
+    stream.data = pData;
+    stream.ownsData = ownsData;
 }
 
-ZGeometryData::ZGeometryData(std::shared_ptr<devhost::GeometryStream> stream)
-    : stream_(stream ? std::move(stream) : std::make_shared<devhost::GeometryStream>()) {}
+ZGeometryData::ZGeometryData(Stream const &stream) : stream_(new Stream(stream.to)) {}
 
-ZGeometryData::ZGeometryData(ZGeometryData const &other) = default;
-ZGeometryData::~ZGeometryData() = default;
+ZGeometryData::ZGeometryData(ZGeometryData const &other) : stream_(devhost::share(other.stream_)) {}
+
+ZGeometryData::~ZGeometryData() {
+    devhost::drop(stream_);
+}
+
+ZGeometryData &ZGeometryData::operator=(ZGeometryData const &other) {
+    ZGeometryData copy(other);
+    std::swap(stream_, copy.stream_);
+    return *this;
+}
 
 char const *ZGeometryData::objectName() const {
-    return stream_->name.c_str();
+    return stream_->to->name.c_str();
 }
 
 int ZGeometryData::uniqueID() const {
-    return stream_->id;
+    return stream_->to->id;
 }
 
 ZGeometryData::DataType ZGeometryData::dataType() const {
-    return stream_->type;
+    return stream_->to->type;
 }
 
 ZGeometryData::ElementType ZGeometryData::elementType() const {
-    return stream_->elementType;
+    return stream_->to->elementType;
 }
 
 int ZGeometryData::elementTypeSize() const {
-    return sizeOf(stream_->elementType);
+    return sizeOf(stream_->to->elementType);
 }
 
 ZGeometryData::ElementSize ZGeometryData::elementSize() const {
-    return static_cast<ElementSize>(stream_->elementSize);
+    return static_cast<ElementSize>(stream_->to->elementSize);
 }
 
 unsigned int ZGeometryData::elementCount() const {
-    return stream_->elementCount;
+    return stream_->to->elementCount;
 }
 
 void *ZGeometryData::data() const {
-    return stream_->data;
+    return stream_->to->data;
 }
 
 int ZGeometryData::collectionNumber() const {
-    return stream_->collectionNumber;
+    return stream_->to->collectionNumber;
 }
 
 void ZGeometryData::setCollectionNumber(int number) {
-    stream_->collectionNumber = number;
+    stream_->to->collectionNumber = number;
 }
 
 void ZGeometryData::setObjectOwnsData(bool ownsData) {
-    stream_->ownsData = ownsData;
+    stream_->to->ownsData = ownsData;
 }
 
 bool ZGeometryData::objectOwnsData() const {
-    return stream_->ownsData;
+    return stream_->to->ownsData;
 }

@@ -9,16 +9,17 @@ namespace {
 ZGeometry everythingOf(const devhost::MeshHandle &mesh) {
     devhost::GeometryRequirementList all;
     all.addAll();
-    return ZGeometry(devhost::makeGeometry(mesh, all));
+    return devhost::geometryOf(mesh, all);
 }
 
 } // namespace
 
-ZGeometryList::ZGeometryList()
-    : ZSetupFlags(kMatrices), elements_(std::make_unique<devhost::GeometryElements>()) {}
+struct ZGeometryList::Elements : devhost::GeometryElements {};
 
-ZGeometryList::ZGeometryList(ZRenderingInfo const &renderInfo, int setupFlags)
-    : ZSetupFlags(setupFlags), elements_(std::make_unique<devhost::GeometryElements>()) {
+ZGeometryList::ZGeometryList() : ZSetupFlags(kMatrices), elements_(new Elements) {}
+
+ZGeometryList::ZGeometryList(ZRenderingInfo const &renderInfo, int setupFlags) : ZGeometryList() {
+    ZSetupFlags = setupFlags;
     elements_->projection = renderInfo.projectionMatrix();
     elements_->view = renderInfo.viewMatrix();
     const devhost::Scene &scene = devhost::scene();
@@ -31,6 +32,7 @@ ZGeometryList::ZGeometryList(ZRenderingInfo const &renderInfo, int setupFlags)
 
 ZGeometryList::~ZGeometryList() {
     devhost::forgetDefaultGeometry(this);
+    delete elements_;
 }
 
 bool ZGeometryList::isDone() const {

@@ -55,7 +55,7 @@ ZGeometry ZGeometryManager::getGeometry(ZDagPath const &dagPath,
                                         ZObject *component) {
     const bool isPart = component && !component->isNull();
     const devhost::NodeId mesh = isPart ? devhost::kNoNode : devhost::meshNode(dagPath);
-    return ZGeometry(devhost::makeGeometry(devhost::meshOfNode(mesh), requirements.list()));
+    return devhost::geometryOf(devhost::meshOfNode(mesh), requirements.list());
 }
 
 ZGeometryList *
@@ -67,7 +67,7 @@ ZGeometryManager::referenceDefaultGeometry(GeometricShape shape,
     Lent &lent = lentShapes()[{shape, requirements.list()}];
     if (!lent.list) {
         lent.list = new ZGeometryList;
-        lent.list->addLast(ZGeometry(devhost::makeGeometry(mesh, requirements.list())), ZMatrix());
+        lent.list->addLast(devhost::geometryOf(mesh, requirements.list()), ZMatrix());
     }
     ++lent.references;
     return lent.list;

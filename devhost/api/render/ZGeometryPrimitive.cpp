@@ -2,15 +2,25 @@
 
 #include "devhost/geometry/GeometryStreams.h"
 
-ZGeometryPrimitive::ZGeometryPrimitive(std::shared_ptr<devhost::GeometryStream> indices,
-                                       DrawPrimitiveType type)
-    : indices_(std::move(indices)), type_(type) {}
+ZGeometryPrimitive::ZGeometryPrimitive(ZGeometryData::Stream const &indices, DrawPrimitiveType type)
+    : indices_(new ZGeometryData::Stream(indices.to)), type_(type) {}
 
-ZGeometryPrimitive::ZGeometryPrimitive(ZGeometryPrimitive const &other) = default;
-ZGeometryPrimitive::~ZGeometryPrimitive() = default;
+ZGeometryPrimitive::ZGeometryPrimitive(ZGeometryPrimitive const &other)
+    : indices_(devhost::share(other.indices_)), type_(other.type_) {}
+
+ZGeometryPrimitive::~ZGeometryPrimitive() {
+    devhost::drop(indices_);
+}
+
+ZGeometryPrimitive &ZGeometryPrimitive::operator=(ZGeometryPrimitive const &other) {
+    ZGeometryPrimitive copy(other);
+    std::swap(indices_, copy.indices_);
+    type_ = other.type_;
+    return *this;
+}
 
 int ZGeometryPrimitive::uniqueID() const {
-    return indices_->id;
+    return indices_->to->id;
 }
 
 ZGeometryPrimitive::DrawPrimitiveType ZGeometryPrimitive::drawPrimitiveType() const {
@@ -18,13 +28,13 @@ ZGeometryPrimitive::DrawPrimitiveType ZGeometryPrimitive::drawPrimitiveType() co
 }
 
 unsigned int ZGeometryPrimitive::elementCount() const {
-    return indices_->elementCount;
+    return indices_->to->elementCount;
 }
 
 ZGeometryData::ElementType ZGeometryPrimitive::dataType() const {
-    return indices_->elementType;
+    return indices_->to->elementType;
 }
 
 void *ZGeometryPrimitive::data() const {
-    return indices_->data;
+    return indices_->to->data;
 }

@@ -1,6 +1,7 @@
 #include "host/render/ZGeometryRequirements.h"
 
 #include "devhost/geometry/GeometryStreams.h"
+#include "host/core/ZString.h"
 
 namespace {
 
@@ -10,9 +11,15 @@ int validSize(int elementSize) {
 
 } // namespace
 
-ZGeometryRequirements::ZGeometryRequirements()
-    : list_(std::make_unique<devhost::GeometryRequirementList>()) {}
-ZGeometryRequirements::~ZGeometryRequirements() = default;
+ZGeometryRequirements::ZGeometryRequirements() : list_(new List) {}
+
+ZGeometryRequirements::~ZGeometryRequirements() {
+    delete list_;
+}
+
+ZGeometryRequirements::List const &ZGeometryRequirements::list() const {
+    return *list_;
+}
 
 void ZGeometryRequirements::addPosition(int elementSize) {
     list_->add(ZGeometryData::kPosition, "", validSize(elementSize));

@@ -106,6 +106,9 @@ unsigned swatchSide(unsigned wanted) {
 
 } // namespace
 
+ZHardwareRenderer::ZHardwareRenderer() = default;
+ZHardwareRenderer::~ZHardwareRenderer() = default;
+
 ZHardwareRenderer *ZHardwareRenderer::theRenderer() {
     static ZHardwareRenderer renderer;
     return &renderer;

@@ -32,7 +32,7 @@ RegisteredFiles &files() {
 
 ZStatus unknownHandle(ZHwTextureFileHandle handle) {
     return {ZStatus::kInvalidParameter,
-            "there is no texture file with the handle " + std::to_string(handle)};
+            ("there is no texture file with the handle " + std::to_string(handle)).c_str()};
 }
 
 ZStatus registerFile(const std::string &fileName, ZHwTextureFileHandle &handle) {

@@ -2,6 +2,7 @@
 
 #include "host/core/ZMatrix.h"
 #include "host/core/ZPoint.h"
+#include "host/core/ZStatus.h"
 
 #include <cmath>
 #include <numbers>

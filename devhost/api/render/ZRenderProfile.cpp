@@ -1,44 +1,59 @@
 #include "host/render/ZRenderProfile.h"
 
+#include "devhost/util/Hidden.h"
+#include "host/core/ZString.h"
+
 #include <algorithm>
+#include <vector>
+
+using devhost::contents;
 
 namespace {
 
 constexpr int kNotStandard = -1;
 
+/// A standard renderer has no name.
+struct Entry {
+    int standard;
+    ZString name;
+    float version;
+    bool operator==(const Entry &) const = default;
+};
+
 } // namespace
 
-ZRenderProfile::ZRenderProfile() = default;
-ZRenderProfile::~ZRenderProfile() = default;
+struct ZRenderProfile::Entries : std::vector<Entry> {
+    bool has(const Entry &entry) const { return std::find(begin(), end(), entry) != end(); }
+    void add(const Entry &entry) {
+        if (!has(entry))
+            push_back(entry);
+    }
+};
 
-bool ZRenderProfile::Entry::operator==(const Entry &other) const {
-    return standard == other.standard && name == other.name && version == other.version;
-}
+ZRenderProfile::ZRenderProfile() : entries_(nullptr) {}
 
-bool ZRenderProfile::has(const Entry &entry) const {
-    return std::find(entries_.begin(), entries_.end(), entry) != entries_.end();
+ZRenderProfile::~ZRenderProfile() {
+    delete entries_;
 }
 
 unsigned int ZRenderProfile::numberOfRenderers() const {
-    return static_cast<unsigned int>(entries_.size());
+    return static_cast<unsigned int>(contents(entries_).size());
 }
 
 void ZRenderProfile::addRenderer(ZStandardRenderer renderer) {
-    const Entry entry{renderer, {}, 0};
-    if (renderer >= kQuilSoftware && renderer <= kQuilD3D && !has(entry))
-        entries_.push_back(entry);
+    if (renderer >= kQuilSoftware && renderer <= kQuilD3D)
+        devhost::made(entries_).add({renderer, {}, 0});
 }
 
 void ZRenderProfile::addRenderer(ZString const &name, float version) {
-    const Entry entry{kNotStandard, name, version};
-    if (name.length() && !has(entry))
-        entries_.push_back(entry);
+    if (name.length())
+        devhost::made(entries_).add({kNotStandard, name, version});
 }
 
 bool ZRenderProfile::hasRenderer(ZStandardRenderer renderer) const {
-    return has({renderer, {}, 0});
+    return contents(entries_).has({renderer, {}, 0});
 }
 
 bool ZRenderProfile::hasRenderer(ZString const &name, float version) const {
-    return has({kNotStandard, name, version});
+    return contents(entries_).has({kNotStandard, name, version});
 }

@@ -3,6 +3,7 @@
 #include "devhost/raytrace/ShadowMaps.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZPoint.h"
+#include "host/core/ZStatus.h"
 
 #include <cmath>
 

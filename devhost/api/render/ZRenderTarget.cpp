@@ -15,6 +15,8 @@ void expand(const unsigned char *channels, unsigned count, unsigned char *rgba) 
 
 } // namespace
 
+ZRenderTarget::ZRenderTarget(Request &request) : request_(request) {}
+
 unsigned int ZRenderTarget::width() const {
     return request_.image.width;
 }

@@ -1,6 +1,8 @@
 // The static helpers for renderers.
 #include "host/render/ZRenderUtil.h"
 
+#include "devhost/gl/HardwareFrame.h"
+#include "devhost/api/render/Picture.h"
 #include "devhost/image/TextureFiles.h"
 #include "devhost/image/TextureImage.h"
 #include "devhost/raytrace/NoiseTable.h"
@@ -108,8 +110,15 @@ std::optional<float> facing(const ZFloatVector &lightDirection, const ZFloatVect
 
 } // namespace
 
+ZRenderUtil::ZRenderUtil() = default;
+
 ZRenderUtil::QuilRenderState ZRenderUtil::quilRenderState() {
-    return renderSession().state;
+    const RenderSession &session = renderSession();
+    if (hardwareFrame().isDrawing)
+        return kHardwareRender;
+    if (session.state != kNotRendering || !viewIsOpen())
+        return session.state;
+    return session.isBatch ? kBatchRender : kInteractiveRender;
 }
 
 ZStatus ZRenderUtil::raytrace(const ZFloatVector &rayOrigin, const ZFloatVector &rayDirection,

@@ -1,5 +1,7 @@
 #include "devhost/session/ViewportRequest.h"
 
+ZRenderingInfo::ZRenderingInfo(ZRenderTarget::Request const &request) : request_(request) {}
+
 // The image covers the whole target.
 int ZRenderingInfo::originX() const {
     return 0;

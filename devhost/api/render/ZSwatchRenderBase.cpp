@@ -86,6 +86,22 @@ bool ZSwatchRenderBase::renderParallel() {
 
 void ZSwatchRenderBase::cancelParallelRendering() {}
 
+ZObject ZSwatchRenderBase::swatchNode() const {
+    return swatchNode_;
+}
+
+ZObject ZSwatchRenderBase::node() const {
+    return node_;
+}
+
+int ZSwatchRenderBase::resolution() const {
+    return resolution_;
+}
+
+ZImage &ZSwatchRenderBase::image() {
+    return image_;
+}
+
 void ZSwatchRenderBase::setRenderQuality(int quality) {
     quality_ = quality;
 }

@@ -34,7 +34,7 @@ ZStatus findSwatchGenerator(const ZString &name, ZSwatchRenderCreatorFnPtr &crea
     const auto found = generators().find(name.asChar());
     if (found == generators().end())
         return {ZStatus::kNotFound,
-                "no swatch generator of the name \"" + std::string(name.asChar()) + "\""};
+                ("no swatch generator of the name \"" + std::string(name.asChar()) + "\"").c_str()};
     creator = found->second;
     return {};
 }
@@ -50,9 +50,10 @@ ZStatus beginSwatch(const ZString &generator, const ZObject &node, int resolutio
         swatch.reset(creator ? creator(node, node, resolution) : nullptr);
         if (swatch)
             return {};
-        return {ZStatus::kInvalidParameter, "the generator \"" + std::string(generator.asChar()) +
-                                                "\" has no swatch for this node (" +
-                                                node.apiTypeStr() + ")"};
+        return {ZStatus::kInvalidParameter,
+                ("the generator \"" + std::string(generator.asChar()) +
+                 "\" has no swatch for this node (" + node.apiTypeStr() + ")")
+                    .c_str()};
     });
 }
 
@@ -66,8 +67,9 @@ ZStatus ZSwatchRenderRegister::registerSwatchRender(ZString name,
     if (name.length() == 0)
         return {ZStatus::kInvalidParameter, "a swatch generator needs a name"};
     if (!generators().try_emplace(name.asChar(), creator).second)
-        return {ZStatus::kInvalidParameter, "there is already a swatch generator of the name \"" +
-                                                std::string(name.asChar()) + "\""};
+        return {ZStatus::kInvalidParameter, ("there is already a swatch generator of the name \"" +
+                                             std::string(name.asChar()) + "\"")
+                                                .c_str()};
     return {};
 }
 

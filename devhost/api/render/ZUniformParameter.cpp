@@ -225,11 +225,11 @@ struct ZUniformParameter::Data {
     }
 };
 
-ZUniformParameter::ZUniformParameter() : data_(std::make_unique<Data>()) {}
+ZUniformParameter::ZUniformParameter() : data_(new Data) {}
 
 ZUniformParameter::ZUniformParameter(ZString const &name, DataType type, DataSemantic semantic,
                                      unsigned int rows, unsigned int columns, void *userData)
-    : data_(std::make_unique<Data>()) {
+    : ZUniformParameter() {
     data_->name = name;
     data_->type = type;
     data_->semantic = semantic;
@@ -243,9 +243,11 @@ ZUniformParameter::ZUniformParameter(ZString const &name, DataType type, DataSem
 }
 
 ZUniformParameter::ZUniformParameter(ZUniformParameter const &other)
-    : data_(std::make_unique<Data>(*other.data_)) {}
+    : data_(new Data(*other.data_)) {}
 
-ZUniformParameter::~ZUniformParameter() = default;
+ZUniformParameter::~ZUniformParameter() {
+    delete data_;
+}
 
 ZUniformParameter &ZUniformParameter::operator=(ZUniformParameter const &other) {
     *data_ = *other.data_;

@@ -123,12 +123,14 @@ struct ZVaryingParameter::Data {
         for (const Description *leaf : leaves) {
             streams.push_back(leaf->stream(geometry));
             if (streams.back().elementCount() == 0 || !streams.back().data())
-                return ZStatus(ZStatus::kNotFound, std::string("the geometry has no values for ") +
-                                                       leaf->name.asChar());
+                return ZStatus(
+                    ZStatus::kNotFound,
+                    (std::string("the geometry has no values for ") + leaf->name.asChar()).c_str());
             if (streams.back().elementCount() != streams.front().elementCount())
-                return ZStatus(ZStatus::kNotFound,
-                               std::string("not every vertex has a value for ") +
-                                   leaf->name.asChar());
+                return ZStatus(
+                    ZStatus::kNotFound,
+                    (std::string("not every vertex has a value for ") + leaf->name.asChar())
+                        .c_str());
         }
         if (leaves.size() == 1 && devhost::isStoredAs(streams[0], leaves[0]->format)) {
             stream.emplace(streams[0]);
@@ -149,28 +151,29 @@ struct ZVaryingParameter::Data {
     }
 };
 
-ZVaryingParameter::ZVaryingParameter() : data_(std::make_unique<Data>()) {}
+ZVaryingParameter::ZVaryingParameter() : data_(new Data) {}
 
 ZVaryingParameter::ZVaryingParameter(ZString const &name, ZVaryingParameterType type,
                                      int minDimension, int maxDimension,
                                      ZVaryingParameterSemantic semantic, bool invertTexCoords,
                                      ZString const &semanticName)
-    : data_(std::make_unique<Data>(describe(name, type, minDimension, maxDimension, kMostValues,
-                                            semantic, ZString(), invertTexCoords, semanticName))) {}
+    : data_(new Data(describe(name, type, minDimension, maxDimension, kMostValues, semantic,
+                              ZString(), invertTexCoords, semanticName))) {}
 
 ZVaryingParameter::ZVaryingParameter(ZString const &name, ZVaryingParameterType type,
                                      int minDimension, int maxDimension, int dimension,
                                      ZVaryingParameterSemantic semantic,
                                      ZString const &destinationSet, bool invertTexCoords,
                                      ZString const &semanticName)
-    : data_(std::make_unique<Data>(describe(name, type, minDimension, maxDimension, dimension,
-                                            semantic, destinationSet, invertTexCoords,
-                                            semanticName))) {}
+    : data_(new Data(describe(name, type, minDimension, maxDimension, dimension, semantic,
+                              destinationSet, invertTexCoords, semanticName))) {}
 
 ZVaryingParameter::ZVaryingParameter(ZVaryingParameter const &other)
-    : data_(std::make_unique<Data>(other.data_->description)) {}
+    : data_(new Data(other.data_->description)) {}
 
-ZVaryingParameter::~ZVaryingParameter() = default;
+ZVaryingParameter::~ZVaryingParameter() {
+    delete data_;
+}
 
 ZVaryingParameter &ZVaryingParameter::operator=(ZVaryingParameter const &other) {
     data_->description = other.data_->description;

@@ -64,7 +64,8 @@ ZStatus ZViewportRenderer::registerRenderer() const {
     auto &all = devhost::registeredViewports();
     for (const auto &entry : all)
         if (entry.name == name)
-            return {ZStatus::kFailure, "a viewport renderer of this name is registered: " + name};
+            return {ZStatus::kFailure,
+                    ("a viewport renderer of this name is registered: " + name).c_str()};
     // Being registered does not change a renderer, but drawing may.
     all.push_back({name, const_cast<ZViewportRenderer *>(this)});
     return {};

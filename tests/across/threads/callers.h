@@ -2,6 +2,7 @@
 
 // Python callbacks of every kind, and host threads that call them.
 
+#include "devhost/process/InterpreterGate.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "host/render/ZRenderCallback.h"
 #include "runtime/director.h"
@@ -87,7 +88,7 @@ class Threads : public apptest::SquareScene {
         session().useGl = false;
         session().callbackGuard = [](const std::function<void()> &call) {
             const TpythonLock lock(kPythonLock);
-            if (TpythonLock::isHeld())
+            if (devhost::runsInterpreter())
                 call();
         };
         session().onCallbackError = [](const char *, const char *) {};

@@ -1,7 +1,7 @@
 // Sixteen host threads call Python callbacks of every kind while the main thread keeps the
 // interpreter busy.
 
-#include "host/base/TpythonInterpreter.h"
+#include "devhost/process/ReportedExceptions.h"
 #include "tests/across/threads/callers.h"
 
 using namespace threadtest;
@@ -52,7 +52,7 @@ alive = callbacks_alive()
 stderr, sys.stderr = sys.stderr, cStringIO.StringIO()
 _r.ZRenderCallback_addCallback(shared['Inner'].this, 0)
 )");
-    const unsigned reported = TpythonInterpreter::reportedCount();
+    const unsigned reported = devhost::reportedExceptions();
     std::array<Answers, kKindCount> answers;
     std::atomic<unsigned> running = kThreads;
     auto threads = start([&](unsigned number) {
@@ -87,7 +87,7 @@ _r.ZRenderCallback_addCallback(shared['Inner'].this, 0)
         failed += kind.no;
     }
     EXPECT_EQ(entered, calls * kThreads);
-    EXPECT_EQ(TpythonInterpreter::reportedCount(), reported + failed);
+    EXPECT_EQ(devhost::reportedExceptions(), reported + failed);
     // Each report is whole: threads do not write into one another's.
     run(R"(
 _r.ZRenderCallback_removeCallback(shared['Inner'].this)
@@ -134,7 +134,7 @@ stderr, sys.stderr = sys.stderr, cStringIO.StringIO()
 shared['Raises'], shared['Good'] = Raises(), Good()
 for _each in shared.values(): _r.ZRenderCallback_addCallback(_each.this, 0)
 )");
-    const unsigned reported = TpythonInterpreter::reportedCount();
+    const unsigned reported = devhost::reportedExceptions();
     std::atomic<bool> over = false;
     unsigned finished = 0, cancelled = 0;
     std::thread renderer([&] {
@@ -160,7 +160,7 @@ for _each in shared.values(): _r.ZRenderCallback_addCallback(_each.this, 0)
     EXPECT_EQ(finished + cancelled, renders);
     EXPECT_GT(cancelled, 0u);
     // A cancelled render skips the callbacks that were to come; the others all ran.
-    const unsigned failed = TpythonInterpreter::reportedCount() - reported;
+    const unsigned failed = devhost::reportedExceptions() - reported;
     EXPECT_EQ(entered, 2 * failed);
     EXPECT_GE(failed, 3 * finished);
     EXPECT_EQ(PyInt_AsLong(eval("sys.stderr.getvalue().count('ValueError: number ')")),

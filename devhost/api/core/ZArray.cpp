@@ -1,0 +1,195 @@
+// The arrays of numbers and of small values.
+#include "host/core/ZArray.h"
+
+#include "devhost/util/Guarded.h"
+#include "devhost/util/Hidden.h"
+#include "devhost/util/Statuses.h"
+#include "host/core/ZColorArray.h"
+#include "host/core/ZDagPathArray.h"
+#include "host/core/ZDoubleArray.h"
+#include "host/core/ZFloatArray.h"
+#include "host/core/ZFloatPointArray.h"
+#include "host/core/ZFloatVectorArray.h"
+#include "host/core/ZIntArray.h"
+#include "host/core/ZMatrixArray.h"
+#include "host/core/ZObjectArray.h"
+#include "host/core/ZPlugArray.h"
+#include "host/core/ZPointArray.h"
+#include "host/core/ZTimeArray.h"
+#include "host/core/ZUint64Array.h"
+#include "host/core/ZUintArray.h"
+#include "host/core/ZVectorArray.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+using devhost::contents;
+using devhost::guarded;
+using devhost::made;
+using devhost::report;
+
+namespace {
+
+ZStatus outOfRange() {
+    return devhost::invalid("the index is outside the array");
+}
+
+} // namespace
+
+template <class T>
+struct ZArrayOf<T>::Elements : std::vector<T> {};
+
+template <class T>
+ZArrayOf<T>::ZArrayOf() noexcept : elements_(nullptr), sizeIncrement_(8) {}
+
+template <class T>
+ZArrayOf<T>::ZArrayOf(unsigned count, const T &value, ZStatus *ReturnStatus) : ZArrayOf() {
+    report(ReturnStatus, guarded([&] { made(elements_).assign(count, value); }));
+}
+
+template <class T>
+ZArrayOf<T>::ZArrayOf(const T *source, unsigned count, ZStatus *ReturnStatus) : ZArrayOf() {
+    report(ReturnStatus, guarded([&] { made(elements_).assign(source, source + count); }));
+}
+
+template <class T>
+ZArrayOf<T>::ZArrayOf(const ZArrayOf &other)
+    : elements_(devhost::copied(other.elements_)), sizeIncrement_(other.sizeIncrement_) {}
+
+template <class T>
+ZArrayOf<T>::ZArrayOf(ZArrayOf &&other) noexcept
+    : elements_(std::exchange(other.elements_, nullptr)), sizeIncrement_(other.sizeIncrement_) {}
+
+template <class T>
+ZArrayOf<T>::~ZArrayOf() {
+    delete elements_;
+}
+
+template <class T>
+ZArrayOf<T> &ZArrayOf<T>::operator=(const ZArrayOf &other) {
+    return *this = ZArrayOf(other);
+}
+
+template <class T>
+ZArrayOf<T> &ZArrayOf<T>::operator=(ZArrayOf &&other) noexcept {
+    std::swap(elements_, other.elements_);
+    sizeIncrement_ = other.sizeIncrement_;
+    return *this;
+}
+
+template <class T>
+unsigned ZArrayOf<T>::length() const {
+    return static_cast<unsigned>(contents(elements_).size());
+}
+
+template <class T>
+ZStatus ZArrayOf<T>::setLength(unsigned count) {
+    return guarded([&] { made(elements_).resize(count); });
+}
+
+template <class T>
+ZStatus ZArrayOf<T>::append(const T &value) {
+    return insert(value, length());
+}
+
+template <class T>
+ZStatus ZArrayOf<T>::insert(const T &value, unsigned index) {
+    if (index > length())
+        return outOfRange();
+    return guarded([&] {
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may lie in here
+        const T kept = value;
+        Elements &all = made(elements_);
+        if (all.size() == all.capacity())
+            all.reserve(all.size() + std::max<size_t>(all.size(), sizeIncrement_));
+        all.insert(all.begin() + index, kept);
+    });
+}
+
+template <class T>
+ZStatus ZArrayOf<T>::remove(unsigned index) {
+    if (index >= length())
+        return outOfRange();
+    elements_->erase(elements_->begin() + index);
+    return ZStatus();
+}
+
+template <class T>
+ZStatus ZArrayOf<T>::clear() {
+    delete std::exchange(elements_, nullptr);
+    return ZStatus();
+}
+
+template <class T>
+ZStatus ZArrayOf<T>::set(const T &value, unsigned index) {
+    if (index >= length())
+        return outOfRange();
+    (*this)[index] = value;
+    return ZStatus();
+}
+
+template <class T>
+ZStatus ZArrayOf<T>::copy(const ZArrayOf &other) {
+    return guarded([&] {
+        ZArrayOf copied(other);
+        std::swap(elements_, copied.elements_);
+    });
+}
+
+template <class T>
+ZStatus ZArrayOf<T>::get(T *destination) const {
+    std::copy_n(data(), length(), destination);
+    return ZStatus();
+}
+
+template <class T>
+void ZArrayOf<T>::setSizeIncrement(unsigned count) {
+    sizeIncrement_ = count;
+}
+
+template <class T>
+unsigned ZArrayOf<T>::sizeIncrement() const {
+    return sizeIncrement_;
+}
+
+template <class T>
+T &ZArrayOf<T>::operator[](unsigned index) {
+    return (*elements_)[index];
+}
+
+template <class T>
+const T &ZArrayOf<T>::operator[](unsigned index) const {
+    return (*elements_)[index];
+}
+
+template <class T>
+bool ZArrayOf<T>::operator==(const ZArrayOf &other) const {
+    return std::equal(data(), data() + length(), other.data(), other.data() + other.length());
+}
+
+template <class T>
+T *ZArrayOf<T>::data() {
+    return elements_ ? elements_->data() : nullptr;
+}
+
+template <class T>
+const T *ZArrayOf<T>::data() const {
+    return contents(elements_).data();
+}
+
+template class ZArrayOf<ZColor>;
+template class ZArrayOf<ZDagPath>;
+template class ZArrayOf<double>;
+template class ZArrayOf<float>;
+template class ZArrayOf<ZFloatPoint>;
+template class ZArrayOf<ZFloatVector>;
+template class ZArrayOf<int>;
+template class ZArrayOf<ZMatrix>;
+template class ZArrayOf<ZObject>;
+template class ZArrayOf<ZPlug>;
+template class ZArrayOf<ZPoint>;
+template class ZArrayOf<ZTime>;
+template class ZArrayOf<unsigned long>;
+template class ZArrayOf<unsigned int>;
+template class ZArrayOf<ZVector>;

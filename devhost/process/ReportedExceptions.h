@@ -1,0 +1,15 @@
+#pragma once
+
+// What TpythonInterpreter::catchAndReportException has seen.
+
+#include "host/base/HostApi.h"
+
+namespace devhost {
+
+/// Number of exceptions reported so far in this process.
+OPENQUIL_API unsigned reportedExceptions();
+
+/// True once a reported exception was KeyboardInterrupt.
+OPENQUIL_API bool interruptReported();
+
+} // namespace devhost
