@@ -4,7 +4,7 @@ SCENE ?= /usr/share/glmark2/models/bunny.obj
 export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 
 .PHONY: build setup demo test stress bench format clean
-.PHONY: check-asan check-tsan check-valgrind check-bare coverage lint strength
+.PHONY: check-asan check-tsan check-valgrind check-bare coverage lint lint-fast strength
 
 build: setup-tests
 	cmake --preset release
@@ -49,11 +49,21 @@ coverage: setup-checks
 	ctest --preset coverage
 	python3 tools/coverage.py build-coverage tests/runtime/unreached.tsv 95
 
-# clang-format, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp).
-lint: setup-checks
-	cmake --preset debug -B build-lint
+# Layout, files, layers and scripts, and clang-tidy on what differs from the main branch (LINT_BASE
+# names another).
+lint-fast: setup-checks
 	git ls-files -co --exclude-standard -- '*.h' '*.cpp' | xargs clang-format --dry-run -Werror
-	python3 tools/lint.py build-lint $(or $(CXX),c++)
+	python3 tools/lint/tracked.py
+	python3 tests/house/layers.py .
+	python3 tools/lint/scripts.py build
+	cmake --preset debug -B build-lint
+	python3 tools/lint/native.py build-lint $(or $(CXX),c++) --changed
+
+# The same, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp) on everything, and the ratio
+# of test lines to code lines.
+lint: lint-fast
+	python3 tools/lint/native.py build-lint $(or $(CXX),c++)
+	python3 tools/test_ratio.py
 
 # What the tests catch: faults planted one at a time (twenty minutes); writes docs/test_strength.md.
 strength: setup-tests

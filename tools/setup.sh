@@ -31,7 +31,9 @@ readonly build_packages=(
 )
 readonly test_packages=(libgtest-dev binutils)
 readonly bench_packages=(cython3 valgrind binutils)
-readonly check_packages=("${test_packages[@]}" clang-format clang-tidy cppcheck gcovr git valgrind)
+readonly check_packages=(
+    "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git shellcheck valgrind
+)
 readonly python_build_packages=(
     gcc make patch git curl ca-certificates xz-utils
     libssl-dev zlib1g-dev libffi-dev libbz2-dev libreadline-dev libsqlite3-dev libncurses-dev

@@ -14,9 +14,9 @@ PYTHON3 = ('tools/*', 'bench/run.py', 'companion/generate.py', 'companion/header
            'companion/signatures.py', 'tests/app/*', 'tests/house/*',
            'tests/companion/test_stubs.py', 'tests/across/hostile/null_host.py',
            'tests/across/lifetimes/test_leak_check.py')
-# flake8 reads Python 3. It complains of what is not (E999: the interpreter is to judge that), of these
-# names, of those that a test puts into itself or takes with a star (F821, F403, F405), and of imports
-# that wait for a search path (E402).
+# flake8 reads Python 3. It complains of what is not (E999: the interpreter is to judge that), of
+# these names, of those that a test puts into itself or takes with a star (F821, F403, F405), and of
+# imports that wait for a search path (E402).
 PYTHON2_OPTIONS = ['--extend-ignore=E402,E999,F403,F405,F821',
                    '--builtins=basestring,buffer,long,reload,unichr,unicode,xrange']
 COMPILE = 'import sys\nfor path in sys.argv[1:]: compile(open(path).read(), path, "exec")'
