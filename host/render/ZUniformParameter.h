@@ -148,8 +148,9 @@ class OPENQUIL_API ZUniformParameter {
 
     /// Makes a parameter without a name that holds nothing.
     ZUniformParameter();
-    /// Makes a parameter of rows x columns values. A shape without values, or with more than
-    /// 65536, becomes 1 x 1. userData is the caller's own and is only handed back by userData.
+    /// Makes a parameter of rows x columns values. A shape without values, or with more than 2^24
+    /// or than there is memory for, becomes 1 x 1, of which a line on standard error tells.
+    /// userData is the caller's own and is only handed back by userData.
     ZUniformParameter(ZString const &name, DataType type, DataSemantic semantic,
                       unsigned int rows = 1, unsigned int columns = 1, void *userData = nullptr);
     /// Makes a copy with a value of its own.
