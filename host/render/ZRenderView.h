@@ -3,9 +3,10 @@
 // The host's render view: collects the picture that a renderer sends in blocks of pixels.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZDagPath.h"
-#include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
+
+class ZDagPath;
+class ZStatus;
 
 /// One pixel of the render view. Colour values are 0 to 1; only pictures that are sent with the
 /// high-dynamic-range flag go beyond.

@@ -3,6 +3,7 @@
 #include "devhost/geometry/DefaultShapes.h"
 #include "devhost/geometry/GeometryElements.h"
 #include "host/core/ZObject.h"
+#include "host/core/ZStatus.h"
 
 #include <algorithm>
 

@@ -4,6 +4,8 @@
 #include "devhost/gl/DrawSemantics.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/session/RenderSession.h"
+#include "host/core/ZPlug.h"
+#include "host/core/ZStatus.h"
 #include "host/core/ZStringArray.h"
 #include "host/render/ZDrawContext.h"
 #include "host/render/ZGeometryList.h"
