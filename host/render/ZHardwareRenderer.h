@@ -4,13 +4,13 @@
 
 #include "host/base/HostApi.h"
 #include "host/core/ZColor.h"
-#include "host/core/ZStatus.h"
-#include "host/core/ZString.h"
 
 class ZDrawProcedureBase;
 class ZGLFunctionTable;
 class ZGeometryData;
 class ZImage;
+class ZStatus;
+class ZString;
 class ZStringArray;
 
 /// The hardware renderer: lists of draw procedures that are executed at four places of a frame, the

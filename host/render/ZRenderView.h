@@ -3,9 +3,10 @@
 // The host's render view: collects the picture that a renderer sends in blocks of pixels.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZDagPath.h"
-#include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
+
+class ZDagPath;
+class ZStatus;
 
 /// One pixel of the render view: a colour that is not multiplied by the opacity. Its values are
 /// sRGB codes, 0 to 1; those of pictures that are sent with the high-dynamic-range flag are linear

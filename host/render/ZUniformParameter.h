@@ -3,10 +3,10 @@
 // An input of a hardware shader that has one value while an object is drawn.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZPlug.h"
-#include "host/core/ZString.h"
 
 class ZGeometryList;
+class ZPlug;
+class ZString;
 
 namespace ZHWRender {
 class ZDrawContext;

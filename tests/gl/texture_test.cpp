@@ -1,5 +1,6 @@
 #include "devhost/gl/GlContext.h"
 #include "devhost/image/ImageIo.h"
+#include "host/core/ZPlug.h"
 #include "host/render/ZGLFunctionTable.h"
 #include "host/render/ZHwTextureManager.h"
 #include "host/render/ZRenderProfile.h"

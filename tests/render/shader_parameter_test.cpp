@@ -2,6 +2,8 @@
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/session/RenderSession.h"
 #include "host/core/ZDagPath.h"
+#include "host/core/ZPlug.h"
+#include "host/core/ZStatus.h"
 #include "host/render/ZDrawContext.h"
 #include "host/render/ZGeometry.h"
 #include "host/render/ZGeometryManager.h"

@@ -4,6 +4,7 @@
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"
+#include "host/core/ZDagPath.h"
 
 #include <algorithm>
 

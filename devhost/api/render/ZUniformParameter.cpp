@@ -6,6 +6,8 @@
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Terminal.h"
+#include "host/core/ZPlug.h"
+#include "host/core/ZStatus.h"
 #include "host/core/ZStringArray.h"
 #include "host/render/ZDrawContext.h"
 #include "host/render/ZGeometryList.h"
