@@ -7,6 +7,7 @@ extern const Rows buffer_rows;
 extern const Rows color_rows;
 extern const Rows frame_rows;
 extern const Rows image_rows;
+extern const Rows layer_buffer_rows;
 extern const Rows matrix_rows;
 extern const Rows pixel_buffer_rows;
 extern const Rows point_rows;
@@ -19,9 +20,9 @@ extern const Rows vector_rows;
 extern const Rows viewport_rows;
 
 static constexpr const Rows *tables[] = {
-    &string_rows,   &vector_rows,       &point_rows,  &color_rows,    &matrix_rows,
-    &rotation_rows, &time_rows,         &array_rows,  &scene_rows,    &image_rows,
-    &buffer_rows,   &pixel_buffer_rows, &swatch_rows, &viewport_rows, &frame_rows,
+    &string_rows, &vector_rows,   &point_rows, &color_rows,        &matrix_rows, &rotation_rows,
+    &time_rows,   &array_rows,    &scene_rows, &image_rows,        &buffer_rows, &pixel_buffer_rows,
+    &swatch_rows, &viewport_rows, &frame_rows, &layer_buffer_rows,
 };
 
 constinit const std::span<const Rows *const> method_tables = tables;

@@ -16,13 +16,15 @@ class LeakCheck(unittest.TestCase):
                 ('atexit.register(lambda: c.ZVector(1, 2, 3).length())', []),
                 ('r.ZRenderView.startRender(4, 4)\npixels = c.PixelBuffer(16)\n'
                  'r.ZRenderView.updatePixels(0, 3, 0, 3, pixels)\nr.ZRenderView.endRender()', []),
+                ('a = r.RV_AOV()\nfor size in 4, 5: a.pPixels = c.FloatBuffer(size)', []),
                 ('c.ZVector().this.disown()', ['1 ZVector']),
                 ('for _ in range(3): c.ZImage().this.disown(), c.FloatBuffer(2).this.disown()',
                  ['3 ZImage', '3 buffer']),
                 ('r.ZRenderCallback().__disown__()', ['1 ZRenderCallback']),
                 ('sys.keep = c.ZPlug()', ['1 ZPlug']),
                 ('m.ZVector_swigregister(object); a = m.new_ZVector()', ['1 ZVector'])):
-            done = subprocess.run([QUILHOST, '--no-gl', '--leak-check', '--python-expr', KEPT + code],
+            done = subprocess.run([QUILHOST, '--no-gl', '--quiet', '--leak-check', '--python-expr',
+                                   KEPT + code],
                                   stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, timeout=60,
                                   universal_newlines=True)
             self.assertEqual((done.stderr.splitlines(), done.returncode),
