@@ -171,4 +171,23 @@ TEST_F(GltfTest, BadDocumentsAreRefusedInOneLine) {
     }
 }
 
+TEST_F(GltfTest, DamagedImagesLeaveTheirTexturesEmpty) {
+    const std::string png = "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAIAAACQd1PeAAAADElEQVR4nGNgZGIG"
+                            "AAAOAAfXb+R4AAAAAElFTkSuQmCC";
+    write("cut.jpg", "\xff\xd8\xff\xdb");
+    load("images.gltf", document(kSquare + R"(, "nodes": [{"mesh": 0}],
+           "images": [{"name": "whole", "uri": "data:image/png;base64,)" +
+                                 png + R"("},
+                      {"name": "half", "uri": "data:image/png;base64,)" +
+                                 png.substr(0, 64) + R"("},
+                      {"name": "cut", "uri": "cut.jpg"}],
+           "textures": [{"source": 0}, {"source": 1}, {"source": 2}], "materials": [
+           {"pbrMetallicRoughness": {"baseColorTexture": {"index": 0}}},
+           {"pbrMetallicRoughness": {"baseColorTexture": {"index": 1}}},
+           {"pbrMetallicRoughness": {"baseColorTexture": {"index": 2}}}])"));
+    EXPECT_EQ(node("whole").texture()->pixels->rgba, (std::vector<unsigned char>{1, 2, 3, 255}));
+    EXPECT_EQ(node("half").texture()->pixels, nullptr);
+    EXPECT_EQ(node("cut").texture()->pixels, nullptr);
+}
+
 } // namespace
