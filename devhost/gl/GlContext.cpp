@@ -67,13 +67,12 @@ GlContext::GlContext() {
     available = whyNot_.empty();
     if (!available)
         return;
-    makeCurrent(context_);
     features = readFeatures();
     glDriver.load(features);
     makeCurrent(EGL_NO_CONTEXT);
 }
 
-/// Makes both contexts, and says what is wrong where it cannot.
+/// Makes both contexts, the scripts' one current, and says what is wrong where it cannot.
 std::string GlContext::open() {
     if (!renderSession().useGl)
         return "switched off by --no-gl";
@@ -84,14 +83,15 @@ std::string GlContext::open() {
     context_ = createContext(display_, EGL_NO_CONTEXT);
     if (context_ != EGL_NO_CONTEXT)
         privateContext_ = createContext(display_, context_);
-    if (privateContext_ == EGL_NO_CONTEXT)
+    if (privateContext_ == EGL_NO_CONTEXT || !makeCurrent(context_))
         return "the driver has no compatibility context";
     return {};
 }
 
-void GlContext::makeCurrent(void *context) {
-    eglBindAPI(EGL_OPENGL_API); // what contexts are made current for is a thread's own setting
-    eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, context);
+bool GlContext::makeCurrent(void *context) {
+    // The interface that a context belongs to is a thread's own setting.
+    return eglBindAPI(EGL_OPENGL_API) &&
+           eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, context);
 }
 
 std::string GlContext::whyNot() const {
@@ -108,8 +108,9 @@ bool GlContext::tryAcquire() noexcept {
     if (!available || isTaken_.exchange(true))
         return false;
     thread_local const AtThreadEnd atThreadEnd;
-    makeCurrent(context_);
-    return holdsContext = true;
+    holdsContext = makeCurrent(context_);
+    isTaken_ = holdsContext;
+    return holdsContext;
 }
 
 void GlContext::release() {

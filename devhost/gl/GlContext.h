@@ -47,7 +47,7 @@ class OPENQUIL_API GlContext {
   private:
     friend class GlPrivateScope;
     std::string open();
-    void makeCurrent(void *context);
+    bool makeCurrent(void *context);
 
     std::string whyNot_;
     void *display_ = nullptr;
