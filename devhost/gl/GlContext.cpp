@@ -99,7 +99,9 @@ std::string GlContext::whyNot() const {
 }
 
 ZStatus GlContext::acquire() {
-    return tryAcquire() ? ZStatus() : ZStatus(ZStatus::kFailure, "there is no OpenGL: " + whyNot());
+    if (tryAcquire())
+        return ZStatus();
+    return ZStatus(ZStatus::kFailure, ("there is no OpenGL: " + whyNot()).c_str());
 }
 
 bool GlContext::tryAcquire() noexcept {
@@ -150,8 +152,10 @@ ZStatus GlPrivateScope::check() {
     const ZGLenum error = driverGlError();
     if (error == kOutOfMemory)
         return {ZStatus::kInsufficientMemory, "OpenGL has not enough memory"};
-    return error ? ZStatus(ZStatus::kFailure, "OpenGL reports the error " + std::to_string(error))
-                 : ZStatus();
+    if (!error)
+        return ZStatus();
+    return ZStatus(ZStatus::kFailure,
+                   ("OpenGL reports the error " + std::to_string(error)).c_str());
 }
 
 ZGLFunctionTable *glFunctionTable() {
