@@ -31,22 +31,25 @@ LAYERS = {
     # host/render.
     'devhost/util': ('host/base host/core', 'tests/core'),
     'devhost/scene': ('devhost/util host/base host/core'
-                      ' devhost/image/ImageDecoder.h',  # pictures inside of scene files
+                      ' devhost/image/ImageDecoder.h'   # pictures inside of scene files
+                      ' devhost/image/TextureImage.h',  # whether a texture is there
                       'tests/scene'),
     'devhost/image': ('devhost/util devhost/scene host/base host/core', 'tests/core'),
-    'devhost/geometry': ('devhost/scene host/core'
+    'devhost/geometry': ('devhost/util devhost/scene host/core'
                          ' host/render/ZGeometryData.h'        # enumerations: kinds and types
-                         ' host/render/ZGeometryPrimitive.h',  # handles to the indices
+                         ' host/render/ZGeometryPrimitive.h'   # handles to the indices
+                         ' host/render/ZGeometryRequirements.h',  # the list of what is asked for
                          'tests/render'),
     'devhost/session': ('devhost/util devhost/scene devhost/image host/base host/core'
                         ' host/render/ZCommonRenderSettings.h'  # the settings record
                         ' host/render/ZRenderUtil.h'            # enumerations: state and pass
                         # It draws viewports, with renderers that are objects of plug-ins.
-                        ' host/render/ZRenderingInfo.h devhost/gl/GlTarget.h'
+                        ' host/render/ZRenderingInfo.h devhost/gl/GlContext.h'
+                        ' devhost/gl/GlTarget.h'
                         ' devhost/raytrace/CameraView.h devhost/raytrace/RayTracer.h'
                         ' devhost/raytrace/Shading.h',
                         'tests/render'),
-    'devhost/raytrace': ('devhost/scene devhost/image devhost/geometry devhost/session host/base'
+    'devhost/raytrace': ('devhost/util devhost/scene devhost/image devhost/geometry devhost/session host/base'
                          ' host/core'
                          ' host/render/ZRenderData.h'         # records that callbacks are given
                          ' host/render/ZRenderShadowData.h'
@@ -64,10 +67,13 @@ LAYERS = {
     'devhost/api/render': ('devhost/geometry devhost/gl devhost/image devhost/raytrace'
                            ' devhost/scene devhost/session devhost/util host', 'tests/render'),
     # What uses them.
-    'devhost/core_module': ('devhost/api/render devhost/session wrappers/rows runtime host',
+    'devhost/core_module': ('devhost/api/render devhost/session wrappers/rows runtime host'
+                            ' devhost/util/KnownMemory.h',  # lengths of what scripts make
                             'tests/core_module'),
-    'devhost/app': ('devhost host', 'tests/app'),
-    'bench': ('host', ''),
+    'devhost/app': ('devhost host'
+                    ' runtime/pointer_object.h',  # counts objects by what modules return
+                    'tests/app'),
+    'bench': ('host devhost/scene tests/scene/gltf_file.h tests/temporary_folder.h', ''),
     'tools/sanitizers': ('', ''),
 }
 # What lies at the top.

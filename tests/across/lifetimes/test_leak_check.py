@@ -3,7 +3,7 @@ import subprocess
 import sys
 import unittest
 
-COMMAND = [sys.argv.pop(1), '--no-gl']
+COMMAND = [sys.argv.pop(1), '--quiet', '--no-gl']
 KEPT = 'import OpenQuil as c, OpenQuilRender as r, _OpenQuil as m, sys, atexit\n'
 
 
