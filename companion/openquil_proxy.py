@@ -75,8 +75,9 @@ class _Loan(object):
 
 
 def pointer_setter(native_set, name):
-    """The setter of a pointer to numbers, which takes over the ownership of a buffer. Native objects
-    do not free it: this one's proxy, or that of what it lies in, keeps it and gives it back."""
+    """The setter of a pointer to numbers, which takes over the ownership of a buffer. Native
+    objects do not free it: this one's proxy, or that of what it lies in, keeps it and gives it
+    back."""
     def set(self, value):
         pointer = getattr(value, 'this', value)
         owned = hasattr(pointer, 'own') and pointer.own()

@@ -2,18 +2,18 @@
 
 #include "wrappers/rows/module_tables.h"
 
-#define FAMILIES(X) \
+#define FAMILIES(X)                     \
     X(common_render_settings_constants) \
-    X(geometry_constants) \
-    X(uniform_parameter_constants) \
-    X(varying_parameter_constants) \
-    X(gl_token_constants) \
-    X(gl_extension_constants) \
-    X(gl_version_constants) \
-    X(hardware_renderer_constants) \
-    X(render_profile_constants) \
-    X(render_shadow_data_constants) \
-    X(render_util_constants) \
+    X(geometry_constants)               \
+    X(uniform_parameter_constants)      \
+    X(varying_parameter_constants)      \
+    X(gl_token_constants)               \
+    X(gl_extension_constants)           \
+    X(gl_version_constants)             \
+    X(hardware_renderer_constants)      \
+    X(render_profile_constants)         \
+    X(render_shadow_data_constants)     \
+    X(render_util_constants)            \
     X(viewport_renderer_constants)
 
 #define DECLARATION(family) extern const binding::Constants family;

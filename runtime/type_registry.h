@@ -6,14 +6,14 @@
 // A module describes each native type by one static record. The records of a module form its type
 // table, sorted by mangled name, and the tables of all modules are linked in a ring, a circular
 // singly linked list, whose head is published in the interpreter as
-// "swig_runtime_data4"."type_pointer". When a module starts, it takes over records of equal name that
-// are in the ring already; that is why a pointer object made by one module converts in another, and
-// why wrappers must read a type through their module's swig_types slot and never through its own
-// record.
+// "swig_runtime_data4"."type_pointer". When a module starts, it takes over records of equal name
+// that are in the ring already; that is why a pointer object made by one module converts in
+// another, and why wrappers must read a type through their module's swig_types slot and never
+// through its own record.
 //
-// The cast list of a type is doubly linked, and a successful check moves its entry to the front (the
-// move-to-front heuristic of self-organising lists): the next conversion of the same class, by far
-// the likeliest, then takes one comparison. So nobody may keep a pointer to an entry, and every
+// The cast list of a type is doubly linked, and a successful check moves its entry to the front
+// (the move-to-front heuristic of self-organising lists): the next conversion of the same class, by
+// far the likeliest, then takes one comparison. So nobody may keep a pointer to an entry, and every
 // check is a write.
 //
 // What a table goes through in a process:

@@ -59,7 +59,8 @@ ZStatus read(const std::string &path, std::shared_ptr<const Pixels> &pixels) try
     pixels = std::make_shared<const Pixels>(decodeImage(bytes));
     return ZStatus();
 } catch (const BadImage &bad) {
-    return ZStatus(ZStatus::kFailure, ("cannot read the image: " + path + ": " + bad.what()).c_str());
+    return ZStatus(ZStatus::kFailure,
+                   ("cannot read the image: " + path + ": " + bad.what()).c_str());
 }
 
 } // namespace

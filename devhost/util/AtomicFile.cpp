@@ -48,8 +48,9 @@ AtomicFile::AtomicFile(const std::string &path, Kind kind) : target_(linkTarget(
     std::error_code ignored;
     if (fs::exists(fs::symlink_status(target_, ignored)) &&
         !fs::is_regular_file(target_, ignored)) {
-        status_ = ZStatus(ZStatus::kFailure,
-                          ("cannot write '" + target_ + "': it exists and is no regular file").c_str());
+        status_ =
+            ZStatus(ZStatus::kFailure,
+                    ("cannot write '" + target_ + "': it exists and is no regular file").c_str());
         return;
     }
     const int descriptor = open(kind);

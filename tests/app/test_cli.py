@@ -270,7 +270,8 @@ ZRenderView.endRender()
 
     def test_names(self):
         for name in ("a.%02d.png", "b.$F2.png", "c.##.png"):
-            self.run_host("tri.obj", "--resolution", "2", "2", "--output", name, "--frames", "8-10x2")
+            self.run_host("tri.obj", "--resolution", "2", "2", "--output", name,
+                          "--frames", "8-10x2")
         self.assertEqual(self.files(), ["%s.%s.png" % (a, b) for a in "abc" for b in ("08", "10")] +
                          ["tri.obj"])
 
@@ -295,8 +296,8 @@ print(settings.renderAll, settings.deviceAspectRatio, settings.preKos.asUnicode(
 
     def test_existing_pictures_are_skipped(self):
         self.write("a.1.png", "what was there")
-        out, err = self.run_host("tri.obj", "--frames", "1-2", "--output", "a.#.png", "--resolution",
-                                 "2", "2", "--skip-existing", "--progress", "json")
+        out, err = self.run_host("tri.obj", "--frames", "1-2", "--output", "a.#.png",
+                                 "--resolution", "2", "2", "--skip-existing", "--progress", "json")
         events = [json.loads(line) for line in err.splitlines()]
         self.assertEqual([(e["frame"], e["skipped"]) for e in events if e["event"] == "frame"],
                          [(1, True), (2, False)])
@@ -345,8 +346,8 @@ cells = [UnsignedIntBuffer(1) for _ in range(4)]
 r.ZRenderView.getRenderRegion(*cells)
 print([int(cell[0]) for cell in cells])
 """)
-        out, err = self.run_host("tri.obj", "--python", "a.py", "--resolution", "9", "9", "--region",
-                                 "3", "4", "2", "6", "--output", "a.png")
+        out, err = self.run_host("tri.obj", "--python", "a.py", "--resolution", "9", "9",
+                                 "--region", "3", "4", "2", "6", "--output", "a.png")
         self.assertEqual(out, "[3, 4, 2, 6]\n[3, 4, 2, 6, 2, 5, 9, 9]\n")
         self.run_host("tri.obj", "--resolution", "9", "9", "--output", "whole.png")
         part, whole = self.png("a.png")[2], self.png("whole.png")[2]
@@ -585,7 +586,8 @@ class Moving(Case):
             self.assertEqual("a.png" in self.files(), not lines)
         # A plain interpreter has standard error.
         modules = os.path.join(os.path.dirname(os.path.dirname(QUILHOST)), "python")
-        child = subprocess.run([PYTHON2, "-c", "import OpenQuil; OpenQuil.ZFileIO.open('moving.gltf')"],
+        code = "import OpenQuil; OpenQuil.ZFileIO.open('moving.gltf')"
+        child = subprocess.run([PYTHON2, "-c", code],
                                cwd=self.folder, env=dict(os.environ, PYTHONPATH=modules),
                                stderr=subprocess.PIPE, text=True, timeout=LIMIT)
         self.assertEqual((child.returncode, child.stderr), (0, "OpenQuil: " + told + "\n"))
@@ -599,8 +601,8 @@ class Moving(Case):
         for options, code in ((("--strict",), 3), ((), 0)):
             out, err = self.run_host("tri.obj", "--python-expr", script, "--output", "a.png",
                                      *options, code=code)
-            self.assertIn("quilhost: notice: tri.obj: material 'paint', texture 'gone.png': the image "
-                          "is not there; the material is shown without it", err.splitlines())
+            self.assertIn("quilhost: notice: tri.obj: material 'paint', texture 'gone.png': the "
+                          "image is not there; the material is shown without it", err.splitlines())
             self.assertEqual("a.png" in self.files(), code == 0)
 
 

@@ -325,7 +325,8 @@ class Layers(unittest.TestCase):
         view = OpenQuilRender.ZRenderView
         view.startRender(4, 4)
         self.addCleanup(view.endRender)
-        pixels, layers, one = OpenQuil.PixelBuffer(17), OpenQuil.LayerBuffer(2), OpenQuilRender.RV_AOV()
+        pixels, layers = OpenQuil.PixelBuffer(17), OpenQuil.LayerBuffer(2)
+        one = OpenQuilRender.RV_AOV()
         layers.set(0, 'a', 1, OpenQuil.FloatBuffer(16))
         layers.set(1, 'b', 3, OpenQuil.FloatBuffer(48))
         one.name, one.numberOfChannels, one.pPixels = 'c', 1, OpenQuil.FloatBuffer(16)

@@ -49,8 +49,8 @@ LAYERS = {
                         ' devhost/raytrace/CameraView.h devhost/raytrace/RayTracer.h'
                         ' devhost/raytrace/Shading.h',
                         'tests/render'),
-    'devhost/raytrace': ('devhost/util devhost/scene devhost/image devhost/geometry devhost/session host/base'
-                         ' host/core'
+    'devhost/raytrace': ('devhost/util devhost/scene devhost/image devhost/geometry'
+                         ' devhost/session host/base host/core'
                          ' host/render/ZRenderData.h'         # records that callbacks are given
                          ' host/render/ZRenderShadowData.h'
                          ' host/render/ZSwatchRenderBase.h',  # the material ball is a swatch

@@ -2,12 +2,14 @@
 // native function, the line of the method table with its flag, the texts of all messages, and the
 // proxy method, stub and documentation that are generated from the table all follow from it.
 //
+// clang-format off
+//     STATIC(ZRenderView, startRender, ZStatus(unsigned int, unsigned int, bool, bool), false, false)
 //     CONSTRUCTOR(ZRenderView, ZRenderView())
 //     DESTRUCTOR(ZRenderView)
-//     STATIC(ZRenderView, startRender, ZStatus(unsigned int, unsigned int, bool, bool), false, false)
 //     METHOD(ZCommonRenderSettingsData, isAnimated, bool() const)
 //     MEMBER(RV_PIXEL, r, float)
 //     PROXY(ZRenderView)
+// clang-format on
 //
 // A row gives the member and its declared type, followed by the defaults of its last parameters.
 // The compiler checks the type against the host's declaration; its text is what messages show, so
@@ -39,7 +41,8 @@
 // All names of native functions are "_wrap_" and the Python name, but for the proxy protocol's.
 // Only make_rows.h includes this file; it undefines all of it again.
 
-// clang-format off: each macro is a sentence of its own
+// Each macro is a sentence of its own:
+// clang-format off
 #define TEXTS(Class, name, declared) {name, declared, sizeof(#Class) - 1}
 #define RECORD(function) row_table[at_##function]
 

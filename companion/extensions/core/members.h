@@ -119,8 +119,8 @@ class LayerBuffer {
 
 /// The frames that the host renders.
 class Frames {
-    /// Returns the time of the frame that is rendered, also in callbacks; between frames that of the
-    /// last one, and before the first frame that of the first.
+    /// Returns the time of the frame that is rendered, also in callbacks; between frames that of
+    /// the last one, and before the first frame that of the first.
     static ZTime current();
 };
 

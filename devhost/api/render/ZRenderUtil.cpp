@@ -1,8 +1,8 @@
 // The static helpers for renderers.
 #include "host/render/ZRenderUtil.h"
 
-#include "devhost/gl/HardwareFrame.h"
 #include "devhost/api/render/Picture.h"
+#include "devhost/gl/HardwareFrame.h"
 #include "devhost/image/TextureFiles.h"
 #include "devhost/image/TextureImage.h"
 #include "devhost/raytrace/NoiseTable.h"
