@@ -7,6 +7,7 @@
 #include "devhost/session/Parallel.h"
 #include "devhost/session/RenderCallbacks.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/KnownMemory.h"
 
 #include <algorithm>
 #include <cmath>
@@ -127,8 +128,11 @@ ZStatus tellShadows() {
     for (const auto &light : worldLights(scene(), defaultLights)) {
         if (renderSession().cancelled)
             return cancelled();
-        if (light.castsShadows)
-            runShadowCastCallbacks(makeShadowMaps(light, scene(), rayTracer()).data);
+        if (!light.castsShadows)
+            continue;
+        const ShadowMaps maps = makeShadowMaps(light, scene(), rayTracer());
+        const KnownMemory lent(maps.depths.data(), maps.depths.size() * sizeof(float));
+        runShadowCastCallbacks(maps.data);
     }
     return {};
 }

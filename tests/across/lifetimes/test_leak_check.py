@@ -16,6 +16,7 @@ class LeakCheck(unittest.TestCase):
                 ('atexit.register(lambda: c.ZVector(1, 2, 3).length())', []),
                 ('r.ZRenderView.startRender(4, 4)\npixels = c.PixelBuffer(16)\n'
                  'r.ZRenderView.updatePixels(0, 3, 0, 3, pixels)\nr.ZRenderView.endRender()', []),
+                ('a = r.RV_AOV()\nfor size in 4, 5: a.pPixels = c.FloatBuffer(size)', []),
                 ('c.ZVector().this.disown()', ['1 ZVector']),
                 ('for _ in range(3): c.ZImage().this.disown(), c.FloatBuffer(2).this.disown()',
                  ['3 ZImage', '3 buffer']),
