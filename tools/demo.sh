@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the programs and what they load, renders a scene with the two example scripts, and says how
-# long that took and where the pictures are. Set-up comes first (tools/setup.sh).
+# Builds the programs and what they load, renders a scene with the two example scripts and one that
+# moves, and says how long that took and where the pictures are. Set-up comes first (tools/setup.sh).
 set -euo pipefail
 
 readonly scene=${1:?usage: tools/demo.sh SCENE}
@@ -14,5 +14,8 @@ for example in raytrace depth_fog; do
     build/bin/quilhost "$scene" --python "examples/$example.py" \
         --output "build/demo/$example.png" --resolution 640 480
 done
+# A stalk that joints bend, at four times.
+build/bin/quilhost examples/scenes/reed.gltf --frames 0-36x12 \
+    --output 'build/demo/reed.##.png' --resolution 640 480
 printf 'Built and rendered in %d seconds. The pictures are in:\n' "$SECONDS"
-printf '  %s\n' "$PWD"/build/demo/{raytrace,depth_fog}.png
+printf '  %s\n' "$PWD"/build/demo/{raytrace,depth_fog,reed.{00,12,24,36}}.png

@@ -92,7 +92,7 @@ void Progress::notice(const devhost::Notice &notice) {
                    {"found", notice.found},
                    {"instead", notice.instead}});
     else if (style_ != kSilent || noticesAreErrors_)
-        std::fprintf(stderr, "quilhost: notice: %s\n", notice.line().c_str());
+        devhost::tell("notice: " + notice.line());
 }
 
 void Progress::countNotices(size_t count) {

@@ -1,7 +1,7 @@
 #include "devhost/util/Notices.h"
 
-#include <algorithm>
-#include <cstdio>
+#include "devhost/util/Terminal.h"
+
 #include <filesystem>
 #include <mutex>
 #include <set>
@@ -30,7 +30,7 @@ std::string Notice::line() const {
     for (const std::string &part : {file, place})
         if (!part.empty())
             result += part + ": ";
-    return printable(result + found + "; " + instead);
+    return result + found + "; " + instead;
 }
 
 FileNotices::FileNotices(const std::string &path)
@@ -60,7 +60,7 @@ void tell(const Notice &notice) {
     if (all.listener)
         all.listener(notice);
     else
-        std::fprintf(stderr, "OpenQuil: %s\n", notice.line().c_str());
+        writeLine("OpenQuil: " + notice.line());
 }
 
 std::size_t noticesTold() {
@@ -71,13 +71,6 @@ std::size_t noticesTold() {
 void setNoticeListener(std::function<void(const Notice &)> listener) {
     const std::lock_guard lock(told().mutex);
     told().listener = std::move(listener);
-}
-
-std::string printable(std::string text) {
-    for (char &c : text)
-        if (static_cast<unsigned char>(c) < ' ' || c == '\x7f')
-            c = '?';
-    return text;
 }
 
 } // namespace devhost

@@ -23,7 +23,7 @@ struct Notice {
     std::string found;   // what was found there
     std::string instead; // what is done instead
 
-    /// "file: place: found; instead", on one line and without control characters.
+    /// "file: place: found; instead", as the names in it are.
     OPENQUIL_API std::string line() const;
 };
 
@@ -53,9 +53,5 @@ OPENQUIL_API std::size_t noticesTold();
 
 /// Who shows notices from now on; null for standard error.
 OPENQUIL_API void setNoticeListener(std::function<void(const Notice &)> listener);
-
-/// The text with its control characters as "?", so that names out of files cannot act on a
-/// terminal or forge lines.
-OPENQUIL_API std::string printable(std::string text);
 
 } // namespace devhost

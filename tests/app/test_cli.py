@@ -519,7 +519,7 @@ MOVING = json.dumps({
                   for view, count, kind in ((0, 3, "VEC3"), (1, 3, "VEC3"), (2, 2, "SCALAR"),
                                             (3, 2, "VEC3"))],
     "meshes": [{"primitives": [{"attributes": {"POSITION": 0, "NORMAL": 1}, "material": 0}]}],
-    "materials": [{"name": "paint", "normalTexture": {"index": 0}}],
+    "materials": [{"name": "paint\x1b", "normalTexture": {"index": 0}}],
     "nodes": [{"mesh": 0, "name": "it"}],
     "animations": [{"samplers": [{"input": 2, "output": 3}], "channels": [
         {"sampler": 0, "target": {"node": 0, "path": "translation"}}]}]})
@@ -566,7 +566,7 @@ class Moving(Case):
                               for frame in (12, 24)])
 
     def test_what_is_not_honoured_is_told(self):
-        told = ("moving.gltf: material 0 'paint': its normal texture is not supported; it is left "
+        told = ("moving.gltf: material 0 'paint\\u001b': its normal texture is not supported; it is left "
                 "out")
         out, err = self.run_host("moving.gltf", "--fps", "7.5", "--python-expr", "0")
         self.assertEqual(err.splitlines(), [
@@ -575,7 +575,7 @@ class Moving(Case):
         out, err = self.run_host("moving.gltf", "--progress", "json", "--python-expr", "0")
         self.assertEqual([json.loads(line) for line in err.splitlines()], [
             {"event": "notice", "kind": "normal texture", "file": "moving.gltf",
-             "place": "material 0 'paint'", "found": "its normal texture is not supported",
+             "place": "material 0 'paint\x1b'", "found": "its normal texture is not supported",
              "instead": "it is left out"}, {"event": "notices", "count": 1}])
         for options, lines in ((("--quiet", "--strict"), 2), (("--quiet",), 0)):
             out, err = self.run_host("moving.gltf", "--output", "a.png", *options,
