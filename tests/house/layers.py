@@ -31,12 +31,12 @@ LAYERS = {
     # host/render.
     'devhost/util': ('host/base host/core', 'tests/core'),
     'devhost/scene': ('devhost/util host/base host/core'
-                      ' devhost/image/ImageDecoder.h',  # pictures inside of scene files
+                      # Pictures inside of scene files and beside them.
+                      ' devhost/image/ImageDecoder.h devhost/image/TextureImage.h',
                       'tests/scene'),
     'devhost/image': ('devhost/util devhost/scene host/base host/core', 'tests/core'),
     'devhost/geometry': ('devhost/scene host/core'
-                         ' host/render/ZGeometryData.h'        # enumerations: kinds and types
-                         ' host/render/ZGeometryPrimitive.h',  # handles to the indices
+                         ' host/render/ZGeometryData.h',  # enumerations: kinds and types
                          'tests/render'),
     'devhost/session': ('devhost/util devhost/scene devhost/image host/base host/core'
                         ' host/render/ZCommonRenderSettings.h'  # the settings record
@@ -66,7 +66,9 @@ LAYERS = {
     # What uses them.
     'devhost/core_module': ('devhost/api/render devhost/session wrappers/rows runtime host',
                             'tests/core_module'),
-    'devhost/app': ('devhost host', 'tests/app'),
+    'devhost/app': ('devhost host'
+                    ' runtime/pointer_object.h',  # whose objects it counts
+                    'tests/app'),
     'bench': ('host', ''),
     'tools/sanitizers': ('', ''),
 }
