@@ -285,7 +285,9 @@ class Generator(object):
                                             self.member_python_type(getter))
         text = '%s: %s\n\n%s' % (name, shown, self.member_text(target, name))
         if is_borrowed(getter) and not self.is_embedded(getter):
-            text += '\n\nPython gives up its ownership of a buffer that is set here.'
+            set = '_proxy.pointer_setter(%s, %r)' % (set, name)
+            text += ('\n\nA buffer that is set here belongs to this object\'s proxy, which keeps it, '
+                     'until another\none is set or the proxy dies; then it is its own owner again.')
         lines = ['%s,' % accessor for accessor in (get, set) if accessor]
         lines.append('doc=%s)' % docstring(text))
         return '%s = property(\n%s' % (name, indented('\n'.join(lines)))

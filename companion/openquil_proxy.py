@@ -64,6 +64,31 @@ def text_setter(native_set, text_class):
     return set
 
 
+class _Loan(object):
+    """A buffer that belongs to a native object; once it does no more, it is its own owner again."""
+
+    def __init__(self, buffer):
+        self.buffer = buffer
+
+    def __del__(self):
+        getattr(self.buffer, 'this', self.buffer).acquire()
+
+
+def pointer_setter(native_set, name):
+    """The setter of a pointer to numbers, which takes over the ownership of a buffer. Native objects
+    do not free it: this one's proxy, or that of what it lies in, keeps it and gives it back."""
+    def set(self, value):
+        pointer = getattr(value, 'this', value)
+        owned = hasattr(pointer, 'own') and pointer.own()
+        native_set(self, value)
+        whole = self
+        while '_whole' in whole.__dict__:
+            whole = whole._whole
+        kept = whole.__dict__.setdefault('_kept', {})
+        kept[int(self.this), name] = _Loan(value) if owned else value
+    return set
+
+
 def address(proxy):
     """The address of the native object, 0 for None."""
     return 0 if proxy is None else int(proxy.this)

@@ -22,6 +22,7 @@ die() {
 command -v debootstrap >/dev/null || die "needs debootstrap (apt-get install debootstrap)"
 
 # The sources of this machine that are Debian 12's: "RELEASE URI" a line.
+# shellcheck disable=SC2016 # the variables are apt's
 sources=$(apt-get indextargets --format '$(RELEASE) $(COMPONENT) $(REPO_URI)' \
     'Created-By: Packages' | sed -nE "s/^($release(-security|-updates|)) main /\1 /p" | sort -u)
 mirror=$(sed -n "s/^$release //p" <<<"$sources" | head -n 1)
@@ -58,6 +59,7 @@ run_apart() {
 in_root() { # in_root USER COMMAND
     local proxies
     mapfile -t proxies < <(env | grep -iE '^(https?|ftp|no)_proxy=' || true)
+    # shellcheck disable=SC2016 # the variables are the inner shell's
     run_apart sh -e -c '
         root=$1 user=$2 command=$3
         shift 3

@@ -166,6 +166,7 @@ install_debian_python() {
 # nothing is taken from that Debian 12 has.
 install_from_debian_11() (
     readonly keyring=/usr/share/keyrings/debian-archive-keyring.gpg
+    # shellcheck disable=SC2016 # the variables are apt's
     sources=$(apt-get indextargets --format '$(RELEASE) $(COMPONENT) $(REPO_URI)' \
         'Created-By: Packages' 2>/dev/null | sort -u |
         sed -nE "s,^bookworm(|-security) main (.*),deb [signed-by=$keyring] \2 bullseye\1 main,p")

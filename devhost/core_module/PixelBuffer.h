@@ -1,5 +1,6 @@
 #pragma once
 
+#include "devhost/util/KnownMemory.h"
 #include "host/render/ZRenderView.h"
 
 #include <vector>
@@ -7,11 +8,13 @@
 /// A fixed number of pixels for the render view, filled in bulk.
 class PixelBuffer {
   public:
-    explicit PixelBuffer(unsigned int count) : pixels_(count) {}
+    explicit PixelBuffer(unsigned int count)
+        : pixels_(count), known_(pixels_.data(), count * sizeof(RV_PIXEL)) {}
 
     unsigned int length() const { return static_cast<unsigned int>(pixels_.size()); }
     RV_PIXEL *data() { return pixels_.data(); }
 
   private:
     std::vector<RV_PIXEL> pixels_;
+    devhost::KnownMemory known_;
 };

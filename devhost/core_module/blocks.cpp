@@ -1,10 +1,13 @@
 #include "devhost/core_module/blocks.h"
 
+#include "devhost/util/KnownMemory.h"
+
 #include <Python.h>
 
 #include <cstdint>
 #include <cstdlib>
-#include <unordered_map>
+#include <new>
+#include <unordered_set>
 
 namespace binding {
 
@@ -13,10 +16,10 @@ namespace {
 /// The longest item: that many zeros are behind every block.
 constexpr size_t kGuard = 16;
 
-std::unordered_map<const void *, size_t> &blocks() {
+std::unordered_set<const void *> &blocks() {
     // Never destroyed: pointer objects may be dropped after the process began to end.
-    static auto *const sizes = new std::unordered_map<const void *, size_t>;
-    return *sizes;
+    static auto *const addresses = new std::unordered_set<const void *>;
+    return *addresses;
 }
 
 } // namespace
@@ -24,24 +27,26 @@ std::unordered_map<const void *, size_t> &blocks() {
 void *make_block(size_t count, size_t item_size) {
     const bool too_long = count > (PTRDIFF_MAX - kGuard) / item_size;
     void *address = too_long ? nullptr : std::calloc(count * item_size + kGuard, 1);
-    if (!address) {
+    try {
+        if (!address)
+            throw std::bad_alloc();
+        blocks().insert(address);
+        devhost::knowMemory(address, count * item_size);
+    } catch (const std::bad_alloc &) {
+        blocks().erase(address);
+        std::free(address);
         PyErr_NoMemory();
         return nullptr;
     }
-    blocks()[address] = count * item_size;
     return address;
 }
 
 bool free_block(void *address) {
     if (!blocks().erase(address))
         return false;
+    devhost::forgetMemory(address);
     std::free(address);
     return true;
-}
-
-std::optional<size_t> block_size(const void *address) {
-    const auto found = blocks().find(address);
-    return found == blocks().end() ? std::nullopt : std::optional(found->second);
 }
 
 } // namespace binding

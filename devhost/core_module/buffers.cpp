@@ -1,11 +1,13 @@
 // Buffers: native numbers side by side, and single cells for out-arguments. A buffer that a script
-// makes owns its block and knows its length. A pointer that the host returns (the pixels of an
-// image, say) is a buffer of the same class, borrowed and of unknown length: its indices are
-// checked against zero only, and a script must know how many items there are. Untyped memory of the
-// host ("void *") has no class; a buffer is made as a copy of so many items of it.
+// makes owns its block and knows its length. A pointer that the host returns is a buffer of the
+// same class, borrowed. Its length is known where the host told it (what callbacks are lent); that
+// of others (the pixels of an image, say) is not: their indices are checked against zero only, and
+// a script must know how many items there are. Untyped memory of the host ("void *") has no class;
+// a buffer is made as a copy of so many items of it.
 
 #include "devhost/core_module/blocks.h"
 #include "devhost/core_module/items.h"
+#include "devhost/util/KnownMemory.h"
 #include "host/core/ZImageFileInfo.h"
 #include "host/render/ZHardwareRenderer.h"
 #include "host/render/ZPxRenderPassImpl.h"
@@ -123,7 +125,7 @@ PyObject *buffer_from_memory(PyObject *memory, unsigned int count) {
         PyErr_SetString(PyExc_TypeError, "expected a pointer to untyped memory, or a buffer");
         return nullptr;
     }
-    const auto known = address ? block_size(address) : std::optional<size_t>(0);
+    const auto known = address ? devhost::knownBytes(address) : std::optional<size_t>(0);
     if (known && *known / sizeof(T) < count) {
         PyErr_SetString(PyExc_IndexError, "the memory has fewer items");
         return nullptr;
@@ -134,7 +136,7 @@ PyObject *buffer_from_memory(PyObject *memory, unsigned int count) {
 /// The number of items; -1 where it is not known.
 template <class T>
 long length_of(const T &buffer) {
-    const auto size = block_size(&buffer);
+    const auto size = devhost::knownBytes(&buffer);
     return size ? static_cast<long>(*size / sizeof(T)) : -1;
 }
 

@@ -1,7 +1,7 @@
 // Pictures in memory.
 
-#include "devhost/core_module/blocks.h"
 #include "devhost/core_module/items.h"
+#include "devhost/util/KnownMemory.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZImageFileInfo.h"
 #include "wrappers/rows/constants.h"
@@ -12,10 +12,9 @@ namespace {
 
 using namespace binding;
 
-/// False, with an exception set, when a script's own buffer is shorter than the host will read.
-/// The length of other memory is not known.
+/// False, with an exception set, when a buffer is known to be shorter than the host will read.
 bool is_long_enough(const void *source, unsigned long items, size_t item_size) {
-    const auto size = block_size(source);
+    const auto size = devhost::knownBytes(source);
     if (!size || *size / item_size >= items)
         return true;
     PyErr_SetString(PyExc_ValueError, "the buffer is shorter than the picture");

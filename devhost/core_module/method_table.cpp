@@ -17,7 +17,8 @@
     X(pixel_buffer_rows) \
     X(swatch_rows)       \
     X(viewport_rows)     \
-    X(frame_rows)
+    X(frame_rows)        \
+    X(layer_buffer_rows)
 
 #define DECLARATION(family) extern const binding::Rows family;
 FAMILIES(DECLARATION)

@@ -1,40 +1,15 @@
-// Pixels for the render view. The pixel's class belongs to the render module, whose proxies delete
-// one pixel at a time, so a block of pixels cannot be an owned RV_PIXEL pointer. Instead a
-// PixelBuffer owns the block, and behind its pointer object is chained a borrowed RV_PIXEL pointer
-// to the first pixel: where the render view takes RV_PIXEL *, the buffer itself can be passed.
-// Borrowed pointers are valid while the buffer lives; it never moves its pixels.
+// Pixels for the render view.
 
 #include "devhost/core_module/PixelBuffer.h"
-#include "devhost/core_module/items.h"
+#include "devhost/core_module/element_buffer.h"
 #include "host/core/ZColorArray.h"
 #include "host/core/ZFloatVectorArray.h"
 
 #include <algorithm>
-#include <exception>
 
 namespace {
 
 using namespace binding;
-
-PyObject *new_pixels(unsigned int count) {
-    PixelBuffer *buffer;
-    try {
-        buffer = new PixelBuffer(count);
-    } catch (const std::exception &) {
-        return PyErr_NoMemory();
-    }
-    swig::SwigPtr_PyObject first(
-        SWIG_Python_NewPointerObj(buffer->data(), type_of<RV_PIXEL>(), kBorrowed | kNoProxy));
-    swig::SwigPtr_PyObject result(first ? constructed(buffer) : nullptr);
-    if (!first)
-        delete buffer;
-    if (!result)
-        return nullptr;
-    // An empty buffer has no first pixel.
-    if (first.get() != Py_None)
-        const swig::SwigPtr_PyObject none(SwigPyObject_append(result.get(), first.get()));
-    return result.release();
-}
 
 bool check_range(const PixelBuffer &buffer, long start, unsigned int count) {
     const long length = buffer.length();

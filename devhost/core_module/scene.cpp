@@ -3,6 +3,7 @@
 #include "devhost/core_module/items.h"
 #include "host/core/ZDagPath.h"
 #include "host/core/ZFileIO.h"
+#include "host/core/ZMatrix.h"
 #include "host/core/ZObject.h"
 #include "host/core/ZPlug.h"
 #include "host/core/ZSelectionList.h"

@@ -1,7 +1,6 @@
 #include "devhost/gl/DrawBuffers.h"
 
-#include "devhost/gl/GlContext.h"
-#include "devhost/gl/GlScope.h"
+#include "devhost/gl/GlPrivateFramebuffer.h"
 
 #include <GL/gl.h>
 #include <GL/glext.h>
@@ -9,12 +8,30 @@
 namespace devhost {
 namespace {
 
+/// Puts the framebuffer and the renderbuffer in use back.
+class BindingScope {
+  public:
+    explicit BindingScope(ZGLFunctionTable &gl) : gl_(gl) {
+        gl_.glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &framebuffer_);
+        gl_.glGetIntegerv(GL_RENDERBUFFER_BINDING_EXT, &renderbuffer_);
+    }
+    ~BindingScope() {
+        gl_.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, static_cast<ZGLuint>(framebuffer_));
+        gl_.glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, static_cast<ZGLuint>(renderbuffer_));
+    }
+    BindingScope(const BindingScope &) = delete;
+
+  private:
+    ZGLFunctionTable &gl_;
+    ZGLint framebuffer_ = 0, renderbuffer_ = 0;
+};
+
 /// Makes a buffer and attaches it to the bound framebuffer.
 unsigned attach(ZGLFunctionTable &gl, GLenum attachment) {
     unsigned buffer = 0;
     gl.glGenRenderbuffersEXT(1, &buffer);
     gl.glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, buffer);
-    gl.glFramebufferRenderbufferEXT(GL_FRAMEBUFFER_EXT, attachment, GL_RENDERBUFFER_EXT, buffer);
+    attachImage(gl, attachment, {GL_RENDERBUFFER_EXT, buffer});
     return buffer;
 }
 
@@ -31,7 +48,7 @@ ZStatus DrawBuffers::make(unsigned width, unsigned height) {
     ZGLFunctionTable &gl = *glFunctionTable();
     width_ = height_ = 0;
     {
-        const GlBufferScope scope(gl);
+        const BindingScope scope(gl);
         if (framebuffer_) {
             gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
         } else {
@@ -67,33 +84,23 @@ void DrawBuffers::drop() {
 void DrawBuffers::bind() const {
     ZGLFunctionTable &gl = *glFunctionTable();
     gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
+    gl.glDrawBuffer(GL_COLOR_ATTACHMENT0_EXT); // scripts may have chosen none
+    gl.glReadBuffer(GL_COLOR_ATTACHMENT0_EXT);
     gl.glViewport(0, 0, static_cast<int>(width_), static_cast<int>(height_));
 }
 
 void DrawBuffers::clear() const {
-    ZGLFunctionTable &gl = *glFunctionTable();
-    const GlBufferScope scope(gl);
-    gl.glPushAttrib(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_SCISSOR_BIT);
-    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
-    gl.glDisable(GL_SCISSOR_TEST);
-    gl.glColorMask(true, true, true, true);
-    gl.glDepthMask(true);
-    gl.glClearColor(0, 0, 0, 0);
-    gl.glClearDepth(1);
-    gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    gl.glPopAttrib();
+    const GlPrivateFramebuffer scope({GL_RENDERBUFFER_EXT, color_}, {GL_RENDERBUFFER_EXT, depth_});
+    glFunctionTable()->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 
 ZStatus DrawBuffers::read(ZImage &image) const {
     if (const ZStatus status = image.create(width_, height_); status.error())
         return status;
-    ZGLFunctionTable &gl = *glFunctionTable();
-    const GlBufferScope scope(gl);
-    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
-    const GlPixelScope pixels(gl);
-    gl.glReadPixels(0, 0, static_cast<int>(width_), static_cast<int>(height_), GL_RGBA,
-                    GL_UNSIGNED_BYTE, image.pixels());
-    return {};
+    const GlPrivateFramebuffer scope({GL_RENDERBUFFER_EXT, color_}, {});
+    glFunctionTable()->glReadPixels(0, 0, static_cast<int>(width_), static_cast<int>(height_),
+                                    GL_RGBA, GL_UNSIGNED_BYTE, image.pixels());
+    return scope.check();
 }
 
 } // namespace devhost

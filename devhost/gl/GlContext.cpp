@@ -33,17 +33,16 @@ EGLDisplay openDisplay() {
     return EGL_NO_DISPLAY;
 }
 
-EGLContext createContext(EGLDisplay display) {
+EGLContext createContext(EGLDisplay display, EGLContext shared) {
     const EGLint wanted[] = {EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_SURFACE_TYPE, EGL_DONT_CARE,
                              EGL_NONE};
     EGLConfig config;
     EGLint count = 0;
-    if (!eglBindAPI(EGL_OPENGL_API) || !eglChooseConfig(display, wanted, &config, 1, &count) ||
-        count == 0)
+    if (!eglChooseConfig(display, wanted, &config, 1, &count) || count == 0)
         return EGL_NO_CONTEXT;
     const EGLint profile[] = {EGL_CONTEXT_OPENGL_PROFILE_MASK,
                               EGL_CONTEXT_OPENGL_COMPATIBILITY_PROFILE_BIT, EGL_NONE};
-    return eglCreateContext(display, config, EGL_NO_CONTEXT, profile);
+    return eglCreateContext(display, config, shared, profile);
 }
 
 GlFeatures readFeatures() {
@@ -53,42 +52,77 @@ GlFeatures readFeatures() {
     return GlFeatures(glGetString(kVersion), glGetString(kExtensions));
 }
 
+/// Asked by every call of the table, and therefore without a destructor.
+constinit thread_local bool holdsContext = false;
+
+/// Gives the context back when its thread ends.
+struct AtThreadEnd {
+    ~AtThreadEnd() { glContext().release(); }
+};
+
 } // namespace
 
 GlContext::GlContext() {
-    if (!renderSession().useGl) {
-        whyNot = "switched off by --no-gl";
+    whyNot_ = open();
+    available = whyNot_.empty();
+    if (!available)
         return;
-    }
-    limitDriverThreads();
-    display_ = openDisplay();
-    if (display_ == EGL_NO_DISPLAY) {
-        whyNot = "no driver";
-        return;
-    }
-    context_ = createContext(display_);
-    available = context_ != EGL_NO_CONTEXT;
-    if (!available || !makeCurrent()) {
-        available = false;
-        whyNot = "the driver has no compatibility context";
-        return;
-    }
     features = readFeatures();
     glDriver.load(features);
+    makeCurrent(EGL_NO_CONTEXT);
 }
 
-bool GlContext::makeCurrent() {
-    if (!available)
-        return false;
+/// Makes both contexts, the scripts' one current, and says what is wrong where it cannot.
+std::string GlContext::open() {
+    if (!renderSession().useGl)
+        return "switched off by --no-gl";
+    limitDriverThreads();
+    display_ = openDisplay();
+    if (display_ == EGL_NO_DISPLAY || !eglBindAPI(EGL_OPENGL_API))
+        return "no driver";
+    context_ = createContext(display_, EGL_NO_CONTEXT);
+    if (context_ != EGL_NO_CONTEXT)
+        privateContext_ = createContext(display_, context_);
+    if (privateContext_ == EGL_NO_CONTEXT || !makeCurrent(context_))
+        return "the driver has no compatibility context";
+    return {};
+}
+
+bool GlContext::makeCurrent(void *context) {
     // The interface that a context belongs to is a thread's own setting.
     return eglBindAPI(EGL_OPENGL_API) &&
-           (eglGetCurrentContext() == context_ ||
-            eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, context_));
+           eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, context);
+}
+
+std::string GlContext::whyNot() const {
+    return available ? "it is in use in another thread" : whyNot_;
+}
+
+ZStatus GlContext::acquire() {
+    if (tryAcquire())
+        return ZStatus();
+    return ZStatus(ZStatus::kFailure, ("there is no OpenGL: " + whyNot()).c_str());
+}
+
+bool GlContext::tryAcquire() noexcept {
+    if (holdsContext)
+        return true;
+    if (!available || isTaken_.exchange(true))
+        return false;
+    thread_local const AtThreadEnd atThreadEnd;
+    holdsContext = makeCurrent(context_);
+    isTaken_ = holdsContext;
+    return holdsContext;
 }
 
 void GlContext::release() {
-    if (available && eglBindAPI(EGL_OPENGL_API) && eglGetCurrentContext() == context_)
-        eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    if (!holdsContext)
+        return;
+    if (beforeRelease)
+        beforeRelease();
+    makeCurrent(EGL_NO_CONTEXT);
+    holdsContext = false;
+    isTaken_ = false;
 }
 
 GlContext &glContext() {
@@ -97,9 +131,36 @@ GlContext &glContext() {
     return *context;
 }
 
+bool hasGl() {
+    return holdsContext;
+}
+
+GlPrivateScope::GlPrivateScope() {
+    glDriver.glFinish(); // what was drawn is there for the other context
+    glContext().makeCurrent(glContext().privateContext_);
+}
+
+GlPrivateScope::~GlPrivateScope() {
+    glDriver.glFinish();
+    while (driverGlError())
+        ; // none for the next scope
+    glContext().makeCurrent(glContext().context_);
+}
+
+ZStatus GlPrivateScope::check() {
+    constexpr ZGLenum kOutOfMemory = 0x0505;
+    const ZGLenum error = driverGlError();
+    if (error == kOutOfMemory)
+        return {ZStatus::kInsufficientMemory, "OpenGL has not enough memory"};
+    if (!error)
+        return ZStatus();
+    return ZStatus(ZStatus::kFailure,
+                   ("OpenGL reports the error " + std::to_string(error)).c_str());
+}
+
 ZGLFunctionTable *glFunctionTable() {
     static ZGLFunctionTable table;
-    glContext().makeCurrent();
+    glContext();
     return &table;
 }
 

@@ -1,10 +1,11 @@
 #include "devhost/gl/GlDriver.h"
 
 #include "devhost/gl/GlContext.h"
+#include "devhost/util/Guarded.h"
+#include "devhost/util/Terminal.h"
 
-#include <atomic>
-#include <cstdio>
 #include <mutex>
+#include <utility>
 
 namespace devhost {
 
@@ -12,20 +13,21 @@ namespace {
 
 constexpr ZGLenum kNoError = 0, kInvalidOperation = 0x0502;
 
-std::atomic<ZGLenum> recordedError = kNoError;
+thread_local ZGLenum recordedError = kNoError;
 
 /// The driver's own glGetError; null without a driver.
 ZGLenum (*driverError)() = nullptr;
 
 void explainOnce() {
     static std::once_flag told;
-    if (!glContext().available)
+    if (glContext().tryAcquire())
+        return;
+    guarded([] { // memory may be short
         std::call_once(told, [] {
-            std::fprintf(stderr,
-                         "quilhost: OpenGL is not available (%s): calls of ZGLFunctionTable have "
-                         "no effect and record an error\n",
-                         glContext().whyNot.c_str());
+            tell("OpenGL is not available (" + glContext().whyNot() +
+                 "): calls of ZGLFunctionTable have no effect and record an error");
         });
+    });
 }
 
 /// Stands where the driver has no function.
@@ -44,8 +46,12 @@ constexpr auto missingFor(R (*)(A...)) {
 } // namespace
 
 ZGLenum takeGlError() {
-    const ZGLenum recorded = recordedError.exchange(kNoError);
-    return recorded || !driverError ? recorded : driverError();
+    const ZGLenum recorded = std::exchange(recordedError, kNoError);
+    return recorded ? recorded : driverGlError();
+}
+
+ZGLenum driverGlError() {
+    return driverError && hasGl() ? driverError() : kNoError;
 }
 
 namespace {
@@ -79,9 +85,17 @@ void GlDriver::load(const GlFeatures &features) {
     glGetError = takeGlError;
 }
 
+const GlDriver &driverForThread() {
+    static constinit GlDriver missing = noDriver();
+    // Without a context all of the driver is missing anyway.
+    if (hasGl() || !driverError || glContext().tryAcquire())
+        return glDriver;
+    return missing;
+}
+
 void recordGlError(ZGLenum error) {
-    ZGLenum none = kNoError;
-    recordedError.compare_exchange_strong(none, error);
+    if (!recordedError)
+        recordedError = error;
 }
 
 } // namespace devhost

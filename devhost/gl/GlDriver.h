@@ -17,19 +17,26 @@ struct OPENQUIL_API GlDriver {
     void load(const GlFeatures &features);
 };
 
-/// What the function table calls. All entry points are missing until the context is made.
+/// The driver. All entry points are missing until the context is made.
 OPENQUIL_API extern GlDriver glDriver;
+
+/// What the function table calls: the driver for the thread that has the context, which the calling
+/// thread gets if it is free, else entry points that are all missing.
+const GlDriver &driverForThread();
 
 /// Finds a function of the driver by name. It must not be asked for one that the features lack.
 using GlFunction = void (*)();
 GlFunction findGlFunction(const char *name);
 
 /// Records an error that the driver does not know of; glGetError reports it. Like OpenGL's own
-/// record it keeps the first one until it is reported.
+/// record, each thread's keeps the first one until it is reported.
 void recordGlError(ZGLenum error);
 
 /// The first error since the last one was reported, which this reports; 0 for none.
 ZGLenum takeGlError();
+
+/// The same of the errors that the driver itself reports in the calling thread's context.
+ZGLenum driverGlError();
 
 /// Runs a call and tells whether it left an error, which stays recorded.
 template <class Call>

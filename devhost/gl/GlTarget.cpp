@@ -1,9 +1,8 @@
 #include "devhost/gl/GlTarget.h"
 
-#include "devhost/gl/GlContext.h"
-#include "devhost/gl/GlScope.h"
-#include "devhost/session/RenderSession.h"
+#include "devhost/gl/GlPrivateFramebuffer.h"
 
+#include <GL/gl.h>
 #include <GL/glext.h>
 
 #include <algorithm>
@@ -42,7 +41,7 @@ float toDepth(float distance, const ZMatrix &projection) {
 } // namespace
 
 float glTargetVersion() {
-    if (!renderSession().useGl || !glContext().makeCurrent())
+    if (glContext().acquire().error())
         return 0;
     ZGLFunctionTable &gl = *glFunctionTable();
     if (!gl.extensionExists(kZGLext_frame_buffer_object))
@@ -65,16 +64,17 @@ std::unique_ptr<GlTarget> GlTarget::make(unsigned width, unsigned height) {
 GlTarget::GlTarget(unsigned width, unsigned height)
     : width_(static_cast<int>(width)), height_(static_cast<int>(height)) {
     ZGLFunctionTable &gl = *glFunctionTable();
-    const GlTextureScope texture(gl);
-    color_ = makeTexture(gl, width_, height_, GL_RGBA8, GL_RGBA, GL_UNSIGNED_BYTE);
-    depth_ = makeTexture(gl, width_, height_, GL_DEPTH_COMPONENT24, GL_DEPTH_COMPONENT, GL_FLOAT);
+    {
+        const GlPrivateScope scope;
+        color_ = makeTexture(gl, width_, height_, GL_RGBA8, GL_RGBA, GL_UNSIGNED_BYTE);
+        depth_ =
+            makeTexture(gl, width_, height_, GL_DEPTH_COMPONENT24, GL_DEPTH_COMPONENT, GL_FLOAT);
+    }
     gl.glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &previous_);
     gl.glGenFramebuffersEXT(1, &framebuffer_);
     gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
-    gl.glFramebufferTexture2DEXT(GL_FRAMEBUFFER_EXT, GL_COLOR_ATTACHMENT0_EXT, GL_TEXTURE_2D,
-                                 color_, 0);
-    gl.glFramebufferTexture2DEXT(GL_FRAMEBUFFER_EXT, GL_DEPTH_ATTACHMENT_EXT, GL_TEXTURE_2D, depth_,
-                                 0);
+    attachImage(gl, GL_COLOR_ATTACHMENT0_EXT, {GL_TEXTURE_2D, color_});
+    attachImage(gl, GL_DEPTH_ATTACHMENT_EXT, {GL_TEXTURE_2D, depth_});
 }
 
 GlTarget::~GlTarget() {
@@ -93,9 +93,7 @@ void GlTarget::bind() {
 
 void GlTarget::read(ViewportImage &image, const ZMatrix &projection) {
     ZGLFunctionTable &gl = *glFunctionTable();
-    const GlPixelScope pixels(gl);
-    const GlBufferScope buffers(gl);
-    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
+    const GlPrivateFramebuffer scope({GL_TEXTURE_2D, color_}, {GL_TEXTURE_2D, depth_});
     gl.glReadPixels(0, 0, width_, height_, GL_RGBA, GL_UNSIGNED_BYTE, image.rgba.data());
     gl.glReadPixels(0, 0, width_, height_, GL_DEPTH_COMPONENT, GL_FLOAT, image.depth.data());
     for (float &depth : image.depth)
@@ -107,8 +105,7 @@ void GlTarget::write(const ViewportImage &image, const ZMatrix &projection) {
     std::vector<float> depths(image.depth.size());
     std::transform(image.depth.begin(), image.depth.end(), depths.begin(),
                    [&](float distance) { return toDepth(distance, projection); });
-    const GlPixelScope pixels(gl);
-    const GlTextureScope texture(gl);
+    const GlPrivateScope scope;
     gl.glBindTexture(GL_TEXTURE_2D, color_);
     gl.glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, width_, height_, GL_RGBA, GL_UNSIGNED_BYTE,
                        image.rgba.data());

@@ -1,9 +1,9 @@
 #include "devhost/gl/GlTextures.h"
 
 #include "devhost/gl/GlContext.h"
-#include "devhost/gl/GlScope.h"
-#include "devhost/session/RenderSession.h"
+#include "host/render/ZGLFunctionTable.h"
 
+#include <GL/gl.h>
 #include <GL/glext.h>
 
 #include <algorithm>
@@ -31,16 +31,15 @@ void dropUnused(ZGLFunctionTable &gl) {
     });
 }
 
-/// Makes a texture with all its sizes and leaves it bound. It repeats, and v runs upwards.
-ZGLuint upload(ZGLFunctionTable &gl, const Pixels &pixels) {
+/// Makes a texture with all its sizes. It repeats, and v runs upwards.
+ZStatus upload(ZGLFunctionTable &gl, const Pixels &pixels, ZGLuint &texture) {
     const size_t row = size_t(4) * pixels.width;
     std::vector<unsigned char> fromBottom(row * pixels.height);
     for (size_t y = 0; y < pixels.height; ++y)
         std::copy_n(pixels.rgba.begin() + std::ptrdiff_t(row * y), row,
                     fromBottom.end() - std::ptrdiff_t(row * (y + 1)));
 
-    const GlPixelScope scope(gl);
-    ZGLuint texture = 0;
+    const GlPrivateScope scope;
     gl.glGenTextures(1, &texture);
     gl.glBindTexture(GL_TEXTURE_2D, texture);
     gl.glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, static_cast<ZGLsizei>(pixels.width),
@@ -51,14 +50,17 @@ ZGLuint upload(ZGLFunctionTable &gl, const Pixels &pixels) {
         gl.glGenerateMipmapEXT(GL_TEXTURE_2D);
     gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER,
                        hasSizes ? GL_LINEAR_MIPMAP_LINEAR : GL_LINEAR);
-    return texture;
+    const ZStatus status = GlPrivateScope::check();
+    if (status.error())
+        gl.glDeleteTextures(1, &texture);
+    return status;
 }
 
 } // namespace
 
 ZStatus bindGlTexture(const std::shared_ptr<const Pixels> &pixels) {
-    if (!renderSession().useGl || !glContext().makeCurrent())
-        return {ZStatus::kFailure, "there is no OpenGL to bind the texture in"};
+    if (const ZStatus status = glContext().acquire(); status.error())
+        return status;
     ZGLFunctionTable &gl = *glFunctionTable();
     dropUnused(gl);
     auto &textures = uploadedTextures();
@@ -68,7 +70,11 @@ ZStatus bindGlTexture(const std::shared_ptr<const Pixels> &pixels) {
     }
     if (std::max(pixels->width, pixels->height) > static_cast<unsigned>(gl.maxTextureSize()))
         return {ZStatus::kFailure, "the image is larger than OpenGL can hold"};
-    textures[pixels.get()] = {pixels, upload(gl, *pixels)};
+    ZGLuint texture = 0;
+    if (const ZStatus status = upload(gl, *pixels, texture); status.error())
+        return status;
+    textures[pixels.get()] = {pixels, texture};
+    gl.glBindTexture(GL_TEXTURE_2D, texture);
     return {};
 }
 

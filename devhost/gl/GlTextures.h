@@ -10,8 +10,8 @@
 namespace devhost {
 
 /// Binds an image to the current texture unit. It is uploaded on first use, and its texture goes
-/// some time after the image is gone. Fails with kFailure when there is no OpenGL, or the image is
-/// larger than it can hold.
+/// some time after the image is gone. Fails with kFailure when there is no OpenGL for this thread,
+/// or the image is larger than it can hold, and with kInsufficientMemory.
 ZStatus bindGlTexture(const std::shared_ptr<const Pixels> &pixels);
 
 } // namespace devhost

@@ -7,33 +7,37 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 
+#include <cstdlib>
+
 namespace devhost {
 
 ZStatus HardwareDevice::open() {
-    GlContext &context = glContext();
-    if (!context.available)
-        return {ZStatus::kFailure, ("there is no OpenGL: " + context.whyNot).c_str()};
-    if (!context.makeCurrent())
-        return {ZStatus::kFailure, "the OpenGL context is in use in another thread"};
+    if (const ZStatus status = glContext().acquire(); status.error())
+        return status;
     if (!isOpen_) {
         isOpen_ = true;
+        glContext().beforeRelease = [] { hardwareDevice().popTo(0); };
+        static const int atExit = std::atexit([] { hardwareDevice().close(); });
+        static_cast<void>(atExit);
         runDeviceNewCallbacks();
     }
     return {};
 }
 
-bool HardwareDevice::isOpen() {
-    return isOpen_ && !open().error();
+ZStatus HardwareDevice::enter() {
+    return isOpen_ ? open() : ZStatus(ZStatus::kFailure, "nothing was drawn yet");
 }
 
 void HardwareDevice::close() {
-    if (!isOpen())
+    if (!isOpen_)
         return;
+    const GlUse use;
     runDeviceDeletedCallbacks();
-    while (depth())
-        pop();
-    frame_.drop();
-    swatch_.drop();
+    if (!use.status().error()) { // else another thread draws, and the buffers stay
+        popTo(0);
+        frame_.drop();
+        swatch_.drop();
+    }
     isOpen_ = false;
 }
 
@@ -72,8 +76,13 @@ void HardwareDevice::pop() {
     gl.glViewport(use.viewport[0], use.viewport[1], use.viewport[2], use.viewport[3]);
 }
 
+void HardwareDevice::popTo(size_t depth) {
+    while (uses_.size() > depth)
+        pop();
+}
+
 HardwareDevice &hardwareDevice() {
-    // Never destroyed: the context may be gone by then. Whoever ends the host closes the device.
+    // Never destroyed: scripts may still use it while the process exits.
     static auto *const instance = new HardwareDevice;
     return *instance;
 }

@@ -14,12 +14,13 @@ enum class DrawTarget { kNothing, kFrame, kSwatch };
 
 class HardwareDevice {
   public:
-    /// Makes the device on first use, which the device callbacks are told, and makes its context
-    /// current in this thread. Fails, saying why, when there is no OpenGL.
+    /// Makes the device on first use, which the device callbacks are told, and gives OpenGL to this
+    /// thread. Fails, saying why, when it cannot have it.
     ZStatus open();
-    /// True when there is a device; its context is then current in this thread.
-    bool isOpen();
-    /// Deletes the device with its buffers, which the device callbacks are told.
+    /// As open, but fails when there is no device.
+    ZStatus enter();
+    /// Deletes the device with its buffers, which the device callbacks are told. It is closed so
+    /// when the process ends, too.
     void close();
 
     DrawBuffers &buffers(DrawTarget target) {
@@ -33,6 +34,8 @@ class HardwareDevice {
     void push(DrawTarget target);
     /// Undoes the last push that was not undone; does nothing when there is none.
     void pop();
+    /// Undoes pushes until so many are left.
+    void popTo(size_t depth);
     size_t depth() const { return uses_.size(); }
     /// The target of the last push that was not undone.
     DrawTarget target() const { return uses_.empty() ? DrawTarget::kNothing : uses_.back().target; }
@@ -45,10 +48,11 @@ class HardwareDevice {
 
     bool isOpen_ = false;
     DrawBuffers frame_, swatch_;
+    /// Of the thread that has OpenGL: they are undone when it gives that back.
     std::vector<Use> uses_;
 };
 
-/// The device of this process; it belongs to the thread that draws.
+/// The device of this process.
 HardwareDevice &hardwareDevice();
 
 } // namespace devhost

@@ -1,6 +1,7 @@
 #include "devhost/gl/HardwareRendering.h"
 
 #include "devhost/gl/DrawPlaces.h"
+#include "devhost/gl/GlContext.h"
 #include "devhost/gl/HardwareDevice.h"
 #include "devhost/gl/HardwareFrame.h"
 #include "devhost/session/RenderSession.h"
@@ -22,9 +23,8 @@ class FrameScope {
     }
     ~FrameScope() {
         // A procedure may have left other targets in use.
-        if (hasBuffers_ && hardwareDevice().isOpen())
-            while (hardwareDevice().depth() > depth_)
-                hardwareDevice().pop();
+        if (hasBuffers_ && hasGl())
+            hardwareDevice().popTo(depth_);
         hardwareFrame() = {};
     }
     FrameScope(const FrameScope &) = delete;
@@ -48,13 +48,17 @@ ZStatus drawHardwareFrame(unsigned exposures, const std::function<void(unsigned)
     if (!exposures || !settings.width || !settings.height)
         return {ZStatus::kInvalidParameter, "the frame has no exposures or no size"};
     return guarded([&]() -> ZStatus {
+        const GlUse use;
         HardwareDevice &device = hardwareDevice();
         const HardwareFrame frame{true, settings.width, settings.height, 0, exposures};
-        const bool hasBuffers = !device.open().error();
-        if (hasBuffers)
-            if (const ZStatus status = device.resize(DrawTarget::kFrame, frame.width, frame.height);
-                status.error())
+        const bool hasBuffers = glContext().available;
+        if (hasBuffers) {
+            ZStatus status = device.open();
+            if (!status.error())
+                status = device.resize(DrawTarget::kFrame, frame.width, frame.height);
+            if (status.error())
                 return status;
+        }
         const FrameScope scope(frame, hasBuffers);
         runDrawProcedures(DrawPlace::kPreRendering);
         for (unsigned i = 0; i < exposures; ++i) {
@@ -70,9 +74,12 @@ ZStatus drawHardwareFrame(unsigned exposures, const std::function<void(unsigned)
 }
 
 ZStatus readHardwareFrame(ZImage &image) {
+    const GlUse use;
     HardwareDevice &device = hardwareDevice();
-    if (!device.isOpen() || !device.buffers(DrawTarget::kFrame).exist())
-        return {ZStatus::kFailure, "no frame was drawn"};
+    if (const ZStatus status = device.enter(); status.error())
+        return status;
+    if (!device.buffers(DrawTarget::kFrame).exist())
+        return {ZStatus::kFailure, "no frame was drawn yet"};
     return device.buffers(DrawTarget::kFrame).read(image);
 }
 

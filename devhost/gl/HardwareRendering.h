@@ -14,7 +14,8 @@ namespace devhost {
 /// the four locations are executed at their places; `expose` draws what the host draws, once for
 /// each exposure counted from 0. Without OpenGL everything is called as well, with no buffers to
 /// draw in. Fails with kInvalidParameter when there are no exposures or no size, and with kFailure
-/// when a frame is being drawn already or OpenGL has no buffers of the size.
+/// when a frame is being drawn already, another thread has OpenGL, or that has no buffers of the
+/// size.
 OPENQUIL_API ZStatus drawHardwareFrame(unsigned exposures = 1,
                                        const std::function<void(unsigned)> &expose = {});
 

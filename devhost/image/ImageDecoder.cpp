@@ -1,14 +1,15 @@
 #include "devhost/image/ImageDecoder.h"
 
+#include "devhost/image/ImageIo.h"
+
 #include <algorithm>
 #include <cstring>
 
 namespace devhost {
 namespace {
 
-constexpr size_t kMostInAny = size_t{8192} * 8192, kMost = size_t{16384} * 16384;
+constexpr size_t kMostInAny = size_t{8192} * 8192;
 constexpr size_t kMostPerByte = 16; // photographs have five or so
-constexpr size_t kMostSide = 1 << 20;
 
 bool startsWith(ImageBytes file, const char *signature, size_t count) {
     return file.size() >= count && std::memcmp(file.data(), signature, count) == 0;
@@ -17,12 +18,12 @@ bool startsWith(ImageBytes file, const char *signature, size_t count) {
 } // namespace
 
 size_t mostPixels(size_t fileBytes) {
-    return std::clamp(std::min(fileBytes, kMost) * kMostPerByte, kMostInAny, kMost);
+    return std::clamp(std::min(fileBytes, kMaximumPixels) * kMostPerByte, kMostInAny,
+                      kMaximumPixels);
 }
 
 Pixels makePixels(size_t width, size_t height, ImageBytes file) {
-    if (!width || !height || width > kMostSide || height > kMostSide ||
-        width * height > mostPixels(file.size()))
+    if (!width || !height || width > mostPixels(file.size()) / height)
         throw BadImage("its size of " + std::to_string(width) + " x " + std::to_string(height) +
                        " pixels is not plausible");
     Pixels pixels;

@@ -14,7 +14,7 @@ namespace devhost {
 using ImageBytes = std::span<const unsigned char>;
 
 /// The most pixels that a file of so many bytes is believed to hold: any file may hold 8192 x 8192,
-/// and more, up to 16384 x 16384, only where its bytes are not far fewer than the image's.
+/// and more, up to kMaximumPixels, only where its bytes are not far fewer than the image's.
 OPENQUIL_API size_t mostPixels(size_t fileBytes);
 
 /// What makes a file unusable; the text says why.

@@ -56,7 +56,7 @@ class JpegReading {
     template <class Step>
     void attempt(const Step &step) {
         if (setjmp(failed_)) {
-            jpeg_abort_decompress(&info_);
+            jpeg_destroy_decompress(&info_);
             throw BadImage(message_);
         }
         step();

@@ -84,20 +84,33 @@ ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels, const Sc
     return status;
 }
 
-void sampleImage(const Pixels &pixels, double u, double v, double rgba[4]) {
-    const auto place = [](double coordinate, unsigned size, unsigned &low, unsigned &high) {
-        if (!std::isfinite(coordinate))
-            coordinate = 0;
-        double at = (coordinate - std::floor(coordinate)) * size - 0.5;
-        if (at < 0)
-            at += size;
-        low = unsigned(at) % size;
-        high = (low + 1) % size;
-        return at - std::floor(at);
-    };
+namespace {
+
+/// The pixel of a row that stands for a place beside it.
+unsigned wrapped(double place, unsigned size, Texture::Wrap wrap) {
+    if (wrap == Texture::kClamped)
+        return unsigned(std::clamp(place, 0.0, size - 1.0));
+    const double period = wrap == Texture::kMirrored ? 2.0 * size : size;
+    const double inside = place - std::floor(place / period) * period;
+    return unsigned(inside < size ? inside : period - 1 - inside) % size;
+}
+
+/// The two pixels of a row that a coordinate lies between; the share of the second one.
+double between(double coordinate, unsigned size, Texture::Wrap wrap, bool smooth, unsigned &low,
+               unsigned &high) {
+    const double place = std::isfinite(coordinate) ? coordinate * size - (smooth ? 0.5 : 0) : 0;
+    low = wrapped(std::floor(place), size, wrap);
+    high = smooth ? wrapped(std::floor(place) + 1, size, wrap) : low;
+    return smooth ? place - std::floor(place) : 0;
+}
+
+} // namespace
+
+void sampleImage(const Pixels &pixels, double u, double v, double rgba[4], const Texture &how) {
     unsigned x0, x1, y0, y1;
-    const double fx = place(u, pixels.width, x0, x1);
-    const double fy = place(1 - v, pixels.height, y0, y1);
+    const double fx = between(u, pixels.width, how.wrapU, how.smooth, x0, x1);
+    // Rows count from the top.
+    const double fy = between(1 - v, pixels.height, how.wrapV, how.smooth, y0, y1);
     const auto pixel = [&pixels](unsigned x, unsigned y) {
         return &pixels.rgba[(size_t(y) * pixels.width + x) * 4];
     };

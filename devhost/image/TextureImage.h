@@ -25,8 +25,10 @@ OPENQUIL_API ZStatus readImage(const std::string &fileName, std::shared_ptr<cons
 OPENQUIL_API ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels,
                                    const Scene &from = scene());
 
-/// The bilinear colour, as light, and alpha, each 0 to 1, at texture coordinates: the image
-/// repeats, v runs upwards, and the centres of the pixels have their exact colours.
-OPENQUIL_API void sampleImage(const Pixels &pixels, double u, double v, double rgba[4]);
+/// The colour, as light, and alpha, each 0 to 1, at texture coordinates: v runs upwards, and the
+/// centres of the pixels have their exact colours. What lies between and beside them is as the
+/// texture says; without one the image is smooth and repeats.
+OPENQUIL_API void sampleImage(const Pixels &pixels, double u, double v, double rgba[4],
+                              const Texture &how = {});
 
 } // namespace devhost

@@ -3,6 +3,7 @@
 #include "devhost/image/Srgb.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/session/RenderCallbacks.h"
+#include "devhost/util/KnownMemory.h"
 
 #include <cstring>
 
@@ -24,6 +25,8 @@ void runFrameCallbacks(Frame &frame) {
     ZRenderData data = frame.data;
     data.rgbaArr = bytes.data();
     data.depthArr = frame.depth.data();
+    const KnownMemory lentBytes(bytes.data(), bytes.size());
+    const KnownMemory lentDepths(frame.depth.data(), frame.depth.size() * sizeof(float));
     runRenderCallbacks(data);
     runPostProcessCallbacks(data);
     takeOverChanges(before, bytes, frame.pixels);

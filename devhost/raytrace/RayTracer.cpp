@@ -47,6 +47,19 @@ ZFloatVector vectorAt(const std::vector<float> &flat, unsigned index) {
     return ZFloatVector(p[0], p[1], p[2]);
 }
 
+/// What lies between a triangle's corners; left as it is where the mesh has no such values.
+template <size_t Width>
+void interpolate(const std::vector<float> &values, const unsigned corners[3],
+                 const float weights[3], float (&result)[Width]) {
+    if (values.empty())
+        return;
+    for (size_t at = 0; at < Width; ++at) {
+        result[at] = 0;
+        for (int k = 0; k < 3; ++k)
+            result[at] += values[size_t(corners[k]) * Width + at] * weights[k];
+    }
+}
+
 /// Whether the ray library takes such numbers: it ends the process over larger ones.
 bool isInRange(const ZFloatVector &v) {
     constexpr float most = 1e18f;
@@ -138,12 +151,11 @@ void RayTracer::Impl::describe(const RTCHit &found, Hit &hit) const {
     hit.triangle = int(found.primID);
     hit.material = mesh.mesh->materials[found.primID];
     hit.geometricNormal = ZFloatVector(found.Ng_x, found.Ng_y, found.Ng_z).normal();
-    for (int k = 0; k < 3; ++k) {
+    for (int k = 0; k < 3; ++k)
         hit.normal += vectorAt(mesh.normals, corners[k]) * weights[k];
-        if (!mesh.mesh->uvs.empty())
-            for (int side = 0; side < 2; ++side)
-                hit.uv[side] += mesh.mesh->uvs[size_t(corners[k]) * 2 + side] * weights[k];
-    }
+    interpolate(mesh.mesh->uvs, corners, weights, hit.where.uv);
+    interpolate(mesh.mesh->secondUvs, corners, weights, hit.where.secondUv);
+    interpolate(mesh.mesh->colors, corners, weights, hit.where.color);
     hit.normal = hit.normal.normal();
     if (!(hit.normal.length() > 0.5f))
         hit.normal = hit.geometricNormal;

@@ -13,6 +13,13 @@
 
 namespace devhost {
 
+/// What is attached to a place of a surface; where a mesh has none, coordinates are zero and the
+/// colour is white.
+struct SurfaceCoordinates {
+    float uv[2] = {0, 0}, secondUv[2] = {0, 0};
+    float color[4] = {1, 1, 1, 1};
+};
+
 struct Hit {
     bool hit = false;
     float distance = 0;           // along the unit direction
@@ -20,7 +27,7 @@ struct Hit {
     ZFloatVector normal;          // unit, world space, interpolated between the vertices
     ZFloatVector geometricNormal; // unit, world space, of the flat triangle
     float u = 0, v = 0;           // barycentric, of the triangle's second and third vertex
-    float uv[2] = {0, 0};         // texture coordinates; zero where the mesh has none
+    SurfaceCoordinates where;
     NodeId mesh = kNoNode;
     int triangle = -1;
     NodeId material = kNoNode;

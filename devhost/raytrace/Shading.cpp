@@ -1,7 +1,6 @@
 // Diffuse and glossy shading with shadows, reflections and see-through surfaces.
 #include "devhost/raytrace/Shading.h"
 
-#include "devhost/image/TextureImage.h"
 #include "devhost/session/RenderSession.h"
 
 #include <algorithm>
@@ -14,6 +13,8 @@ namespace {
 
 // Between two mirrors a ray would go on for ever; what comes after this many is too faint to see.
 constexpr int kDeepest = 16;
+// A ray passes through so many holes of masked surfaces, one behind the other.
+constexpr int kMostHoles = 1000;
 
 ZFloatVector multiply(const ZFloatVector &a, const ZFloatVector &b) {
     return ZFloatVector(a.x * b.x, a.y * b.y, a.z * b.z);
@@ -89,14 +90,10 @@ ShadingOptions sessionShading(bool castShadows) {
 
 Shader::Shader(const Scene &scene, const RayTracer &tracer, const ShadingOptions &options)
     : scene_(scene), tracer_(tracer), options_(options),
-      lights_(worldLights(scene, options.defaultLights)) {
+      lights_(worldLights(scene, options.defaultLights)), looks_(scene) {
     for (NodeId id : scene.materials()) {
         const Material &material = *scene.node(id)->material();
-        seeThrough_ = seeThrough_ || opacity(material) < 1;
-        const NodeId texture = material.texture;
-        std::shared_ptr<const Pixels> pixels;
-        if (scene.node(texture) && texturePixels(texture, pixels, scene))
-            textures_[texture] = pixels; // one that cannot be read leaves the plain colour
+        seeThrough_ = seeThrough_ || material.opacity < 1 || material.alpha != Material::kIgnored;
     }
 }
 
@@ -106,18 +103,24 @@ const Material &Shader::materialOf(NodeId id) const {
     return node && node->material() ? *node->material() : grey;
 }
 
-ZFloatVector Shader::diffuseColor(const Material &material, const float uv[2]) const {
-    const ZFloatVector plain(material.diffuse);
-    const auto texture = textures_.find(material.texture);
-    if (texture == textures_.end())
-        return plain;
-    double rgba[4];
-    sampleImage(*texture->second, uv[0], uv[1], rgba);
-    return multiply(plain, ZFloatVector(float(rgba[0]), float(rgba[1]), float(rgba[2])));
-}
-
-float Shader::opacity(const Material &material) {
-    return float(std::clamp(material.opacity, 0.0, 1.0));
+bool Shader::intersect(const ZFloatVector &origin, const ZFloatVector &direction, Hit &hit,
+                       RaySpan span) const {
+    const ZFloatVector unit = direction.normal();
+    ZFloatVector from = origin;
+    float passed = 0;
+    for (int holes = 0; holes < kMostHoles && tracer_.intersect(from, unit, hit, span); ++holes) {
+        const Material &material = materialOf(hit.material);
+        span = {0, span.to - hit.distance};
+        hit.distance += passed;
+        passed = hit.distance;
+        if (material.alpha != Material::kMasked || looks_.opacity(material, hit.where) > 0)
+            return true;
+        const float offset = tracer_.offset(hit.point);
+        from =
+            hit.point + hit.geometricNormal * (hit.geometricNormal * unit > 0 ? offset : -offset);
+    }
+    hit = Hit();
+    return false;
 }
 
 float Shader::unshadowed(const WorldLight &light, const ZFloatVector &point,
@@ -132,12 +135,15 @@ float Shader::unshadowed(const WorldLight &light, const ZFloatVector &point,
     if (!seeThrough_)
         return tracer_.occluded(origin, way, span, light.passThrough()) ? 0 : 1;
     return tracer_.transmitted(origin, way, span, light.passThrough(), [this](const Hit &hit) {
-        return opacity(materialOf(hit.material));
+        return looks_.opacity(materialOf(hit.material), hit.where);
     });
 }
 
 ZFloatVector Shader::surface(const Material &material, const SurfacePoint &at) const {
-    const ZFloatVector diffuse = diffuseColor(material, at.uv);
+    const SurfaceLook look = looks_.at(material, at.where);
+    const ZFloatVector &diffuse = look.diffuse;
+    if (material.unlit)
+        return diffuse * options_.exposure;
     const ZFloatVector specular(material.specular);
     ZFloatVector result;
     for (const WorldLight &light : lights_) {
@@ -162,13 +168,13 @@ ZFloatVector Shader::surface(const Material &material, const SurfacePoint &at) c
         result += multiply(color, diffuse + specular * glint) * (facing * share);
     }
     result *= 1 / std::numbers::pi_v<float>;
-    return (result + ZFloatVector(material.emission)) * options_.exposure;
+    return (result + look.emission) * options_.exposure;
 }
 
 Sight Shader::trace(const ZFloatVector &origin, const ZFloatVector &direction, int depth,
                     Hit *first, RaySpan span) const {
     Hit hit;
-    const bool found = tracer_.intersect(origin, direction, hit, span);
+    const bool found = intersect(origin, direction, hit, span);
     if (first)
         *first = hit;
     if (!found)
@@ -181,7 +187,7 @@ Sight Shader::trace(const ZFloatVector &origin, const ZFloatVector &direction, i
     at.point = hit.point;
     at.normal = inside ? -hit.normal : hit.normal;
     at.viewDirection = unit;
-    std::copy_n(hit.uv, 2, at.uv);
+    at.where = hit.where;
     at.mesh = hit.mesh;
     Sight result{surface(material, at), 1};
     if (depth <= 0)
@@ -195,7 +201,7 @@ Sight Shader::trace(const ZFloatVector &origin, const ZFloatVector &direction, i
         const ZFloatVector away = unit - at.normal * (2 * (unit * at.normal));
         result.color += multiply(mirrored, trace(hit.point + flat * offset, away, depthLeft).color);
     }
-    if (const float opaque = opacity(material); opaque < 1) {
+    if (const float opaque = looks_.opacity(material, hit.where); opaque < 1) {
         const Sight behind = trace(hit.point - flat * offset, unit, depthLeft);
         result.color = result.color * opaque + behind.color * (1 - opaque);
         result.opacity = opaque + behind.opacity * (1 - opaque);

@@ -5,12 +5,11 @@
 // light of intensity pi without decay has the colour 1.
 
 #include "devhost/raytrace/RayTracer.h"
+#include "devhost/raytrace/SurfaceLook.h"
 #include "devhost/scene/SceneGraph.h"
 #include "host/base/HostApi.h"
 #include "host/core/ZFloatVector.h"
 
-#include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace devhost {
@@ -70,7 +69,7 @@ inline Sight background() {
 struct SurfacePoint {
     ZFloatVector point, normal; // world space, the normal unit and turned to the viewer
     ZFloatVector viewDirection; // unit, from the viewer to the point
-    float uv[2] = {0, 0};
+    SurfaceCoordinates where;
     NodeId mesh = kNoNode; // whose light links count; every light lights a point of none
 };
 
@@ -96,10 +95,10 @@ class OPENQUIL_API Shader {
     const std::vector<WorldLight> &lights() const { return lights_; }
     /// A triangle's material, or the default grey.
     const Material &materialOf(NodeId id) const;
-    /// The material's diffuse colour with its texture.
-    ZFloatVector diffuseColor(const Material &material, const float uv[2]) const;
-    /// The share of what lies behind, 0 to 1, that the material hides.
-    static float opacity(const Material &material);
+    const SurfaceLooks &looks() const { return looks_; }
+    /// The nearest hit in the span that is no hole of a masked surface.
+    bool intersect(const ZFloatVector &origin, const ZFloatVector &direction, Hit &hit,
+                   RaySpan span) const;
 
   private:
     const Scene &scene_;
@@ -108,7 +107,7 @@ class OPENQUIL_API Shader {
     std::vector<WorldLight> lights_;
     /// Whether any material can be seen through.
     bool seeThrough_ = false;
-    std::unordered_map<NodeId, std::shared_ptr<const Pixels>> textures_;
+    SurfaceLooks looks_;
 };
 
 } // namespace devhost

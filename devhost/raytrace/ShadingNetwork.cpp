@@ -79,7 +79,8 @@ ZStatus sampleTexture(NodeId id, const ShadingSamples &samples, ZFloatVectorArra
         return status;
     for (unsigned at = 0; at < samples.count; ++at) {
         double rgba[4];
-        sampleImage(*pixels, (*samples.u)[at], (*samples.v)[at], rgba);
+        sampleImage(*pixels, (*samples.u)[at], (*samples.v)[at], rgba,
+                    *scene().node(id)->texture());
         colors[at] = ZFloatVector(float(rgba[0]), float(rgba[1]), float(rgba[2]));
         transparencies[at] = grey(float(1 - rgba[3]));
     }
@@ -99,12 +100,12 @@ ZStatus sampleMaterial(const Material &material, const ShadingSamples &samples,
     for (unsigned at = 0; at < samples.count; ++at) {
         SurfacePoint sample;
         if (uv) {
-            sample.uv[0] = (*samples.u)[at];
-            sample.uv[1] = (*samples.v)[at];
+            sample.where.uv[0] = sample.where.secondUv[0] = (*samples.u)[at];
+            sample.where.uv[1] = sample.where.secondUv[1] = (*samples.v)[at];
         }
-        transparencies[at] = grey(1 - Shader::opacity(material));
+        transparencies[at] = grey(1 - shader.looks().opacity(material, sample.where));
         if (!lit) {
-            colors[at] = shader.diffuseColor(material, sample.uv);
+            colors[at] = shader.looks().at(material, sample.where).diffuse;
             continue;
         }
         sample.point = ZFloatVector((*samples.points)[at] * samples.cameraToWorld);

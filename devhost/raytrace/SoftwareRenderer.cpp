@@ -7,6 +7,7 @@
 #include "devhost/session/Parallel.h"
 #include "devhost/session/RenderCallbacks.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/KnownMemory.h"
 
 #include <algorithm>
 #include <cmath>
@@ -49,9 +50,8 @@ void describe(const CameraView &view, const PixelRegion &region, ZRenderData &da
 /// Renders pixels of a frame. Rays may come from several threads at once.
 class PixelRenderer {
   public:
-    PixelRenderer(Frame &frame, const CameraView &view, const Shader &shader,
-                  const RayTracer &tracer)
-        : frame_(frame), view_(view), shader_(shader), tracer_(tracer),
+    PixelRenderer(Frame &frame, const CameraView &view, const Shader &shader)
+        : frame_(frame), view_(view), shader_(shader),
           samples_(samplePattern(std::max(1u, renderSession().samples))) {}
 
     /// The pixel at a place in the frame's buffers.
@@ -91,7 +91,7 @@ class PixelRenderer {
     }
     float depthOf(const Ray &ray) const {
         Hit hit;
-        return tracer_.intersect(ray.origin, ray.direction, hit, ray.span)
+        return shader_.intersect(ray.origin, ray.direction, hit, ray.span)
                    ? hit.distance / ray.direction.length()
                    : std::numeric_limits<float>::infinity();
     }
@@ -99,7 +99,6 @@ class PixelRenderer {
     Frame &frame_;
     const CameraView &view_;
     const Shader &shader_;
-    const RayTracer &tracer_;
     std::vector<PixelSample> samples_;
 };
 
@@ -129,8 +128,11 @@ ZStatus tellShadows() {
     for (const auto &light : worldLights(scene(), defaultLights)) {
         if (renderSession().cancelled)
             return cancelled();
-        if (light.castsShadows)
-            runShadowCastCallbacks(makeShadowMaps(light, scene(), rayTracer()).data);
+        if (!light.castsShadows)
+            continue;
+        const ShadowMaps maps = makeShadowMaps(light, scene(), rayTracer());
+        const KnownMemory lent(maps.depths.data(), maps.depths.size() * sizeof(float));
+        runShadowCastCallbacks(maps.data);
     }
     return {};
 }
@@ -157,9 +159,8 @@ ZStatus renderFrame(Frame &frame, bool withDepth) try {
     frame.pixels.assign(region.area() * 4, 0);
     frame.depth.assign(withDepth || withCallbacks ? region.area() : 0, 0);
 
-    const RayTracer &tracer = rayTracer();
-    const Shader shader(scene(), tracer, sessionShading());
-    if (const ZStatus status = renderPixels(frame, {frame, *view, shader, tracer}); status.error())
+    const Shader shader(scene(), rayTracer(), sessionShading());
+    if (const ZStatus status = renderPixels(frame, {frame, *view, shader}); status.error())
         return status;
     if (withCallbacks)
         runFrameCallbacks(frame);

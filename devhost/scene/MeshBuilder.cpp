@@ -4,6 +4,7 @@
 #include "devhost/scene/PolygonCutter.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <unordered_map>
 
@@ -43,6 +44,12 @@ struct Draft {
     }
 };
 
+/// The angle between two edges, which need not be exact; 0 where one has no length.
+float angleBetween(const ZFloatVector &a, const ZFloatVector &b) {
+    const float lengths = std::sqrt((a * a) * (b * b));
+    return lengths > 0 ? std::acos(std::clamp(a * b / lengths, -1.0f, 1.0f)) : 0;
+}
+
 /// Makes the normals of corners that have none. Weighted by the faces' angles, they do not depend
 /// on how a surface is cut into faces.
 class NormalMaker {
@@ -54,114 +61,164 @@ class NormalMaker {
     explicit NormalMaker(const Draft &draft) : draft_(draft) {
         const size_t count = draft.corners.size();
         ofCorner.assign(count, -1);
-        size_t missing = 0;
-        for (size_t corner = 0; corner < count; ++corner)
-            missing += !draft.hasNormal(corner);
-        if (!missing)
+        bool anyMissing = false;
+        for (size_t corner = 0; corner < count && !anyMissing; ++corner)
+            anyMissing = !draft.hasNormal(corner);
+        if (!anyMissing)
             return;
-        collect();
-        for (size_t point = 0; point < draft.pointCount; ++point)
-            makeAround({&around_[ends_[point]], ends_[point + 1] - ends_[point]});
+        addUp();
+        forCorners([this](const Neighbour &each) { judge(each); });
+        forCorners([this](const Neighbour &each) { share(each); });
+        makeApart();
     }
 
   private:
+    /// What is around a point.
+    struct Point {
+        ZFloatVector sum; // of the faces' normals, then its direction
+        unsigned corners = 0;
+        int smoothing = 0;    // of all faces, where they are smoothed together
+        bool together = true; // whether one normal does for all corners
+        int normal = -1;
+    };
     struct Neighbour {
         unsigned corner, face;
-        float weight;
     };
 
-    /// Sorts the corners by their points.
-    void collect() {
+    template <class Use>
+    void forCorners(Use use) const {
+        for (unsigned face = 0; face < draft_.faces.size(); ++face) {
+            const size_t first = draft_.firstCorner(draft_.faces[face]);
+            for (unsigned k = 0; k < draft_.faces[face].cornerCount; ++k)
+                use(Neighbour{unsigned(first) + k, face});
+        }
+    }
+    Point &pointOf(const Neighbour &each) { return points_[size_t(draft_.points[each.corner])]; }
+    int smoothing(const Neighbour &each) const { return draft_.faces[each.face].smoothing; }
+
+    float angle(const Neighbour &each) const {
+        const Face &face = draft_.faces[each.face];
+        const size_t first = draft_.firstCorner(face), count = face.cornerCount;
+        const size_t k = each.corner - first;
+        const ZFloatVector tip = draft_.position(each.corner);
+        return angleBetween(draft_.position(first + (k + 1) % count) - tip,
+                            draft_.position(first + (k + count - 1) % count) - tip);
+    }
+
+    void addUp() {
+        points_.resize(draft_.pointCount);
         faceNormals_.reserve(draft_.faces.size());
-        ends_.assign(draft_.pointCount + 2, 0);
-        for (int point : draft_.points)
-            ++ends_[size_t(point) + 2];
-        for (size_t point = 2; point < ends_.size(); ++point)
-            ends_[point] += ends_[point - 1];
-        around_.resize(draft_.points.size());
         std::vector<ZFloatVector> places;
         for (const Face &face : draft_.faces) {
-            const size_t first = draft_.firstCorner(face), count = face.cornerCount;
             places.clear();
-            for (size_t k = 0; k < count; ++k)
-                places.push_back(draft_.position(first + k));
-            for (size_t k = 0; k < count; ++k) {
-                const ZFloatVector next = places[(k + 1) % count] - places[k];
-                const ZFloatVector last = places[(k + count - 1) % count] - places[k];
-                around_[ends_[size_t(draft_.points[first + k]) + 1]++] = {
-                    unsigned(first + k), unsigned(faceNormals_.size()), next.angle(last)};
-            }
+            for (size_t k = 0; k < face.cornerCount; ++k)
+                places.push_back(draft_.position(draft_.firstCorner(face) + k));
             faceNormals_.push_back(ZFloatVector(polygonNormal(places)).normal());
+        }
+        forCorners([this](const Neighbour &each) {
+            Point &point = pointOf(each);
+            point.sum += faceNormals_[each.face] * angle(each);
+            if (point.corners++ == 0)
+                point.smoothing = smoothing(each);
+        });
+        for (Point &point : points_)
+            point.sum = point.sum.normal();
+    }
+
+    /// A point has one normal where its faces share a smoothing group, or all lie so close to their
+    /// mean that any two are smoothed, or are too many to compare.
+    void judge(const Neighbour &each) {
+        Point &point = pointOf(each);
+        const bool isClose =
+            point.corners > kManyFaces || faceNormals_[each.face] * point.sum > kHalfCreaseCosine;
+        point.together = point.together && point.smoothing == smoothing(each) &&
+                         smoothing(each) != Face::kFlat &&
+                         (smoothing(each) != Face::kByAngle || isClose);
+    }
+
+    void share(const Neighbour &each) {
+        Point &point = pointOf(each);
+        if (!point.together) {
+            apart_.push_back(each);
+        } else if (!draft_.hasNormal(each.corner)) {
+            if (point.normal < 0)
+                point.normal = add(point.sum, faceNormals_[each.face]);
+            ofCorner[each.corner] = point.normal;
         }
     }
 
-    int smoothing(const Neighbour &each) const { return draft_.faces[each.face].smoothing; }
+    /// Adds a normal, or else the face's own.
+    int add(ZFloatVector normal, const ZFloatVector &own) {
+        if (!(normal.length() > 0.5f))
+            normal = own.length() > 0.5f ? own : ZFloatVector(0, 1, 0); // a face without area
+        normals.push_back(normal);
+        return int(normals.size()) - 1;
+    }
 
-    void makeAround(std::span<Neighbour> around) {
-        const auto byGroup = [this](const Neighbour &a, const Neighbour &b) {
-            return smoothing(a) < smoothing(b);
+    /// The points whose corners have to be told from each other.
+    void makeApart() {
+        const auto key = [this](const Neighbour &each) {
+            return std::pair(draft_.points[each.corner], smoothing(each));
         };
-        if (!std::is_sorted(around.begin(), around.end(), byGroup))
-            std::stable_sort(around.begin(), around.end(), byGroup);
-        for (size_t begin = 0, end = 0; begin < around.size(); begin = end) {
-            while (end < around.size() && smoothing(around[end]) == smoothing(around[begin]))
+        std::stable_sort(apart_.begin(), apart_.end(),
+                         [&](const Neighbour &a, const Neighbour &b) { return key(a) < key(b); });
+        const std::span<const Neighbour> all(apart_);
+        for (size_t begin = 0, end = 0; begin < all.size(); begin = end) {
+            while (end < all.size() && key(all[end]) == key(all[begin]))
                 ++end;
-            makeInGroup(around.subspan(begin, end - begin));
+            makeInGroup(all.subspan(begin, end - begin));
         }
     }
 
     void makeInGroup(std::span<const Neighbour> group) {
         const int kind = smoothing(group.front());
-        const size_t firstMade = normals.size();
-        ZFloatVector all;
+        const bool one = kind > 0 || (kind == Face::kByAngle && group.size() > kManyFaces);
+        std::vector<float> angles;
         for (const Neighbour &each : group)
-            all += faceNormals_[each.face] * each.weight;
-        all = all.normal();
-        const bool byAngle =
-            kind == Face::kByAngle && group.size() <= kManyFaces && !isBlunt(group, all);
+            angles.push_back(angle(each));
+        const auto sum = [&](auto isSmoothed) {
+            ZFloatVector result;
+            for (size_t at = 0; at < group.size(); ++at)
+                if (isSmoothed(faceNormals_[group[at].face]))
+                    result += faceNormals_[group[at].face] * angles[at];
+            return result.normal();
+        };
+        const size_t first = normals.size();
+        int shared = -1;
         for (const Neighbour &each : group) {
             if (draft_.hasNormal(each.corner))
                 continue;
             const ZFloatVector own = faceNormals_[each.face];
-            ZFloatVector normal = kind == Face::kFlat ? own
-                                  : byAngle           ? smoothSum(group, own).normal()
-                                                      : all;
-            if (!(normal.length() > 0.5f))
-                normal = own.length() > 0.5f ? own : ZFloatVector(0, 1, 0); // a face without area
-            ofCorner[each.corner] =
-                number(normal, kind == Face::kFlat ? normals.size() : firstMade);
+            int &number = ofCorner[each.corner];
+            if (kind == Face::kFlat) {
+                number = add(own, own);
+            } else if (one) {
+                if (shared < 0)
+                    shared = add(sum([](const ZFloatVector &) { return true; }), own);
+                number = shared;
+            } else {
+                add(sum([&](const ZFloatVector &normal) { return normal * own >= kCreaseCosine; }),
+                    own);
+                number = mergeLast(first);
+            }
         }
     }
 
-    /// Whether all faces lie so close to their mean that any two are smoothed.
-    bool isBlunt(std::span<const Neighbour> group, const ZFloatVector &mean) const {
-        return std::all_of(group.begin(), group.end(), [&](const Neighbour &each) {
-            return faceNormals_[each.face] * mean > kHalfCreaseCosine;
-        });
-    }
-
-    ZFloatVector smoothSum(std::span<const Neighbour> group, const ZFloatVector &own) const {
-        ZFloatVector sum;
-        for (const Neighbour &each : group)
-            if (faceNormals_[each.face] * own >= kCreaseCosine)
-                sum += faceNormals_[each.face] * each.weight;
-        return sum;
-    }
-
-    /// The number of a normal among those made from `first` on: few, as many faces share theirs.
-    int number(const ZFloatVector &normal, size_t first) {
-        const auto begin = normals.begin() + std::ptrdiff_t(first);
-        const auto known = std::find(begin, normals.end(), normal);
+    /// The number of the last normal, which goes where an equal one was made from `first` on: few,
+    /// as many faces share theirs.
+    int mergeLast(size_t first) {
+        const auto begin = normals.begin() + std::ptrdiff_t(first), last = normals.end() - 1;
+        const auto known = std::find(begin, last, *last);
         const auto result = known - normals.begin();
-        if (known == normals.end())
-            normals.push_back(normal);
+        if (known != last)
+            normals.pop_back();
         return int(result);
     }
 
     const Draft &draft_;
     std::vector<ZFloatVector> faceNormals_; // unit
-    std::vector<Neighbour> around_;         // by point
-    std::vector<size_t> ends_;
+    std::vector<Point> points_;
+    std::vector<Neighbour> apart_; // the corners of points that have no one normal
 };
 
 /// Numbers what differs at each point. Most points have one vertex, which is found without hashing.
@@ -257,7 +314,11 @@ void addFaces(const Draft &draft, VertexMaker &vertices) {
     std::vector<unsigned> numbers, cut;
     std::vector<ZFloatVector> places;
     bool allTriangles = true;
+    mesh.positions.reserve(draft.pointCount * 3);
+    mesh.normals.reserve(draft.pointCount * 3);
     mesh.triangles.reserve(draft.corners.size());
+    mesh.materials.reserve(draft.faces.size());
+    mesh.faceSizes.reserve(draft.faces.size());
     for (const Face &face : draft.faces) {
         numbers.clear();
         places.clear();

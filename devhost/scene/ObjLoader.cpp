@@ -24,6 +24,11 @@ class Reader {
         : folder_(fs::path(path).parent_path()), text_(path), scene_(scene), notices_(notices) {}
 
     void read() {
+        // Room that is not used costs nothing; to move what is there does.
+        corners_.reserve(text_.size() / 10);
+        faces_.reserve(text_.size() / 20);
+        faceLines_.reserve(text_.size() / 20);
+        pools_.positions.reserve(text_.size() / 10);
         startGroup("");
         while (text_.next())
             readStatement();

@@ -25,6 +25,8 @@ class ObjText {
     /// "line 7", of the statement.
     std::string place() const;
     unsigned line() const { return line_; }
+    /// The bytes of the whole file.
+    size_t size() const { return text_.size(); }
 
     /// Takes the next token off the rest; empty at its end.
     std::string_view token();

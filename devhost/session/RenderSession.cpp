@@ -1,5 +1,6 @@
 #include "devhost/session/RenderSession.h"
 
+#include "host/core/ZStatus.h"
 #include "host/core/ZTime.h"
 
 #include <algorithm>

@@ -1,6 +1,22 @@
 #pragma once
 
 // What render code of the host shares about the render that is going on.
+//
+// One thread at a time drives renders: the one that runs the script, or quilhost's main thread. The
+// session belongs to it, and needs no lock:
+//
+//   member                            written by              read by
+//   cancelled                         any thread, signals     any thread
+//   callbackErrors, onCallbackError,  the driving thread,     the driving thread, which alone
+//   callbackGuard                     between renders         calls a render's callbacks
+//   everything else                   the driving thread,     any thread while a render goes on
+//                                     between renders
+//
+// Worker threads of a render (forBlocks) start after the last write before it and are joined before
+// the next: starting and joining order the two. While a render with a script goes on, the driving
+// thread has given the interpreter lock away; other Python threads then run, and may not start a
+// render of their own or change settings. Registries of callbacks have their own mutexes, because
+// scripts register from any Python thread.
 
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/session/PixelRegion.h"

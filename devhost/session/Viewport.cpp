@@ -1,5 +1,6 @@
 #include "devhost/session/Viewport.h"
 
+#include "devhost/gl/GlContext.h"
 #include "devhost/image/ImageIo.h"
 #include "devhost/image/Srgb.h"
 #include "devhost/raytrace/CameraView.h"
@@ -72,8 +73,12 @@ ZStatus initialize(RegisteredViewport &entry) {
 }
 
 ZStatus drawWith(ZViewportRenderer &renderer, ViewportRequest &request) {
-    if (!chooseApi(renderer, request))
+    const GlUse use;
+    if (!chooseApi(renderer, request)) {
+        if (glContext().available && use.status().error())
+            return use.status();
         return {ZStatus::kFailure, "the viewport renderer supports neither OpenGL nor software"};
+    }
     if (request.gl) {
         request.gl->write(request.image, request.projection);
         request.gl->bind();

@@ -4,6 +4,8 @@
 
 #include "devhost/gl/GlTarget.h"
 #include "devhost/session/Viewport.h"
+#include "host/core/ZDagPath.h"
+#include "host/core/ZMatrix.h"
 #include "host/render/ZRenderingInfo.h"
 
 #include <memory>

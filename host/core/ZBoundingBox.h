@@ -3,8 +3,9 @@
 // A box along the axes that encloses points.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZMatrix.h"
 #include "host/core/ZPoint.h"
+
+class ZMatrix;
 
 /// A box along the axes that encloses points, or nothing while it is empty.
 class OPENQUIL_API ZBoundingBox {

@@ -2,10 +2,12 @@
 
 // A path to a node of the scene's hierarchy, from the root down: "|group|mesh".
 
-#include "host/core/ZMatrix.h"
+#include "host/base/HostApi.h"
 #include "host/core/ZObject.h"
-#include "host/core/ZStatus.h"
-#include "host/core/ZString.h"
+
+class ZMatrix;
+class ZStatus;
+class ZString;
 
 /// A path to a node of the scene's hierarchy, from the root down: "|group|mesh".
 class OPENQUIL_API ZDagPath {

@@ -3,9 +3,10 @@
 // A rotation as three angles around the axes.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZMatrix.h"
-#include "host/core/ZQuaternion.h"
 #include "host/core/ZVector.h"
+
+class ZMatrix;
+class ZQuaternion;
 
 /// A rotation as three angles, in radians, around the x, y and z axes, and the order in which the
 /// axes turn.

@@ -3,8 +3,9 @@
 // Opening of scene files.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZStatus.h"
-#include "host/core/ZString.h"
+
+class ZStatus;
+class ZString;
 
 /// Opening of scene files.
 class OPENQUIL_API ZFileIO {

@@ -4,7 +4,8 @@
 
 #include "host/base/HostApi.h"
 #include "host/core/ZObject.h"
-#include "host/core/ZStatus.h"
+
+class ZStatus;
 
 /// The base of all function sets. A function set gives the operations of one kind of node; it is
 /// attached to a node and does not own it.

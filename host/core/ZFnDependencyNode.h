@@ -2,8 +2,10 @@
 
 // The function set of any node.
 
+#include "host/base/HostApi.h"
 #include "host/core/ZFnBase.h"
-#include "host/core/ZString.h"
+
+class ZString;
 
 /// The function set of any node of the scene.
 class OPENQUIL_API ZFnDependencyNode : public ZFnBase {

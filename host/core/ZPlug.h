@@ -2,11 +2,13 @@
 
 // One attribute of one node, such as "headlight.intensity".
 
-#include "host/core/ZMatrix.h"
+#include "host/base/HostApi.h"
 #include "host/core/ZObject.h"
-#include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
-#include "host/core/ZVector.h"
+
+class ZMatrix;
+class ZStatus;
+class ZVector;
 
 /// One attribute of one node, such as "headlight.intensity".
 class OPENQUIL_API ZPlug {

@@ -3,10 +3,10 @@
 // A rotation as a unit quaternion.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZMatrix.h"
-#include "host/core/ZVector.h"
 
+class ZMatrix;
 class ZStatus;
+class ZVector;
 
 /// A rotation as a quaternion of length one.
 class OPENQUIL_API ZQuaternion {

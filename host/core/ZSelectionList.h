@@ -2,12 +2,14 @@
 
 // An ordered list of nodes and plugs, each at most once.
 
-#include "host/core/ZDagPath.h"
-#include "host/core/ZObject.h"
-#include "host/core/ZPlug.h"
-#include "host/core/ZStatus.h"
-#include "host/core/ZString.h"
+#include "host/base/HostApi.h"
 #include "host/core/ZStringArray.h"
+
+class ZDagPath;
+class ZObject;
+class ZPlug;
+class ZStatus;
+class ZString;
 
 /// An ordered list of nodes and plugs, each at most once.
 class OPENQUIL_API ZSelectionList {

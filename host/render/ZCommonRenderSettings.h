@@ -3,10 +3,11 @@
 // The render settings that every renderer shares, as one plain record.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZObject.h"
-#include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 #include "host/core/ZTime.h"
+
+class ZObject;
+class ZStatus;
 
 /// The settings that all renderers share: image name and format, frame range, resolution and
 /// pre- and post-render commands. A new record holds the defaults of a still 640 x 480 PNG image;

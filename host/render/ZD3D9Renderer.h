@@ -4,8 +4,9 @@
 
 #include "host/base/HostApi.h"
 #include "host/core/ZColor.h"
-#include "host/core/ZImage.h"
-#include "host/core/ZStatus.h"
+
+class ZImage;
+class ZStatus;
 
 class IDirect3DDevice9;
 

@@ -2,10 +2,12 @@
 
 // The function set of render layers: what a picture of the scene is made of.
 
-#include "host/core/ZDagPath.h"
+#include "host/base/HostApi.h"
 #include "host/core/ZFnDependencyNode.h"
 #include "host/core/ZObjectArray.h"
-#include "host/core/ZPlug.h"
+
+class ZDagPath;
+class ZPlug;
 
 /// The function set of render layers. A layer says which nodes a picture of the scene is made of,
 /// which attributes have other values in it, and which passes it is rendered in. The default layer

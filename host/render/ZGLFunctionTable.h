@@ -35,9 +35,11 @@ enum ZGLExtension : int {
     kZGLext_NUMBER_OF_EXTENSIONS ///< how many there are; none itself
 };
 
-/// Calls OpenGL in the context that is current in the calling thread. Every entry point is a method
-/// of its own name, with OpenGL's parameters; data travel as typed pointer objects and are never
-/// copied. What the driver lacks does nothing but record GL_INVALID_OPERATION for glGetError.
+/// Calls OpenGL. Every entry point is a method of its own name, with OpenGL's parameters; data
+/// travel as typed pointer objects and are never copied. One thread has OpenGL at a time: the first
+/// to call, or to make a context current, until ZHardwareRenderer::restoreCurrent or its end. Calls
+/// of other threads, and of what the driver lacks, do nothing but record GL_INVALID_OPERATION for
+/// glGetError.
 class OPENQUIL_API ZGLFunctionTable {
   public:
     /// Releases of OpenGL.
@@ -61,8 +63,8 @@ class OPENQUIL_API ZGLFunctionTable {
     ZGLint maxTextureSize() const;
     /// The number of generic vertex attributes; 0 without a driver.
     ZGLint maxVertexAttributes() const;
-    /// True when the driver has the extension, or a release of OpenGL that includes it. False for
-    /// values that are no extension.
+    /// True when the driver has the extension, or a release of OpenGL that includes it, and what
+    /// this table has of its entry points. False for values that are no extension.
     bool extensionExists(ZGLExtension extension);
 
 #define GL(since, result, member, ...) result member(ZGL_PARAMETERS(__VA_ARGS__));

@@ -3,9 +3,10 @@
 // The geometry of one object: its streams and its index arrays.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZString.h"
 #include "host/render/ZGeometryData.h"
 #include "host/render/ZGeometryPrimitive.h"
+
+class ZString;
 
 /// The geometry of one object: streams with a value for each vertex, and index arrays that make
 /// primitives of the vertices. The object is a handle: copies share the geometry. A stream that

@@ -3,10 +3,10 @@
 // The objects that a hardware renderer is to draw, one after the other.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZDagPath.h"
-#include "host/core/ZMatrix.h"
 #include "host/render/ZGeometry.h"
 
+class ZDagPath;
+class ZMatrix;
 class ZObject;
 class ZRenderingInfo;
 

@@ -3,13 +3,13 @@
 // Where geometry comes from.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZDagPath.h"
-#include "host/core/ZStatus.h"
 #include "host/render/ZGeometry.h"
 #include "host/render/ZGeometryList.h"
 #include "host/render/ZGeometryRequirements.h"
 
+class ZDagPath;
 class ZObject;
+class ZStatus;
 
 /// Makes the geometry of scene objects, and keeps the shapes that previews are drawn with.
 class OPENQUIL_API ZGeometryManager {

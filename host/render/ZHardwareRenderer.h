@@ -4,13 +4,13 @@
 
 #include "host/base/HostApi.h"
 #include "host/core/ZColor.h"
-#include "host/core/ZStatus.h"
-#include "host/core/ZString.h"
 
 class ZDrawProcedureBase;
 class ZGLFunctionTable;
 class ZGeometryData;
 class ZImage;
+class ZStatus;
+class ZString;
 class ZStringArray;
 
 /// The hardware renderer: lists of draw procedures that are executed at four places of a frame, the
@@ -82,7 +82,8 @@ class OPENQUIL_API ZHardwareRenderer {
                                           ZString const &procedureName) const;
 
     /// Makes the context current that owns textures, buffers and programs, for making such things
-    /// outside drawing. restoreCurrent ends it. Fails with kFailure when there is no OpenGL.
+    /// outside drawing. restoreCurrent ends it. Fails with kFailure when there is no OpenGL, or
+    /// another thread has it.
     ZStatus makeResourceContextCurrent(ZString const &backEnd);
     /// Gives the size in pixels of the buffers that frames are drawn in: that of the frame going
     /// on, else that of the render settings.
@@ -95,14 +96,16 @@ class OPENQUIL_API ZHardwareRenderer {
     ZStatus getCurrentExposureNumber(ZString const &backEnd, unsigned int &number) const;
     /// Gives the number of exposures of the frame that is being drawn; 1 between frames.
     ZStatus getTotalExposureCount(ZString const &backEnd, unsigned int &count) const;
-    /// Undoes the last makeResourceContextCurrent or makeSwatchContextCurrent that has not been
-    /// undone: what was current before is current again. Does nothing when there is none.
+    /// Undoes the last makeResourceContextCurrent or makeSwatchContextCurrent of this thread that
+    /// has not been undone: what was current before is current again. When none is left, other
+    /// threads can have OpenGL; they can, too, when a thread ends.
     ZStatus restoreCurrent(ZString const &backEnd) const;
 
     /// Makes the context current that swatches are drawn in. The arguments hold the size that is
     /// wanted, or 0 for 128 pixels, and get the size of the swatch: no side is longer than 4096
     /// pixels. Its buffer starts as it was when the size is that of the last swatch, else clear.
-    /// restoreCurrent ends it. Fails with kFailure when there is no OpenGL.
+    /// restoreCurrent ends it. Fails with kFailure when there is no OpenGL, or another thread has
+    /// it.
     ZStatus makeSwatchContextCurrent(ZString const &backEnd, unsigned int &width,
                                      unsigned int &height);
     /// Replaces the image by the pixels of the swatch: four channels of bytes. Fails with kFailure
@@ -131,9 +134,9 @@ class OPENQUIL_API ZHardwareRenderer {
     /// Gives the unit vector from a shape towards the light of swatches; w is 0, so that the four
     /// values are the position of a directional light in OpenGL.
     void getSwatchLightDirection(float &x, float &y, float &z, float &w) const;
-    /// Fills the background of the current context: with the colour or, when textured, with a
-    /// checkerboard of the colour and one of half its brightness that has the given number of
-    /// squares along each side. Does nothing when there is no OpenGL.
+    /// Fills the viewport of the current context, whatever else is set: with the colour or, when
+    /// textured, with a checkerboard of the colour and one of half its brightness that has the
+    /// given number of squares along each side. Does nothing when there is no OpenGL.
     void drawSwatchBackGroundQuads(ZColor const &color = ZColor(0.5f, 0.5f, 0.5f, 1.0f),
                                    bool textured = false, unsigned int numberOfRepeats = 8) const;
 

@@ -2,11 +2,13 @@
 
 // Texture files for drawing with OpenGL.
 
+#include "host/base/HostApi.h"
 #include "host/core/ZImageFileInfo.h"
-#include "host/core/ZObject.h"
-#include "host/core/ZPlug.h"
-#include "host/core/ZStatus.h"
-#include "host/core/ZString.h"
+
+class ZObject;
+class ZPlug;
+class ZStatus;
+class ZString;
 
 /// A registered texture file. Handles are 1 and above.
 using ZHwTextureFileHandle = int;

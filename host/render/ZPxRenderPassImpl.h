@@ -3,7 +3,8 @@
 // What a render pass computes.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZString.h"
+
+class ZString;
 
 /// What a render pass computes and in which form. The host owns its implementations; a pass names
 /// the one that it uses.

@@ -3,8 +3,9 @@
 // The image that a viewport renderer draws into.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZImage.h"
-#include "host/core/ZStatus.h"
+
+class ZImage;
+class ZStatus;
 
 /// The image that a viewport renderer draws into. It belongs to the host and exists during the
 /// drawing only.

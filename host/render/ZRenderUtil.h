@@ -7,8 +7,6 @@
 // render data; they are accepted for the sake of the interface and never read.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZStatus.h"
-#include "host/core/ZString.h"
 
 class ZCommonRenderSettingsData;
 class ZDagPath;
@@ -21,6 +19,8 @@ class ZFloatVectorArray;
 class ZIntArray;
 class ZObject;
 class ZSelectionList;
+class ZStatus;
+class ZString;
 class ZVectorArray;
 
 /// Static helpers for software renderers: rays into the scene, shading samples, file names of

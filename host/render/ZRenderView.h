@@ -3,9 +3,10 @@
 // The host's render view: collects the picture that a renderer sends in blocks of pixels.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZDagPath.h"
-#include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
+
+class ZDagPath;
+class ZStatus;
 
 /// One pixel of the render view: a colour that is not multiplied by the opacity. Its values are
 /// sRGB codes, 0 to 1; those of pictures that are sent with the high-dynamic-range flag are linear
@@ -23,12 +24,17 @@ struct OPENQUIL_API RV_PIXEL {
 
 /// One extra layer (such as depth or normals) that a block of pixels carries beside its colours.
 struct OPENQUIL_API RV_AOV {
+    /// Makes a layer without name and values.
+    RV_AOV();
+    RV_AOV(const RV_AOV &other);
+    RV_AOV &operator=(const RV_AOV &other) = default;
+    ~RV_AOV();
     /// The number of values per pixel.
     unsigned int numberOfChannels = 0;
     /// The layer's name.
     ZString name;
     /// The layer's values for the block of pixels it comes with, in the same order,
-    /// numberOfChannels values per pixel. The memory stays the caller's.
+    /// numberOfChannels values per pixel. The memory stays the caller's: a layer never frees it.
     float *pPixels = nullptr;
 };
 
@@ -71,7 +77,9 @@ class OPENQUIL_API ZRenderView {
     /// Either kind of picture is written to PNG files as codes, clamped to 0..1, and to OpenEXR
     /// files as light, multiplied by the opacity; extra layers are written as they are. Fails with
     /// kInvalidParameter when the block is empty or not inside the open region, when a pointer is
-    /// null, and when isHdr or a layer's channel count differs from earlier blocks.
+    /// null, when isHdr or a layer's channel count differs from earlier blocks, and when there are
+    /// fewer layers, or, as far as the host knows the memory (that of buffers which scripts made),
+    /// fewer pixels or values of a layer than the block has.
     static ZStatus updatePixels(unsigned int left, unsigned int right, unsigned int bottom,
                                 unsigned int top, RV_PIXEL *pPixels, bool isHdr = false,
                                 unsigned int numberOfAOVs = 0, const RV_AOV *const pAOVs = nullptr);

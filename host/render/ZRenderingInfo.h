@@ -3,10 +3,11 @@
 // What a viewport renderer is asked to draw.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZDagPath.h"
-#include "host/core/ZMatrix.h"
 #include "host/render/ZRenderTarget.h"
 #include "host/render/ZViewportRenderer.h"
+
+class ZDagPath;
+class ZMatrix;
 
 /// What a viewport renderer is asked to draw. It and all that it gives belong to the host and exist
 /// during the drawing only.

@@ -3,10 +3,10 @@
 // The host's swatch generators by name.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZObject.h"
-#include "host/core/ZStatus.h"
-#include "host/core/ZString.h"
 
+class ZObject;
+class ZStatus;
+class ZString;
 class ZSwatchRenderBase;
 
 /// Begins the swatch of a node: gets the swatch node, the node to show and the resolution, and

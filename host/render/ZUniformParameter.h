@@ -3,10 +3,10 @@
 // An input of a hardware shader that has one value while an object is drawn.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZPlug.h"
-#include "host/core/ZString.h"
 
 class ZGeometryList;
+class ZPlug;
+class ZString;
 
 namespace ZHWRender {
 class ZDrawContext;
@@ -148,8 +148,9 @@ class OPENQUIL_API ZUniformParameter {
 
     /// Makes a parameter without a name that holds nothing.
     ZUniformParameter();
-    /// Makes a parameter of rows x columns values. A shape without values, or with more than
-    /// 65536, becomes 1 x 1. userData is the caller's own and is only handed back by userData.
+    /// Makes a parameter of rows x columns values. A shape without values, or with more than 2^24
+    /// or than there is memory for, becomes 1 x 1, of which a line on standard error tells.
+    /// userData is the caller's own and is only handed back by userData.
     ZUniformParameter(ZString const &name, DataType type, DataSemantic semantic,
                       unsigned int rows = 1, unsigned int columns = 1, void *userData = nullptr);
     /// Makes a copy with a value of its own.

@@ -3,10 +3,10 @@
 // An input of a hardware shader that has a value for each vertex.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
 class ZGeometry;
+class ZStatus;
 
 /// An input of a hardware shader that has a value for each vertex, such as position or texture
 /// coordinates, or a structure of such inputs, side by side in memory. Copies are independent of

@@ -3,10 +3,10 @@
 // The base class of renderers that take over the drawing of viewports.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
 
 class ZRenderingInfo;
+class ZStatus;
 
 /// The base class of native renderers that take over the drawing of viewports. A plug-in derives
 /// from it, makes an object and registers it under its name.

@@ -478,6 +478,33 @@ print([int(cell[0]) for cell in cells])
                 for name in pictures:
                     os.remove(os.path.join(self.folder, name))
 
+    def test_callbacks_stay_inside_what_they_are_lent(self):
+        pixels = "data.xsize * data.ysize"
+        for method, body in [
+                ("renderCallback", "data.rgbaArr.read(1, 4 * %s)" % pixels),
+                ("postProcessCallback", "data.rgbaArr.write(4 * %s, [1])" % pixels),
+                ("renderCallback", "data.depthArr[%s]" % pixels),
+                ("renderCallback", "type(data.depthArr)(data.depthArr, %s + 1)" % pixels),
+                ("renderCallback", "list(data.depthArr)[%s]" % pixels),
+                ("shadowCastCallback", "data.depthMaps.read(1, len(data.depthMaps))")]:
+            with self.subTest(body=body):
+                self.write("a.py", CALLBACK.replace("renderCallback", method).format(body=body))
+                out, err = self.run_host("tri.obj", "--python", "a.py", "--output", "a.png",
+                                         "--resolution", "5", "3", "--quiet", code=4)
+                self.assertIn(body, err)
+                self.assertRegex(err, "IndexError: (buffer|list) index out of range|fewer items")
+
+    def test_a_callback_s_record_is_its_own(self):
+        self.run_host("tri.obj", "--resolution", "5", "3", "--output", "plain.png")
+        self.write("a.py", CALLBACK.format(body="""
+        import OpenQuil
+        data.xsize = data.ysize = 2000
+        data.rgbaArr = OpenQuil.UnsignedCharBuffer(4)
+        data.depthArr = None"""))
+        self.run_host("tri.obj", "--python", "a.py", "--resolution", "5", "3", "--output", "a.png",
+                      "--leak-check")
+        self.assertEqual(self.png("a.png"), self.png("plain.png"))
+
 
 # A triangle that moves by 5 in a second, and a texture that is left out.
 MOVING = json.dumps({

@@ -278,5 +278,69 @@ class DirectorTest(unittest.TestCase):
         self.assert_gone(gone)
 
 
+class Layers(unittest.TestCase):
+    """Extra layers of the render view: who owns their values, and how many there must be."""
+
+    def test_the_layer_s_proxy_owns_the_values_as_long_as_it_has_them(self):
+        for make in lambda: OpenQuil.LayerBuffer(2), lambda: [OpenQuilRender.RV_AOV()] * 2:
+            layers, values = make(), OpenQuil.FloatBuffer([1, 2, 3])
+            gone = weakref.ref(values)
+            layers[1].pPixels = values
+            self.assertFalse(values.thisown)
+            self.assertRaises(TypeError, setattr, layers[1], 'pPixels', 'text')
+            del values
+            kept = layers[1].pPixels
+            del layers
+            gc.collect()
+            self.assertEqual((len(kept), kept.read(0, 3)), (3, [1, 2, 3]))
+            kept._whole.pPixels = None
+            self.assertIsNone(gone())
+
+            one, other, values = make(), make(), OpenQuil.FloatBuffer([4])
+            one[0].pPixels = other[0].pPixels = values
+            del one
+            self.assertEqual(other[0].pPixels.read(0, 1), [4])
+            del other
+            gc.collect()
+            self.assertTrue(values.thisown)
+            self.assertEqual(values[0], 4)
+
+    def test_layers_of_a_buffer_are_copies(self):
+        layers, values = OpenQuil.LayerBuffer(2), OpenQuil.FloatBuffer([1, 2, 3, 4])
+        layers.set(1, u'depth', 2, values)
+        values[0] = 9
+        del values
+        layer = layers[1]
+        self.assertEqual((layer.name.asUnicode(), layer.numberOfChannels, layer.pPixels.read(0, 4)),
+                         (u'depth', 2, [1, 2, 3, 4]))
+        for index in -3, 2, 2 ** 62:
+            self.assertRaises(IndexError, layers.__getitem__, index)
+            self.assertRaises(IndexError, layers.set, index, 'a', 1, OpenQuil.FloatBuffer(1))
+        image = OpenQuil.ZImage()
+        image.create(1, 1, 4, OpenQuil.ZImage.kFloat)
+        for unknown in None, image.floatPixels():
+            self.assertRaises(ValueError, layers.set, 0, 'a', 1, unknown)
+
+    def test_what_is_shorter_than_promised_is_refused(self):
+        view = OpenQuilRender.ZRenderView
+        view.startRender(4, 4)
+        self.addCleanup(view.endRender)
+        pixels, layers, one = OpenQuil.PixelBuffer(17), OpenQuil.LayerBuffer(2), OpenQuilRender.RV_AOV()
+        layers.set(0, 'a', 1, OpenQuil.FloatBuffer(16))
+        layers.set(1, 'b', 3, OpenQuil.FloatBuffer(48))
+        one.name, one.numberOfChannels, one.pPixels = 'c', 1, OpenQuil.FloatBuffer(16)
+        for arguments in ((pixels.pixels(1), False, 2, layers), (pixels, False, 1, one),
+                          (pixels, False, 1, layers[1])):
+            self.assertIsNone(view.updatePixels(0, 3, 0, 3, *arguments))
+        short = OpenQuil.LayerBuffer(1)
+        short.set(0, 'd', 1, OpenQuil.FloatBuffer(15))
+        for words, arguments in (('fewer pixels', (pixels.pixels(2),)),
+                                 ('fewer pixels', (OpenQuil.PixelBuffer(15),)),
+                                 ('fewer extra layers', (pixels, False, 3, layers)),
+                                 ('fewer extra layers', (pixels, False, 2, one)),
+                                 ('fewer values', (pixels, False, 1, short))):
+            self.assertRaisesRegexp(RuntimeError, words, view.updatePixels, 0, 3, 0, 3, *arguments)
+
+
 if __name__ == '__main__':
     unittest.main()

@@ -28,8 +28,8 @@ class GlDriverTest : public testing::Test {
   protected:
     void SetUp() override {
         if (!devhost::glContext().available)
-            GTEST_SKIP() << devhost::glContext().whyNot;
-        devhost::glContext().makeCurrent();
+            GTEST_SKIP() << devhost::glContext().whyNot();
+        devhost::glContext().acquire();
         devhost::glDriver.load(devhost::glContext().features);
         gl->glGenFramebuffersEXT(1, &framebuffer_);
         gl->glGenRenderbuffersEXT(1, &colors_);

@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+#include <sstream>
+#include <string>
+
 namespace {
 
 TEST(GlFeatures, ReleasesIncludeEarlierOnesAndExtensionsAreWholeNames) {
@@ -16,6 +20,27 @@ TEST(GlFeatures, ReleasesIncludeEarlierOnesAndExtensionsAreWholeNames) {
     EXPECT_TRUE(features.hasAny("VERSION_3_0 EXT_texture3D"));
     EXPECT_FALSE(features.hasAny("VERSION_3_0 EXT_bgra"));
     EXPECT_FALSE(features.hasAny(""));
+}
+
+TEST(GlFeatures, NoReleaseStandsForEntryPointsOfOtherNames) {
+    const std::set<std::string> withFunctions = {
+#define GL(since, result, member, ...) #since,
+#include "host/render/gl_functions.def"
+    };
+    const std::pair<std::string, std::string> extensions[] = {
+#define GL_EXTENSION(name, brought_by) {#name, brought_by},
+#include "host/render/gl_extensions.def"
+    };
+    int checked = 0;
+    for (const auto &[name, broughtBy] : extensions) {
+        std::istringstream features(broughtBy);
+        for (std::string feature; features >> feature;)
+            if (withFunctions.contains(feature) && !feature.starts_with("VERSION")) {
+                EXPECT_EQ(broughtBy, feature) << name;
+                ++checked;
+            }
+    }
+    EXPECT_GT(checked, 15);
 }
 
 TEST(GlFeatures, ANoDriverHasNothing) {

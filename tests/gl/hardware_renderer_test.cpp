@@ -7,12 +7,19 @@
 #include "host/render/ZGLFunctionTable.h"
 #include "host/render/ZGeometryData.h"
 #include "host/render/ZHardwareRenderer.h"
+#include "host/render/ZHwTextureManager.h"
 #include "host/render/ZHwrCallback.h"
 #include "host/render/ZRenderUtil.h"
 #include "tests/test_scene.h"
 
+#include <GL/gl.h>
+#include <GL/glext.h>
+
 #include <array>
+#include <cstdio>
+#include <cstdlib>
 #include <functional>
+#include <thread>
 
 namespace {
 
@@ -41,7 +48,7 @@ class HardwareBuffers : public apptest::SquareScene {
     void SetUp() override {
         SquareScene::SetUp();
         if (!devhost::glContext().available)
-            GTEST_SKIP() << devhost::glContext().whyNot;
+            GTEST_SKIP() << devhost::glContext().whyNot();
         devhost::closeHardwareDevice();
     }
     void TearDown() override {
@@ -148,4 +155,121 @@ TEST_F(HardwareBuffers, TheDeviceIsTold) {
     ASSERT_FALSE(devhost::drawHardwareFrame().error());
     devhost::closeHardwareDevice();
     EXPECT_EQ(recorder.calls, "new lost reset deleted ");
+}
+
+TEST_F(HardwareBuffers, TheDeviceIsToldWhenTheProcessEnds) {
+    struct Last : ZHwrCallback {
+        void deviceDeleted() override { std::fputs("deleted at the end", stderr); }
+    };
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_EXIT(
+        {
+            ZHwrCallback::addCallback(new Last);
+            devhost::drawHardwareFrame();
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "deleted at the end");
+}
+
+TEST_F(HardwareBuffers, OneThreadAtATimeHasOpenGL) {
+    auto &gl = *devhost::glFunctionTable();
+    const auto takes = [&](const char *why) {
+        const ZStatus status = renderer().makeResourceContextCurrent("");
+        const std::string text = status.errorString().asChar();
+        EXPECT_EQ(status.error(), *why != 0) << text;
+        EXPECT_NE(text.find(why), std::string::npos) << text;
+        EXPECT_EQ(gl.glBufferDataARB(GL_ARRAY_BUFFER_ARB, 4, nullptr, GL_STATIC_DRAW_ARB), false);
+        EXPECT_EQ(gl.glGetError(), 0x502u) << "no buffer is bound, or no context there";
+        EXPECT_EQ(gl.maxTextureSize() > 0, *why == 0);
+        gl.glGetError();
+        ZImage image;
+        EXPECT_EQ(devhost::drawHardwareFrame().error(), *why != 0);
+        EXPECT_EQ(devhost::readHardwareFrame(image).error(), *why != 0);
+    };
+    const auto inAnotherThread = [](auto work) { std::thread(work).join(); };
+    takes("");
+    takes(""); // twice
+    const auto refused = [&] {
+        takes("it is in use in another thread");
+        renderer().restoreCurrent(""); // that of this thread, which has nothing to undo
+    };
+    inAnotherThread(refused);
+    renderer().restoreCurrent("");
+    inAnotherThread(refused);
+    renderer().restoreCurrent("");
+    inAnotherThread([&] { takes(""); }); // until it ends
+    takes("");
+    renderer().restoreCurrent("");
+    gl.glGetError(); // a call alone does it, too
+    gl.glFinish();
+    inAnotherThread(refused);
+    ASSERT_FALSE(devhost::drawHardwareFrame().error());
+    renderer().restoreCurrent("");
+    ASSERT_FALSE(devhost::drawHardwareFrame().error()); // which keeps nothing
+    inAnotherThread([&] { takes(""); });
+}
+
+TEST_F(HardwareBuffers, NothingThatScriptsSetSpoilsWhatTheHostDoes) {
+    using Gl = ZGLFunctionTable;
+    const auto bindBuffer = [](Gl &gl, GLenum target) {
+        ZGLuint buffer = 0;
+        gl.glGenBuffersARB(1, &buffer);
+        gl.glBindBufferARB(target, buffer);
+        gl.glBufferDataARB(target, 65536, nullptr, GL_STATIC_DRAW_ARB);
+    };
+    const std::pair<const char *, std::function<void(Gl &)>> states[] = {
+        {"nothing", [](Gl &) {}},
+        {"unpack buffer", [&](Gl &gl) { bindBuffer(gl, GL_PIXEL_UNPACK_BUFFER); }},
+        {"pack buffer", [&](Gl &gl) { bindBuffer(gl, GL_PIXEL_PACK_BUFFER); }},
+        {"transfer", [](Gl &gl) { gl.glPixelTransferf(GL_RED_BIAS, 1); }},
+        {"maps", [](Gl &gl) { gl.glPixelTransferi(GL_MAP_COLOR, 1); }},
+        {"unpack store", [](Gl &gl) { gl.glPixelStorei(GL_UNPACK_SKIP_PIXELS, 1); }},
+        {"pack store", [](Gl &gl) { gl.glPixelStorei(GL_PACK_SWAP_BYTES, 1); }},
+        {"alignment", [](Gl &gl) { gl.glPixelStorei(GL_PACK_ROW_LENGTH, 7); }},
+        {"clip plane",
+         [](Gl &gl) {
+             const double nothing[] = {0, 0, 0, -1};
+             gl.glClipPlane(GL_CLIP_PLANE0, nothing);
+             gl.glEnable(GL_CLIP_PLANE0);
+         }},
+        {"discard", [](Gl &gl) { gl.glEnable(GL_RASTERIZER_DISCARD); }},
+        {"masks", [](Gl &gl) { gl.glColorMask(false, true, false, true); }},
+        {"scissor", [](Gl &gl) { gl.glEnable(GL_SCISSOR_TEST), gl.glScissor(0, 0, 1, 1); }},
+        {"no draw buffer", [](Gl &gl) { gl.glDrawBuffer(GL_NONE), gl.glReadBuffer(GL_NONE); }},
+        {"clear colour", [](Gl &gl) { gl.glClearColor(1, 1, 1, 1); }},
+    };
+    Gl &gl = *devhost::glFunctionTable();
+    for (const auto &[name, set] : states) {
+        SCOPED_TRACE(name);
+        unsigned size = 4;
+        ASSERT_FALSE(renderer().makeSwatchContextCurrent("", size, size).error());
+        gl.glPushAttrib(GL_ALL_ATTRIB_BITS);
+        gl.glPushClientAttrib(GL_CLIENT_ALL_ATTRIB_BITS);
+        set(gl);
+        renderer().drawSwatchBackGroundQuads(ZColor(1, 0.5f, 0, 1), false);
+        ZImage swatch, frame;
+        EXPECT_FALSE(renderer().readSwatchContextPixels("", swatch).error());
+        const auto pixels = std::make_shared<devhost::Pixels>();
+        *pixels = {1, 2, {1, 2, 3, 4, 5, 6, 7, 8}};
+        ZImageFileInfo::ZHwTextureType type;
+        const auto node = devhost::scene().add("file", "image", devhost::Texture{"", pixels});
+        EXPECT_FALSE(ZHwTextureManager::glBind(devhost::scene().object(node), type).error());
+        EXPECT_FALSE(devhost::drawHardwareFrame().error());
+        EXPECT_FALSE(devhost::readHardwareFrame(frame).error());
+
+        gl.glPopClientAttrib();
+        gl.glPopAttrib();
+        gl.glDisable(GL_RASTERIZER_DISCARD); // in no group
+        gl.glBindBufferARB(GL_PIXEL_UNPACK_BUFFER, 0);
+        gl.glBindBufferARB(GL_PIXEL_PACK_BUFFER, 0);
+        unsigned char texels[8] = {};
+        ZHwTextureManager::glBind(devhost::scene().object(node), type);
+        gl.glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels);
+        EXPECT_EQ(std::to_array(texels), (std::array<unsigned char, 8>{5, 6, 7, 8, 1, 2, 3, 4}));
+        for (const unsigned at : {0, 3})
+            EXPECT_EQ(pixel(swatch, at, at), (Pixel{255, 128, 0, 255}));
+        EXPECT_EQ(pixel(frame, 63, 47), (Pixel{0, 0, 0, 0}));
+        EXPECT_EQ(gl.glGetError(), 0u);
+        renderer().restoreCurrent("");
+    }
 }

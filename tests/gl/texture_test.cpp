@@ -1,5 +1,6 @@
 #include "devhost/gl/GlContext.h"
 #include "devhost/image/ImageIo.h"
+#include "host/core/ZPlug.h"
 #include "host/render/ZGLFunctionTable.h"
 #include "host/render/ZHwTextureManager.h"
 #include "host/render/ZRenderProfile.h"
@@ -61,7 +62,7 @@ TEST_F(Textures, EveryFormBindsTheImage) {
     };
     using Info = ZImageFileInfo;
     if (!devhost::glContext().available)
-        GTEST_SKIP() << devhost::glContext().whyNot;
+        GTEST_SKIP() << devhost::glContext().whyNot();
 
     constexpr ZGLenum kTexture2D = 0xDE1, kBinding = 0x8069, kRgba = 0x1908, kByte = 0x1401;
     ZGLFunctionTable &gl = *devhost::glFunctionTable();

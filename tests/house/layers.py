@@ -31,8 +31,8 @@ LAYERS = {
     # host/render.
     'devhost/util': ('host/base host/core', 'tests/core'),
     'devhost/scene': ('devhost/util host/base host/core'
-                      # Pictures inside of scene files and beside them.
-                      ' devhost/image/ImageDecoder.h devhost/image/TextureImage.h',
+                      ' devhost/image/ImageDecoder.h'   # pictures inside of scene files
+                      ' devhost/image/TextureImage.h',  # whether a texture is there
                       'tests/scene'),
     'devhost/image': ('devhost/util devhost/scene host/base host/core', 'tests/core'),
     'devhost/geometry': ('devhost/scene host/core'
@@ -42,12 +42,13 @@ LAYERS = {
                         ' host/render/ZCommonRenderSettings.h'  # the settings record
                         ' host/render/ZRenderUtil.h'            # enumerations: state and pass
                         # It draws viewports, with renderers that are objects of plug-ins.
-                        ' host/render/ZRenderingInfo.h devhost/gl/GlTarget.h'
+                        ' host/render/ZRenderingInfo.h devhost/gl/GlContext.h'
+                        ' devhost/gl/GlTarget.h'
                         ' devhost/raytrace/CameraView.h devhost/raytrace/RayTracer.h'
                         ' devhost/raytrace/Shading.h',
                         'tests/render'),
-    'devhost/raytrace': ('devhost/scene devhost/image devhost/geometry devhost/session host/base'
-                         ' host/core'
+    'devhost/raytrace': ('devhost/util devhost/scene devhost/image devhost/geometry'
+                         ' devhost/session host/base host/core'
                          ' host/render/ZRenderData.h'         # records that callbacks are given
                          ' host/render/ZRenderShadowData.h'
                          ' host/render/ZSwatchRenderBase.h',  # the material ball is a swatch
@@ -64,12 +65,13 @@ LAYERS = {
     'devhost/api/render': ('devhost/geometry devhost/gl devhost/image devhost/raytrace'
                            ' devhost/scene devhost/session devhost/util host', 'tests/render'),
     # What uses them.
-    'devhost/core_module': ('devhost/api/render devhost/session wrappers/rows runtime host',
+    'devhost/core_module': ('devhost/api/render devhost/session wrappers/rows runtime host'
+                            ' devhost/util/KnownMemory.h',  # lengths of what scripts make
                             'tests/core_module'),
     'devhost/app': ('devhost host'
-                    ' runtime/pointer_object.h',  # whose objects it counts
+                    ' runtime/pointer_object.h',  # counts objects by what modules return
                     'tests/app'),
-    'bench': ('host', ''),
+    'bench': ('host devhost/scene tests/scene/gltf_file.h tests/temporary_folder.h', ''),
     'tools/sanitizers': ('', ''),
 }
 # What lies at the top.

@@ -1,6 +1,7 @@
 // A plug-in with one viewport renderer, "paint", which lets a callback of the test draw.
 
 #include "host/base/HostApi.h"
+#include "host/core/ZStatus.h"
 #include "host/render/ZRenderingInfo.h"
 
 namespace {

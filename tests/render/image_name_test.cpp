@@ -1,5 +1,6 @@
 #include "devhost/app/RenderJob.h"
 #include "devhost/session/RenderSession.h"
+#include "host/core/ZStatus.h"
 #include "tests/temporary_folder.h"
 #include "tests/test_scene.h"
 

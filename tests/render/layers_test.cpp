@@ -2,6 +2,7 @@
 #include "devhost/raytrace/Shading.h"
 #include "devhost/raytrace/ShadowMaps.h"
 #include "devhost/session/RenderSession.h"
+#include "host/core/ZPlug.h"
 #include "host/core/ZSelectionList.h"
 #include "host/core/ZStringArray.h"
 #include "host/render/ZFnRenderLayer.h"

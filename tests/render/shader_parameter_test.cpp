@@ -2,6 +2,8 @@
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/session/RenderSession.h"
 #include "host/core/ZDagPath.h"
+#include "host/core/ZPlug.h"
+#include "host/core/ZStatus.h"
 #include "host/render/ZDrawContext.h"
 #include "host/render/ZGeometry.h"
 #include "host/render/ZGeometryManager.h"
@@ -63,6 +65,28 @@ class ShaderParameters : public ::testing::Test {
 };
 
 } // namespace
+
+TEST(UniformShape, IsKeptOrRefusedAloud) {
+    const struct {
+        unsigned rows, columns, elements;
+        const char *told;
+    } cases[] = {
+        {70000, 3, 210000, ""},
+        {1, 1 << 24, 1 << 24, ""},
+        {0, 3, 1, "quilhost: the uniform parameter 'big' cannot have 0 x 3 values: it has one\n"},
+        {~0u, ~0u, 1,
+         "quilhost: the uniform parameter 'big' cannot have 4294967295 x 4294967295 "
+         "values: it has one\n"},
+    };
+    for (const auto &each : cases) {
+        testing::internal::CaptureStderr();
+        const Uniform parameter("big", Uniform::kTypeFloat, Uniform::kSemanticUnknown, each.rows,
+                                each.columns);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), each.told);
+        EXPECT_EQ(parameter.numElements(), each.elements);
+        EXPECT_EQ(parameter.numRows(), each.elements == 1 ? 1 : each.rows);
+    }
+}
 
 TEST_F(ShaderParameters, MatricesComeFromWhatIsDrawn) {
     using enum Uniform::DataSemantic;

@@ -79,8 +79,8 @@ TEST(SwatchTest, MaterialBallShowsTheMaterialAlone) {
     ASSERT_TRUE(beginSwatch(kMaterialBall, material, 50, threads));
     int count = 1;
     for (; !steps->doIteration(); ++count)
-        steps->image().release(); // a script may do that to a picture it was given
-    EXPECT_EQ(count, 4);          // four samples a pixel at the quality 1
+        steps->image().release();       // a script may do that to a picture it was given
+    EXPECT_EQ(count, 4);                // four samples a pixel at the quality 1
     threads->cancelParallelRendering(); // before the start
     EXPECT_FALSE(threads->renderParallel());
     EXPECT_TRUE(threads->renderParallel());

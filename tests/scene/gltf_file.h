@@ -4,15 +4,15 @@
 
 #include <cstdint>
 #include <cstring>
-#include <initializer_list>
 #include <string>
+#include <vector>
 
 class GltfFile {
   public:
     /// Adds an accessor with a buffer view of its own and returns its index. `more` are further
     /// members of the accessor; elements lie `stride` values apart where that is not 0.
     template <class T>
-    int add(const char *type, std::initializer_list<T> values, const std::string &more = "",
+    int add(const char *type, const std::vector<T> &values, const std::string &more = "",
             size_t stride = 0) {
         const int view = addView(values, stride * sizeof(T));
         const size_t width = stride           ? stride
@@ -29,11 +29,11 @@ class GltfFile {
     }
     /// Adds a buffer view only.
     template <class T>
-    int addView(std::initializer_list<T> values, size_t stride = 0) {
+    int addView(const std::vector<T> &values, size_t stride = 0) {
         bytes_.resize((bytes_.size() + 3) / 4 * 4);
         const size_t begin = bytes_.size();
         bytes_.resize(begin + values.size() * sizeof(T));
-        std::memcpy(&bytes_[begin], values.begin(), values.size() * sizeof(T));
+        std::memcpy(&bytes_[begin], values.data(), values.size() * sizeof(T));
         views_ += (viewCount_ ? "," : "") + std::string("{\"buffer\": 0, \"byteOffset\": ") +
                   std::to_string(begin) +
                   ", \"byteLength\": " + std::to_string(values.size() * sizeof(T)) +

@@ -1,5 +1,6 @@
 // The geometry of scene objects: streams, index arrays, lists of objects, and where they come from.
 
+#include "host/core/ZDagPath.h"
 #include "host/core/ZObject.h"
 #include "host/render/ZGeometry.h"
 #include "host/render/ZGeometryData.h"

@@ -1,5 +1,6 @@
 // The record of render settings that every renderer shares.
 
+#include "host/core/ZObject.h"
 #include "host/render/ZCommonRenderSettings.h"
 #include "wrappers/rows/constants.h"
 

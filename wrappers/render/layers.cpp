@@ -1,5 +1,6 @@
 // The function sets of render layers, render passes and image sources.
 
+#include "host/core/ZPlug.h"
 #include "host/render/ZFnImageSource.h"
 #include "host/render/ZFnRenderLayer.h"
 #include "host/render/ZFnRenderPass.h"

@@ -1,5 +1,6 @@
 // The inputs of hardware shaders that have one value for each draw, and their list.
 
+#include "host/core/ZPlug.h"
 #include "host/render/ZUniformParameter.h"
 #include "host/render/ZUniformParameterList.h"
 #include "wrappers/rows/constants.h"

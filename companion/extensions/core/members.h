@@ -9,8 +9,8 @@ class Buffer {
     /// Makes a buffer from a sequence of items, or from the bytes of a str, bytearray or buffer.
     Buffer(PyObject *data);
     /// Makes a buffer as a copy of the first `count` items of native memory: untyped, as the host
-    /// hands it out (`void *`), or another buffer. The memory must hold that many; only that of
-    /// buffers which a script made can be checked, and raises IndexError when it is shorter.
+    /// hands it out (`void *`), or another buffer. The memory must hold that many: where its length
+    /// is known, IndexError is raised when it is shorter.
     Buffer(PyObject *memory, unsigned int count);
     /// Returns the number of items; -1 where it is not known.
     long length() const;
@@ -58,8 +58,9 @@ class UnsignedLongBuffer : public Buffer<unsigned long> {};
 /// Single-precision numbers side by side, such as depths: `float *` and `float &`.
 ///
 /// A buffer that a script makes owns its memory. One that the host returns is borrowed: it is
-/// valid while its owner lives, and its length is not known, so that only negative indices are
-/// refused. A buffer of one item serves as the cell that an operation writes a result to.
+/// valid while its owner lives. The length of what a callback is lent is known; that of other
+/// memory of the host is not, so that only negative indices are refused there. A buffer of one item
+/// serves as the cell that an operation writes a result to.
 class FloatBuffer : public Buffer<float> {};
 /// Kinds of hardware textures, kHwTexture... of ZImageFileInfo, such as ZHwTextureManager.glBind
 /// writes to. See FloatBuffer for how buffers work.
@@ -99,6 +100,21 @@ class PixelBuffer {
     void setColors(long start, ZColorArray const &colors);
     /// Sets the pixels from `start` on to the colours, all with the same opacity.
     void setColors(long start, ZFloatVectorArray const &colors, float alpha = 1);
+};
+
+/// A fixed number of extra layers for ZRenderView.updatePixels. The buffer itself can be passed
+/// where an RV_AOV pointer is expected.
+class LayerBuffer {
+    /// Makes a buffer of layers without names and values.
+    LayerBuffer(unsigned int count);
+    /// Returns the number of layers.
+    unsigned int length() const;
+    /// Returns the layer at the index, which stands for all those behind it as well.
+    RV_AOV *__getitem__(long index);
+    /// Makes a layer of the name with so many values for each pixel. The values are copied, all
+    /// those that the buffer has from its first one on. Raises IndexError when there is no such
+    /// layer, and ValueError for memory whose length is not known.
+    void set(long index, ZString const &name, unsigned int channels, float *values);
 };
 
 /// The frames that the host renders.

@@ -1,3 +1,24 @@
+// The holder of the interpreter lock, as the development host fills it in.
+//
+// Holders nest: a wrapper is called with the lock, and takes holders of its own around reference
+// changes and reads of text. What a new holder does depends on the thread it is made on:
+//
+//   the thread ...                                       the holder
+//   has the lock, under its usual thread state           captures nothing: PyGILState_Ensure would
+//                                                        count up and down to no effect
+//   has it under the state of a further interpreter      captures nothing: PyGILState_Ensure knows
+//                                                        usual states only and would wait for itself
+//   does not have it                                     captures: PyGILState_Ensure, which waits for
+//                                                        the lock and, for a host thread that was
+//                                                        never in the interpreter, makes its state
+//   does not have it, and the interpreter ended or ends  captures nothing: the gate refuses
+//
+// A holder that captured nothing releases nothing, so holders end in the reverse order of captures
+// without any count. The last line is what a late thread sees: its holder looks like any other, and
+// whoever must know whether there is an interpreter to touch asks afterwards (runsInterpreter here,
+// has_interpreter_lock in the binding). fsCapturedCount counts the holders of the third line; the end
+// of the interpreter waits until it is zero.
+
 #include "host/base/TpythonLock.h"
 
 #include "devhost/process/InterpreterGate.h"

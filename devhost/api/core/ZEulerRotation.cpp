@@ -1,6 +1,9 @@
 // A rotation as three angles around the axes.
 #include "host/core/ZEulerRotation.h"
 
+#include "host/core/ZMatrix.h"
+#include "host/core/ZQuaternion.h"
+
 #include <cmath>
 
 namespace {

@@ -1,7 +1,9 @@
 // A rotation as a unit quaternion.
 #include "host/core/ZQuaternion.h"
 
+#include "host/core/ZMatrix.h"
 #include "host/core/ZStatus.h"
+#include "host/core/ZVector.h"
 
 #include <Imath/ImathMatrixAlgo.h>
 #include <Imath/ImathQuat.h>

@@ -3,6 +3,9 @@
 
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/util/Hidden.h"
+#include "host/core/ZDagPath.h"
+#include "host/core/ZPlug.h"
+#include "host/core/ZStatus.h"
 
 #include <algorithm>
 #include <string>

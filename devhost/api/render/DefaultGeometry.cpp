@@ -1,5 +1,7 @@
 #include "devhost/api/render/DefaultGeometry.h"
 
+#include "host/core/ZStatus.h"
+#include "host/core/ZString.h"
 #include "host/render/ZGeometryManager.h"
 
 #include <algorithm>

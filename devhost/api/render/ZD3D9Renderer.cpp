@@ -1,5 +1,7 @@
 #include "host/render/ZD3D9Renderer.h"
 
+#include "host/core/ZStatus.h"
+
 namespace {
 
 ZStatus unavailable() {

@@ -3,6 +3,8 @@
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Statuses.h"
+#include "host/core/ZDagPath.h"
+#include "host/core/ZPlug.h"
 #include "host/render/ZRenderUtil.h"
 
 #include <algorithm>

@@ -5,7 +5,7 @@
 #include "devhost/gl/GlContext.h"
 #include "devhost/gl/GlDriver.h"
 
-using devhost::glDriver;
+using devhost::driverForThread;
 
 namespace {
 
@@ -20,7 +20,7 @@ enum : ZGLenum {
 ZGLint capacity(ZGLenum name) {
     ZGLint value = 0;
     if (devhost::glContext().available)
-        glDriver.glGetIntegerv(name, &value);
+        driverForThread().glGetIntegerv(name, &value);
     return value;
 }
 
@@ -58,10 +58,11 @@ bool ZGLFunctionTable::extensionExists(ZGLExtension extension) {
 
 #define GL(since, result, member, ...)                             \
     result ZGLFunctionTable::member(ZGL_PARAMETERS(__VA_ARGS__)) { \
-        return glDriver.member(ZGL_NAMES(__VA_ARGS__));            \
+        return driverForThread().member(ZGL_NAMES(__VA_ARGS__));   \
     }
-#define GL_WITH_OUTCOME(since, member, ...)                                           \
-    bool ZGLFunctionTable::member(ZGL_PARAMETERS(__VA_ARGS__)) {                      \
-        return devhost::glSucceeds([&] { glDriver.member(ZGL_NAMES(__VA_ARGS__)); }); \
+#define GL_WITH_OUTCOME(since, member, ...)                                         \
+    bool ZGLFunctionTable::member(ZGL_PARAMETERS(__VA_ARGS__)) {                    \
+        const devhost::GlDriver &driver = driverForThread();                        \
+        return devhost::glSucceeds([&] { driver.member(ZGL_NAMES(__VA_ARGS__)); }); \
     }
 #include "host/render/gl_functions.def"

@@ -2,6 +2,7 @@
 
 #include "devhost/api/render/GeometryElements.h"
 #include "host/core/ZObject.h"
+#include "host/core/ZStatus.h"
 #include "host/render/ZRenderingInfo.h"
 
 namespace {

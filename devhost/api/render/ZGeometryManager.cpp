@@ -3,6 +3,7 @@
 #include "devhost/api/render/GeometryElements.h"
 #include "devhost/geometry/DefaultShapes.h"
 #include "host/core/ZObject.h"
+#include "host/core/ZStatus.h"
 
 #include <algorithm>
 

@@ -3,6 +3,7 @@
 #include "devhost/api/render/DefaultGeometry.h"
 #include "devhost/api/render/DrawProcedures.h"
 #include "devhost/gl/GlContext.h"
+#include "devhost/gl/GlPrivateFramebuffer.h"
 #include "devhost/gl/HardwareDevice.h"
 #include "devhost/gl/HardwareFrame.h"
 #include "devhost/session/RenderSession.h"
@@ -54,51 +55,6 @@ ZStatus withBackEnd(const ZString &backEnd, Step step) {
         return step();
     });
 }
-
-/// Nothing that scripts have set shows in what is drawn as long as it lives, and all of it is in
-/// force again behind. Coordinates go from 0 to 1 across the buffers.
-class PlainDrawing {
-  public:
-    explicit PlainDrawing(ZGLFunctionTable &gl)
-        : gl_(gl), program_(gl.glGetHandleARB(GL_PROGRAM_OBJECT_ARB)) {
-        if (program_)
-            gl.glUseProgramObjectARB(0);
-        gl.glPushAttrib(GL_ALL_ATTRIB_BITS);
-        for (const GLenum capability :
-             {GL_DEPTH_TEST, GL_STENCIL_TEST, GL_ALPHA_TEST, GL_BLEND, GL_CULL_FACE, GL_LIGHTING,
-              GL_FOG, GL_SCISSOR_TEST, GL_POLYGON_STIPPLE, GL_COLOR_LOGIC_OP, GL_VERTEX_PROGRAM_ARB,
-              GL_FRAGMENT_PROGRAM_ARB})
-            gl.glDisable(capability);
-        for (int unit = gl.numTexUnits(); unit-- > 0;) {
-            gl.glActiveTexture(GL_TEXTURE0 + static_cast<unsigned>(unit));
-            for (const GLenum kind :
-                 {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP})
-                gl.glDisable(kind);
-        }
-        gl.glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-        gl.glColorMask(true, true, true, true);
-        for (const GLenum mode : {GL_PROJECTION, GL_MODELVIEW}) {
-            gl.glMatrixMode(mode);
-            gl.glPushMatrix();
-            gl.glLoadIdentity();
-        }
-        gl.glOrtho(0, 1, 0, 1, -1, 1);
-    }
-    ~PlainDrawing() {
-        for (const GLenum mode : {GL_PROJECTION, GL_MODELVIEW}) {
-            gl_.glMatrixMode(mode);
-            gl_.glPopMatrix();
-        }
-        gl_.glPopAttrib();
-        if (program_)
-            gl_.glUseProgramObjectARB(program_);
-    }
-    PlainDrawing(const PlainDrawing &) = delete;
-
-  private:
-    ZGLFunctionTable &gl_;
-    ZGLhandleARB program_;
-};
 
 unsigned swatchSide(unsigned wanted) {
     return wanted ? std::min(wanted, kLargestSwatchSize) : kDefaultSwatchSize;
@@ -229,9 +185,12 @@ ZStatus ZHardwareRenderer::getTotalExposureCount(ZString const &backEnd,
 
 ZStatus ZHardwareRenderer::restoreCurrent(ZString const &backEnd) const {
     return withBackEnd(backEnd, [] {
+        if (!devhost::hasGl())
+            return ZStatus();
         auto &device = devhost::hardwareDevice();
-        if (device.depth() && device.isOpen())
-            device.pop();
+        device.pop();
+        if (!device.depth())
+            devhost::glContext().release();
         return ZStatus();
     });
 }
@@ -256,7 +215,7 @@ ZStatus ZHardwareRenderer::makeSwatchContextCurrent(ZString const &backEnd, unsi
 ZStatus ZHardwareRenderer::readSwatchContextPixels(ZString const &backEnd, ZImage &image) {
     return withBackEnd(backEnd, [&]() -> ZStatus {
         auto &device = devhost::hardwareDevice();
-        if (device.target() != DrawTarget::kSwatch || !device.isOpen())
+        if (!devhost::hasGl() || device.target() != DrawTarget::kSwatch)
             return {ZStatus::kFailure, "the swatch context is not current"};
         return device.buffers(DrawTarget::kSwatch).read(image);
     });
@@ -315,10 +274,15 @@ void ZHardwareRenderer::getSwatchLightDirection(float &x, float &y, float &z, fl
 
 void ZHardwareRenderer::drawSwatchBackGroundQuads(ZColor const &color, bool textured,
                                                   unsigned int numberOfRepeats) const {
-    if (!devhost::hardwareDevice().isOpen())
+    if (devhost::hardwareDevice().enter().error())
         return;
     ZGLFunctionTable &gl = *devhost::glFunctionTable();
-    const PlainDrawing scope(gl);
+    ZGLint viewport[4];
+    gl.glGetIntegerv(GL_VIEWPORT, viewport);
+    const devhost::GlPrivateFramebuffer scope(devhost::currentColorImage(gl), {});
+    gl.glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
+    gl.glLoadIdentity();
+    gl.glOrtho(0, 1, 0, 1, -1, 1);
     gl.glColor4f(color.r, color.g, color.b, color.a);
     gl.glRectf(0, 0, 1, 1);
     if (!textured)

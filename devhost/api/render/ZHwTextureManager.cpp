@@ -5,6 +5,7 @@
 #include "devhost/image/TextureImage.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/util/Guarded.h"
+#include "host/core/ZPlug.h"
 
 #include <map>
 

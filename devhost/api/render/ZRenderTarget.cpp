@@ -1,5 +1,6 @@
 #include "devhost/image/ImageIo.h"
 #include "devhost/session/ViewportRequest.h"
+#include "host/core/ZImage.h"
 
 #include <algorithm>
 

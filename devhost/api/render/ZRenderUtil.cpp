@@ -380,7 +380,7 @@ ZStatus ZRenderUtil::eval2dTexture(const ZObject &texture, ZDoubleArray &uCoords
         ZDoubleArray alphas(uCoords.length());
         for (unsigned at = 0; at < uCoords.length(); ++at) {
             double rgba[4];
-            sampleImage(*pixels, uCoords[at], vCoords[at], rgba);
+            sampleImage(*pixels, uCoords[at], vCoords[at], rgba, *scene().node(id)->texture());
             colors[at] = ZVector(rgba[0], rgba[1], rgba[2]);
             alphas[at] = rgba[3];
         }

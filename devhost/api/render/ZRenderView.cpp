@@ -3,7 +3,9 @@
 #include "devhost/api/render/Picture.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Guarded.h"
+#include "devhost/util/KnownMemory.h"
 #include "devhost/util/Statuses.h"
+#include "host/core/ZDagPath.h"
 
 #include <algorithm>
 
@@ -90,15 +92,19 @@ ZStatus openPicture(unsigned width, unsigned height, const PixelRegion &region, 
     return {};
 }
 
-ZStatus checkLayers(View &v, unsigned count, const RV_AOV *layers) {
+ZStatus checkLayers(View &v, size_t pixels, unsigned count, const RV_AOV *layers) {
     if (count && !layers)
         return invalid("the extra layers are null");
     for (unsigned i = 0; i < count; ++i) {
+        if (!devhost::knownBytes(&layers[i]))
+            return invalid("there are fewer extra layers than numberOfAOVs");
         const RV_AOV &layer = layers[i];
         if (!layer.name.length())
             return invalid("an extra layer has no name");
         if (!layer.numberOfChannels || !layer.pPixels)
             return invalid("an extra layer has no channels or no pixels");
+        if (devhost::isTooShort(layer.pPixels, pixels * layer.numberOfChannels * sizeof(float)))
+            return invalid("an extra layer has fewer values than the block");
         for (unsigned other = 0; other < i; ++other)
             if (layers[other].name == layer.name)
                 return invalid("two extra layers have the same name");
@@ -120,7 +126,9 @@ ZStatus update(const PixelRegion &block, const RV_PIXEL *pixels, bool isHdr, uns
         return invalid("the pixels are null");
     if (v.begun && isHdr != v.picture.isHdr)
         return invalid("isHdr differs from earlier blocks of the picture");
-    if (const ZStatus status = checkLayers(v, layerCount, layers); status.error())
+    if (devhost::isTooShort(pixels, block.area() * sizeof(RV_PIXEL)))
+        return invalid("there are fewer pixels than the block has");
+    if (const ZStatus status = checkLayers(v, block.area(), layerCount, layers); status.error())
         return status;
 
     const size_t all = v.picture.pixels.size();
@@ -175,6 +183,18 @@ void abandonView() {
 }
 
 } // namespace devhost
+
+// Layers are known as long as they live, so that updatePixels can count them.
+RV_AOV::RV_AOV() {
+    // Without memory for that, none is there to send.
+    devhost::guarded([&] { devhost::knowMemory(this, sizeof *this); });
+}
+RV_AOV::RV_AOV(const RV_AOV &other) : RV_AOV() {
+    *this = other;
+}
+RV_AOV::~RV_AOV() {
+    devhost::forgetMemory(this);
+}
 
 ZRenderView::ZRenderView() = default;
 ZRenderView::~ZRenderView() = default;

@@ -4,6 +4,10 @@
 #include "devhost/api/render/DrawSemantics.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Guarded.h"
+#include "devhost/util/Terminal.h"
+#include "host/core/ZPlug.h"
+#include "host/core/ZStatus.h"
 #include "host/core/ZStringArray.h"
 #include "host/render/ZDrawContext.h"
 #include "host/render/ZGeometryList.h"
@@ -21,7 +25,7 @@ using devhost::scene;
 
 namespace {
 
-constexpr unsigned kMostValues = 65536;
+constexpr unsigned long kMostValues = 1ul << 24;
 
 DrawState stateOf(const ZGeometryList &list) {
     const auto &settings = devhost::renderSession().settings;
@@ -235,10 +239,15 @@ ZUniformParameter::ZUniformParameter(ZString const &name, DataType type, DataSem
     data_->semantic = semantic;
     data_->userData = userData;
     const unsigned long count = static_cast<unsigned long>(rows) * columns;
-    if (count > 0 && count <= kMostValues) {
+    const bool fits = count > 0 && count <= kMostValues &&
+                      devhost::guarded([&] { data_->stored.numbers.resize(count); });
+    if (fits) {
         data_->rows = rows;
         data_->columns = columns;
-        data_->stored.numbers.resize(count);
+    } else {
+        devhost::tell("the uniform parameter '" + std::string(name.asChar()) + "' cannot have " +
+                      std::to_string(rows) + " x " + std::to_string(columns) +
+                      " values: it has one");
     }
 }
 

@@ -1,6 +1,7 @@
 #include "host/render/ZViewportRenderer.h"
 
 #include "devhost/session/ViewportRegistry.h"
+#include "host/core/ZStatus.h"
 
 #include <algorithm>
 

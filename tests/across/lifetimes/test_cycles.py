@@ -56,6 +56,7 @@ iterator, left off: iter(array).next(); iter(texts).next()
 buffer: b = c.FloatBuffer([1, 2, 3]); b.write(0, b.readBytes(0, 3)); c.CharBuffer('text').read(0, 4)
 buffer of pointers: cells = c.CharPointerBuffer([c.CharBuffer('text'), None]); cells[0]
 pixels: c.PixelBuffer(64).fill(c.ZColor(1, 0, 0)); c.PixelBuffer(2).pixels(1)
+layers: a, l = r.RV_AOV(), c.LayerBuffer(2); a.pPixels = floats; l.set(0, 'a', 1, floats); l[1].pPixels = floats
 image: image = c.ZImage(); image.create(16, 16); image.readPixels()
 out-arguments: cells = [c.UnsignedIntBuffer(1) for _ in range(4)]; r.ZRenderView.getRenderRegion(*cells)
 out-argument by reference: found = c.ZObject(); selection.getDependNode(0, found); found == node
@@ -204,7 +205,8 @@ class Cycles(unittest.TestCase):
                 if name in others:
                     continue
                 new, counted = getattr(native, 'new_' + name), quilhost.live_objects
-                key = 'buffer' if name.endswith('Buffer') and name != 'PixelBuffer' else name
+                own = not name.endswith('Buffer') or name in ('LayerBuffer', 'PixelBuffer')
+                key = name if own else 'buffer'
                 made, before = None, counted().get(key, 0)
                 for arguments in (), (1,), (None,):
                     try:

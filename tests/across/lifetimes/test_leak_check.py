@@ -3,7 +3,7 @@ import subprocess
 import sys
 import unittest
 
-COMMAND = [sys.argv.pop(1), '--no-gl']
+COMMAND = [sys.argv.pop(1), '--quiet', '--no-gl']
 KEPT = 'import OpenQuil as c, OpenQuilRender as r, _OpenQuil as m, sys, atexit\n'
 
 
@@ -16,6 +16,7 @@ class LeakCheck(unittest.TestCase):
                 ('atexit.register(lambda: c.ZVector(1, 2, 3).length())', []),
                 ('r.ZRenderView.startRender(4, 4)\npixels = c.PixelBuffer(16)\n'
                  'r.ZRenderView.updatePixels(0, 3, 0, 3, pixels)\nr.ZRenderView.endRender()', []),
+                ('a = r.RV_AOV()\nfor size in 4, 5: a.pPixels = c.FloatBuffer(size)', []),
                 ('c.ZVector().this.disown()', ['1 ZVector']),
                 ('for _ in range(3): c.ZImage().this.disown(), c.FloatBuffer(2).this.disown()',
                  ['3 ZImage', '3 buffer']),
