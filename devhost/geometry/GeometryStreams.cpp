@@ -234,8 +234,7 @@ std::shared_ptr<const GeometryStreams> makeGeometry(const MeshHandle &mesh,
     for (const auto &[key, size] : requirements)
         if (StreamHandle stream = vertexStream(mesh, key, size))
             geometry->streams.push_back(std::move(stream));
-    geometry->primitives.emplace_back(ZGeometryData::Stream(indexStream(mesh)),
-                                      ZGeometryPrimitive::kTriangles);
+    geometry->triangles = indexStream(mesh);
     return geometry;
 }
 

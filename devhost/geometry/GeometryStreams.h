@@ -7,11 +7,8 @@
 // by all geometry of the mesh as long as some handle to it lives.
 
 #include "devhost/scene/SceneGraph.h"
-#include "devhost/util/Hidden.h"
 #include "host/core/ZDagPath.h"
 #include "host/render/ZGeometryData.h"
-#include "host/render/ZGeometryPrimitive.h"
-#include "host/render/ZGeometryRequirements.h"
 
 #include <map>
 #include <memory>
@@ -37,22 +34,13 @@ struct GeometryStream {
 
 using StreamHandle = std::shared_ptr<GeometryStream>;
 
-} // namespace devhost
-
-struct ZGeometryData::Stream : devhost::Shared {
-    explicit Stream(devhost::StreamHandle handle) : to(std::move(handle)) {}
-    const devhost::StreamHandle to; // never null
-};
-
-namespace devhost {
-
 /// A number that no stream has yet.
 int nextStreamId();
 
-/// The streams and arrays of one object.
+/// The streams of one object, and the indices of its triangles, if it has any.
 struct GeometryStreams {
     std::vector<StreamHandle> streams;
-    std::vector<ZGeometryPrimitive> primitives;
+    StreamHandle triangles;
 };
 
 /// The sets of texture coordinates and colours that a mesh may have.
@@ -80,12 +68,6 @@ class GeometryRequirementList {
   private:
     std::map<Key, int> sizes_;
 };
-
-} // namespace devhost
-
-struct ZGeometryRequirements::List : devhost::GeometryRequirementList {};
-
-namespace devhost {
 
 using MeshHandle = std::shared_ptr<const Mesh>;
 

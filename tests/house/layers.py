@@ -35,10 +35,8 @@ LAYERS = {
                       ' devhost/image/TextureImage.h',  # whether a texture is there
                       'tests/scene'),
     'devhost/image': ('devhost/util devhost/scene host/base host/core', 'tests/core'),
-    'devhost/geometry': ('devhost/util devhost/scene host/core'
-                         ' host/render/ZGeometryData.h'        # enumerations: kinds and types
-                         ' host/render/ZGeometryPrimitive.h'   # handles to the indices
-                         ' host/render/ZGeometryRequirements.h',  # the list of what is asked for
+    'devhost/geometry': ('devhost/scene host/core'
+                         ' host/render/ZGeometryData.h',  # enumerations: kinds and types
                          'tests/render'),
     'devhost/session': ('devhost/util devhost/scene devhost/image host/base host/core'
                         ' host/render/ZCommonRenderSettings.h'  # the settings record

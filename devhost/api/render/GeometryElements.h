@@ -2,20 +2,13 @@
 
 // What a geometry list iterates over.
 
-#include "devhost/geometry/GeometryStreams.h"
+#include "devhost/api/render/GeometryHandles.h"
 #include "host/core/ZMatrix.h"
-#include "host/render/ZGeometry.h"
 
 #include <deque>
 #include <optional>
 
 class ZGeometryList;
-
-struct ZGeometry::Streams : devhost::Shared {
-    using Handle = std::shared_ptr<const devhost::GeometryStreams>;
-    explicit Streams(Handle handle) : to(std::move(handle)) {}
-    const Handle to; // never null
-};
 
 namespace devhost {
 

@@ -53,12 +53,12 @@ ZGeometryData ZGeometry::data(ZGeometryData::DataType dataType, ZString const &n
 }
 
 unsigned int ZGeometry::primitiveArrayCount() const {
-    return unsigned(streams_->to->primitives.size());
+    return streams_->to->triangles ? 1 : 0;
 }
 
 ZGeometryPrimitive ZGeometry::primitiveArray(unsigned int arrayNumber) const {
-    if (arrayNumber < streams_->to->primitives.size())
-        return streams_->to->primitives[arrayNumber];
+    if (arrayNumber < primitiveArrayCount())
+        return {ZGeometryData::Stream(streams_->to->triangles), ZGeometryPrimitive::kTriangles};
     return {ZGeometryData::Stream(std::make_shared<devhost::GeometryStream>()),
             ZGeometryPrimitive::kInvalidIndexType};
 }

@@ -1,6 +1,6 @@
 #include "host/render/ZGeometryData.h"
 
-#include "devhost/geometry/GeometryStreams.h"
+#include "devhost/api/render/GeometryHandles.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "host/render/ZGeometryPrimitive.h"
 
-#include "devhost/geometry/GeometryStreams.h"
+#include "devhost/api/render/GeometryHandles.h"
 
 ZGeometryPrimitive::ZGeometryPrimitive(ZGeometryData::Stream const &indices, DrawPrimitiveType type)
     : indices_(new ZGeometryData::Stream(indices.to)), type_(type) {}

@@ -1,6 +1,6 @@
 #include "host/render/ZGeometryRequirements.h"
 
-#include "devhost/geometry/GeometryStreams.h"
+#include "devhost/api/render/GeometryHandles.h"
 #include "host/core/ZString.h"
 
 namespace {
