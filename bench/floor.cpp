@@ -1,6 +1,8 @@
 // The floor that the module's wrappers are measured against: the same calls written by hand for
 // the interpreter's own interface, with the same checks and nothing that can be left out.
 #include "host/core/ZFloatVector.h"
+#include "host/core/ZStatus.h"
+#include "host/core/ZString.h"
 #include "host/render/ZGLFunctionTable.h"
 #include "host/render/ZHardwareRenderer.h"
 #include "host/render/ZRenderCallback.h"
@@ -11,6 +13,7 @@
 
 #include <cfloat>
 #include <climits>
+#include <initializer_list>
 #include <new>
 
 namespace {

@@ -1,6 +1,8 @@
 // Plain C functions over the host's classes: what a script would load with ctypes, and the loops
 // that stand for a host that calls its callbacks.
 #include "host/core/ZFloatVector.h"
+#include "host/core/ZStatus.h"
+#include "host/core/ZString.h"
 #include "host/render/ZGLFunctionTable.h"
 #include "host/render/ZHardwareRenderer.h"
 #include "host/render/ZRenderCallback.h"

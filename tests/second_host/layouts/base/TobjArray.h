@@ -1,0 +1,2 @@
+    T *first_;
+    unsigned short count_;

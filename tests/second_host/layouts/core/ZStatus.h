@@ -1,0 +1,2 @@
+    int code_;
+    int text_; // its place among the texts
