@@ -17,7 +17,7 @@ names = subprocess.check_output(['c++filt'], input='\n'.join(missing), text=True
 with open(output, 'w') as text:
     text.write('#include <stdio.h>\n#include <stdlib.h>\n')
     for symbol, name in zip(missing, names):
-        if re.match(r'[ZT]\w+(::|<)', name):
+        if re.match(r'([ZT]|RV_)\w+(::|<)', name):
             text.write('void absent%s(void) __asm__("%s");\n'
                        '__attribute__((aligned(16))) void absent%s(void) {\n'
                        '    fputs("not in this host: %s\\n", stderr);\n    abort();\n}\n'
