@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Day-to-day commands; CMake does the work. PYTHON2=/path/to/python2.7 chooses the interpreter.
 SCENE ?= /usr/share/glmark2/models/bunny.obj
 # What ctest runs at once.

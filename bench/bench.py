@@ -1,4 +1,5 @@
 # -*- coding: utf-8 -*-
+# SPDX-License-Identifier: MIT
 """The measured calls, for Python 2.7. run.py starts this script; its commands are
 
     bench.py time ROUNDS            print the nanoseconds per call, as JSON

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # cython: language_level=2
 # distutils: language=c++
 """The measured calls as one would write them for Cython."""

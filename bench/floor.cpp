@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The floor that the module's wrappers are measured against: the same calls written by hand for
 // the interpreter's own interface, with the same checks and nothing that can be left out.
 #include "host/core/ZFloatVector.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes the source of an extension module that has the rows and constants of _OpenQuilRender,
 refers to the same symbols of the host and does nothing else: the least that importing such a module
 can cost. Runs under Python 2.7."""

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Measures the module's wrappers beside a hand-written extension, Cython and ctypes, and prints
 tables; the numbers go to a JSON file as well.
 

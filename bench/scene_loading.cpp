@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CPU seconds for loading scene files of a million triangles, beside what parsing libraries take
 // for the same files: the least of three runs each.
 #include "devhost/scene/SceneGraph.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Plain C functions over the host's classes: what a script would load with ctypes, and the loops
 // that stand for a host that calls its callbacks.
 #include "host/core/ZFloatVector.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # add_binding_module(name TABLES library): an extension module for Python that exports what the
 # exports.map beside it says. It has its own copy of the runtime; `library` has its tables.
 function(add_binding_module name)

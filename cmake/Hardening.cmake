@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What makes a memory fault hard to exploit, for all that is built: stack protectors, checked calls
 # of the C library, and tables of the loader that are read-only before the first line of ours runs.
 add_compile_options(-fstack-protector-strong)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Finds a UCS4 Python 2.7 with a shared library and defines:
 #   Python2::Headers      include directory only, for extension modules (they take the
 #                         interpreter's symbols from the process that loads them)

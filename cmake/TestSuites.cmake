@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # One test for each suite of a GoogleTest program, where the start of the program is the longest part
 # of a run. The program itself tells its suites, whenever it is built, so that none can be forgotten.
 #

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The script behind discover_suites (TestSuites.cmake): writes the tests into a file for CTest.
 execute_process(COMMAND "${program}" --gtest_list_tests
   OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)

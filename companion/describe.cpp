@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Prints the wrapper tables of the module it is linked with as JSON, for generate.py. The tables
 // are constant data: no interpreter is started.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes the companion module of one native module: the proxy classes (NAME.py, Python 2.7) and
 their types (NAME.pyi). Everything comes from the wrapper tables, as describe.cpp prints them, and
 from the comments of the host's headers; there is no list of functions here.

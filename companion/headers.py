@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Reads the documentation of the host's headers: the `///` comments before classes, members,
 enumerations and enumerators, and the names of parameters. It knows as much C++ as these headers
 use."""

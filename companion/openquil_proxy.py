@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What all proxy classes have in common.
 
 A proxy instance carries its native object in the instance attribute "this". Proxies that wrap a

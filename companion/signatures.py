@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What Python sees of native functions: parameter names, Python types and documentation, put
 together from a module's description and the host's headers."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Grades the finished image by its depth: what is far fades into fog.
 
     quilhost MODEL.obj --python examples/depth_fog.py --output picture.png

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Draws the scene's meshes with OpenGL: lit, textured, seen by the scene's camera.
 
     quilhost MODEL.obj --python examples/gl_mesh.py -- PICTURE.png [TEXTURE.png]

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Draws the scene's meshes with a program of its own: flat steps of light, and height lines whose
 colours come from a palette.
 

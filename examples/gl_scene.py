@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The scene for OpenGL, and a picture that it draws into: what the examples have in common that
 draw with the host's function table."""
 import math

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Tells what the current render layer is made of, and lets the host render it.
 
     for layer in defaultRenderLayer hero background; do

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A small renderer: rays into the scene, tile by tile, into the render view.
 
     quilhost MODEL.obj --python examples/raytrace.py --output picture.png

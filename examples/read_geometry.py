@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes the scene's meshes to an OBJ file, in world space.
 
     quilhost MODEL.glb --python examples/read_geometry.py -- COPY.obj

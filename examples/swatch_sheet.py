@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A sheet of swatches: one picture of all materials and textures of a scene.
 
     quilhost examples/scenes/materials.obj --python examples/swatch_sheet.py -- sheet.png

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The extension module: its entry function, and the release of the host's programming interface
 // that it was built against. Nothing else is exported.
 

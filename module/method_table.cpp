@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The module's rows, family by family, in the order in which they are installed.
 
 #include "wrappers/rows/module_tables.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/char_strings.h"
 
 #include "runtime/convert.h"

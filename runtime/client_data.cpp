@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/client_data.h"
 
 #include "runtime/convert.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What a wrapped class knows of its proxy class: how to build an instance around a pointer object

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/convert.h"
 
 #include "runtime/client_data.h"

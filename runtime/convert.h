@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Between Python values and native pointers: who is behind a value, which pointer of a requested

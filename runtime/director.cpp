@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/director.h"
 
 #include "host/base/TpythonInterpreter.h"

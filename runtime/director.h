@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The native side of a Python instance that overrides a host class's virtual functions. A director

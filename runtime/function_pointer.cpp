@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/function_pointer.h"
 
 #include "runtime/convert.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Native function pointers in Python values. A Python callable is never turned into one: only what

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Native bytes as text: "0123456789abcdef", high nibble first, bytes in memory order.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/interpreter_lock.h"
 
 #include <Python.h>

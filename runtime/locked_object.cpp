@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // This module's own instance of the host's locked readers. Every touch of the interpreter happens
 // under a TpythonLock, so that a wrapper may be entered from any host thread.
 

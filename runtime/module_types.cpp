@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The type table of one module, most of it constant data: compiled once for every module, against
 // its own class_types.def.
 

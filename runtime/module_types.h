@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The types of the module that is being compiled. The include path decides whose class_types.def

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/packed_object.h"
 
 #include "runtime/hex.h"

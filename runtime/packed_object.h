@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The interpreter object that holds a copy of a small block of bytes, for native values that are

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/pointer_object.h"
 
 #include "runtime/client_data.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The interpreter object that holds one native pointer. A proxy instance keeps it as its "this".

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/registration.h"
 
 #include "runtime/arguments.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The module-level half of the proxy protocol: what every <Class>_swigregister and

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/result_codes.h"
 
 PyObject *SWIG_Python_ErrorType(int code) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/scalars.h"
 
 #include "runtime/pending_error.h"

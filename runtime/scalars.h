@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Python numbers and strings as native ones. Conversions return a result code, write the value on

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/type_registry.h"
 
 #include "runtime/client_data.h"

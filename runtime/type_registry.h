@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The native types that cross into Python, and the ring through which all binding modules of one

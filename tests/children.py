@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Processes of their own for what a test lets crash or hang; for Python 2 and 3."""
 import resource
 

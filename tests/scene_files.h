@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What the scene tests share: a folder of files written for one test, and comparisons.

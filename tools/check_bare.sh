@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Does what README.md tells a newcomer to do, where nothing is prepared: in a new Debian 12 with
 # nothing but make and git, in a temporary folder, a clean clone of HEAD is set up, built, run and
 # tested. It needs root, debootstrap and the machine's Debian mirror.

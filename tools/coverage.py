@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Tells the line and branch coverage of a run of the tests in a coverage build, and compares the
 branches of runtime/ that no test took with the list of those that have a reason.
 

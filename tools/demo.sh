@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the programs and what they load, renders a scene with the two example scripts and one that
 # moves, and says how long that took and where the pictures are. Set-up comes first (tools/setup.sh).
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Prepares a machine for the build: installs the Debian packages that are missing, chooses a Python
 # 2.7 that can be embedded, and leaves its path in build/python2.path. The first that fits is taken:
 #

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Tells how many lines of tests there are to a line of code, and fails when they are too many: they
 cost upkeep as well, so a new test had better replace a weaker one. The lines of C++ and Python that
 are not blank count, those of tests/ against all others; those of lists and data do not.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs the tests of the runtime, the wrappers and the modules under valgrind, several at once, each
 with twenty times its time limit. Leaks are the address-sanitized build's business.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/app/CommandLine.h"
 
 #include "devhost/api/render/Picture.h"

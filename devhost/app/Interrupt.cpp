@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/app/Interrupt.h"
 
 #include "devhost/session/RenderSession.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/app/ObjectCensus.h"
 
 #include "runtime/pointer_object.h"

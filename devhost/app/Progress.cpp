@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/app/Progress.h"
 
 #include "devhost/util/Terminal.h"

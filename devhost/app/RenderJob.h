@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // One run of the program: loads the scene, runs the script and renders the frames.

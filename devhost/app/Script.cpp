@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/app/Script.h"
 
 #include "devhost/app/Errors.h"

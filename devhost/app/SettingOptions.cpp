@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/app/SettingOptions.h"
 
 #include <CLI/StringTools.hpp>

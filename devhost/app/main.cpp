@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quilhost: the development host's program.
 #include "devhost/app/CommandLine.h"
 #include "devhost/app/Errors.h"

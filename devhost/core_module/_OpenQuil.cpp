@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The core module's entry function. Nothing else is exported.
 
 #include "host/base/HostApi.h"

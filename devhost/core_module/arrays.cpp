@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The arrays of the core library. Items are copied out and in: a script that keeps one is not
 // touched by what happens to the array, and a changed item has to be stored again.
 

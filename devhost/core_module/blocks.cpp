@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/core_module/blocks.h"
 
 #include "devhost/util/KnownMemory.h"

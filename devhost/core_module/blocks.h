@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Native memory that scripts made. It is known to the host as well, so that a pointer object tells

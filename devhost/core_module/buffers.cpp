@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Buffers: native numbers side by side, and single cells for out-arguments. A buffer that a script
 // makes owns its block and knows its length. A pointer that the host returns is a buffer of the
 // same class, borrowed. Its length is known where the host told it (what callbacks are lent); that

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Colours.
 
 #include "devhost/core_module/values.h"

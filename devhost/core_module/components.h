@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The host's values that are a few numbers side by side, and which of their members these are.

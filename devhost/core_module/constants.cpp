@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The core module's integer constants, group by group, in the order in which they are installed.
 
 #include "wrappers/rows/module_tables.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Blocks of the render module's structures that scripts make. The structure's class belongs to the

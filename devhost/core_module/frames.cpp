@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The frames of the render, for scripts.
 
 #include "devhost/session/RenderSession.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pictures in memory.
 
 #include "devhost/core_module/items.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/core_module/items.h"
 
 #include <climits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Python sequences as native items and back, for arrays, buffers and values with components.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Extra layers for the render view.
 
 #include "devhost/core_module/element_buffer.h"

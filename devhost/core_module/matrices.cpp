@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Matrices in both precisions.
 
 #include "devhost/core_module/items.h"

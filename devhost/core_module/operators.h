@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Operators as functions, for rows. The row's declared type chooses the instance.

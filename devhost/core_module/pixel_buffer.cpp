@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pixels for the render view.
 
 #include "devhost/core_module/PixelBuffer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Places in both precisions, and the box that encloses some.
 
 #include "devhost/core_module/values.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rotations: quaternions and angles around the axes.
 
 #include "devhost/core_module/values.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scene: its nodes, paths, attributes, lists of these, and files.
 
 #include "devhost/core_module/items.h"

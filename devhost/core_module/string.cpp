@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts. What an operation returns is a Python unicode object; a ZString of its own is needed
 // only where the host fills one or a record's member is set.
 

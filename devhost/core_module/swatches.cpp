@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Swatches for scripts: what the host does with the generators that are registered, and the typed
 // pointers of their creators, which scripts can register under further names.
 

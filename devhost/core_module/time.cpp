@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Times of the animation.
 
 #include "devhost/core_module/items.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Directions and displacements in both precisions.
 
 #include "devhost/core_module/values.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Viewports for scripts: the renderers that native code has registered, and images of the scene
 // that they draw.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/geometry/DefaultShapes.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The shapes that the host has ready for previews: meshes around the origin, from -1 to 1.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/geometry/GeometryStreams.h"
 
 #include "devhost/geometry/VertexFrames.h"

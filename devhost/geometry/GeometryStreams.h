@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What the handles of the geometry classes refer to, and how it is made from meshes.

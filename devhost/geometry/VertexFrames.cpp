@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/geometry/VertexFrames.h"
 
 #include <array>

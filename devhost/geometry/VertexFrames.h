@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Tangents and binormals of a mesh, and numbers for the points that its vertices lie at.

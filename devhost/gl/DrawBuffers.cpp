@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/DrawBuffers.h"
 
 #include "devhost/gl/GlPrivateFramebuffer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/GlContext.h"
 
 #include "devhost/gl/GlDriver.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The host's OpenGL context: an off-screen compatibility context without a window system, and the

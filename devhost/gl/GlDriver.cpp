@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/GlDriver.h"
 
 #include "devhost/gl/GlContext.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The driver's entry points, one pointer each. Pointers that the driver has no function for lead

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/GlFeatures.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/GlPrivateFramebuffer.h"
 
 #include <GL/gl.h>

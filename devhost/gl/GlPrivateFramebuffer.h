@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Buffers of the scripts' context as the host reads, clears and fills them: in its own context.

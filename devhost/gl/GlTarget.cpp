@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/GlTarget.h"
 
 #include "devhost/gl/GlPrivateFramebuffer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // An image that OpenGL draws into off screen, and its way from and to memory.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/GlTextures.h"
 
 #include "devhost/gl/GlContext.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/HardwareDevice.h"
 
 #include "devhost/gl/GlContext.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The device that the hardware renderer draws with: the host's OpenGL context and buffers in it.

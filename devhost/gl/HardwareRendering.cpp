@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/HardwareRendering.h"
 
 #include "devhost/gl/DrawPlaces.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BMP, TGA and PSD files by stb_image, whose assertions are failures here and whose memory is
 // clear: what damaged files leave out is black.
 #include "devhost/image/ImageDecoder.h"

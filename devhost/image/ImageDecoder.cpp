@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/image/ImageDecoder.h"
 
 #include "devhost/image/ImageIo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Decoding of image files in memory. Damaged ones are told of; none ends the process, and the size

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading and writing of picture files with libpng and OpenEXR.
 #include "devhost/image/ImageIo.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Reading and writing of picture files. In memory, row 0 is at the bottom and channels are

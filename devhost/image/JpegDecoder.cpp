@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // JPEG files by libjpeg-turbo.
 #include "devhost/image/ImageDecoder.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // PNG files by libpng.
 #include "devhost/image/ImageDecoder.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The sRGB curve between light, which is what is calculated with, and the codes of 8-bit pictures.

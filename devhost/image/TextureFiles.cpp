@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // File names of textures.
 #include "devhost/image/TextureFiles.h"
 

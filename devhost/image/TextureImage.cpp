@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Decoding and sampling of texture images.
 #include "devhost/image/TextureImage.h"
 

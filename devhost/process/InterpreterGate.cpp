@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/process/InterpreterGate.h"
 
 #include "host/base/TpythonLock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Which threads are in the interpreter, and which may still enter it while it ends.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/raytrace/CameraView.h"
 
 #include "devhost/session/RenderSession.h"

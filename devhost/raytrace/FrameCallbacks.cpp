@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/raytrace/FrameCallbacks.h"
 
 #include "devhost/image/Srgb.h"

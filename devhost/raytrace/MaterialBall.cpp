@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A ball of a material in a small studio of its own: on a chequered floor, under two lamps, inside
 // a faintly glowing dome that gives mirrors something to show.
 #include "devhost/raytrace/MaterialBall.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The noise table and its interpolation.
 #include "devhost/raytrace/NoiseTable.h"
 

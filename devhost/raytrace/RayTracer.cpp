@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rays by Embree. Every mesh node becomes one geometry in world space; the geometry's number is its
 // index in Impl::meshes.
 #include "devhost/raytrace/RayTracer.h"

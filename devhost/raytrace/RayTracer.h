@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Rays into the meshes that are rendered: the visible ones of the current render layer.

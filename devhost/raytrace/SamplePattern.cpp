@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/raytrace/SamplePattern.h"
 
 #include <numbers>

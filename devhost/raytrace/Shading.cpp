@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Diffuse and glossy shading with shadows, reflections and see-through surfaces.
 #include "devhost/raytrace/Shading.h"
 

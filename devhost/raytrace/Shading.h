@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Colours of surfaces under the scene's lights, as linear light. A surface scatters the share

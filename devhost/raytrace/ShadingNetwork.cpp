@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The shading nodes: materials, textures and two procedures.
 #include "devhost/raytrace/ShadingNetwork.h"
 

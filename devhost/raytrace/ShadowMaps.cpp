@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/raytrace/ShadowMaps.h"
 
 #include "devhost/raytrace/ViewFrame.h"

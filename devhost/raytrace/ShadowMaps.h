@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The depth maps that tell render callbacks about a light's shadows.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/raytrace/SoftwareRenderer.h"
 
 #include "devhost/raytrace/CameraView.h"

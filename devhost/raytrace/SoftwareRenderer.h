@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The host's own renderer: the colour, as light, and the depth of every pixel of the scene, traced

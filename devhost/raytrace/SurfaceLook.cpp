@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/raytrace/SurfaceLook.h"
 
 #include "devhost/image/TextureImage.h"

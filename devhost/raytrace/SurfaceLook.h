@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What materials look like at a place of a surface, before any light falls on it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // A view: an orthonormal frame that looks along a direction, and the rays that go into it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/scene/Animation.h"
 
 #include <algorithm>

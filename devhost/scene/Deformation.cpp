@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/scene/Deformation.h"
 
 #include <cmath>

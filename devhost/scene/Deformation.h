@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Meshes that change their shape: mixed with other shapes (morph targets), then bent by joints

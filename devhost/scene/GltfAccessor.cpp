@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/scene/GltfAccessor.h"
 
 #include <algorithm>

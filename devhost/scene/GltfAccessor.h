@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Numbers out of the buffers of a glTF file, with every range checked: what a file says of itself

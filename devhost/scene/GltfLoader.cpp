@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reader of .gltf and .glb files: the tree of nodes, cameras and lights; what else there is has
 // files of its own.
 #include "devhost/scene/GltfAccessor.h"

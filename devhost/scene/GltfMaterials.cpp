@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/scene/GltfMaterials.h"
 
 #include "devhost/image/ImageDecoder.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/scene/GltfMotion.h"
 
 #include "devhost/scene/GltfAccessor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What moves in a glTF file: node transforms over time, skins and weights of morph targets.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every value is read through a Place, which knows where in the file it stands, so that what is
 // wrong can be told in the file's own terms: "layers[0].members[2]: there is no node 'cup'".
 #include "devhost/scene/LayerFile.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Reads the file beside a scene file that describes layers, passes, image sources and light links;

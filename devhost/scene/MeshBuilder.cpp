@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Making of normals and welding of vertices.
 #include "devhost/scene/MeshBuilder.h"
 

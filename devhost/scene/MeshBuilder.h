@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Turns what scene files hold (separate pools of positions, normals and texture coordinates) into

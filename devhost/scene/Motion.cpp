@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The state of a scene at a time.
 #include "devhost/scene/Motion.h"
 

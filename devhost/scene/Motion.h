@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What changes in a scene over time: nodes that move, and meshes that change their shape with the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reader of .obj files: every statement is either honoured or told of, with its line.
 #include "devhost/scene/MeshBuilder.h"
 #include "devhost/scene/ObjMaterials.h"

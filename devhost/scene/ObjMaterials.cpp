@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/scene/ObjMaterials.h"
 
 #include "devhost/scene/ObjText.h"

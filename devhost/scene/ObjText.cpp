@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/scene/ObjText.h"
 
 #include "devhost/scene/SceneLoader.h"

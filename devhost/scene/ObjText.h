@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The statements of .obj and .mtl files, one after the other: a word and what follows it.

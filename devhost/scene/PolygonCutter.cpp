@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Most polygons are fans around a corner; the others are swept.
 #include "devhost/scene/PolygonCutter.h"
 

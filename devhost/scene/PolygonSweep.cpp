@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // After Hertel and Mehlhorn, "Fast triangulation of simple polygons". The line rises. Where it is
 // inside the polygon, it is cut by the sides into intervals. Each has a chain of corners below the
 // line, from its left side to its right one, above which nothing is triangulated yet. A corner that

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Triangles of a polygon in the plane, by a line that sweeps over it: in n log n steps for n

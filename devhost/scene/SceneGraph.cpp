@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scene graph: nodes, names, handles and attributes.
 #include "devhost/scene/SceneGraph.h"
 

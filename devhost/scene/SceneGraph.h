@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The scene that the host holds: a graph of named nodes with meshes, cameras, lights and materials.

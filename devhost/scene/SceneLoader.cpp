@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Choice of the reader by extension, and the change of scene.
 #include "devhost/scene/SceneLoader.h"
 

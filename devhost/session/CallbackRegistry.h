@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Registered objects of the host's callback classes, in the order in which they are called.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Threads that take blocks of a range until none is left.
 #include "devhost/session/Parallel.h"
 

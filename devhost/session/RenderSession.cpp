@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/session/RenderSession.h"
 
 #include "host/core/ZStatus.h"

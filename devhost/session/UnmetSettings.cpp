@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/session/UnmetSettings.h"
 
 namespace devhost {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/session/Viewport.h"
 
 #include "devhost/gl/GlContext.h"

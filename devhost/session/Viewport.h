@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Viewports: images of the scene as a registered viewport renderer draws them.

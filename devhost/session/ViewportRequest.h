@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // One drawing of a viewport: all that a renderer is told, and the image that it makes.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A file that appears under its name only when it has been written whole.
 #include "devhost/util/AtomicFile.h"
 

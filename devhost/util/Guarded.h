@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The host's border for native exceptions: none leaves an operation, failures are statuses.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What host classes keep behind a pointer, null as long as it is empty: an object without contents

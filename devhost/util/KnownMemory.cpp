@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/util/KnownMemory.h"
 
 #include <map>

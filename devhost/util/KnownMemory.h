@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Blocks of memory that scripts get pointers into and whose size is known, so that reading or

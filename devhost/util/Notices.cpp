@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/util/Notices.h"
 
 #include "devhost/util/Terminal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Nothing is dropped in silence: what a scene file or script asks for and the host does not honour

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A name for a file that is not finished yet.
 #include "devhost/util/TemporaryName.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/util/Terminal.h"
 
 #include "devhost/util/Utf8.h"

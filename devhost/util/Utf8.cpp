@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Conversion between UTF-8 and Unicode code points.
 #include "devhost/util/Utf8.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/util/Version.h"
 
 namespace devhost {

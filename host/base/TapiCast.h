@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Casts from the core library's containers to the base library's that they are made of.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The host's text class: Unicode characters, with room for short texts inside the object, so that

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // A path to a node of the scene's hierarchy, from the root down: "|group|mesh".

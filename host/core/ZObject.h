@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // A handle to one node of the scene. It stays safe after the node is gone: it then reads as null.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The core library's text: the base library's, with the operations that scripts and plug-ins use.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The Direct3D 9 counterpart of the hardware renderer's swatch functions.

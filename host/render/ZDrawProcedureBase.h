@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Code of plug-ins that draws while the host's hardware renderer draws.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The function set of render passes: pictures of a layer that show one thing each.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The function table: OpenGL as scripts and plug-ins call it, entry points up to OpenGL 2.0 and a

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The objects that a hardware renderer is to draw, one after the other.

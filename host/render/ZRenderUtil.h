@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Static helpers for software renderers: rays into the scene, shading samples, file names of

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The host's render view: collects the picture that a renderer sends in blocks of pixels.

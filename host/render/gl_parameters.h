@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What the lines of gl_functions.def write as "(type) name, (type) name", taken apart:

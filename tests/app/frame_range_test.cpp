@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/app/FrameRange.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Signals while a file is being written, each in a process of its own.
 #include "devhost/app/Interrupt.h"
 #include "devhost/session/RenderSession.h"

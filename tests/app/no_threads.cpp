@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Preloaded, stands for a container without room for another process: no thread can be started.
 #include "host/base/HostApi.h"
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Drives the quilhost program in child processes: what it writes, tells and returns."""
 import ast
 import base64

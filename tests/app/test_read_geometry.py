@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs the example that reads a scene's geometry and writes it to an OBJ file, and compares the
 file's triangles with those of the scene file, number by number."""
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Tests of the generated proxy classes against the native tables. Run by Python 2.7 with
 NAME=DESCRIPTION for every module."""
 

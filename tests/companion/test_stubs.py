@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Compares the stubs with the proxies and with the native tables. Run by Python 3 with the folder
 of the companion layer and NAME=DESCRIPTION for every module."""
 

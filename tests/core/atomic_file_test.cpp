@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files that appear whole, with and without a name meanwhile, and the names that they have then.
 #include "devhost/util/AtomicFile.h"
 #include "host/core/ZString.h"

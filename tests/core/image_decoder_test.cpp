@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Images in memory: each format's colours, and files that are damaged or claim too much.
 #include "devhost/image/ImageDecoder.h"
 

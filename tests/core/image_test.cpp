@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Images: formats, orientation against the libraries' own readers, and writes that fail.
 #include "devhost/image/ImageIo.h"
 #include "host/core/ZImage.h"

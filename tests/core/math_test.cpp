@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Vectors, points, matrices and rotations against results worked out by hand; what scripts can do
 // with them is tested through the core module.
 #include "host/core/ZBoundingBox.h"

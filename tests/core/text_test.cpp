@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts: storage, Unicode, searching, numbers; statuses and their texts.
 #include "host/base/TapiCast.h"
 #include "host/core/ZStatus.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Times.
 #include "host/core/ZStatus.h"
 #include "host/core/ZTime.h"

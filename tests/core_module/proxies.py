@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Bare proxy classes for every class of a native module, without the companion layer."""
 
 

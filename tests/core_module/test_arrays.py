@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """All array classes behave alike; each is given items of its own."""
 
 import sys

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Buffers and cells: bounds, conversions, ownership of the blocks, and pixels."""
 
 import struct

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """One type ring for the core module and the render module, whichever is imported first."""
 
 import importlib

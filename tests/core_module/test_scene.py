@@ -1,4 +1,5 @@
 # -*- coding: utf-8 -*-
+# SPDX-License-Identifier: MIT
 """Texts, images, and the scene's nodes, paths and plugs as scripts see them."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Constructors, components, arithmetic and comparisons of the core module's values."""
 
 import math

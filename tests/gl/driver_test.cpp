@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The function table on the driver at hand. Pixels are compared with a tolerance of 1 in 255, the
 // rounding of a colour to eight bits.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a driver's version and extension strings bring.
 
 #include "devhost/gl/GlFeatures.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The hardware renderer: frames with draw procedures, buffers and contexts in OpenGL (skipped where
 // there is none), and the default shapes.
 #include "devhost/gl/GlContext.h"

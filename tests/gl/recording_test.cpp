@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every wrapper of the function table on a driver that records: each position of each call gets a
 // value of its own, extremes included, and what reaches the driver must be what was passed.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list of entry points against the system's OpenGL headers, which know the true types, and the
 // intended differences.
 

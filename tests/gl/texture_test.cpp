@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/GlContext.h"
 #include "devhost/image/ImageIo.h"
 #include "host/core/ZPlug.h"

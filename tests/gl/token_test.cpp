@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The values of the OpenGL tokens against the system's OpenGL headers.
 
 #include "wrappers/rows/module_tables.h"

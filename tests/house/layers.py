@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The architecture as the folders have it: what each may include, where its tests are, and that
 nothing lies about.
 

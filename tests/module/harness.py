@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the tests of the built module share: the module itself, found beside the host program or on
 the search path, native layouts, and pointer objects of any type, made without the host."""
 import csv

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What only native code can do to the hardware renderer, for test_hardware.py: make draw procedures
 // and draw. Every call of theirs is written down.
 

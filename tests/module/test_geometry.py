@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Geometry as scripts get it: owned handles over shared streams, untyped memory, overloads, and the
 set-up flags. The host's shapes serve as geometry that needs no scene."""
 import ctypes

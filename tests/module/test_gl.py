@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The OpenGL functions from scripts, where there is no OpenGL."""
 import unittest
 

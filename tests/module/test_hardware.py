@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The hardware renderer: lists of native draw procedures, the list that is rewritten in place,
 out-arguments. Nothing here needs OpenGL."""
 import ctypes

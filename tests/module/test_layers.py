@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Render layers, passes, image sources and light links of a scene, through the flat functions; what
 the host itself makes of them is tested natively."""
 import ctypes

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The built module as a file: exports, dependencies, static construction."""
 import ctypes
 import subprocess

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The proxy protocol and directors, through the flat functions alone."""
 import unittest
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Shader parameters through the module: which constructor runs, addresses as user data, values and
 buffers on geometry lists."""
 import ctypes

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The functions of the render families, each against the table of declared types in rows.tsv:
 presence, calling flag, overloads. The complaints about arguments and counts are those of
 tests/across/hostile."""

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Creator pointers in their two forms, the registry, and swatches that native creators begin."""
 import ctypes
 import unittest

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Calls into the host, with the values that cross: results, strings, overloads, members."""
 import ctypes
 import struct

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Viewport renderers and textures as scripts use them: virtual calls reach a native subclass, the
 host's rendering information and target, and the forms of binding."""
 import ctypes

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A plug-in with one viewport renderer, "paint", which lets a callback of the test draw.
 
 #include "host/base/HostApi.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/session/RenderCallbacks.h"
 #include "host/render/ZRenderCallback.h"

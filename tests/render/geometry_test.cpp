@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Geometry of scene meshes and of the host's shapes, as renderers read it.
 #include "devhost/session/RenderSession.h"
 #include "devhost/session/Viewport.h"

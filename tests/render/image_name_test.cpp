@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/app/RenderJob.h"
 #include "devhost/session/RenderSession.h"
 #include "host/core/ZStatus.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Layers, adjustments and light links from the file beside a scene, and what rays see of them.
 #include "devhost/raytrace/Shading.h"
 #include "devhost/raytrace/ShadowMaps.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linear light: from textures and lights over pixels to files, with values worked out by hand.
 #include "devhost/api/render/Picture.h"
 #include "devhost/image/ImageIo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rays against shapes whose hits can be worked out by hand.
 #include "devhost/raytrace/RayTracer.h"
 #include "devhost/raytrace/Shading.h"

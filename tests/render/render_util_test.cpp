@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The renderers' helpers: noise, textures, file names, light queries, shading samples, session.
 #include "devhost/session/RenderSession.h"
 #include "host/core/ZDagPath.h"

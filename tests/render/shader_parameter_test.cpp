@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shader parameters: where uniform values come from, and how vertex values are laid out.
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/session/RenderSession.h"

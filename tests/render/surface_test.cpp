@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What surfaces look like without any light: textures, colours of vertices, holes and glow.
 #include "host/render/ZRenderUtil.h"
 #include "tests/scene_files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Swatches: how the host works on one, and the host's own generator.
 #include "devhost/api/render/Swatches.h"
 #include "tests/scene_files.h"

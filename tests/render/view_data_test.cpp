@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The conversions of render data and shadow data, against pictures worked out by hand.
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "host/render/ZRenderCallback.h"

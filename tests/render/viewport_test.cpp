@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/gl/GlContext.h"
 #include "devhost/session/Viewport.h"
 #include "host/core/ZImage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From Python values to native pointers and back, through the functions that fixture code calls as
 // `convert` and `wrap`.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Python classes that override the host's callbacks.
 
 #include "devhost/process/InterpreterGate.h"

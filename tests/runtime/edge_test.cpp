@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edges of the runtime's small functions that no wrapper of this module comes to.
 
 #include "host/base/TpythonObjectWithLock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The locked holder of a Python object and its readers of texts.
 
 #include "host/base/TpythonObjectWithLock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The pointer object: its texts, slots and methods, and what its death does. Then the packed
 // object.
 

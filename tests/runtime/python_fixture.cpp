@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/runtime/python_fixture.h"
 
 #include "runtime/director.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // One embedded interpreter for all tests of the program, with the module imported, and short ways

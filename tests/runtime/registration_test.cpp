@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The module-level half of the proxy protocol, and constants.
 
 #include "runtime/client_data.h"

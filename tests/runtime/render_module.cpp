@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The module under test, where it is the render module, compiled in.
 
 #include "tests/runtime/python_fixture.h"

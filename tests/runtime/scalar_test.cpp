@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers and strings in both directions.
 
 #include "tests/runtime/python_fixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The module's type table, its cast graph, and lookups by name.
 
 #include "runtime/module_types.h"

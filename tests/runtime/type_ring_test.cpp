@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the module meets others of its kind in one interpreter. All of this is process-wide state:
 // every case has a process of its own.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Handles, paths, plugs and selection lists.
 #include "host/core/ZDagPath.h"
 #include "host/core/ZFileIO.h"

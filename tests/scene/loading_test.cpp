@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What scene files ask for: each case has the values that must be there, worked out by hand, and
 // the notices of what is not.
 #include "devhost/util/Notices.h"

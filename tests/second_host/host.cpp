@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A host of a few operations whose objects are laid out in another way than the development host's:
 // text is UTF-8 with a count, a status two ints, and the lock is captured by whoever asks for it.
 

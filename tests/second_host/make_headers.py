@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes headers of the host interface with other private parts: what is declared is the same by
 construction, what lies behind it is not."""
 import pathlib

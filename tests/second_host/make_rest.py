@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes the host operations that the module's objects use and the second host's do not have: calling
 one ends the process with its name."""
 import re

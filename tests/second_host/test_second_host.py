@@ -1,4 +1,5 @@
 # -*- coding: utf-8 -*-
+# SPDX-License-Identifier: MIT
 """The module on a host of other layouts: conversions, messages and callbacks."""
 import ctypes
 import sys

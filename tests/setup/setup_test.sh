@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs a copy of tools/setup.sh against stand-ins for apt, python2.7-config, pyenv and unfit
 # interpreters. Usage: setup_test.sh SETUP_SCRIPT PYTHON2 (a python2.7 that fits)
 set -euo pipefail

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the loader is told about a product file: its tables are bound and read-only before it runs,
 its stack is guarded, and libraries are looked for beside it and beside the interpreter only.
 

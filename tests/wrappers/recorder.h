@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // A host that only records how it is called, so that a test sees every argument as it arrived.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The recording host as a module: every shape of row that the language knows.
 
 #include "tests/wrappers/recorder.h"

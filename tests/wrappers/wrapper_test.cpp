@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The calling convention, row shape by row shape, on the recording host: what arrives at the host,
 // what comes back, and the texts of failures.
 

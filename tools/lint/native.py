@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs clang-tidy over every source file of a build folder's compile database, on all cores, then
 cppcheck. A file that clang-tidy passed is not looked at again until it, a header of it or a
 .clang-tidy changes; cppcheck keeps such a memory of its own.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Lints the scripts of the tree: flake8 for Python, the interpreter of the build for what Python 2
 runs, and shellcheck.
 

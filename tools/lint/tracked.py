@@ -1,4 +1,5 @@
-"""Tells which files do not belong into the repository: large ones, programs, libraries and dumps.
+"""Tells which files do not belong into the repository, large ones, programs, libraries and dumps,
+and which sources do not name their license.
 
 Usage: tracked.py, in the source folder
 """
@@ -26,13 +27,12 @@ def binary(path, content):
 
 
 def unlicensed(path, content):
-    """Not among the checks while there are files without the line."""
     begin = b'\n'.join(content.split(b'\n')[:3]).decode(errors='replace')
     if LICENSED.search(path) and not LICENSE.search(begin):
         return 'does not name its license in the first three lines'
 
 
-CHECKS = large, binary
+CHECKS = large, binary, unlicensed
 
 
 def main():

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linked into the programs of an address-sanitized build. The interpreter keeps its small objects
 // in arenas that it maps itself, where the leak check does not look for pointers: everything that
 // only a Python object points to would be a leak. So arenas are made known as places to look.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linked into the programs and binding modules of a coverage build. Child processes of tests leave
 // by _exit, which would lose what they covered: each file of code has it written first.
 

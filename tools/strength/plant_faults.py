@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Measures the strength of the tests: plants the faults of faults.txt one at a time in a private
 copy of the tree, builds, runs the tests and writes docs/test_strength.md. Fails when a fault does
 not fit the sources or does not compile, and when fewer than 95% are caught."""

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Swatches with Direct3D 9. The device is opaque.
 
 #include "host/render/ZD3D9Renderer.h"

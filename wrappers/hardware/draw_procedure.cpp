@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draw procedures. They are abstract and have no director: scripts only handle native ones.
 
 #include "host/render/ZDrawProcedureBase.h"

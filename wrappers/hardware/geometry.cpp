@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The geometry of scene objects: streams, index arrays, lists of objects, and where they come from.
 
 #include "host/core/ZDagPath.h"

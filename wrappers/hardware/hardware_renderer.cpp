@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The hardware renderer: a singleton of the host, which scripts neither make nor delete.
 
 #include "host/base/TapiCast.h"

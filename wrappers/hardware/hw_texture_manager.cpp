@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texture files and the binding of textures. The file name that textureFile gives is a parameter
 // like any other text, so that scripts do not see it.
 

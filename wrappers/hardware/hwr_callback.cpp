@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Device callbacks. They have no director: the host never calls methods of a Python class.
 
 #include "host/render/ZHwrCallback.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The renderers that a shading node supports.
 
 #include "host/render/ZRenderProfile.h"

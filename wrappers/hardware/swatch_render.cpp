@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Swatches: one in the making, and the registry of their generators. What a swatch consists of is
 // read straight from the object; what generators override is called through the object's own table.
 

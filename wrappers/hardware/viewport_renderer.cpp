@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Renderers that take over viewports. Scripts get them from native code, and call their operations
 // through the object's own virtual table.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The record of render settings that every renderer shares.
 
 #include "host/core/ZObject.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The function sets of render layers, render passes and image sources.
 
 #include "host/core/ZPlug.h"

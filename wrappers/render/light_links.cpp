@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The links between lights and objects.
 
 #include "host/render/ZLightLinks.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Render callbacks, which Python classes may derive from.
 
 #include "host/render/ZRenderCallback.h"

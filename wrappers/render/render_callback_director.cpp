@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "wrappers/render/render_callback_director.h"
 
 #include "runtime/convert.h"

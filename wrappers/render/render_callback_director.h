@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // A render callback whose virtual functions are Python methods, and false without an interpreter.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The record that a render callback receives with the finished image.
 
 #include "host/render/ZRenderData.h"

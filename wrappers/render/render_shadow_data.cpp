@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The record that a render callback receives when the shadow maps of a light were made.
 
 #include "host/render/ZRenderShadowData.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The image that a viewport renderer draws into.
 
 #include "host/render/ZRenderTarget.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The static helpers for software renderers and shading plug-ins.
 
 #include "host/core/ZDagPath.h"

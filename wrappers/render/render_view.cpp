@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The render view, and the plain structures that carry its pixels.
 
 #include "host/core/ZDagPath.h"

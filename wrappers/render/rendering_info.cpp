@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a viewport renderer is asked to draw. Scripts only ever see the host's own object.
 
 #include "host/render/ZRenderingInfo.h"

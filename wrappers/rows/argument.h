@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // How one Python argument becomes a parameter of each declared type. An Argument<T> is a local of

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The work behind every wrapper, one instance per signature: receive the arguments, convert them

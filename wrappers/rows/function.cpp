@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "wrappers/rows/function.h"
 
 #include "runtime/result_codes.h"

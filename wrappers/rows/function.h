@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What a wrapper knows about itself beyond its native types. All of it is constant data; only the

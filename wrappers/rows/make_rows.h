@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Makes a family's functions and its table out of the list of its rows. Not guarded: a source file
 // includes it once, behind the headers of the host's classes and the functions that extensions
 // name.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "wrappers/rows/module_tables.h"
 
 #include "runtime/object_holder.h"

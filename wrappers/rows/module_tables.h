@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What a module consists of. Every module defines the two lists, in the order in which its rows

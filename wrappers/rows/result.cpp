@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "wrappers/rows/result.h"
 
 #include <new>

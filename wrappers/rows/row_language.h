@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The row language. A wrapper is one row, and the row is the only place where it is described: the
 // native function, the line of the method table with its flag, the texts of all messages, and the
 // proxy method, stub and documentation that are generated from the table all follow from it.

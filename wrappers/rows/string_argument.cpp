@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A class of its own file: it is the longest reader, and compiled for speed where the wrappers are
 // compiled for size.
 

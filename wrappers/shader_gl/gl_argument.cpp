@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "wrappers/shader_gl/gl_argument.h"
 
 using namespace binding;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // ZGLFunctionTable: a row for every line of its list, and what it tells about the driver.
 
 #include "host/render/ZGLFunctionTable.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The OpenGL tokens as constants of the module.
 
 #include "wrappers/rows/constants.h"

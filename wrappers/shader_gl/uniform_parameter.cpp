@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The inputs of hardware shaders that have one value for each draw, and their list.
 
 #include "host/core/ZPlug.h"

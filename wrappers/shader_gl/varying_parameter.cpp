@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The inputs of hardware shaders that have a value for each vertex, and their list.
 
 #include "host/render/ZVaryingParameter.h"

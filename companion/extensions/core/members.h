@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the core module's classes have for scripts beyond the host's C++ interface. Only the
 // companion layer's generator reads this file: for documentation and parameter names.
 

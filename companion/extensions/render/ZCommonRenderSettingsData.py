@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 @property
 def currentFrame(self):
     # type: () -> OpenQuil.ZTime

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The host knows only the native objects of the registered callbacks; the instances whose methods
 # these call are kept here, by the native address.
 _registered = {}

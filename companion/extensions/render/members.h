@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the render module's classes have for scripts in another form than in the host's C++
 // interface. Only the companion layer's generator reads this file.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/base/TobjArray.h"
 
 #include "devhost/util/Hidden.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/base/TpythonInterpreter.h"
 
 #include "devhost/process/ReportedExceptions.h"

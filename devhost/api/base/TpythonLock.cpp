@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The holder of the interpreter lock, as the development host fills it in.
 //
 // Holders nest: a wrapper is called with the lock, and takes holders of its own around reference

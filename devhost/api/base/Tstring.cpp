@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/base/Tstring.h"
 
 #include "devhost/util/Utf8.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Casts from the core library's containers to the base library's.
 #include "host/base/TapiCast.h"
 

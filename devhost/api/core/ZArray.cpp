@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The arrays of numbers and of small values.
 #include "host/core/ZArray.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A box along the axes that encloses points.
 #include "host/core/ZBoundingBox.h"
 

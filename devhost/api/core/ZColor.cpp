@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A colour with opacity.
 #include "host/core/ZColor.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paths into the scene's hierarchy.
 #include "host/core/ZDagPath.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A rotation as three angles around the axes.
 #include "host/core/ZEulerRotation.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening of scene files.
 #include "host/core/ZFileIO.h"
 

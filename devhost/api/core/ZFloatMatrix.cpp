@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A 4 by 4 transformation matrix in single precision.
 #include "host/core/ZFloatMatrix.h"
 

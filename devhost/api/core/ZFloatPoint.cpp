@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A place in space in homogeneous coordinates, in single precision.
 #include "host/core/ZFloatPoint.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A direction or displacement in space, in single precision.
 #include "host/core/ZFloatVector.h"
 

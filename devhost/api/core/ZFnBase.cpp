@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/core/ZFnBase.h"
 
 #include "devhost/util/Statuses.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/core/ZFnDependencyNode.h"
 
 #include "devhost/scene/SceneGraph.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A picture in memory, with files to read it from and write it to.
 #include "host/core/ZImage.h"
 

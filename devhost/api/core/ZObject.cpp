@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Handles to nodes.
 #include "host/core/ZObject.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Attributes of nodes.
 #include "host/core/ZPlug.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A place in space in homogeneous coordinates, in double precision.
 #include "host/core/ZPoint.h"
 

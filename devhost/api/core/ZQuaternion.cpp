@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A rotation as a unit quaternion.
 #include "host/core/ZQuaternion.h"
 

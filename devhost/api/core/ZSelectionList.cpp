@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lists of nodes and plugs.
 #include "host/core/ZSelectionList.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/core/ZStatus.h"
 
 #include "devhost/util/Hidden.h"

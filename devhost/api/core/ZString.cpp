@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The core library's text: searching, splitting, numbers and letter case.
 #include "host/core/ZString.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The core library's array of texts.
 #include "host/core/ZStringArray.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A time of the animation, in one of several units.
 #include "host/core/ZTime.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/api/render/DefaultGeometry.h"
 
 #include "host/core/ZStatus.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The hardware renderer's shapes, made when first taken and dropped when all are given back.

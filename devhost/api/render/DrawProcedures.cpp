@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/api/render/DrawProcedures.h"
 
 #include "devhost/gl/DrawPlaces.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The hardware renderer's lists of draw procedures. Like all of the hardware renderer they belong

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/api/render/DrawSemantics.h"
 
 #include "devhost/session/RenderSession.h"

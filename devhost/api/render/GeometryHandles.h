@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What the objects of the geometry classes keep: handles to the engine's streams and lists.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/api/render/Picture.h"
 
 #include "devhost/image/ImageIo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/api/render/VertexValues.h"
 
 #include <algorithm>

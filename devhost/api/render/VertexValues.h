@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Vertex values on their way from a geometry's stream into the types and dimensions that a shader

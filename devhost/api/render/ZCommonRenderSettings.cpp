@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZCommonRenderSettings.h"
 
 #include "devhost/session/RenderSession.h"

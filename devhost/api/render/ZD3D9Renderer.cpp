@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZD3D9Renderer.h"
 
 #include "host/core/ZStatus.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZFnImageSource.h"
 
 #include "devhost/scene/SceneGraph.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZFnRenderLayer.h"
 
 #include "devhost/scene/SceneGraph.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Render passes and the implementations that the host has for them.
 #include "host/render/ZFnRenderPass.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The function table: hands every call on to the driver.
 
 #include "host/render/ZGLFunctionTable.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZGeometryData.h"
 
 #include "devhost/api/render/GeometryHandles.h"

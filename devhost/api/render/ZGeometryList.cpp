@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZGeometryList.h"
 
 #include "devhost/api/render/GeometryElements.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZGeometryManager.h"
 
 #include "devhost/api/render/GeometryElements.h"

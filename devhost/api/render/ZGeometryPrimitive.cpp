@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZGeometryPrimitive.h"
 
 #include "devhost/api/render/GeometryHandles.h"

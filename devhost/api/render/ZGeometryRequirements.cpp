@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZGeometryRequirements.h"
 
 #include "devhost/api/render/GeometryHandles.h"

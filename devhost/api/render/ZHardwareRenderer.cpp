@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZHardwareRenderer.h"
 
 #include "devhost/api/render/DefaultGeometry.h"

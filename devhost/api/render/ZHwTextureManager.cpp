@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZHwTextureManager.h"
 
 #include "devhost/gl/GlTextures.h"

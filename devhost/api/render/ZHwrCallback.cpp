@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZHwrCallback.h"
 
 #include "devhost/session/CallbackRegistry.h"

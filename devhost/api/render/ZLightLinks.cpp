@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Light links: every pair of a light and a mesh of the layer, with what holds between the two.
 #include "host/render/ZLightLinks.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZRenderCallback.h"
 
 #include "devhost/session/CallbackRegistry.h"

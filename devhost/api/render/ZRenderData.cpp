@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZRenderData.h"
 
 #include "host/core/ZMatrix.h"

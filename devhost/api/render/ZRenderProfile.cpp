@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZRenderProfile.h"
 
 #include "devhost/util/Hidden.h"

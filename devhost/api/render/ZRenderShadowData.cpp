@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZRenderShadowData.h"
 
 #include "devhost/raytrace/ShadowMaps.h"

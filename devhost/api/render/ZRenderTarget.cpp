@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/image/ImageIo.h"
 #include "devhost/session/ViewportRequest.h"
 #include "host/core/ZImage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The static helpers for renderers.
 #include "host/render/ZRenderUtil.h"
 

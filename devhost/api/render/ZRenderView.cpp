@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZRenderView.h"
 
 #include "devhost/api/render/Picture.h"

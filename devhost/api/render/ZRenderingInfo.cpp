@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "devhost/session/ViewportRequest.h"
 
 ZRenderingInfo::ZRenderingInfo(ZRenderTarget::Request const &request) : request_(request) {}

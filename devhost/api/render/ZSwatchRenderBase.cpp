@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What every swatch has, and how the host renders one.
 #include "host/render/ZSwatchRenderBase.h"
 

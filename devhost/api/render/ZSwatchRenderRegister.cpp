@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The swatch generators that the host knows.
 #include "host/render/ZSwatchRenderRegister.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The uniform parameters of hardware shaders.
 #include "host/render/ZUniformParameter.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZUniformParameterList.h"
 
 #define Element ZUniformParameter

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The varying parameters of hardware shaders.
 #include "host/render/ZVaryingParameter.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/render/ZViewportRenderer.h"
 
 #include "devhost/session/ViewportRegistry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/across/faults/allocator.h"
 
 #include <sys/mman.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The process's allocator, replaced by one that can be told to fail. The interpreter gets no memory

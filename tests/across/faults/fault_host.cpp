@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program that runs a Python script in which calls can be made to run out of memory: the module
 // is compiled in, and its runtime's functions can be called from the script.
 

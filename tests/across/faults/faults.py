@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What calls that run out of memory come to, and children in which they may crash."""
 import os
 import re

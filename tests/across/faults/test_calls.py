@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Memory runs out at every allocation of every facility and shape of wrapper in turn: once, and from
 there on. A call then succeeds, raises MemoryError or has an outcome that its case names; the same
 call works afterwards, and nothing stays behind. All this again for the first call of a process."""

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Memory runs out while the module is imported, alone and into the ring of the core module: the
 import raises, the next one finds a whole module, and nothing that was there before is lost.
 Arguments: the distance from one allocation that fails to the next."""

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Calls that are judged, and the process that they are made in."""
 import ctypes
 import mmap

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Odd objects, each with the few facts that decide which kinds of arguments take it."""
 import ctypes
 import sys

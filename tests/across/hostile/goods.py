@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Good values for all declared types, and which calls a host survives."""
 import harness
 from rows import ANYTHING, CHARACTERS, GL_DATA, NUMBERS, STRINGS, native_of, pointee

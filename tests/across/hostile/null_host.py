@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes the source of a host that does nothing: every member that the module calls by its name
 returns zero, or an empty object where the result is a class. Preloaded over the development host it
 lets calls with null objects, stray pointers and the addresses of Python objects come back. Also

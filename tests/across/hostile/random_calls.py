@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Random calls in random sequences: any function, good and odd arguments, and what earlier calls
 returned. Outcomes are judged like the sweep's. A seed makes one sequence; replay it with
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The rows of the module and what each of their arguments takes, by the families of the declared
 types in tests/module/rows.tsv. Known of an argument is what corpus.Item tells."""
 import json

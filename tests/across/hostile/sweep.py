@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Every function, at every argument position, with every odd object; the other arguments are good.
 What is raised is exactly what the declared type says, results are null exactly when an exception
 is set, and no reference is lost or gained."""

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The modules in interpreters that end, begin again and stand side by side. Every case has a
 // process of its own and a few seconds.
 

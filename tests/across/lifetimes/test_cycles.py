@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Every kind of ownership, created, used and dropped again and again: afterwards the host's objects,
 Python's objects, reference counts and the memory are what they were. The number of cycles is the
 argument; it runs in quilhost --leak-check with the scene of layers."""

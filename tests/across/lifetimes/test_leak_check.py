@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What quilhost --leak-check tells, and its exit code."""
 import subprocess
 import sys

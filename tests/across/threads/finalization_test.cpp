@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The interpreter ends while host threads call Python callbacks and render.
 
 #include "devhost/process/InterpreterGate.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sixteen Python threads in the module's functions at once, which change places as often as they
 // can. Each piece of work knows its own results.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sixteen host threads call Python callbacks of every kind while the main thread keeps the
 // interpreter busy.
 

@@ -1,2 +1,3 @@
+// SPDX-License-Identifier: MIT
     T *first_;
     unsigned short count_;
