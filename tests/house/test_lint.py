@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The tools that look at the repository's files, on repositories made for the purpose."""
 import pathlib
 import shutil

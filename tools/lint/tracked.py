@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Tells which files do not belong into the repository, large ones, programs, libraries and dumps,
 and which sources do not name their license.
 
