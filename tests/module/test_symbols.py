@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""What the built module leaves to others to define: the members that its rows name, the operations in
-host_operations.txt, the interpreter's interface and the C and C++ runtime. Runs on Python 3."""
+"""What the built module leaves to others to define: the members that its rows name, the operations
+in host_operations.txt, the interpreter's interface and the C and C++ runtime. Runs on Python 3."""
 import json
 import os
 import re

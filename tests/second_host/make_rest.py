@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""Writes the host operations that the module's objects use and the second host's do not have: calling
-one ends the process with its name."""
+"""Writes the host operations that the module's objects use and the second host's do not have:
+calling one ends the process with its name."""
 import re
 import subprocess
 import sys

@@ -53,17 +53,20 @@ class SecondHost(unittest.TestCase):
 
     def test_lists_of_texts(self):
         names, renderer = [u'one', 'two', 3], m.ZHardwareRenderer_theRenderer()
-        self.assertEqual(m.ZHardwareRenderer_getDrawProcedureListNames(renderer, u'gl\xe9', 0, names), 0)
+        get = m.ZHardwareRenderer_getDrawProcedureListNames
+        self.assertEqual(get(renderer, u'gl\xe9', 0, names), 0)
         self.assertEqual(names, [u'one', u'two', u'3', u'gl\xe9'])
 
     def test_numbers_and_messages(self):
         self.assertEqual((m.ZRenderUtil_noise1(3), m.ZRenderUtil_noise1(0.5)), (1.5, 0.25))
-        self.assert_raises(OverflowError, "in method 'ZRenderUtil_noise1', argument 1 of type 'float'",
+        self.assert_raises(OverflowError, "in method 'ZRenderUtil_noise1', argument 1 of type "
+                           "'float'",
                            m.ZRenderUtil_noise1, 1e39)
         self.assert_raises(TypeError, "in method 'ZRenderView_startRender', argument 2 of type "
                            "'unsigned int'", start, 1, 'x')
         self.assert_raises(ValueError, "invalid null reference in method "
-                           "'ZRenderCallback_renderCallback', argument 2 of type 'ZRenderData const &'",
+                           "'ZRenderCallback_renderCallback', argument 2 of type "
+                           "'ZRenderData const &'",
                            m.ZRenderCallback_renderCallback, m.new_ZRenderCallback(None), None)
 
     def test_statuses(self):
