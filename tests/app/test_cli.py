@@ -567,8 +567,8 @@ class Moving(Case):
                               for frame in (12, 24)])
 
     def test_what_is_not_honoured_is_told(self):
-        told = ("moving.gltf: material 0 'paint\\u001b': its normal texture is not supported; it is "
-                "left out")
+        told = ("moving.gltf: material 0 'paint\\u001b': its normal texture is not supported; it "
+                "is left out")
         out, err = self.run_host("moving.gltf", "--fps", "7.5", "--python-expr", "0")
         self.assertEqual(err.splitlines(), [
             "quilhost: notice: --fps: ZTime has no unit for this frame rate; its frames are those "
