@@ -93,8 +93,10 @@ GltfAccessor::Run GltfAccessor::findRun(int viewIndex, size_t offset, int compon
         fail("lies in a buffer view that reaches past the end of its buffer");
     const size_t stride = view.byteStride ? view.byteStride : elementSize;
     const size_t space = view.byteLength;
-    if (count > 0 && (offset > space || elementSize > space - offset ||
-                      count - 1 > (space - offset - elementSize) / stride))
+    if (count == 0)
+        return {};
+    if (offset > space || elementSize > space - offset ||
+        count - 1 > (space - offset - elementSize) / stride)
         fail("reaches past the end of its buffer view");
     return {bytes.data() + view.byteOffset + offset, stride, componentType};
 }
@@ -105,20 +107,19 @@ template <class Value, class Read>
 std::vector<Value> GltfAccessor::collect(Read readRun) const {
     std::vector<Value> values(accessor_.count * components_);
     const size_t size = componentSize_ * components_;
-    if (accessor_.bufferView >= 0)
+    if (accessor_.bufferView >= 0 && accessor_.count > 0)
         readRun(findRun(accessor_.bufferView, accessor_.byteOffset, accessor_.componentType, size,
                         accessor_.count),
                 accessor_.count, values.data());
-    if (!accessor_.sparse.isSparse)
-        return values;
-
     const auto &sparse = accessor_.sparse;
+    if (!sparse.isSparse || sparse.count == 0)
+        return values;
     if (sparse.count < 0 || size_t(sparse.count) > accessor_.count ||
         sparse.indices.byteOffset < 0 || sparse.values.byteOffset < 0)
         fail("has a bad count or offset of sparse elements");
     const size_t count = size_t(sparse.count);
     const int width = tinygltf::GetComponentSizeInBytes(uint32_t(sparse.indices.componentType));
-    if (width <= 0)
+    if (width <= 0 || sparse.indices.componentType == TINYGLTF_COMPONENT_TYPE_DOUBLE)
         fail("has sparse indices of an unknown type");
     const Run indices = findRun(sparse.indices.bufferView, size_t(sparse.indices.byteOffset),
                                 sparse.indices.componentType, size_t(width), count);
@@ -127,9 +128,11 @@ std::vector<Value> GltfAccessor::collect(Read readRun) const {
                     accessor_.componentType, size, count),
             count, replaced.data());
     withComponent(indices.componentType, [&](auto zero) {
+        if constexpr (!std::is_unsigned_v<decltype(zero)>)
+            fail("has sparse indices that are no unsigned integers");
         for (size_t at = 0; at < count; ++at) {
             const auto index = load<decltype(zero)>(indices.data + at * indices.stride);
-            if (index < 0 || size_t(index) >= accessor_.count)
+            if (size_t(index) >= accessor_.count)
                 fail("has a sparse index that is out of range");
             std::copy_n(&replaced[at * components_], components_,
                         &values[size_t(index) * components_]);

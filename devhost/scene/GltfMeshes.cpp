@@ -99,15 +99,9 @@ class MeshReader {
     }
 
     void addPrimitive(const tinygltf::Primitive &primitive) {
-        static constexpr const char *modes[] = {"points", "lines", "a line loop", "a line strip"};
         const int mode = primitive.mode == -1 ? TINYGLTF_MODE_TRIANGLES : primitive.mode;
-        if (mode < 0 || mode > TINYGLTF_MODE_TRIANGLE_FAN)
-            throw BadFile("primitive mode " + std::to_string(mode) + " is unknown");
-        if (mode < TINYGLTF_MODE_TRIANGLES) {
-            tellPrimitive("primitive mode", std::string("it is made of ") + modes[mode],
-                          "it is left out");
+        if (!hasTriangles(mode))
             return;
-        }
         const auto position = primitive.attributes.find("POSITION");
         if (position == primitive.attributes.end())
             throw BadFile("it has no positions");
@@ -121,20 +115,42 @@ class MeshReader {
             throw BadFile("it has " + std::to_string(primitive.targets.size()) +
                           " morph targets, and those before it " + std::to_string(shapeCount_));
 
-        const bool flat = !primitive.attributes.contains("NORMAL");
-        const unsigned first = flat ? addVertices(primitive, corners) : sharedVertices(primitive);
-        const unsigned triangle = mesh_.triangleCount();
-        mesh_.triangles.reserve(mesh_.triangles.size() + corners.size());
-        for (size_t at = 0; at < corners.size(); ++at)
-            mesh_.triangles.push_back(first + (flat ? unsigned(at) : corners[at]));
-        for (unsigned at = triangle; flat && at < mesh_.triangleCount(); ++at) {
-            result_.flatTriangles.push_back(at);
-            flattenTriangle(mesh_, at);
-        }
-        mesh_.materials.resize(mesh_.triangleCount(),
+        const unsigned first = mesh_.triangleCount();
+        if (primitive.attributes.contains("NORMAL"))
+            addTriangles(corners, sharedVertices(primitive));
+        else
+            addFlatTriangles(corners, addVertices(primitive, corners));
+        mesh_.materials.resize(first + corners.size() / 3,
                                primitive.material < 0
                                    ? kNoNode
                                    : gltfElement(materials_, primitive.material, "material"));
+    }
+
+    bool hasTriangles(int mode) {
+        static constexpr const char *others[] = {"points", "lines", "a line loop", "a line strip"};
+        if (mode < 0 || mode > TINYGLTF_MODE_TRIANGLE_FAN)
+            throw BadFile("primitive mode " + std::to_string(mode) + " is unknown");
+        if (mode < TINYGLTF_MODE_TRIANGLES)
+            tellPrimitive("primitive mode", std::string("it is made of ") + others[mode],
+                          "it is left out");
+        return mode >= TINYGLTF_MODE_TRIANGLES;
+    }
+
+    void addTriangles(const std::vector<unsigned> &corners, unsigned firstVertex) {
+        mesh_.triangles.reserve(mesh_.triangles.size() + corners.size());
+        for (unsigned corner : corners)
+            mesh_.triangles.push_back(firstVertex + corner);
+    }
+
+    /// Triangles whose corners have vertices of their own, one after the other.
+    void addFlatTriangles(const std::vector<unsigned> &corners, unsigned firstVertex) {
+        for (unsigned at = 0; at < corners.size(); ++at) {
+            mesh_.triangles.push_back(firstVertex + at);
+            if (at % 3 != 2)
+                continue;
+            result_.flatTriangles.push_back(mesh_.triangleCount() - 1);
+            flattenTriangle(mesh_, mesh_.triangleCount() - 1);
+        }
     }
 
     GltfAccessor accessor(int index, int type, const char *what) const {
@@ -142,9 +158,9 @@ class MeshReader {
     }
 
     std::vector<unsigned> indicesOf(const tinygltf::Primitive &primitive) const {
-        if (primitive.indices >= 0)
+        if (primitive.indices >= 0 && count_ > 0)
             return accessor(primitive.indices, TINYGLTF_TYPE_SCALAR, "indices")
-                .integers(std::max(count_, size_t(1)) - 1);
+                .integers(count_ - 1);
         std::vector<unsigned> all(count_);
         std::iota(all.begin(), all.end(), 0u);
         return all;

@@ -774,6 +774,7 @@ std::string replaced(std::string text, const std::string &from, const std::strin
 TEST_F(LoadingTest, BadGltfFilesAreRefused) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     Triangle file, broken, keys, joints, picture;
+    GltfFile sparse;
     file.add<uint8_t>("SCALAR", {0, 1, 3});
     broken.add<float>("VEC3", {0, 0, 0, 1, nan, 0, 0, 1, 0});
     keys.add<float>("SCALAR", {0, 2, 1});
@@ -783,6 +784,10 @@ TEST_F(LoadingTest, BadGltfFilesAreRefused) {
     joints.add<float>("VEC4", {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0});
     joints.add<float>("VEC4", {1, 0, 0, 0, -0.5, 1.5, 0, 0, 1, 0, 0, 0});
     picture.addView<uint8_t>({1, 2, 3, 4, 5});
+    sparse.addView<uint8_t>({3});
+    sparse.addView<float>({1, 1, 1});
+    sparse.addZeros("VEC3", 3, R"("sparse": {"count": 1, "indices": {"bufferView": 0,
+        "componentType": 5121}, "values": {"bufferView": 1}})");
     const std::string good = Triangle().with("");
     const std::string binary = Triangle().binary(Triangle().mesh() + kNode);
     const auto nodes = [](const std::string &text) { return Triangle().with("", "", text); };
@@ -850,6 +855,9 @@ TEST_F(LoadingTest, BadGltfFilesAreRefused) {
         {"w.gltf", skin("3"), "node 0 'arm': skin 0: vertex 2 is held by joint 5, and there are 1"},
         {"x.gltf", skin("4"),
          "node 0 'arm': mesh 0: primitive 0: vertex 1 has a joint weight that is not 0 to 1"},
+        {"z.gltf", sparse.text(only(0) + kNode),
+         "node 0: mesh 0: primitive 0: POSITION (accessor 0) has a sparse index that is out of "
+         "range"},
         {"y.gltf",
          replaced(picture.with("", "", R"("nodes": [{"mesh": 0}], "images": [
                                  {"bufferView": 2, "mimeType": "image/png"}])"),
