@@ -55,13 +55,13 @@ template <auto list>
 class PackedConstants {
     static constexpr auto kConstants = list();
 
-    static consteval std::size_t size_of_names() {
+    static constexpr std::size_t size_of_names() {
         std::size_t size = 0;
         for (const Constant &constant : kConstants)
             size += std::string_view(constant.name).size() + 1;
         return size;
     }
-    static consteval auto pack_names() {
+    static constexpr auto pack_names() {
         std::array<char, size_of_names()> names{};
         std::size_t end = 0;
         for (const Constant &constant : kConstants) {
@@ -71,7 +71,7 @@ class PackedConstants {
         }
         return names;
     }
-    static consteval auto pack_values() {
+    static constexpr auto pack_values() {
         std::array<int, kConstants.size()> values{};
         for (std::size_t index = 0; index < values.size(); ++index)
             values[index] = kConstants[index].value;

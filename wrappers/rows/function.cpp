@@ -86,7 +86,7 @@ void add_parameter_type(Message &message, const Function &function, int position
 /// expects; methods show it in the type of their object.
 void add_prototype(Message &message, const Function &function, bool is_last) {
     message.add("    ");
-    if (function.kind == Kind::Static && is_last) {
+    if (function.kind == Kind::kStatic && is_last) {
         message.add(function.owner());
         message.add("::");
     }

@@ -12,16 +12,16 @@
 namespace binding {
 
 enum class Kind : unsigned char {
-    Static,      ///< "Class_member", no object
-    Method,      ///< "Class_member", the object first
-    Constructor, ///< "new_Class"
-    Destructor,  ///< "delete_Class"
-    Disown,      ///< "disown_Class"
-    Setter,      ///< "Class_member_set"
-    Getter,      ///< "Class_member_get"
-    Overloads,   ///< in front of the cases that stand before it in its table
-    Register,    ///< "Class_swigregister"
-    Initialise   ///< "Class_swiginit"
+    kStatic,      ///< "Class_member", no object
+    kMethod,      ///< "Class_member", the object first
+    kConstructor, ///< "new_Class"
+    kDestructor,  ///< "delete_Class"
+    kDisown,      ///< "disown_Class"
+    kSetter,      ///< "Class_member_set"
+    kGetter,      ///< "Class_member_get"
+    kOverloads,   ///< in front of the cases that stand before it in its table
+    kRegister,    ///< "Class_swigregister"
+    kInitialise   ///< "Class_swiginit"
 };
 
 /// Tells whether an object could be an argument, without converting it.
@@ -54,7 +54,7 @@ struct Function {
     constexpr std::string_view member() const;
 
     bool has_object() const {
-        return kind == Kind::Method || kind == Kind::Setter || kind == Kind::Getter;
+        return kind == Kind::kMethod || kind == Kind::kSetter || kind == Kind::kGetter;
     }
     /// True for a case, which scripts reach through the overloaded function only.
     constexpr bool is_case() const { return probes; }
