@@ -176,4 +176,5 @@ def main():
     return bool(found)
 
 
-sys.exit(main())
+if __name__ == '__main__':
+    sys.exit(main())
