@@ -3,9 +3,9 @@
 
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
-#include "devhost/app/FrameRange.h"
 #include "devhost/app/SettingOptions.h"
 #include "devhost/util/FileName.h"
+#include "devhost/util/FrameList.h"
 #include "devhost/util/FramePlaces.h"
 #include "devhost/util/Version.h"
 
@@ -202,7 +202,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     options.output = output.parent_path() / devhost::hashPlaces(output.filename());
     try {
         if (app["--frames"]->count())
-            options.frames = parseFrames(frames);
+            options.frames = devhost::parseFrames(frames);
         ZCommonRenderSettingsData settings;
         for (const std::string &each : options.settings)
             applySetting(each, settings);
