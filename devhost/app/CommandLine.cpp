@@ -165,7 +165,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                    "NAME=VALUE: a common render setting, one of " + settingNames())
         ->allow_extra_args(false);
     app.add_flag("--skip-existing", options.skipExisting,
-                 "Do not render frames whose picture exists");
+                 "Do not render frames whose picture is there and whole");
     app.add_flag("--keep-going", options.keepGoing,
                  "Go on with the other frames after one that failed");
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
