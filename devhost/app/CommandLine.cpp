@@ -3,9 +3,9 @@
 
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
-#include "devhost/app/FrameRange.h"
 #include "devhost/app/SettingOptions.h"
 #include "devhost/util/FileName.h"
+#include "devhost/util/FrameList.h"
 #include "devhost/util/FramePlaces.h"
 #include "devhost/util/Version.h"
 
@@ -165,7 +165,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                    "NAME=VALUE: a common render setting, one of " + settingNames())
         ->allow_extra_args(false);
     app.add_flag("--skip-existing", options.skipExisting,
-                 "Do not render frames whose picture exists");
+                 "Do not render frames whose picture is there and whole");
     app.add_flag("--keep-going", options.keepGoing,
                  "Go on with the other frames after one that failed");
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
@@ -202,7 +202,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     options.output = output.parent_path() / devhost::hashPlaces(output.filename());
     try {
         if (app["--frames"]->count())
-            options.frames = parseFrames(frames);
+            options.frames = devhost::parseFrames(frames);
         ZCommonRenderSettingsData settings;
         for (const std::string &each : options.settings)
             applySetting(each, settings);

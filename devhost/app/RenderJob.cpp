@@ -6,6 +6,7 @@
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/SettingOptions.h"
 #include "devhost/gl/HardwareRendering.h"
+#include "devhost/image/PictureFile.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/scene/SceneLoader.h"
 #include "devhost/session/RenderCallbacks.h"
@@ -207,7 +208,8 @@ void RenderJob::chooseLayer() {
 ScriptEnd RenderJob::runScript() {
     const int first = options_.frames.front();
     firstOutput_ = outputFile(first);
-    const OutputScope output(isSkipped(first) ? "" : firstOutput_);
+    firstIsSkipped_ = isSkipped(firstOutput_);
+    const OutputScope output(firstIsSkipped_ ? "" : firstOutput_);
     progress_.beginFrame(first);
     return script_->run();
 }
@@ -233,7 +235,7 @@ void RenderJob::takeScriptPicture() {
     const int first = options_.frames.front();
     if (options_.output.empty())
         return;
-    progress_.endFrame(firstOutput_, isSkipped(first) ? Progress::kSkipped : Progress::kRendered);
+    progress_.endFrame(firstOutput_, firstIsSkipped_ ? Progress::kSkipped : Progress::kRendered);
     if (options_.frames.size() > 1 && !options_.quiet)
         devhost::tell("the script rendered frame " + std::to_string(first) +
                       " only; for all frames it has to define render(frame)");
@@ -267,7 +269,7 @@ std::optional<int> RenderJob::renderFrame(int frame) {
     progress_.beginFrame(frame);
     // Once: the script may change the camera, whose name may be in the file's name.
     const std::string output = outputFile(frame);
-    if (isSkipped(frame)) {
+    if (isSkipped(output)) {
         progress_.endFrame(output, Progress::kSkipped);
         return std::nullopt;
     }
@@ -364,11 +366,9 @@ std::string RenderJob::outputFile(int frame) const {
     return name.asChar();
 }
 
-bool RenderJob::isSkipped(int frame) const {
-    return !options_.output.empty() &&
-           !devhost::renderSession().settings.shouldRenderFrameAtTime(
-               ZCommonRenderSettingsData::kFullPathImage, frame, ZString(), ZString(), ZString(),
-               ZObject::kNullObj, ZString());
+bool RenderJob::isSkipped(const std::string &outputFile) const {
+    return options_.skipExisting && !outputFile.empty() &&
+           devhost::inspectPicture(outputFile).damage.empty();
 }
 
 void RenderJob::tellUnmetSettings() const {

@@ -295,16 +295,24 @@ print(settings.renderAll, settings.deviceAspectRatio, settings.preKos.asUnicode(
         self.assertEqual(out, "(False, 1.0, u'a=b')\n")
         self.assertIn("renderAll", err)
 
-    def test_existing_pictures_are_skipped(self):
-        self.write("a.1.png", "what was there")
-        out, err = self.run_host("tri.obj", "--frames", "1-2", "--output", "a.#.png",
-                                 "--resolution", "2", "2", "--skip-existing", "--progress", "json")
-        events = [json.loads(line) for line in err.splitlines()]
-        self.assertEqual([(e["frame"], e["skipped"]) for e in events if e["event"] == "frame"],
-                         [(1, True), (2, False)])
-        with open(os.path.join(self.folder, "a.1.png")) as stream:
-            self.assertEqual(stream.read(), "what was there")
-        self.assertEqual(self.png("a.2.png")[:2], (2, 2))
+    def test_whole_pictures_are_skipped(self):
+        options = ("--output", "a.#.png", "--skip-existing", "--progress", "json")
+
+        def frames(*arguments):
+            out, err = self.run_host(*arguments + options)
+            events = [json.loads(line) for line in err.splitlines()]
+            return [(e["frame"], e["skipped"]) for e in events if e["event"] == "frame"]
+        self.write("a.py", PICTURE + "picture(0.5)")
+        for skipped in (False, True):
+            self.assertEqual(frames("--python", "a.py"), [(1, skipped)])
+        with open(os.path.join(self.folder, "a.1.png"), "rb") as stream:
+            whole = stream.read()
+        with open(os.path.join(self.folder, "a.3.png"), "wb") as stream:
+            stream.write(whole[:-1])
+        self.assertEqual(frames("tri.obj", "--frames", "1-3", "--resolution", "2", "2"),
+                         [(1, True), (2, False), (3, False)])
+        self.assertEqual([self.png("a.%d.png" % f)[:2] for f in (1, 2, 3)],
+                         [(1, 1), (2, 2), (2, 2)])
 
     def test_other_frames_go_on_after_failures(self):
         source = PICTURE + """
