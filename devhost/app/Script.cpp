@@ -4,6 +4,8 @@
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
+#include "devhost/app/Reference.h"
+#include "devhost/app/ScriptThreads.h"
 #include "devhost/process/InterpreterGate.h"
 #include "devhost/process/ReportedExceptions.h"
 #include "devhost/session/RenderSession.h"
@@ -16,15 +18,9 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 
 namespace quilhost {
 namespace {
-
-struct Release {
-    void operator()(PyObject *object) const { Py_XDECREF(object); }
-};
-using Reference = std::unique_ptr<PyObject, Release>;
 
 /// build/python, beside the folder of this executable.
 std::string modulesFolder() {
@@ -169,6 +165,7 @@ Script::Script(const Options &options) : options_(options) {
     }
     PyEval_InitThreads();
     Py_InitModule("quilhost", programFunctions);
+    watchScriptThreads();
     setArguments(options);
     const std::string folder = modulesFolder();
     const Reference path(PyString_FromStringAndSize(folder.data(), Py_ssize_t(folder.size())));
