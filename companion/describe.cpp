@@ -59,7 +59,7 @@ static Json describe_case(const Function &function) {
     std::vector<int> defaults;
     for (int i = function.min; i < function.max; ++i)
         defaults.push_back(function.default_of(i));
-    return {{"declaration", function.declaration},
+    return {{"declaration", function.declaration()},
             {"min", function.min},
             {"max", function.max},
             {"defaults", defaults}};
@@ -89,7 +89,7 @@ static Json describe_functions() {
 static Json describe_constants() {
     Json result = Json::array();
     for (const Constants *constants : constant_tables)
-        for (const Constant &constant : *constants)
+        for (const Constant constant : *constants)
             result.push_back({{"name", constant.name}, {"value", constant.value}});
     return result;
 }

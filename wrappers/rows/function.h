@@ -34,10 +34,9 @@ inline constexpr int kMaxCases = 8;
 
 /// One native function: a row of the method table, or a case of an overloaded one.
 struct Function {
-    const char *name;        ///< the Python name, used in every message
-    const char *declaration; ///< the type, as in the row: "ZStatus(unsigned int, bool) const"
-    PyCFunction native;      ///< "_wrap_" and the Python name
-    const Probe *probes;     ///< one per parameter of a case; null for everything else
+    const char *name;    ///< the Python name, used in every message; the declaration follows it
+    PyCFunction native;  ///< "_wrap_" and the Python name
+    const Probe *probes; ///< one per parameter of a case; null for everything else
     Kind kind;
     unsigned char owner_size;           ///< characters of the class's name
     unsigned char min;                  ///< parameters without a default, the object included
@@ -46,6 +45,9 @@ struct Function {
     unsigned char case_count;           ///< how many records before this one are its cases
     signed char defaults[kMaxDefaults]; ///< of the last max - min parameters
 
+    /// The type, as in the row: "ZStatus(unsigned int, bool) const". It is told in messages only,
+    /// and a pointer to it would cost every record 32 bytes of the loaded module.
+    constexpr const char *declaration() const { return name + std::string_view(name).size() + 1; }
     /// The class, as spelled in C++; empty for functions without one.
     constexpr std::string_view owner() const;
     /// "member" of "Class_member"; constructors go by the name of their class.

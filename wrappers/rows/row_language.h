@@ -44,7 +44,7 @@
 
 // Each macro is a sentence of its own:
 // clang-format off
-#define TEXTS(Class, name, declared) {name, declared, sizeof(#Class) - 1}
+#define TEXTS(Class, name, declared) Texts{name "\0" declared, sizeof(#Class) - 1}
 #define RECORD(function) row_table[at_##function]
 
 // Rows with one function.
@@ -108,16 +108,17 @@
 #define MEMBER(Class, field, Type) \
     ROW(_wrap_##Class##_##field##_set, Class##_##field##_set, \
         describe(Kind::Setter, \
-                 TEXTS(Class, #Class "_" #field "_set", \
-                       std::is_class_v<Type> ? "void(" #Type " *)" : "void(" #Type ")"), \
+                 std::is_class_v<Type> \
+                     ? TEXTS(Class, #Class "_" #field "_set", "void(" #Type " *)") \
+                     : TEXTS(Class, #Class "_" #field "_set", "void(" #Type ")"), \
                  _wrap_##Class##_##field##_set, Member<Class, Type>::SetParameters()), \
         static_assert(std::is_same_v<decltype(Class::field), Type>); \
         return Member<Class, Type>::set(RECORD(Class##_##field##_set), arguments, \
                                         &Class::field);) \
     ROW(_wrap_##Class##_##field##_get, Class##_##field##_get, \
         describe(Kind::Getter, \
-                 TEXTS(Class, #Class "_" #field "_get", \
-                       std::is_class_v<Type> ? #Type " *()" : #Type "()"), \
+                 std::is_class_v<Type> ? TEXTS(Class, #Class "_" #field "_get", #Type " *()") \
+                                       : TEXTS(Class, #Class "_" #field "_get", #Type "()"), \
                  _wrap_##Class##_##field##_get, Pack<Class *>()), \
         return Member<Class, Type>::get(RECORD(Class##_##field##_get), arguments, &Class::field);)
 
