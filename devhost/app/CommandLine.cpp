@@ -44,7 +44,8 @@ Exit codes:
        honoured
     4  a render callback failed; the pictures were rendered all the same
     5  with --leak-check: host objects that the script made are left over
-  130  interrupted)";
+  130  interrupted
+  143  terminated: SIGTERM ends script and render as an interrupt does)";
 
 [[noreturn]] void usage(const std::string &line) {
     throw Failure(kUsageError, line);
@@ -95,7 +96,7 @@ void check(const Options &options) {
         usage("nothing to do: give a script with --python or --python-expr, or an --output");
     if (!options.hasScript() && options.scene.empty())
         usage("--output needs a scene or a script to render");
-    if (!options.pythonFile.empty())
+    if (!options.pythonFile.empty() && options.pythonFile != kStandardInput)
         checkReadableFile("script", options.pythonFile);
     if (!options.scene.empty()) {
         checkReadableFile("scene", options.scene);
@@ -131,7 +132,8 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     std::string frames;
     app.add_option("scene", options.scene, "The scene to load: a .obj, .gltf or .glb file");
     app.add_flag("--background", background, "Accepted; the host has no windows");
-    auto *file = app.add_option("--python", options.pythonFile, "The Python script to run");
+    auto *file = app.add_option("--python", options.pythonFile,
+                                "The Python script to run; - is the standard input");
     auto *expression =
         app.add_option("--python-expr", options.pythonExpression, "The Python statements to run")
             ->excludes(file);

@@ -11,6 +11,9 @@
 
 namespace quilhost {
 
+/// The name of the script that comes from there.
+inline constexpr char kStandardInput[] = "-";
+
 struct Options {
     std::string scene;
     std::string pythonFile;

@@ -131,16 +131,16 @@ int RenderJob::runAll() {
     chooseCamera();
     chooseLayer();
     if (interrupted())
-        return kInterrupted;
+        return interruptCode();
     checkNotices();
 
     if (options_.hasScript()) {
         script_.emplace(options_);
         if (interrupted())
-            return kInterrupted;
+            return interruptCode();
         const ScriptEnd end = runScript();
         if (interrupted())
-            return kInterrupted;
+            return interruptCode();
         if (const auto code = codeAfter(end, "the script"))
             return *code;
         checkNotices();
@@ -246,7 +246,7 @@ void RenderJob::requireScene(const std::string &what) const {
 
 std::optional<int> RenderJob::tryFrame(int frame) try {
     const auto code = renderFrame(frame);
-    if (!code || *code == kInterrupted || !options_.keepGoing)
+    if (!code || *code == kInterrupted || interrupted() || !options_.keepGoing)
         return code;
     devhost::tell("frame " + std::to_string(frame) + " failed");
     failure_ = failure_ == kOk ? *code : failure_;
@@ -274,14 +274,14 @@ std::optional<int> RenderJob::renderFrame(int frame) {
     if (byScript_) {
         const ScriptEnd end = renderByScript(frame, output);
         if (interrupted())
-            return kInterrupted;
+            return interruptCode();
         if (const auto code = codeAfter(end, callOf(frame)))
             return code;
     } else {
         renderByHost(output);
     }
     if (interrupted())
-        return kInterrupted;
+        return interruptCode();
     progress_.endFrame(output);
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
     if (options_.verbose)

@@ -6,6 +6,7 @@
 #include "devhost/app/ObjectCensus.h"
 #include "devhost/app/Reference.h"
 #include "devhost/app/ScriptThreads.h"
+#include "devhost/app/StandardStreams.h"
 #include "devhost/process/InterpreterGate.h"
 #include "devhost/process/ReportedExceptions.h"
 #include "devhost/session/RenderSession.h"
@@ -123,6 +124,32 @@ PyMethodDef programFunctions[] = {
      "The number of live host objects by class; counted with --leak-check only."},
     {nullptr, nullptr, 0, nullptr}};
 
+/// The handler of SIGTERM as scripts see it: `finally` clauses and functions at exit run.
+PyObject *endByTermination(PyObject *, PyObject *) {
+    stopEverything(SIGTERM);
+    devhost::expectExits();
+    const Reference code(PyInt_FromLong(kTerminated));
+    PyErr_SetObject(PyExc_SystemExit, code.get());
+    return nullptr;
+}
+
+PyMethodDef terminationDefinition = {"end_by_termination", endByTermination, METH_VARARGS,
+                                     "Ends the script and the program, orderly."};
+
+/// Unless whoever started the program ignores the signal. Scripts may handle it themselves.
+void handleTermination() {
+    const Reference module(PyImport_ImportModule("signal"));
+    const Reference found(module
+                              ? PyObject_CallMethod(module.get(), const_cast<char *>("getsignal"),
+                                                    const_cast<char *>("i"), SIGTERM)
+                              : nullptr);
+    if (found && PyInt_Check(found.get()) && PyInt_AS_LONG(found.get()) == long(SIG_DFL))
+        Reference(PyObject_CallMethod(module.get(), const_cast<char *>("signal"),
+                                      const_cast<char *>("iN"), SIGTERM,
+                                      PyCFunction_New(&terminationDefinition, nullptr)));
+    PyErr_Clear();
+}
+
 /// Classes outlive the interpreter: those of a script because nobody collects them any more,
 /// registered proxy classes because the modules keep them. What they hold is let go here, as the
 /// script's last functions have run.
@@ -162,7 +189,9 @@ Script::Script(const Options &options) : options_(options) {
     {
         const InterruptHandover handover;
         Py_InitializeEx(1);
+        handleTermination();
     }
+    setUpStandardStreams();
     PyEval_InitThreads();
     Py_InitModule("quilhost", programFunctions);
     watchScriptThreads();
@@ -193,6 +222,8 @@ ScriptEnd Script::run() {
         return endOf(Reference(
             PyRun_String(options_.pythonExpression.c_str(), Py_file_input, names, names)));
     const std::string &file = options_.pythonFile;
+    if (file == kStandardInput)
+        return endOf(Reference(PyRun_File(stdin, "<stdin>", Py_file_input, names, names)));
     std::FILE *const stream = std::fopen(file.c_str(), "rb");
     if (!stream)
         throw Failure(kUsageError, "cannot read script '" + file + "': " + std::strerror(errno));

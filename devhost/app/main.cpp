@@ -46,6 +46,8 @@ int main(int argc, char **argv) {
         job.clearProgress();
         if (code == kInterrupted)
             devhost::tell("interrupted");
+        if (code == kTerminated)
+            devhost::tell("terminated");
     } catch (const Failure &failure) {
         devhost::tell(failure.what());
         code = failure.code();

@@ -1,15 +1,12 @@
 # SPDX-License-Identifier: MIT
 """What quilhost says when a fatal signal ends it, in child processes and line by line."""
 import os
-import resource
 import signal
-import subprocess
 import sys
-import tempfile
 import unittest
 
-QUILHOST = os.path.abspath(sys.argv.pop(1))
-LIMIT = 60  # seconds for one child
+from host import HostCase
+
 ADDRESS = " at address 0x[0-9a-f]{16}"
 
 # Sends more pixels than there are: the host reads on until memory ends.
@@ -24,30 +21,19 @@ STACK = r"Python stack \(most recent call first\):"
 NATIVE = r"  in ZRenderView::updatePixels\(unsigned int, .*\) in libOpenQuilRender\.so"
 
 
-def no_core_dump():
-    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-
-
-class CrashTest(unittest.TestCase):
+class CrashTest(HostCase):
     def crashes(self, ending, source, address, *lines):
         """Runs the script; `lines` are patterns for those behind the first, which names `ending`
         and ends in `address`."""
-        with tempfile.TemporaryDirectory(prefix="quilhost_crash_") as folder:
-            with open(os.path.join(folder, "a.py"), "w") as stream:
-                stream.write(source)
-            with open(os.path.join(folder, "a.obj"), "w") as stream:
-                stream.write("v -1 -1 0\nv 1 -1 0\nv 0 1 0\nf 1 2 3\n")
-            end = subprocess.run([QUILHOST, "--quiet", "--python", "a.py", "a.obj", "--output",
-                                  "a.png", "--resolution", "4", "4"], cwd=folder, text=True,
-                                 stdin=subprocess.DEVNULL, capture_output=True, timeout=LIMIT,
-                                 preexec_fn=no_core_dump)
-            self.assertEqual(sorted(os.listdir(folder)), ["a.obj", "a.py"])
-        self.assertEqual(end.returncode, -ending, end.stderr)
-        told = end.stderr.splitlines()
+        self.write("a.py", source)
+        out, err = self.run_host("--quiet", "--python", "a.py", "tri.obj", "--output", "a.png",
+                                 "--resolution", "4", "4", code=-ending)
+        self.assertEqual(self.files(), ["a.py", "tri.obj"])
+        told = err.splitlines()
         expected = ["quilhost: fatal signal " + ending.name + address] + list(lines)
         for line, pattern in zip(told, expected):
             self.assertRegex(line, "^%s$" % pattern)
-        self.assertEqual(len(told), len(expected), end.stderr)
+        self.assertEqual(len(told), len(expected), err)
 
     def test_native_function_of_the_host(self):
         self.crashes(signal.SIGSEGV, SEND + "send(4000)", ADDRESS, NATIVE, STACK, PROXY,
@@ -92,4 +78,5 @@ ZRenderCallback.addCallback(callback, 0)
 
 
 if __name__ == "__main__":
+    HostCase.QUILHOST = os.path.abspath(sys.argv.pop(1))
     unittest.main()
