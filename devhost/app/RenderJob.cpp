@@ -3,10 +3,10 @@
 
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
+#include "devhost/app/HostRender.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/SettingOptions.h"
 #include "devhost/gl/HardwareRendering.h"
-#include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/scene/SceneLoader.h"
 #include "devhost/session/RenderCallbacks.h"
 #include "devhost/session/RenderSession.h"
@@ -86,8 +86,9 @@ void fillSettings(const Options &options, ZCommonRenderSettingsData &settings) {
 }
 
 RenderJob::RenderJob(const Options &options)
-    : options_(options), progress_(progressStyle(options.progress, options.quiet),
-                                   options.frames.size(), options.strict) {
+    : options_(options),
+      progress_(progressStyle(options.progress, options.quiet || options.hasTests()),
+                options.frames.size(), options.strict) {
     devhost::setNoticeListener([this](const devhost::Notice &notice) { progress_.notice(notice); });
 }
 
@@ -141,6 +142,8 @@ int RenderJob::runAll() {
         const ScriptEnd end = runScript();
         if (interrupted())
             return interruptCode();
+        if (options_.hasTests())
+            return end.exitCode;
         if (const auto code = codeAfter(end, "the script"))
             return *code;
         checkNotices();
@@ -307,20 +310,7 @@ ScriptEnd RenderJob::renderByScript(int frame, const std::string &outputFile) {
 }
 
 void RenderJob::renderByHost(const std::string &outputFile) {
-    devhost::Frame image;
-    ZStatus status;
-    hostRendered_ = true;
-    {
-        std::optional<NativeSection> unlocked;
-        std::optional<InterruptScope> interrupts;
-        if (script_) {
-            unlocked.emplace();
-            interrupts.emplace();
-        }
-        status = devhost::renderFrame(image, devhost::holdsDepth(outputFile));
-        if (!status.error() && !interrupted())
-            status = devhost::writeFrame(image, outputFile);
-    }
+    const ZStatus status = renderToFile(outputFile, script_.has_value());
     if (interrupted())
         return;
     if (status.error())
@@ -378,7 +368,7 @@ void RenderJob::tellUnmetSettings() const {
 }
 
 void RenderJob::tellUncalledCallbacks() {
-    if (options_.quiet || hostRendered_ || !devhost::hasRenderCallbacks())
+    if (options_.quiet || hostRenders() > 0 || !devhost::hasRenderCallbacks())
         return;
     progress_.clearBar();
     devhost::tell(std::string("nothing calls the render callbacks: ") +

@@ -4,6 +4,7 @@
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
+#include "devhost/app/ProgramModule.h"
 #include "devhost/app/Reference.h"
 #include "devhost/app/ScriptThreads.h"
 #include "devhost/app/StandardStreams.h"
@@ -96,7 +97,8 @@ void guardCallback(const std::function<void()> &call) {
 }
 
 void setArguments(const Options &options) {
-    std::vector<std::string> arguments{options.hasExpression ? "-c" : options.pythonFile};
+    std::vector<std::string> arguments{
+        options.hasExpression || options.hasTests() ? "-c" : options.pythonFile};
     arguments.insert(arguments.end(), options.scriptArguments.begin(),
                      options.scriptArguments.end());
     std::vector<char *> pointers;
@@ -106,23 +108,6 @@ void setArguments(const Options &options) {
     // This puts the script's folder first on the search path.
     PySys_SetArgvEx(static_cast<int>(pointers.size()), pointers.data(), 1);
 }
-
-/// quilhost.live_objects(): the number of live host objects by class.
-PyObject *liveObjects(PyObject *, PyObject *) {
-    Reference result(PyDict_New());
-    for (const auto &[name, count] : objectCensus()) {
-        const Reference key(PyString_FromStringAndSize(name.data(), Py_ssize_t(name.size())));
-        const Reference value(PyInt_FromLong(count));
-        if (!result || !key || !value || PyDict_SetItem(result.get(), key.get(), value.get()) < 0)
-            return nullptr;
-    }
-    return result.release();
-}
-
-PyMethodDef programFunctions[] = {
-    {"live_objects", liveObjects, METH_NOARGS,
-     "The number of live host objects by class; counted with --leak-check only."},
-    {nullptr, nullptr, 0, nullptr}};
 
 /// The handler of SIGTERM as scripts see it: `finally` clauses and functions at exit run.
 PyObject *endByTermination(PyObject *, PyObject *) {
@@ -148,6 +133,27 @@ void handleTermination() {
                                       const_cast<char *>("iN"), SIGTERM,
                                       PyCFunction_New(&terminationDefinition, nullptr)));
     PyErr_Clear();
+}
+
+PyObject *listOf(const std::vector<std::string> &texts) {
+    PyObject *const list = PyList_New(0);
+    for (const std::string &text : texts)
+        PyList_Append(list, Reference(PyString_FromString(text.c_str())).get());
+    return list;
+}
+
+ScriptEnd runTests(const Options &options) {
+    const Reference runner(PyImport_ImportModule("quilhost_testing"));
+    const Reference code(
+        runner ? PyObject_CallMethod(runner.get(), const_cast<char *>("run"),
+                                     const_cast<char *>("NNiss"), listOf(options.tests),
+                                     listOf(options.testPatterns), options.failFast,
+                                     options.junit.c_str(), options.scene.c_str())
+               : nullptr);
+    if (!code)
+        return endOf(code);
+    return PyInt_AsLong(code.get()) == 0 ? ScriptEnd{}
+                                         : ScriptEnd{ScriptEnd::kFailed, kScriptError};
 }
 
 /// Classes outlive the interpreter: those of a script because nobody collects them any more,
@@ -193,7 +199,7 @@ Script::Script(const Options &options) : options_(options) {
     }
     setUpStandardStreams();
     PyEval_InitThreads();
-    Py_InitModule("quilhost", programFunctions);
+    addProgramModule();
     watchScriptThreads();
     setArguments(options);
     const std::string folder = modulesFolder();
@@ -218,6 +224,8 @@ Script::~Script() {
 
 ScriptEnd Script::run() {
     PyObject *const names = mainNamespace();
+    if (options_.hasTests())
+        return runTests(options_);
     if (options_.hasExpression)
         return endOf(Reference(
             PyRun_String(options_.pythonExpression.c_str(), Py_file_input, names, names)));
