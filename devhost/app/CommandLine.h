@@ -11,12 +11,20 @@
 
 namespace quilhost {
 
+/// The name of the script that comes from there.
+inline constexpr char kStandardInput[] = "-";
+
 struct Options {
     std::string scene;
     std::string pythonFile;
     std::string pythonExpression;
     bool hasExpression = false;
     std::vector<std::string> scriptArguments;
+    /// Files, folders and dotted names of tests to run instead of a script.
+    std::vector<std::string> tests;
+    std::vector<std::string> testPatterns;
+    bool failFast = false;
+    std::string junit;
     std::vector<int> frames = {1};
     double framesPerSecond = 24;
     std::string output;
@@ -39,7 +47,8 @@ struct Options {
     bool verbose = false;
     std::string progress = "auto";
 
-    bool hasScript() const { return !pythonFile.empty() || hasExpression; }
+    bool hasScript() const { return !pythonFile.empty() || hasExpression || hasTests(); }
+    bool hasTests() const { return !tests.empty(); }
 };
 
 /// Reads and checks the command line, including the files and folders that it names. Empty when

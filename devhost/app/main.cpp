@@ -5,6 +5,8 @@
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
 #include "devhost/app/RenderJob.h"
+#include "devhost/process/CrashReport.h"
+#include "devhost/util/TemporaryName.h"
 #include "devhost/util/Terminal.h"
 
 #include <exception>
@@ -27,6 +29,7 @@ bool tellLeaks() {
 
 int main(int argc, char **argv) {
     using namespace quilhost;
+    devhost::startCrashReports(devhost::removeTemporaryFiles);
     const SignalScope signals;
     int code = kOk;
     try {
@@ -43,6 +46,8 @@ int main(int argc, char **argv) {
         job.clearProgress();
         if (code == kInterrupted)
             devhost::tell("interrupted");
+        if (code == kTerminated)
+            devhost::tell("terminated");
     } catch (const Failure &failure) {
         devhost::tell(failure.what());
         code = failure.code();
