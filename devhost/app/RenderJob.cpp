@@ -8,6 +8,7 @@
 #include "devhost/gl/HardwareRendering.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/scene/SceneLoader.h"
+#include "devhost/session/FrameRenderer.h"
 #include "devhost/session/RenderCallbacks.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/session/UnmetSettings.h"
@@ -114,6 +115,7 @@ int RenderJob::runAll() {
     session.samples = options_.samples;
     session.exposure = options_.exposure;
     session.exrFloats = options_.exrFloats;
+    devhost::chooseRenderer(options_.renderer);
     if (!devhost::setFramesPerSecond(options_.framesPerSecond))
         devhost::tell({"frame rate", "", "--fps", "ZTime has no unit for this frame rate",
                        "its frames are those of 24 a second"});
@@ -309,7 +311,7 @@ ScriptEnd RenderJob::renderByScript(int frame, const std::string &outputFile) {
 void RenderJob::renderByHost(const std::string &outputFile) {
     devhost::Frame image;
     ZStatus status;
-    hostRendered_ = true;
+    calledCallbacks_ = calledCallbacks_ || devhost::renderSession().renderer == "software";
     {
         std::optional<NativeSection> unlocked;
         std::optional<InterruptScope> interrupts;
@@ -317,7 +319,7 @@ void RenderJob::renderByHost(const std::string &outputFile) {
             unlocked.emplace();
             interrupts.emplace();
         }
-        status = devhost::renderFrame(image, devhost::holdsDepth(outputFile));
+        status = devhost::renderSessionFrame(image, devhost::holdsDepth(outputFile));
         if (!status.error() && !interrupted())
             status = devhost::writeFrame(image, outputFile);
     }
@@ -378,12 +380,14 @@ void RenderJob::tellUnmetSettings() const {
 }
 
 void RenderJob::tellUncalledCallbacks() {
-    if (options_.quiet || hostRendered_ || !devhost::hasRenderCallbacks())
+    if (options_.quiet || calledCallbacks_ || !devhost::hasRenderCallbacks())
         return;
     progress_.clearBar();
     devhost::tell(std::string("nothing calls the render callbacks: ") +
                   (options_.output.empty() ? "the host renders only with --output"
-                                           : "the host rendered no frame itself"));
+                   : devhost::renderSession().renderer != "software"
+                       ? "that is for the software renderer"
+                       : "the host rendered no frame itself"));
 }
 
 bool RenderJob::interrupted() const {
