@@ -4,7 +4,7 @@
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/Script.h"
-#include "devhost/raytrace/SoftwareRenderer.h"
+#include "devhost/session/FrameRenderer.h"
 #include "devhost/session/RenderSession.h"
 
 #include <optional>
@@ -12,15 +12,15 @@
 namespace quilhost {
 
 namespace {
-unsigned renders = 0;
+unsigned rendersWithCallbacks = 0;
 } // namespace
 
-unsigned hostRenders() {
-    return renders;
+unsigned callbackRenders() {
+    return rendersWithCallbacks;
 }
 
 ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
-    ++renders;
+    rendersWithCallbacks += devhost::renderSession().renderer == "software";
     std::optional<NativeSection> unlocked;
     std::optional<InterruptScope> interrupts;
     if (hasInterpreterLock) {
@@ -28,7 +28,7 @@ ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
         interrupts.emplace();
     }
     devhost::Frame image;
-    const ZStatus status = devhost::renderFrame(image, devhost::holdsDepth(file));
+    const ZStatus status = devhost::renderSessionFrame(image, devhost::holdsDepth(file));
     if (status.error() || devhost::renderSession().cancelled)
         return status;
     return devhost::writeFrame(image, file);
