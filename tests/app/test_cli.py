@@ -193,6 +193,8 @@ print(sys.path[1])
         for source, code, last in [
                 ("raise ValueError('bad thing')", 1, "ValueError: bad thing"),
                 ("this is no python", 1, "SyntaxError: invalid syntax"),
+                ("import _OpenQuilRender as r; r.ZRenderUtil_relativeFileName(None)", 1,
+                 "TypeError: Expected a String or Unicode object for argument 1"),
                 ("import sys; sys.exit(7)", 7, None),
                 ("import sys; sys.exit('so long')", 1, "so long"),
                 ("raise KeyboardInterrupt", 130, "quilhost: interrupted"),
@@ -511,13 +513,17 @@ def render(frame):
         self.assertIn(shown, err)
 
     def test_failing_callback(self):
-        for error, code, reports, pictures in [("ValueError", 4, 2, ["a.1.png", "a.2.png"]),
-                                               ("KeyboardInterrupt", 130, 1, [])]:
+        both, raising = ["a.1.png", "a.2.png"], "raise %s('in the callback')"
+        for body, error, code, reports, pictures in [
+                (raising % "ValueError", "ValueError: in the callback", 4, 2, both),
+                ("return r._native.ZRenderUtil_relativeFileName(None) is None",
+                 "TypeError: Expected", 4, 2, both),
+                (raising % "KeyboardInterrupt", "KeyboardInterrupt: in the callback", 130, 1, [])]:
             with self.subTest(error=error):
-                self.write("a.py", CALLBACK.format(body="raise %s('in the callback')" % error))
+                self.write("a.py", CALLBACK.format(body=body))
                 out, err = self.run_host("tri.obj", "--python", "a.py", "--frames", "1-2",
                                          "--output", "a.#.png", "--quiet", code=code)
-                self.assertEqual(err.count(error + ": in the callback"), reports)
+                self.assertEqual(err.count(error), reports)
                 self.assertEqual(self.files(), pictures + ["a.py", "tri.obj"])
                 for name in pictures:
                     os.remove(os.path.join(self.folder, name))
