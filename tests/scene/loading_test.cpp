@@ -140,7 +140,8 @@ TEST_P(Listed, FilesAreWhatTheyAskFor) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Listed, testing::Values("obj", "gltf", "motion", "refused"));
+INSTANTIATE_TEST_SUITE_P(, Listed, testing::Values("obj", "gltf", "motion", "refused"),
+                         [](const auto &list) { return std::string(list.param); });
 
 TEST_F(LoadingTest, NoFileAndAnUnknownKind) {
     EXPECT_EQ(loadScene(write("scene.fbx", "x")).statusCode(), ZStatus::kInvalidParameter);
