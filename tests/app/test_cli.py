@@ -368,7 +368,8 @@ def render(frame):
 
     def test_threads_do_not_change_the_picture(self):
         for threads in ("1", "7"):
-            self.run_host("tri.obj", "--output", threads + ".png", "--threads", threads)
+            self.run_host("tri.obj", "--output", threads + ".png", "--threads", threads,
+                          "--resolution", "64", "48")
         self.assertEqual(self.png("1.png"), self.png("7.png"))
 
     @unittest.skipUnless("NO_THREADS" in os.environ, "cannot be preloaded")
@@ -391,6 +392,8 @@ def render(frame):
         self.assertEqual(limited(memory, "tri.obj", "--output", "b.png", "--resolution", "16000",
                                  "16000"), (3, "quilhost: not enough memory for the image\n"))
 
+
+class Told(Case):
     def test_frames_and_progress(self):
         out, err = self.run_host("tri.obj", "--frames", "8-10x2", "--output", "<Scene>.###.png",
                                  "--resolution", "16", "16", "--progress", "json")
@@ -436,6 +439,8 @@ def render(frame):
                                  "r.ZFnRenderLayer.findLayerByName('%s')" % title, code=1)
         self.assertIn(shown, err)
 
+
+class Callbacks(Case):
     def test_failing_callback(self):
         both, raising = ["a.1.png", "a.2.png"], "raise %s('in the callback')"
         for body, error, code, reports, pictures in [
