@@ -175,10 +175,11 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                  "Whatever the scene or script asks for and is not honoured is an error");
     auto *quiet = app.add_flag("--quiet", options.quiet, "Tell errors only");
     app.add_flag("--verbose", options.verbose, "Tell more")->excludes(quiet);
-    app.add_option("--progress", options.progress,
-                   "auto: a bar on a terminal, else plain; plain: a line for each step; json: one "
-                   "JSON object per line on standard error")
-        ->check(CLI::IsMember({"auto", "plain", "json"}));
+    app.add_option(
+           "--progress", options.progress,
+           "auto: a bar on a terminal, else plain; plain: a line for each step; json: one "
+           "JSON object per line on standard error; openjd: messages of Open Job Description")
+        ->check(CLI::IsMember({"auto", "plain", "json", "openjd"}));
     app.set_version_flag("--version", std::string("quilhost ") + devhost::version());
 
     try {

@@ -4,11 +4,13 @@
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
+#include "devhost/app/Progress.h"
 #include "devhost/app/RenderJob.h"
 #include "devhost/util/Terminal.h"
 
 #include <exception>
 #include <new>
+#include <string>
 
 namespace {
 
@@ -29,10 +31,12 @@ int main(int argc, char **argv) {
     using namespace quilhost;
     const SignalScope signals;
     int code = kOk;
+    std::string progress, why;
     try {
         const auto options = readCommandLine(argc, argv);
         if (!options)
             return kOk;
+        progress = options->progress;
         RenderJob job(*options);
         try {
             code = job.run();
@@ -44,14 +48,19 @@ int main(int argc, char **argv) {
         if (code == kInterrupted)
             devhost::tell("interrupted");
     } catch (const Failure &failure) {
-        devhost::tell(failure.what());
+        why = failure.what();
         code = failure.code();
     } catch (const std::bad_alloc &) {
-        devhost::tell("there is not enough memory");
+        why = "there is not enough memory";
         code = kRenderError;
     } catch (const std::exception &error) {
-        devhost::tell(error.what());
+        why = error.what();
         code = kRenderError;
     }
-    return tellLeaks() && code == kOk ? kLeaked : code;
+    if (!why.empty())
+        devhost::tell(why);
+    if (tellLeaks() && code == kOk)
+        code = kLeaked;
+    tellEnd(progress, code, why);
+    return code;
 }
