@@ -62,12 +62,7 @@ void checkReadableFile(const std::string &what, const std::string &path) {
 
 void checkOutput(const Options &options) {
     const fs::path path = options.output;
-    if (!devhost::isPictureFileName(options.output))
-        usage("--output '" + options.output + "' does not end in .png or .exr");
-    if (options.frames.size() > 1 && path.filename().string().find('#') == std::string::npos)
-        usage("--output '" + options.output +
-              "' needs a place such as #### for the frame number, as there are " +
-              std::to_string(options.frames.size()) + " frames");
+    checkOutputName(options.output, options.frames.size());
     std::error_code ignored, problem;
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     static_cast<void>(fs::absolute(folder, problem));
@@ -113,6 +108,20 @@ std::string oneLine(std::string text) {
 }
 
 } // namespace
+
+std::string withHashPlaces(const std::string &output) {
+    const fs::path path = output;
+    return path.parent_path() / devhost::hashPlaces(path.filename());
+}
+
+void checkOutputName(const std::string &output, size_t frames) {
+    if (!devhost::isPictureFileName(output))
+        usage("--output '" + output + "' does not end in .png or .exr");
+    if (frames > 1 && fs::path(output).filename().string().find('#') == std::string::npos)
+        usage("--output '" + output +
+              "' needs a place such as #### for the frame number, as there are " +
+              std::to_string(frames) + " frames");
+}
 
 std::optional<Options> readCommandLine(int argc, char **argv) {
     Options options;
@@ -199,8 +208,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         std::tie(options.width, options.height) = std::pair(resolution[0], resolution[1]);
     if (!region.empty())
         options.region = {region[0], region[1], region[2], region[3]};
-    const std::filesystem::path output = options.output;
-    options.output = output.parent_path() / devhost::hashPlaces(output.filename());
+    options.output = withHashPlaces(options.output);
     try {
         if (app["--frames"]->count())
             options.frames = devhost::parseFrames(frames);
