@@ -4,6 +4,7 @@
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
 #include "devhost/app/SettingOptions.h"
+#include "devhost/session/FrameRenderer.h"
 #include "devhost/util/FileName.h"
 #include "devhost/util/FrameList.h"
 #include "devhost/util/FramePlaces.h"
@@ -38,13 +39,14 @@ What follows -- goes to the script as sys.argv[1:].
 
 Exit codes:
     0  success
-    1  the script failed (or the number that it gave to sys.exit)
+    1  the script failed (or the number that it gave to sys.exit); a test failed
     2  a mistake on the command line, or a file, folder, camera or layer that it names is not there
     3  the scene could not be read, rendered or written; with --strict also: something in it is not
        honoured
     4  a render callback failed; the pictures were rendered all the same
     5  with --leak-check: host objects that the script made are left over
-  130  interrupted)";
+  130  interrupted
+  143  terminated: SIGTERM ends script and render as an interrupt does)";
 
 [[noreturn]] void usage(const std::string &line) {
     throw Failure(kUsageError, line);
@@ -60,9 +62,8 @@ void checkReadableFile(const std::string &what, const std::string &path) {
         usage("cannot read " + what + " '" + path + "': " + std::strerror(errno));
 }
 
-void checkOutput(const Options &options) {
-    const fs::path path = options.output;
-    checkOutputName(options.output, options.frames.size());
+/// That a file can be made under the name.
+void checkTarget(const std::string &option, const fs::path &path) {
     std::error_code ignored, problem;
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     static_cast<void>(fs::absolute(folder, problem));
@@ -74,7 +75,23 @@ void checkOutput(const Options &options) {
         usage("cannot write to the output folder '" + folder.string() +
               "': " + std::strerror(errno));
     if (fs::is_directory(path, ignored))
-        usage("--output '" + options.output + "' is a folder");
+        usage(option + " '" + path.string() + "' is a folder");
+}
+
+void checkOutput(const Options &options) {
+    checkOutputName(options.output, options.frames.size());
+    checkTarget("--output", options.output);
+}
+
+/// Dotted names are looked for later, on Python's search path.
+void checkTests(const Options &options) {
+    std::error_code ignored;
+    for (const std::string &test : options.tests)
+        if (!fs::exists(test, ignored) &&
+            (test.find('/') != std::string::npos || fs::path(test).extension() == ".py"))
+            usage("test '" + test + "' does not exist");
+    if (!options.junit.empty())
+        checkTarget("--junit", options.junit);
 }
 
 void checkRegion(const Options &options) {
@@ -87,10 +104,11 @@ void checkRegion(const Options &options) {
 void check(const Options &options) {
     checkRegion(options);
     if (!options.hasScript() && options.output.empty())
-        usage("nothing to do: give a script with --python or --python-expr, or an --output");
+        usage("nothing to do: give a script with --python or --python-expr, tests with --test, or "
+              "an --output");
     if (!options.hasScript() && options.scene.empty())
         usage("--output needs a scene or a script to render");
-    if (!options.pythonFile.empty())
+    if (!options.pythonFile.empty() && options.pythonFile != kStandardInput)
         checkReadableFile("script", options.pythonFile);
     if (!options.scene.empty()) {
         checkReadableFile("scene", options.scene);
@@ -100,6 +118,7 @@ void check(const Options &options) {
     }
     if (!options.output.empty())
         checkOutput(options);
+    checkTests(options);
 }
 
 std::string oneLine(std::string text) {
@@ -140,10 +159,23 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     std::string frames;
     app.add_option("scene", options.scene, "The scene to load: a .obj, .gltf or .glb file");
     app.add_flag("--background", background, "Accepted; the host has no windows");
-    auto *file = app.add_option("--python", options.pythonFile, "The Python script to run");
+    auto *file = app.add_option("--python", options.pythonFile,
+                                "The Python script to run; - is the standard input");
     auto *expression =
         app.add_option("--python-expr", options.pythonExpression, "The Python statements to run")
             ->excludes(file);
+    auto *tests = app.add_option("--test", options.tests,
+                                 "Run the tests of files, folders (their test*.py) and dotted "
+                                 "names; see docs/testing.md")
+                      ->excludes(file)
+                      ->excludes(expression);
+    app.add_option("-k", options.testPatterns,
+                   "Only tests whose name contains this, or fits it where it has a *")
+        ->needs(tests)
+        ->allow_extra_args(false);
+    app.add_flag("--failfast", options.failFast, "End after the first test that fails")
+        ->needs(tests);
+    app.add_option("--junit", options.junit, "The JUnit file to write")->needs(tests);
     app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
     app.add_option("--fps", options.framesPerSecond,
                    "Frames a second of what moves in the scene (default 24); frame 0 is its time 0")
@@ -153,6 +185,14 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         ->expected(2)
         ->allow_extra_args(false)
         ->check(CLI::Range(1u, 16384u));
+    app.add_option("--renderer", options.renderer,
+                   "software, hardware (the draw procedures of ZHardwareRenderer are executed) or "
+                   "viewport:NAME, a registered viewport renderer (default software)")
+        ->check([](const std::string &name) -> std::string {
+            return devhost::isRendererName(name)
+                       ? ""
+                       : "'" + name + "' is neither software nor hardware nor viewport:NAME";
+        });
     app.add_option("--camera", options.camera, "The camera to render from (default: the first)");
     app.add_option("--layer", options.layer, "The render layer to render (default: all objects)");
     std::vector<unsigned> region;
@@ -161,7 +201,8 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                    "the lower left (default: all)")
         ->expected(4)
         ->allow_extra_args(false);
-    app.add_option("--samples", options.samples, "Samples in each pixel (default 4)")
+    app.add_option("--samples", options.samples,
+                   "Samples in each pixel, or exposures of a hardware frame (default 4)")
         ->check(CLI::Range(1u, 4096u));
     app.add_option("--exposure", options.exposure, "Stops: each one doubles all light (default 0)")
         ->check(CLI::Range(-64.0f, 64.0f));

@@ -11,16 +11,25 @@
 
 namespace quilhost {
 
+/// The name of the script that comes from there.
+inline constexpr char kStandardInput[] = "-";
+
 struct Options {
     std::string scene;
     std::string pythonFile;
     std::string pythonExpression;
     bool hasExpression = false;
     std::vector<std::string> scriptArguments;
+    /// Files, folders and dotted names of tests to run instead of a script.
+    std::vector<std::string> tests;
+    std::vector<std::string> testPatterns;
+    bool failFast = false;
+    std::string junit;
     std::vector<int> frames = {1};
     double framesPerSecond = 24;
     std::string output;
     unsigned width = 640, height = 480;
+    std::string renderer = "software";
     std::string camera;
     std::string layer;
     std::optional<devhost::PixelRegion> region;
@@ -39,7 +48,8 @@ struct Options {
     bool verbose = false;
     std::string progress = "auto";
 
-    bool hasScript() const { return !pythonFile.empty() || hasExpression; }
+    bool hasScript() const { return !pythonFile.empty() || hasExpression || hasTests(); }
+    bool hasTests() const { return !tests.empty(); }
 };
 
 /// The name of an output with its places of the frame number as runs of #.

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <string_view>
 
 namespace quilhost {
 namespace {
@@ -15,6 +17,14 @@ namespace {
 constexpr int kBarWidth = 30;
 /// A line is worth writing when the render is this many percent further.
 constexpr int kPlainStep = 25;
+
+/// A terminal that can draw over a line, and a user who wants it.
+bool obeysEscapeCodes() {
+    const char *const plain = std::getenv("NO_COLOR");
+    const char *const terminal = std::getenv("TERM");
+    return isatty(STDERR_FILENO) && !(plain && *plain) &&
+           !(terminal && std::string_view(terminal) == "dumb");
+}
 
 void writeJson(const nlohmann::json &object) {
     // Names of files need not be UTF-8.
@@ -137,7 +147,7 @@ Progress::Style progressStyle(const std::string &name, bool quiet) {
         return Progress::kJson;
     if (name == "openjd")
         return Progress::kOpenJd;
-    return name == "auto" && isatty(STDERR_FILENO) ? Progress::kBar : Progress::kPlain;
+    return name == "auto" && obeysEscapeCodes() ? Progress::kBar : Progress::kPlain;
 }
 
 void tellEnd(const std::string &progress, int exitCode, const std::string &why) {

@@ -65,7 +65,6 @@ class RenderJob {
     std::optional<Script> script_;
     unsigned long checkedRevision_ = 0; // of the scene whose textures were looked for
     bool byScript_ = false;
-    bool hostRendered_ = false;
     /// The exit code of the first frame that failed.
     int failure_ = kOk;
 };

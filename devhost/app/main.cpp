@@ -6,6 +6,8 @@
 #include "devhost/app/ObjectCensus.h"
 #include "devhost/app/Progress.h"
 #include "devhost/app/RenderJob.h"
+#include "devhost/process/CrashReport.h"
+#include "devhost/util/TemporaryName.h"
 #include "devhost/util/Terminal.h"
 
 #include <exception>
@@ -29,6 +31,7 @@ bool tellLeaks() {
 
 int main(int argc, char **argv) {
     using namespace quilhost;
+    devhost::startCrashReports(devhost::removeTemporaryFiles);
     const SignalScope signals;
     int code = kOk;
     std::string progress, why;
@@ -47,6 +50,8 @@ int main(int argc, char **argv) {
         job.clearProgress();
         if (code == kInterrupted)
             devhost::tell("interrupted");
+        if (code == kTerminated)
+            devhost::tell("terminated");
     } catch (const Failure &failure) {
         why = failure.what();
         code = failure.code();
