@@ -4,6 +4,7 @@
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/Script.h"
+#include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/session/FrameRenderer.h"
 #include "devhost/session/RenderSession.h"
 

@@ -9,6 +9,7 @@
 #include "devhost/gl/HardwareRendering.h"
 #include "devhost/image/PictureFile.h"
 #include "devhost/scene/SceneLoader.h"
+#include "devhost/session/FrameRenderer.h"
 #include "devhost/session/RenderCallbacks.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/session/UnmetSettings.h"
