@@ -14,5 +14,6 @@ int submit(const Arguments &arguments);
 int task(const Arguments &arguments);
 int check(const Arguments &arguments);
 int status(const Arguments &arguments);
+int writeTemplate(const Arguments &arguments);
 
 } // namespace quilfarm

@@ -2,7 +2,7 @@
 """Drives quilfarm: what it refuses, what its tasks render, and what it tells of them. Slurm is a
 stand-in here; tools/check_farm.py has a real one.
 
-Usage: test_farm.py QUILFARM
+Usage: test_commands.py QUILFARM
 """
 import json
 import pathlib
