@@ -4,6 +4,7 @@
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
+#include "devhost/app/Progress.h"
 #include "devhost/app/RenderJob.h"
 #include "devhost/process/CrashReport.h"
 #include "devhost/util/TemporaryName.h"
@@ -11,6 +12,7 @@
 
 #include <exception>
 #include <new>
+#include <string>
 
 namespace {
 
@@ -32,10 +34,12 @@ int main(int argc, char **argv) {
     devhost::startCrashReports(devhost::removeTemporaryFiles);
     const SignalScope signals;
     int code = kOk;
+    std::string progress, why;
     try {
         const auto options = readCommandLine(argc, argv);
         if (!options)
             return kOk;
+        progress = options->progress;
         RenderJob job(*options);
         try {
             code = job.run();
@@ -49,14 +53,19 @@ int main(int argc, char **argv) {
         if (code == kTerminated)
             devhost::tell("terminated");
     } catch (const Failure &failure) {
-        devhost::tell(failure.what());
+        why = failure.what();
         code = failure.code();
     } catch (const std::bad_alloc &) {
-        devhost::tell("there is not enough memory");
+        why = "there is not enough memory";
         code = kRenderError;
     } catch (const std::exception &error) {
-        devhost::tell(error.what());
+        why = error.what();
         code = kRenderError;
     }
-    return tellLeaks() && code == kOk ? kLeaked : code;
+    if (!why.empty())
+        devhost::tell(why);
+    if (tellLeaks() && code == kOk)
+        code = kLeaked;
+    tellEnd(progress, code, why);
+    return code;
 }

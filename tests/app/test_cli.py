@@ -404,9 +404,25 @@ class Told(Case):
         percents = [e["percent"] for e in events if e["event"] == "progress" and e["frame"] == 8]
         self.assertEqual(percents, sorted(percents))
         self.assertEqual(percents[-1], 100)
+        self.assertEqual(events[-1], {"event": "end", "code": 0, "why": ""})
         self.assertEqual(self.files(), ["tri.008.png", "tri.010.png", "tri.obj"])
         out, err = self.run_host("tri.obj", "--output", "q.png", "--quiet")
         self.assertEqual((out, err), ("", ""))
+
+    def test_messages_of_open_job_description(self):
+        script = "import sys\ndef render(frame): sys.exit(7 if frame > %d else 0)"
+        options = ("tri.obj", "--frames", "1-4", "--output", "a.#.png", "--progress", "openjd",
+                   "--resolution", "8", "8", "--python-expr")
+        for last, code, percent, end in ((4, 0, 100, None), (2, 7, 50, "openjd_fail: exit code 7")):
+            lines = self.run_host(*options, script % last, code=code)[1].splitlines()
+            told = [float(line.split()[1]) for line in lines if line.startswith("openjd_progress")]
+            self.assertEqual((told, told[-1]), (sorted(told), percent))
+            self.assertIn("openjd_status: frame 2 (2 of 4): rendering 100%", lines)
+            self.assertEqual(lines[-1] if end else None, end)
+        out, err = self.run_host("tri.obj", "--strict", "--fps", "7.5", "--progress", "openjd",
+                                 "--output", "a.png", code=3)
+        self.assertEqual(err.splitlines()[-1],
+                         "openjd_fail: with --strict, the notice is an error")
 
     def test_bar_on_a_terminal(self):
         try:
@@ -515,7 +531,8 @@ class Moving(Case):
         self.assertEqual([json.loads(line) for line in err.splitlines()], [
             {"event": "notice", "kind": "normal texture", "file": "moving.gltf",
              "place": "material 0 'paint\x1b'", "found": "its normal texture is not supported",
-             "instead": "it is left out"}, {"event": "notices", "count": 1}])
+             "instead": "it is left out"}, {"event": "notices", "count": 1},
+            {"event": "end", "code": 0, "why": ""}])
         for options, lines in ((("--quiet", "--strict"), 2), (("--quiet",), 0)):
             out, err = self.run_host("moving.gltf", "--output", "a.png", *options,
                                      code=3 if lines else 0)
