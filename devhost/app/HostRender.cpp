@@ -6,6 +6,7 @@
 #include "devhost/app/Script.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Timeline.h"
 
 #include <optional>
 
@@ -28,6 +29,7 @@ ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
         interrupts.emplace();
     }
     devhost::Frame image;
+    const devhost::Stage stage("render");
     const ZStatus status = devhost::renderFrame(image, devhost::holdsDepth(file));
     if (status.error() || devhost::renderSession().cancelled)
         return status;

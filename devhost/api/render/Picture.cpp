@@ -6,6 +6,7 @@
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/FileName.h"
+#include "devhost/util/Timeline.h"
 #include "devhost/util/Version.h"
 
 #include <algorithm>
@@ -101,6 +102,7 @@ bool holdsDepth(const std::string &path) {
 }
 
 ZStatus writePicture(const Picture &picture, const std::string &path) {
+    const Stage stage("write");
     if (!isPictureFileName(path))
         return {ZStatus::kInvalidParameter,
                 ("'" + path + "' is neither a .png nor a .exr file").c_str()};
@@ -114,6 +116,7 @@ ZStatus writePicture(const Picture &picture, const std::string &path) {
 }
 
 ZStatus writeFrame(const Frame &frame, const std::string &path) {
+    const Stage stage("write");
     const ZRenderData &data = frame.data;
     if (!isExr(path))
         return writePng(path, data.resX, data.resY, wholeImage(frame).data());
