@@ -15,7 +15,8 @@ import re
 import textwrap
 
 from headers import find_declarations, read_aliases, read_headers
-from signatures import Signatures, Types, is_borrowed, mangled, split_declaration, wrapped
+from signatures import (Signatures, Types, is_borrowed, mangled, split_declaration, takes_text,
+                        wrapped)
 
 DIVISIONS = {'__div__': '__truediv__', '__idiv__': '__itruediv__', '__rdiv__': '__rtruediv__'}
 
@@ -230,8 +231,8 @@ class Generator(object):
             return ('def __init__(self, *args, **kwargs):\n'
                     '    """Not for scripts: objects of this class come from the host."""\n'
                     '    raise AttributeError("No constructor defined")')
-        call = '_native.%s_swiginit(self, _native.%s(%%s))' % (target.name,
-                                                               target.constructor['name'])
+        call = '_native.%s_swiginit(self, %s)' % (target.name, checked(
+            target.constructor, '_native.%s(%%s)' % target.constructor['name']))
         if target.disown:
             # The native object calls the methods of this instance only where a class has its own.
             instance = 'None if type(self) is %s else self' % target.name
@@ -264,7 +265,7 @@ class Generator(object):
             passed = ', '.join(filter(None, ['self', passed]))
             if target.disown:
                 body += 'self.this  # raises where __init__ was forgotten\n'
-        call = '_native.%s(%s)' % (function['name'], passed)
+        call = checked(function, '_native.%s(%s)' % (function['name'], passed))
         body += wrapped('return ' + ('_proxy.part(self, %s)' % call if is_borrowed(function)
                                      else call))
         return head + '\n' + indented(body)
@@ -382,6 +383,11 @@ class Generator(object):
             given = 'Union[%s, Text]' % python if self.is_text(getter) else python
             lines += ['@%s.setter' % name, 'def %s(self, value: %s) -> None: ...' % (name, given)]
         return lines
+
+
+def checked(function, call):
+    """The call, which raises where a text is missing."""
+    return '_proxy.checked(%s)' % call if takes_text(function) else call
 
 
 def docstring(text):

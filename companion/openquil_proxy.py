@@ -43,11 +43,20 @@ class Proxy(object):
 
 def part(whole, result):
     """A borrowed object that may lie inside another native object. Its proxy keeps the proxy of the
-    whole, and with it the memory of both."""
+    whole, which may keep what belongs to both, and the pointer object, which keeps the memory even
+    where a script takes it away from its proxy."""
     try:
-        result._whole = whole
+        result._whole, result._whole_this = whole, whole.this
     except AttributeError:
         pass  # None, or a pointer object without a proxy
+    return result
+
+
+def checked(result):
+    """The result of a native function that goes on with an empty text where it got no text, and
+    leaves the TypeError pending: raises it."""
+    for _ in ():  # at the end of a loop the interpreter looks for a pending exception
+        pass
     return result
 
 

@@ -4,6 +4,7 @@
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
 #include "devhost/app/SettingOptions.h"
+#include "devhost/session/FrameRenderer.h"
 #include "devhost/util/FileName.h"
 #include "devhost/util/FrameList.h"
 #include "devhost/util/FramePlaces.h"
@@ -178,6 +179,14 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         ->expected(2)
         ->allow_extra_args(false)
         ->check(CLI::Range(1u, 16384u));
+    app.add_option("--renderer", options.renderer,
+                   "software, hardware (the draw procedures of ZHardwareRenderer are executed) or "
+                   "viewport:NAME, a registered viewport renderer (default software)")
+        ->check([](const std::string &name) -> std::string {
+            return devhost::isRendererName(name)
+                       ? ""
+                       : "'" + name + "' is neither software nor hardware nor viewport:NAME";
+        });
     app.add_option("--camera", options.camera, "The camera to render from (default: the first)");
     app.add_option("--layer", options.layer, "The render layer to render (default: all objects)");
     std::vector<unsigned> region;
@@ -186,7 +195,8 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                    "the lower left (default: all)")
         ->expected(4)
         ->allow_extra_args(false);
-    app.add_option("--samples", options.samples, "Samples in each pixel (default 4)")
+    app.add_option("--samples", options.samples,
+                   "Samples in each pixel, or exposures of a hardware frame (default 4)")
         ->check(CLI::Range(1u, 4096u));
     app.add_option("--exposure", options.exposure, "Stops: each one doubles all light (default 0)")
         ->check(CLI::Range(-64.0f, 64.0f));

@@ -29,6 +29,7 @@ struct Options {
     double framesPerSecond = 24;
     std::string output;
     unsigned width = 640, height = 480;
+    std::string renderer = "software";
     std::string camera;
     std::string layer;
     std::optional<devhost::PixelRegion> region;

@@ -5,6 +5,7 @@
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/Script.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
+#include "devhost/session/FrameRenderer.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Timeline.h"
 
@@ -13,15 +14,15 @@
 namespace quilhost {
 
 namespace {
-unsigned renders = 0;
+unsigned rendersWithCallbacks = 0;
 } // namespace
 
-unsigned hostRenders() {
-    return renders;
+unsigned callbackRenders() {
+    return rendersWithCallbacks;
 }
 
 ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
-    ++renders;
+    rendersWithCallbacks += devhost::renderSession().renderer == "software";
     std::optional<NativeSection> unlocked;
     std::optional<InterruptScope> interrupts;
     if (hasInterpreterLock) {
@@ -30,7 +31,7 @@ ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
     }
     devhost::Frame image;
     const devhost::Stage stage("render");
-    const ZStatus status = devhost::renderFrame(image, devhost::holdsDepth(file));
+    const ZStatus status = devhost::renderSessionFrame(image, devhost::holdsDepth(file));
     if (status.error() || devhost::renderSession().cancelled)
         return status;
     return devhost::writeFrame(image, file);

@@ -9,12 +9,12 @@
 
 namespace quilhost {
 
-/// Renders the scene as the session says, with the registered callbacks, into a file. Where the
-/// caller has the interpreter lock, it is given away meanwhile. Nothing is written when the session
-/// is cancelled.
+/// Renders the scene as the session says, by its renderer and with the registered callbacks, into a
+/// file. Where the caller has the interpreter lock, it is given away meanwhile. Nothing is written
+/// when the session is cancelled.
 ZStatus renderToFile(const std::string &file, bool hasInterpreterLock);
 
-/// How often that was called.
-unsigned hostRenders();
+/// How often that rendered by the renderer that calls the render callbacks.
+unsigned callbackRenders();
 
 } // namespace quilhost

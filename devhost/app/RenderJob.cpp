@@ -9,6 +9,7 @@
 #include "devhost/gl/HardwareRendering.h"
 #include "devhost/image/PictureFile.h"
 #include "devhost/scene/SceneLoader.h"
+#include "devhost/session/FrameRenderer.h"
 #include "devhost/session/RenderCallbacks.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/session/UnmetSettings.h"
@@ -117,6 +118,7 @@ int RenderJob::runAll() {
     session.samples = options_.samples;
     session.exposure = options_.exposure;
     session.exrFloats = options_.exrFloats;
+    devhost::chooseRenderer(options_.renderer);
     if (!devhost::setFramesPerSecond(options_.framesPerSecond))
         devhost::tell({"frame rate", "", "--fps", "ZTime has no unit for this frame rate",
                        "its frames are those of 24 a second"});
@@ -370,12 +372,14 @@ void RenderJob::tellUnmetSettings() const {
 }
 
 void RenderJob::tellUncalledCallbacks() {
-    if (options_.quiet || hostRenders() > 0 || !devhost::hasRenderCallbacks())
+    if (options_.quiet || callbackRenders() > 0 || !devhost::hasRenderCallbacks())
         return;
     progress_.clearBar();
     devhost::tell(std::string("nothing calls the render callbacks: ") +
                   (options_.output.empty() ? "the host renders only with --output"
-                                           : "the host rendered no frame itself"));
+                   : devhost::renderSession().renderer != "software"
+                       ? "that is for the software renderer"
+                       : "the host rendered no frame itself"));
 }
 
 bool RenderJob::interrupted() const {

@@ -60,8 +60,9 @@ int exitCodeOf(PyObject *value) {
 }
 
 /// Turns the result of a call, or the exception pending instead of it, into the end that it means.
+/// A native function may leave an exception beside its result, which nothing has met since.
 ScriptEnd endOf(const Reference &result) {
-    if (result)
+    if (result && !PyErr_Occurred())
         return {};
     if (PyErr_ExceptionMatches(PyExc_SystemExit)) {
         PyObject *type, *value, *traceback;
@@ -77,24 +78,30 @@ ScriptEnd endOf(const Reference &result) {
                        : ScriptEnd{ScriptEnd::kFailed, kScriptError};
 }
 
-/// Called on the render's thread, which gave the interpreter lock away.
-void reportCallbackError(const char *callback, const char *what) {
-    const TpythonLock lock(kPythonLock);
-    if (!devhost::runsInterpreter() || !PyErr_Occurred()) {
-        devhost::tell(std::string(callback) + " failed: " + what);
-        return;
-    }
+void reportPendingException() {
     if (!TpythonInterpreter::fsInterpreter)
         TpythonInterpreter::fsInterpreter = new TpythonInterpreter;
     TpythonInterpreter::fsInterpreter->catchAndReportException();
+}
+
+/// Called on the render's thread, which gave the interpreter lock away.
+void reportCallbackError(const char *callback, const char *what) {
+    const TpythonLock lock(kPythonLock);
+    if (devhost::runsInterpreter() && PyErr_Occurred())
+        reportPendingException();
+    else
+        devhost::tell(std::string(callback) + " failed: " + what);
 }
 
 /// Scripts delete their callbacks under the interpreter lock, on any thread, and when the
 /// interpreter ends.
 void guardCallback(const std::function<void()> &call) {
     const TpythonLock lock(kPythonLock);
-    if (devhost::runsInterpreter())
-        call();
+    if (!devhost::runsInterpreter())
+        return;
+    call();
+    if (PyErr_Occurred()) // left beside the callback's result
+        reportPendingException();
 }
 
 void setArguments(const Options &options) {

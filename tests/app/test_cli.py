@@ -128,6 +128,7 @@ class BadInput(Case):
                 ("'width=5'|renumberStart", ("tri.obj", "--setting", "width=5") + png),
                 ("'renumberBy=x'|fit", ("tri.obj", "--setting", "renumberBy=x") + png),
                 ("--exr", ("tri.obj", "--exr", "double") + png),
+                ("viewport:NAME", ("tri.obj", "--renderer", "viewport:") + png),
                 ("a.png|####|3 frames", ("tri.obj", "--frames", "1-3") + png),
                 ("a.jpg|.png", ("tri.obj", "--output", "a.jpg")),
         ]:
@@ -192,6 +193,8 @@ print(sys.path[1])
         for source, code, last in [
                 ("raise ValueError('bad thing')", 1, "ValueError: bad thing"),
                 ("this is no python", 1, "SyntaxError: invalid syntax"),
+                ("import _OpenQuilRender as r; r.ZRenderUtil_relativeFileName(None)", 1,
+                 "TypeError: Expected a String or Unicode object for argument 1"),
                 ("import sys; sys.exit(7)", 7, None),
                 ("import sys; sys.exit('so long')", 1, "so long"),
                 ("raise KeyboardInterrupt", 130, "quilhost: interrupted"),
@@ -406,6 +409,39 @@ print([int(cell[0]) for cell in cells])
         self.assertEqual(middle[3], 255)
         self.assertGreater(min(middle[:3]), 60)
 
+    def test_renderers(self):
+        """Samples lie at the same places, so that the same share of each pixel is covered."""
+        script = self.write("a.py", CALLBACK.format(body="print('called')") + """
+import OpenQuil
+print(OpenQuil.Frames.renderer())
+OpenQuil.Frames.render("script.png")
+OpenQuil.Frames.setRenderer("software")
+for call in OpenQuil.Frames.setRenderer, OpenQuil.Frames.render:
+    try:
+        call("other")
+    except RuntimeError as error:
+        print(error)
+def render(frame):
+    OpenQuil.Frames.setRenderer("hardware")
+""")
+        size = ("tri.obj", "--resolution", "30", "20", "--region", "3", "25", "0", "19")
+        out, err = self.run_host(*size, "--no-gl", "--renderer", "hardware", "--python", script,
+                                 "--output", "hardware.png")
+        self.assertEqual(out, "hardware\n(kInvalidParameter): 'other' is neither software nor "
+                         "hardware nor viewport:NAME\n(kInvalidParameter): 'other' is neither a "
+                         ".png nor a .exr file\n")
+        self.assertIn("quilhost: notice: hardware renderer: there is no OpenGL: switched off by "
+                      "--no-gl; its draw procedures have nothing to draw in", err)
+        self.assertIn("nothing calls the render callbacks: that is for the software", err)
+        self.run_host(*size, "--output", "software.png")
+        self.assertEqual(self.png("script.png"), self.png("hardware.png"))
+        drawn, rendered = self.png("hardware.png")[2], self.png("software.png")[2]
+        self.assertEqual([row[3::4] for row in drawn], [row[3::4] for row in rendered])
+        self.assertGreater(drawn[10][4 * 15], 0)
+        out, err = self.run_host("tri.obj", "--renderer", "viewport:no", "--output", "b.png",
+                                 code=3)
+        self.assertEqual(err, "quilhost: there is no viewport renderer 'no'\n")
+
     def test_threads_do_not_change_the_picture(self):
         for threads in ("1", "7"):
             self.run_host("tri.obj", "--output", threads + ".png", "--threads", threads)
@@ -477,13 +513,17 @@ print([int(cell[0]) for cell in cells])
         self.assertIn(shown, err)
 
     def test_failing_callback(self):
-        for error, code, reports, pictures in [("ValueError", 4, 2, ["a.1.png", "a.2.png"]),
-                                               ("KeyboardInterrupt", 130, 1, [])]:
+        both, raising = ["a.1.png", "a.2.png"], "raise %s('in the callback')"
+        for body, error, code, reports, pictures in [
+                (raising % "ValueError", "ValueError: in the callback", 4, 2, both),
+                ("return r._native.ZRenderUtil_relativeFileName(None) is None",
+                 "TypeError: Expected", 4, 2, both),
+                (raising % "KeyboardInterrupt", "KeyboardInterrupt: in the callback", 130, 1, [])]:
             with self.subTest(error=error):
-                self.write("a.py", CALLBACK.format(body="raise %s('in the callback')" % error))
+                self.write("a.py", CALLBACK.format(body=body))
                 out, err = self.run_host("tri.obj", "--python", "a.py", "--frames", "1-2",
                                          "--output", "a.#.png", "--quiet", code=code)
-                self.assertEqual(err.count(error + ": in the callback"), reports)
+                self.assertEqual(err.count(error), reports)
                 self.assertEqual(self.files(), pictures + ["a.py", "tri.obj"])
                 for name in pictures:
                     os.remove(os.path.join(self.folder, name))

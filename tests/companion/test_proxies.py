@@ -162,12 +162,23 @@ class InstanceTest(unittest.TestCase):
             whole = make()
             gone = weakref.ref(whole)
             part = take(whole)
+            del whole.this  # does not take the memory from the part
+            str(part), make()
             del whole
             gc.collect()
             self.assertIsNotNone(gone())
             del part
             gc.collect()
             self.assertIsNone(gone())
+
+    def test_a_missing_text_is_told_at_the_call(self):
+        util, profile = OpenQuilRender.ZRenderUtil, OpenQuilRender.ZRenderProfile()
+        for call in (lambda: util.relativeFileName(None), lambda: OpenQuil.ZString(None),
+                     lambda: profile.addRenderer(None, 2.0)):
+            with self.assertRaisesRegexp(TypeError, '^Expected a String or Unicode object for arg'):
+                call()
+                self.fail('the error came later')
+        self.assertEqual(util.relativeFileName('a'), u'a')
 
     def test_a_buffer_member(self):
         data = OpenQuilRender.ZRenderData()
