@@ -310,19 +310,6 @@ def render(frame):
 
 
 class HostRenders(Case):
-    def test_a_region(self):
-        self.write("a.py", CALLBACK.format(
-            body="print([getattr(data, name) for name in ('left', 'right', 'bottom', 'top', "
-                 "'xsize', 'ysize', 'resX', 'resY')])") + """
-from OpenQuil import UnsignedIntBuffer
-cells = [UnsignedIntBuffer(1) for _ in range(4)]
-r.ZRenderView.getRenderRegion(*cells)
-print([int(cell[0]) for cell in cells])
-""")
-        out, err = self.run_host("tri.obj", "--python", "a.py", "--resolution", "9", "9",
-                                 "--region", "3", "4", "2", "6", "--output", "a.png")
-        self.assertEqual(out, "[3, 4, 2, 6]\n[3, 4, 2, 6, 2, 5, 9, 9]\n")
-
     def test_lux_over_pi_times_exposure(self):
         # A square of the factor 0.5 squarely under 3 lux.
         self.copy("lit.gltf")

@@ -207,35 +207,3 @@ assert callback.calls == 201, callback.calls
         Py_Finalize();
     });
 }
-
-/// A script may keep the native callback and drop the instance whose methods it calls.
-TEST(Interpreters, DirectorsOutliveTheirInstance) {
-    const Code declare = R"(
-import gc, _OpenQuilRender as m
-class Classic: pass
-class New(object): pass
-class Slots(object): __slots__ = 'this', '__weakref__'
-def orphan(base):
-    class Callback(base):
-        def renderCallback(self, data): return True
-    callback = Callback()
-    callback.this = this = m.new_ZRenderCallback(callback)
-    data = m.new_ZRenderData()
-    assert m.ZRenderCallback_renderCallback(this, data) is True
-    del callback, Callback
-    gc.collect()
-    others = [base() for _ in range(100)]
-    return this, data
-def uninitialised(this, data):
-    try:
-        m.ZRenderCallback_renderCallback(this, data)
-    except RuntimeError as error:
-        return 'uninitialized' in str(error)
-)";
-    for (const Code base : {"Classic", "New", "Slots"})
-        IN_CHILD(start(); run(declare); run("this, data = orphan(" + base + ")");
-                 run("assert uninitialised(this, data)"); run("m.disown_ZRenderCallback(this)");
-                 run("assert uninitialised(this, data)");
-                 run("m.ZRenderCallback_addCallback(this, 0)"); call_from_native_thread();
-                 run("m.delete_ZRenderCallback(this)"); Py_Finalize());
-}
