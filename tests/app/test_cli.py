@@ -5,6 +5,7 @@ import json
 import math
 import os
 import pty
+import shlex
 import shutil
 import signal
 import subprocess
@@ -14,6 +15,7 @@ import unittest
 
 from host import HostCase, LIMIT, TRIANGLE
 
+HERE = os.path.dirname(os.path.abspath(__file__))
 QUILHOST = os.path.abspath(sys.argv.pop(1))
 PYTHON2 = sys.argv.pop(1)
 
@@ -64,7 +66,7 @@ class Case(HostCase):
 
     def copy(self, name):
         """A scene that lies beside this file."""
-        shutil.copy(os.path.join(os.path.dirname(os.path.abspath(__file__)), name), self.folder)
+        shutil.copy(os.path.join(HERE, name), self.folder)
 
     def png(self, name):
         width, height, rows = ast.literal_eval(self.run_host("--python-expr", SHOW % name)[0])
@@ -84,44 +86,15 @@ class BadInput(Case):
             self.assertIn(word, err)
         self.assertEqual(self.files(), before)
 
-    def test_options(self):
-        png = ("--output", "a.png")
-        for words, arguments in [
-                ("nothing to do", ("tri.obj",)),
-                ("needs a scene", png),
-                ("--wrong", ("tri.obj", "--wrong") + png),
-                ("--resolution", ("tri.obj", "--resolution", "10", "99999") + png),
-                ("--threads", ("tri.obj", "--threads", "0") + png),
-                ("--quiet", ("tri.obj", "--quiet", "--verbose") + png),
-                ("--python", ("--python", "a.py", "--python-expr", "1")),
-                ("'5-1x0'|step", ("tri.obj", "--frames", "5-1x0") + png),
-                ("--region|640 x 480", ("tri.obj", "--region", "0", "640", "0", "9") + png),
-                ("--region", ("tri.obj", "--region", "5", "4", "0", "9") + png),
-                ("--samples", ("tri.obj", "--samples", "0") + png),
-                ("'width=5'|renumberStart", ("tri.obj", "--setting", "width=5") + png),
-                ("'renumberBy=x'|fit", ("tri.obj", "--setting", "renumberBy=x") + png),
-                ("--exr", ("tri.obj", "--exr", "double") + png),
-                ("viewport:NAME", ("tri.obj", "--renderer", "viewport:") + png),
-                ("a.png|####|3 frames", ("tri.obj", "--frames", "1-3") + png),
-                ("a.jpg|.png", ("tri.obj", "--output", "a.jpg")),
-        ]:
-            with self.subTest(arguments=arguments):
-                self.refuses(2, words, *arguments)
-
-    def test_files_and_names(self):
+    def test_mistakes(self):
         os.mkdir(os.path.join(self.folder, "folder.obj"))
         self.write("scene.abc", "?")
-        for words, arguments in [
-                ("scene 'no.obj' does not exist", ("no.obj", "--output", "a.png")),
-                ("folder.obj|folder", ("folder.obj", "--output", "a.png")),
-                ("scene.abc|.gltf", ("scene.abc", "--output", "a.png")),
-                ("script 'no.py' does not exist", ("--python", "no.py")),
-                ("script '.' is a folder", ("--python", ".")),
-                ("output folder 'no' does not exist", ("tri.obj", "--output", "no/a.png")),
-                ("'nobody'|persp", ("tri.obj", "--camera", "nobody", "--output", "a.png")),
-        ]:
+        with open(os.path.join(HERE, "refused.tsv"), encoding="utf-8") as table:
+            rows = [line.rstrip("\n").split("\t") for line in table if line[0] != "#"]
+        self.assertGreater(len(rows), 20)
+        for words, arguments in rows:
             with self.subTest(arguments=arguments):
-                self.refuses(2, words, *arguments)
+                self.refuses(2, words, *shlex.split(arguments))
 
     def test_damaged_scene(self):
         self.write("cut.gltf", '{"asset": {"version"')

@@ -51,6 +51,12 @@ class SecondHost(unittest.TestCase):
         self.assert_raises(TypeError, 'Expected a String or Unicode object for argument 1',
                            lambda: (relative(None), pending()))
 
+    def test_lists_of_texts(self):
+        names, renderer = [u'one', 'two', 3], m.ZHardwareRenderer_theRenderer()
+        get = m.ZHardwareRenderer_getDrawProcedureListNames
+        self.assertEqual(get(renderer, u'gl\xe9', 0, names), 0)
+        self.assertEqual(names, [u'one', u'two', u'3', u'gl\xe9'])
+
     def test_numbers_and_messages(self):
         self.assertEqual((m.ZRenderUtil_noise1(3), m.ZRenderUtil_noise1(0.5)), (1.5, 0.25))
         self.assert_raises(OverflowError, "in method 'ZRenderUtil_noise1', argument 1 of type "
