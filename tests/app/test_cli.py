@@ -4,13 +4,10 @@ import ast
 import json
 import math
 import os
-import pty
 import shlex
 import shutil
-import signal
 import subprocess
 import sys
-import time
 import unittest
 
 from host import HostCase, LIMIT, TRIANGLE
@@ -152,6 +149,12 @@ print(sys.path[1])
                 self.assertEqual(err.splitlines()[-1:], [last] if last else [])
                 self.assertEqual("Traceback" in err or "SyntaxError" in err,
                                  source.startswith(("raise", "this")), err)
+
+    def test_interrupt_while_python_starts(self):
+        self.write("sitecustomize.py", "import os, signal; os.kill(os.getpid(), signal.SIGINT)")
+        child = self.start("--python-expr", "print('on')", environment={"PYTHONPATH": self.folder})
+        self.assertEqual(child.communicate(timeout=LIMIT), ("", "quilhost: interrupted\n"))
+        self.assertEqual(child.returncode, 130)
 
     def test_render_function_is_called_for_every_frame(self):
         self.write("a.py", PICTURE + """
@@ -384,24 +387,6 @@ class Told(Case):
         self.assertEqual(err.splitlines()[-1],
                          "openjd_fail: with --strict, the notice is an error")
 
-    def test_bar_on_a_terminal(self):
-        try:
-            master, slave = pty.openpty()
-        except OSError as error:
-            self.skipTest("no terminal to be had: %s" % error)
-        child = subprocess.Popen([QUILHOST, "tri.obj", "--output", "a.png"], cwd=self.folder,
-                                 stderr=slave, stdin=subprocess.DEVNULL)
-        os.close(slave)
-        text = b""
-        try:
-            while True:
-                text += os.read(master, 65536)
-        except OSError:  # the other end is closed
-            os.close(master)
-        self.assertEqual(child.wait(LIMIT), 0)
-        self.assertIn(b"\r\x1b[K[", text)
-        self.assertTrue(text.rstrip().endswith(b"a.png"), text)
-
     def test_texts_of_others_do_not_steer_the_terminal(self):
         title, shown = "\\x1b]0;a\\x07\\nquilhost: b", "\\u001b]0;a\\u0007\\u000aquilhost: b"
         send = "import OpenQuilRender as r; r.ZRenderUtil.sendRenderProgressInfo('%s', 7)" % title
@@ -520,41 +505,6 @@ class Moving(Case):
             self.assertIn("quilhost: notice: tri.obj: material 'paint', texture 'gone.png': the "
                           "image is not there; the material is shown without it", err.splitlines())
             self.assertEqual("a.png" in self.files(), code == 0)
-
-
-class Interrupts(Case):
-    def interrupts(self, script, *arguments):
-        self.write("a.py", script)
-        child = self.start("tri.obj", "--python", "a.py", "--output", "a.png", *arguments)
-        try:
-            # The script tells when it is time.
-            self.assertEqual(child.stdout.readline(), "now\n")
-            time.sleep(0.2)
-            child.send_signal(signal.SIGINT)
-            out, err = child.communicate(timeout=LIMIT)
-        finally:
-            child.kill()
-            child.wait()
-        self.assertEqual(child.returncode, 130, err)
-        self.assertEqual(err.splitlines()[-1], "quilhost: interrupted")
-        self.assertEqual(self.files(), ["a.py", "tri.obj"])
-
-    def test_in_the_render(self):
-        self.interrupts("import sys\nprint('now')\nsys.stdout.flush()", "--resolution", "16000",
-                        "16000", "--threads", "1")
-
-    def test_while_python_starts(self):
-        self.write("sitecustomize.py", "import os, signal; os.kill(os.getpid(), signal.SIGINT)")
-        child = self.start("--python-expr", "print('on')", environment={"PYTHONPATH": self.folder})
-        self.assertEqual(child.communicate(timeout=LIMIT), ("", "quilhost: interrupted\n"))
-        self.assertEqual(child.returncode, 130)
-
-    def test_in_a_callback(self):
-        self.interrupts(CALLBACK.format(body="""
-        import sys, time
-        print('now')
-        sys.stdout.flush()
-        time.sleep(60)"""), "--resolution", "9", "9")
 
 
 if __name__ == "__main__":
