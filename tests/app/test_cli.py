@@ -209,13 +209,6 @@ ZRenderView.endRender()
         self.assertGreater(self.png("a.2.png")[2][1][7], 0)
         self.assertEqual(self.png("a.3.png"), (3, 3, [[0] * 12] * 3))
 
-    def test_names(self):
-        for name in ("a.%02d.png", "b.$F2.png", "c.##.png"):
-            self.run_host("tri.obj", "--resolution", "2", "2", "--output", name,
-                          "--frames", "8-10x2")
-        self.assertEqual(self.files(), ["%s.%s.png" % (a, b) for a in "abc" for b in ("08", "10")] +
-                         ["tri.obj"])
-
     def test_settings_are_obeyed_or_told(self):
         out, err = self.run_host(
             "tri.obj", "--frames", "5-9x2", "--output", "a.#.png", "--resolution", "4", "2",
@@ -276,13 +269,6 @@ def render(frame):
                 self.assertEqual("frame 2: render(2) left its picture" in err, code == 3, err)
                 for name in pictures:
                     os.remove(os.path.join(self.folder, name))
-
-    def test_callbacks_that_nothing_calls_are_told(self):
-        script = ("--python", self.write("a.py", CALLBACK.format(body="pass")))
-        warning = "quilhost: nothing calls the render callbacks"
-        for told, arguments in [(True, ()), (False, ("--quiet",)), (False, ("--output", "a.png"))]:
-            out, err = self.run_host("tri.obj", "--resolution", "2", "2", *script + arguments)
-            self.assertEqual(warning in err, told, err)
 
 
 class HostRenders(Case):

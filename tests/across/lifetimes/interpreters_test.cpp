@@ -4,7 +4,6 @@
 
 #include "devhost/session/RenderCallbacks.h"
 #include "host/base/TpythonLock.h"
-#include "host/render/ZRenderCallback.h"
 #include "host/render/ZRenderData.h"
 #include "tests/child_process.h"
 
@@ -133,19 +132,6 @@ sys.late = late = Late(); loop = c.ZVector(); loop.loop = loop, late)"})
         for (const Code first : {"", "import _OpenQuilRender"}) // which then owns the ring
             IN_CHILD(start(); run(first); run(kUse); run(alive); Py_Finalize(); start(); run(kUse);
                      Py_Finalize());
-}
-
-TEST(Interpreters, TheHostDropsADirectorAfterTheEnd) {
-    IN_CHILD({
-        start();
-        run(kUse + "callback.__disown__()\naddress = int(callback.this)\n"
-                   "r.ZRenderCallback._registered.clear()\n");
-        PyObject *const names = PyModule_GetDict(PyImport_AddModule("__main__"));
-        auto *const callback = static_cast<ZRenderCallback *>(
-            PyLong_AsVoidPtr(PyDict_GetItemString(names, "address")));
-        Py_Finalize();
-        delete callback;
-    });
 }
 
 TEST(Interpreters, SeveralSideBySide) {
