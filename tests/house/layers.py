@@ -80,6 +80,7 @@ LAYERS = {
                      ' devhost/session/Parallel.h devhost/session/PixelRegion.h devhost/util',
                      'tests/farm'),
     'examples': ('host', 'tests/gl'),
+    'examples/plugin': ('host devhost/app/PluginInterface.h', 'tests/setup'),
     'bench': ('host devhost/scene tests/scene/gltf_file.h tests/temporary_folder.h', ''),
     'tools/sanitizers': ('', ''),
 }
