@@ -131,12 +131,6 @@ def is_borrowed(function):
         target not in ('char', 'void', 'PyObject')
 
 
-def takes_text(function):
-    return any('ZString' == re.sub(r'( const)? ?&$', '', native)
-               for overload in function['overloads']
-               for native in split_declaration(overload['declaration'])[1])
-
-
 class Parameter(object):
     def __init__(self, name, python, shown, default):
         self.name = name
