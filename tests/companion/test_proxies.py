@@ -2,7 +2,6 @@
 """Tests of the generated proxy classes against the native tables. Run by Python 2.7 with
 NAME=DESCRIPTION for every module."""
 
-import copy
 import gc
 import importlib
 import inspect
@@ -242,7 +241,7 @@ class NativeMethodTest(unittest.TestCase):
                 (r'must be called with ZVector instance', lambda: OpenQuil.ZVector.length(5)),
                 (r'unsupported operand', lambda: 5 + v), (r'argument 2 of type', lambda: v + 5),
                 (r'__getitem__', lambda: OpenQuil.ZVector.__getitem__(v)),
-                (r'copy', lambda: copy.copy(v)), (r'pickle', lambda: pickle.dumps(v, 2))):
+                (r'pickle', lambda: pickle.dumps(v, 2))):
             self.assertRaisesRegexp(TypeError, words, call)
         with self.assertRaises(AttributeError):
             del v[0]
