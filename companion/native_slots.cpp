@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "companion/native_slots.h"
 
+#include "companion/native_memory.h"
 #include "companion/native_method.h"
 #include "runtime/object_holder.h"
 
@@ -10,13 +11,26 @@ namespace {
 using Reference = swig::SwigPtr_PyObject;
 
 /// Names of special methods, interned on first use.
-enum Special { kInit, kGetItem, kSetItem, kDelItem, kLen, kAdd, kSub, kDiv, kXor, kNeg, kSpecials };
+enum Special {
+    kInit,
+    kGetItem,
+    kSetItem,
+    kDelItem,
+    kLen,
+    kAdd,
+    kSub,
+    kDiv,
+    kXor,
+    kNeg,
+    kMemory,
+    kSpecials
+};
 
 PyObject *name_of(Special special) {
     static PyObject *names[kSpecials];
     static const char *const texts[kSpecials] = {
-        "__init__", "__getitem__", "__setitem__", "__delitem__", "__len__",
-        "__add__",  "__sub__",     "__div__",     "__xor__",     "__neg__"};
+        "__init__", "__getitem__", "__setitem__", "__delitem__", "__len__", "__add__",
+        "__sub__",  "__div__",     "__xor__",     "__neg__",     "memory"};
     if (!names[special])
         names[special] = PyString_InternFromString(texts[special]);
     return names[special];
@@ -103,6 +117,8 @@ PyObject *install_slots(PyObject *, PyObject *klass) {
         type->tp_as_mapping->mp_length = type->tp_as_sequence->sq_length = length;
     if (native_method(type, name_of(kNeg)))
         type->tp_as_number->nb_negative = negative;
+    if (native_method(type, name_of(kMemory)))
+        install_memory(type);
     install_binary<kAdd, &PyNumberMethods::nb_add>(type);
     install_binary<kSub, &PyNumberMethods::nb_subtract>(type);
     install_binary<kDiv, &PyNumberMethods::nb_divide>(type);

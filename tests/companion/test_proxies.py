@@ -2,12 +2,15 @@
 """Tests of the generated proxy classes against the native tables. Run by Python 2.7 with
 NAME=DESCRIPTION for every module."""
 
+import array
 import gc
 import importlib
 import inspect
 import json
 import pickle
 import pydoc
+import random
+import struct
 import sys
 import unittest
 import weakref
@@ -285,6 +288,72 @@ class NativeMethodTest(unittest.TestCase):
         doubled.g = 0.25
         doubled.r = 3
         self.assertEqual((doubled.r, OpenQuilRender.RV_PIXEL.r.fget(doubled)), (0.5, 3))
+
+
+class MemoryTest(unittest.TestCase):
+    """Buffers beside array.array, which holds the same items."""
+    KINDS = {'b': OpenQuil.SignedCharBuffer, 'B': OpenQuil.UnsignedCharBuffer,
+             'h': OpenQuil.ShortBuffer, 'H': OpenQuil.UnsignedShortBuffer, 'i': OpenQuil.IntBuffer,
+             'I': OpenQuil.UnsignedIntBuffer, 'l': OpenQuil.LongBuffer,
+             'L': OpenQuil.UnsignedLongBuffer, 'f': OpenQuil.FloatBuffer,
+             'd': OpenQuil.DoubleBuffer}
+
+    def test_slices_and_views(self):
+        chance = random.Random(7)
+        for code, kind in sorted(self.KINDS.items()):
+            model = array.array(code, [chance.randrange(100) for _ in range(9)])
+            raw = model.tostring()
+            for source in model, raw, bytearray(raw), buffer(raw), kind(model), list(model), \
+                    memoryview(kind(model)):
+                self.assertEqual(kind(source).readBytes(0, 9), raw, (code, source))
+            items = kind(model)
+            for _ in range(100):
+                part = slice(*[chance.choice([None] + range(-11, 11)) for _ in range(2)] +
+                             [chance.choice((None, 1, 2, 3, -1, -2))])
+                given = array.array(code, [chance.randrange(100) for _ in model[part]])
+                model[part], items[part] = given, given
+                found = items[part]
+                if code == 'B':
+                    self.assertEqual(items[part], given.tostring())
+                else:
+                    self.assertEqual(found, list(given))
+                self.assertEqual(str(buffer(items)), model.tostring())
+            view = memoryview(items)
+            self.assertEqual((view.format, view.itemsize, view.shape, view.readonly),
+                             (code, model.itemsize, (9,), False))
+            view[:] = memoryview(kind(9))
+            self.assertEqual(items.readBytes(0, 9), '\0' * len(raw))
+            self.assertRaises(ValueError, items.__setitem__, slice(2), model)
+            self.assertRaises(TypeError, items.__setitem__, 'a', 1)
+        doubles = array.array('d', [1, 2])
+        self.assertEqual(list(OpenQuil.FloatBuffer(doubles)), [1, 2])  # numbers, converted
+        for wrong in memoryview(OpenQuil.DoubleBuffer(2)), memoryview(OpenQuil.ShortBuffer(2)):
+            self.assertRaisesRegexp(TypeError, 'of another type', OpenQuil.FloatBuffer, wrong)
+        self.assertRaises(ValueError, OpenQuil.IntBuffer(3).write, 0, 'abcde')
+
+    def test_pixels(self):
+        pixels, numbers = OpenQuil.PixelBuffer(3), array.array('f', range(8))
+        pixels.write(1, numbers)
+        self.assertEqual((pixels[2].r, pixels.readBytes(1, 2)), (4, numbers.tostring()))
+        view = memoryview(pixels)
+        self.assertEqual((view.format, view.shape, view.strides), ('f', (3, 4), (16, 4)))
+        for start, data, error in ((2, numbers, IndexError), (0, 'a' * 15, ValueError),
+                                   (0, array.array('d', [1, 2]), TypeError), (0, None, TypeError)):
+            self.assertRaises(error, pixels.write, start, data)
+
+    def test_a_view_keeps_the_memory_and_the_host_s_is_not_viewed(self):
+        view = memoryview(OpenQuil.IntBuffer([5, 6]))
+        others = [OpenQuil.IntBuffer(2) for _ in range(100)]
+        self.assertEqual(struct.unpack('2i', view.tobytes()), (5, 6))
+        lent = OpenQuil.IntBuffer([7])
+        lent.thisown = False
+        seen = buffer(lent)
+        self.assertRaisesRegexp(BufferError, 'lends', memoryview, lent)
+        self.assertEqual(str(seen), struct.pack('i', 7))
+        lent.thisown = True
+        OpenQuil._native.delete_IntBuffer(lent)
+        self.assertRaises(TypeError, str, seen)
+        self.assertRaises(BufferError, memoryview, OpenQuil.VoidPointerBuffer(others[:2]))
 
 
 class Recorder(OpenQuilRender.ZRenderCallback):
