@@ -60,15 +60,17 @@ lint-fast: setup-checks
 	cmake --preset debug -B build-lint
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++) --changed
 
-# The same, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp) on everything, and the ratio
-# of test lines to code lines.
+# The same, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp) on everything, whether the
+# faults of `make strength` fit the sources, and the ratio of test lines to code lines.
 lint: lint-fast
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++)
+	python3 tools/strength/plant_faults.py --check
 	python3 tools/test_ratio.py
 
-# What the tests catch: faults planted one at a time (twenty minutes); writes docs/test_strength.md.
+# What the tests catch: faults planted and operators flipped, one at a time (hours); writes
+# docs/test_strength.md.
 strength: setup-tests
-	python3 tools/strength/plant_faults.py --folder build/strength --output docs/test_strength.md
+	python3 tools/strength/plant_faults.py --output docs/test_strength.md
 
 # Call times of the wrappers beside hand-written C, Cython and ctypes; see bench/run.py.
 bench: build setup-bench

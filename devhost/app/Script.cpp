@@ -4,6 +4,11 @@
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
+#include "devhost/app/ProgramModule.h"
+#include "devhost/app/PythonProfile.h"
+#include "devhost/app/Reference.h"
+#include "devhost/app/ScriptThreads.h"
+#include "devhost/app/StandardStreams.h"
 #include "devhost/process/InterpreterGate.h"
 #include "devhost/process/ReportedExceptions.h"
 #include "devhost/session/RenderSession.h"
@@ -16,15 +21,9 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 
 namespace quilhost {
 namespace {
-
-struct Release {
-    void operator()(PyObject *object) const { Py_XDECREF(object); }
-};
-using Reference = std::unique_ptr<PyObject, Release>;
 
 /// build/python, beside the folder of this executable.
 std::string modulesFolder() {
@@ -106,7 +105,8 @@ void guardCallback(const std::function<void()> &call) {
 }
 
 void setArguments(const Options &options) {
-    std::vector<std::string> arguments{options.hasExpression ? "-c" : options.pythonFile};
+    std::vector<std::string> arguments{
+        options.hasExpression || options.hasTests() ? "-c" : options.pythonFile};
     arguments.insert(arguments.end(), options.scriptArguments.begin(),
                      options.scriptArguments.end());
     std::vector<char *> pointers;
@@ -117,22 +117,52 @@ void setArguments(const Options &options) {
     PySys_SetArgvEx(static_cast<int>(pointers.size()), pointers.data(), 1);
 }
 
-/// quilhost.live_objects(): the number of live host objects by class.
-PyObject *liveObjects(PyObject *, PyObject *) {
-    Reference result(PyDict_New());
-    for (const auto &[name, count] : objectCensus()) {
-        const Reference key(PyString_FromStringAndSize(name.data(), Py_ssize_t(name.size())));
-        const Reference value(PyInt_FromLong(count));
-        if (!result || !key || !value || PyDict_SetItem(result.get(), key.get(), value.get()) < 0)
-            return nullptr;
-    }
-    return result.release();
+/// The handler of SIGTERM as scripts see it: `finally` clauses and functions at exit run.
+PyObject *endByTermination(PyObject *, PyObject *) {
+    stopEverything(SIGTERM);
+    devhost::expectExits();
+    const Reference code(PyInt_FromLong(kTerminated));
+    PyErr_SetObject(PyExc_SystemExit, code.get());
+    return nullptr;
 }
 
-PyMethodDef programFunctions[] = {
-    {"live_objects", liveObjects, METH_NOARGS,
-     "The number of live host objects by class; counted with --leak-check only."},
-    {nullptr, nullptr, 0, nullptr}};
+PyMethodDef terminationDefinition = {"end_by_termination", endByTermination, METH_VARARGS,
+                                     "Ends the script and the program, orderly."};
+
+/// Unless whoever started the program ignores the signal. Scripts may handle it themselves.
+void handleTermination() {
+    const Reference module(PyImport_ImportModule("signal"));
+    const Reference found(module
+                              ? PyObject_CallMethod(module.get(), const_cast<char *>("getsignal"),
+                                                    const_cast<char *>("i"), SIGTERM)
+                              : nullptr);
+    if (found && PyInt_Check(found.get()) && PyInt_AS_LONG(found.get()) == long(SIG_DFL))
+        Reference(PyObject_CallMethod(module.get(), const_cast<char *>("signal"),
+                                      const_cast<char *>("iN"), SIGTERM,
+                                      PyCFunction_New(&terminationDefinition, nullptr)));
+    PyErr_Clear();
+}
+
+PyObject *listOf(const std::vector<std::string> &texts) {
+    PyObject *const list = PyList_New(0);
+    for (const std::string &text : texts)
+        PyList_Append(list, Reference(PyString_FromString(text.c_str())).get());
+    return list;
+}
+
+ScriptEnd runTests(const Options &options) {
+    const Reference runner(PyImport_ImportModule("quilhost_testing"));
+    const Reference code(
+        runner ? PyObject_CallMethod(runner.get(), const_cast<char *>("run"),
+                                     const_cast<char *>("NNiss"), listOf(options.tests),
+                                     listOf(options.testPatterns), options.failFast,
+                                     options.junit.c_str(), options.scene.c_str())
+               : nullptr);
+    if (!code)
+        return endOf(code);
+    return PyInt_AsLong(code.get()) == 0 ? ScriptEnd{}
+                                         : ScriptEnd{ScriptEnd::kFailed, kScriptError};
+}
 
 /// Classes outlive the interpreter: those of a script because nobody collects them any more,
 /// registered proxy classes because the modules keep them. What they hold is let go here, as the
@@ -173,15 +203,19 @@ Script::Script(const Options &options) : options_(options) {
     {
         const InterruptHandover handover;
         Py_InitializeEx(1);
+        handleTermination();
     }
+    setUpStandardStreams();
     PyEval_InitThreads();
-    Py_InitModule("quilhost", programFunctions);
+    addProgramModule();
+    watchScriptThreads();
     setArguments(options);
     const std::string folder = modulesFolder();
     const Reference path(PyString_FromStringAndSize(folder.data(), Py_ssize_t(folder.size())));
     PyList_Insert(PySys_GetObject(const_cast<char *>("path")), 1, path.get());
     if (options.leakCheck)
         startObjectCensus();
+    profileThread();
     devhost::renderSession().onCallbackError = reportCallbackError;
     devhost::renderSession().callbackGuard = guardCallback;
 }
@@ -199,10 +233,14 @@ Script::~Script() {
 
 ScriptEnd Script::run() {
     PyObject *const names = mainNamespace();
+    if (options_.hasTests())
+        return runTests(options_);
     if (options_.hasExpression)
         return endOf(Reference(
             PyRun_String(options_.pythonExpression.c_str(), Py_file_input, names, names)));
     const std::string &file = options_.pythonFile;
+    if (file == kStandardInput)
+        return endOf(Reference(PyRun_File(stdin, "<stdin>", Py_file_input, names, names)));
     std::FILE *const stream = std::fopen(file.c_str(), "rb");
     if (!stream)
         throw Failure(kUsageError, "cannot read script '" + file + "': " + std::strerror(errno));

@@ -2,6 +2,7 @@
 // Viewports for scripts: the renderers that native code has registered, and images of the scene
 // that they draw.
 
+#include "devhost/api/render/Picture.h"
 #include "devhost/session/Viewport.h"
 #include "host/core/ZStringArray.h"
 #include "host/render/ZViewportRenderer.h"
@@ -22,7 +23,7 @@ struct Viewports {
     }
     static ZStatus render(ZString const &name, unsigned int width, unsigned int height,
                           ZString const &file_name) {
-        return devhost::renderViewport(name.asChar(), width, height, file_name.asChar());
+        return devhost::renderViewportToFile(name.asChar(), width, height, file_name.asChar());
     }
 };
 

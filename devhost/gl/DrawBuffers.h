@@ -3,6 +3,7 @@
 
 // A colour and a depth buffer to draw in.
 
+#include "devhost/gl/TargetTextures.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZStatus.h"
 
@@ -19,9 +20,10 @@ class DrawBuffers {
     ZStatus make(unsigned width, unsigned height);
     void drop();
 
-    unsigned width() const { return width_; }
-    unsigned height() const { return height_; }
+    unsigned width() const { return static_cast<unsigned>(textures_.width); }
+    unsigned height() const { return static_cast<unsigned>(textures_.height); }
     bool exist() const { return framebuffer_; }
+    const TargetTextures &textures() const { return textures_; }
 
     /// Directs drawing to the whole of the buffers.
     void bind() const;
@@ -31,8 +33,8 @@ class DrawBuffers {
     ZStatus read(ZImage &image) const;
 
   private:
-    unsigned width_ = 0, height_ = 0;
-    unsigned framebuffer_ = 0, color_ = 0, depth_ = 0;
+    unsigned framebuffer_ = 0;
+    TargetTextures textures_;
 };
 
 } // namespace devhost

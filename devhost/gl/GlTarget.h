@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// An image that OpenGL draws into off screen, and its way from and to memory.
+// An image that OpenGL draws a viewport into off screen.
 
-#include "devhost/session/Viewport.h"
-#include "host/core/ZMatrix.h"
+#include "devhost/gl/TargetTextures.h"
 
 #include <memory>
 
@@ -23,17 +22,15 @@ class GlTarget {
 
     /// Makes OpenGL draw into all of the target.
     void bind();
-    /// Copies the target to an image of its size. The projection turns OpenGL's depths to
-    /// distances.
-    void read(ViewportImage &image, const ZMatrix &projection);
-    void write(const ViewportImage &image, const ZMatrix &projection);
+    /// What is drawn into.
+    const TargetTextures &textures() const { return textures_; }
 
   private:
     GlTarget(unsigned width, unsigned height);
 
-    int width_, height_;
     int previous_ = 0; // framebuffer before
-    unsigned framebuffer_ = 0, color_ = 0, depth_ = 0;
+    unsigned framebuffer_ = 0;
+    TargetTextures textures_;
 };
 
 } // namespace devhost

@@ -2,11 +2,15 @@
 #include "devhost/gl/HardwareRendering.h"
 
 #include "devhost/gl/DrawPlaces.h"
+#include "devhost/gl/ExposureMean.h"
 #include "devhost/gl/GlContext.h"
 #include "devhost/gl/HardwareDevice.h"
 #include "devhost/gl/HardwareFrame.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Guarded.h"
+#include "host/render/ZGLFunctionTable.h"
+
+#include <GL/gl.h>
 
 namespace devhost {
 namespace {
@@ -23,17 +27,136 @@ class FrameScope {
         hardwareDevice().push(DrawTarget::kFrame);
     }
     ~FrameScope() {
-        // A procedure may have left other targets in use.
         if (hasBuffers_ && hasGl())
             hardwareDevice().popTo(depth_);
         hardwareFrame() = {};
     }
     FrameScope(const FrameScope &) = delete;
 
+    /// Executes the procedures of a place, none of which finds what another one left in use.
+    void run(DrawPlace place) const {
+        runDrawProcedures(place);
+        if (!hasBuffers_)
+            return;
+        glContext().tryAcquire(); // one may have given OpenGL back
+        hardwareDevice().popTo(depth_);
+        hardwareDevice().push(DrawTarget::kFrame);
+    }
+
   private:
     bool hasBuffers_;
     size_t depth_;
 };
+
+/// OpenGL's matrices are the frame's as long as it lives; then they are what they were.
+class MatrixScope {
+  public:
+    explicit MatrixScope(bool hasBuffers) : gl_(hasBuffers ? glFunctionTable() : nullptr) {
+        if (!gl_)
+            return;
+        gl_->glGetIntegerv(GL_MATRIX_MODE, &mode_);
+        forBoth([&](ZGLenum) { gl_->glPushMatrix(); });
+    }
+    ~MatrixScope() {
+        if (gl_)
+            forBoth([&](ZGLenum) { gl_->glPopMatrix(); });
+    }
+    MatrixScope(const MatrixScope &) = delete;
+
+    /// Looks through a place of the pixels.
+    void look(const HardwareView &view, const HardwareView::Place &place) const {
+        if (!gl_)
+            return;
+        const HardwareFrame &frame = hardwareFrame();
+        const double size[] = {double(frame.width), double(frame.height)};
+        ZMatrix projection = view.projection;
+        for (unsigned row = 0; row < 4; ++row)
+            for (unsigned axis = 0; axis < 2; ++axis)
+                projection(row, axis) -= projection(row, 3) * (2 * place[axis] - 1) / size[axis];
+        forBoth([&](ZGLenum mode) {
+            gl_->glLoadMatrixd(mode == GL_PROJECTION ? projection[0] : view.view[0]);
+        });
+    }
+
+  private:
+    template <class Work>
+    void forBoth(Work work) const {
+        for (const ZGLenum mode : {ZGLenum{GL_PROJECTION}, ZGLenum{GL_MODELVIEW}}) {
+            gl_->glMatrixMode(mode);
+            work(mode);
+        }
+        gl_->glMatrixMode(static_cast<ZGLenum>(mode_));
+    }
+
+    ZGLFunctionTable *gl_;
+    ZGLint mode_ = 0;
+};
+
+/// The frame's pixels in memory, from and to its buffers where there are.
+class FrameImage {
+  public:
+    FrameImage(const ZMatrix &projection, bool hasBuffers)
+        : projection_(projection), hasBuffers_(hasBuffers) {
+        const HardwareFrame &frame = hardwareFrame();
+        image_ = ViewportImage::clear(frame.width, frame.height);
+    }
+    ViewportImage &read() {
+        if (hasBuffers_)
+            textures().read(image_, projection_);
+        return image_;
+    }
+    /// Writes back what was read.
+    void write() const {
+        if (hasBuffers_)
+            textures().write(image_, projection_);
+    }
+    void write(const ViewportImage &image) {
+        image_ = image;
+        write();
+    }
+
+  private:
+    static const TargetTextures &textures() {
+        return hardwareDevice().buffers(DrawTarget::kFrame).textures();
+    }
+
+    const ZMatrix &projection_;
+    bool hasBuffers_;
+    ViewportImage image_;
+};
+
+/// Draws all exposures, and leaves their mean in the image. False when the session was cancelled.
+bool expose(const HardwareView &view, const FrameScope &scope, const MatrixScope &matrices,
+            FrameImage &image) {
+    auto &session = renderSession();
+    const unsigned count = hardwareFrame().exposureCount;
+    const ViewportImage before = count > 1 ? image.read() : ViewportImage();
+    ExposureMean mean;
+    for (unsigned i = 0; i < count; ++i) {
+        if (session.cancelled)
+            return false;
+        hardwareFrame().exposure = i;
+        if (i > 0)
+            image.write(before);
+        matrices.look(view, view.places[i]);
+        scope.run(DrawPlace::kPreExposure);
+        if (view.drawMeshes) {
+            view.drawMeshes(image.read(), view.places[i]);
+            image.write();
+        }
+        scope.run(DrawPlace::kPostExposure);
+        if (count > 1)
+            mean.add(image.read());
+        if (session.progress)
+            session.progress("drawing", int((i + 1) * 100 / count));
+    }
+    if (count > 1) {
+        ViewportImage whole = before;
+        mean.get(whole);
+        image.write(whole);
+    }
+    return true;
+}
 
 } // namespace
 
@@ -42,16 +165,17 @@ HardwareFrame &hardwareFrame() {
     return frame;
 }
 
-ZStatus drawHardwareFrame(unsigned exposures, const std::function<void(unsigned)> &expose) {
+ZStatus drawHardwareFrame(const HardwareView &view, ViewportImage *result) {
     const auto &settings = renderSession().settings;
     if (hardwareFrame().isDrawing)
         return {ZStatus::kFailure, "a frame is being drawn already"};
-    if (!exposures || !settings.width || !settings.height)
+    if (view.places.empty() || !settings.width || !settings.height)
         return {ZStatus::kInvalidParameter, "the frame has no exposures or no size"};
     return guarded([&]() -> ZStatus {
         const GlUse use;
         HardwareDevice &device = hardwareDevice();
-        const HardwareFrame frame{true, settings.width, settings.height, 0, exposures};
+        const HardwareFrame frame{true, settings.width, settings.height, 0,
+                                  static_cast<unsigned>(view.places.size())};
         const bool hasBuffers = glContext().available;
         if (hasBuffers) {
             ZStatus status = device.open();
@@ -61,15 +185,17 @@ ZStatus drawHardwareFrame(unsigned exposures, const std::function<void(unsigned)
                 return status;
         }
         const FrameScope scope(frame, hasBuffers);
-        runDrawProcedures(DrawPlace::kPreRendering);
-        for (unsigned i = 0; i < exposures; ++i) {
-            hardwareFrame().exposure = i;
-            runDrawProcedures(DrawPlace::kPreExposure);
-            if (expose)
-                expose(i);
-            runDrawProcedures(DrawPlace::kPostExposure);
-        }
-        runDrawProcedures(DrawPlace::kPostRendering);
+        const MatrixScope matrices(hasBuffers);
+        FrameImage image(view.projection, hasBuffers);
+        constexpr HardwareView::Place centre{0.5, 0.5};
+        matrices.look(view, centre);
+        scope.run(DrawPlace::kPreRendering);
+        if (!expose(view, scope, matrices, image))
+            return {ZStatus::kFailure, "the render was interrupted"};
+        matrices.look(view, centre);
+        scope.run(DrawPlace::kPostRendering);
+        if (result)
+            *result = image.read();
         return {};
     });
 }

@@ -140,6 +140,15 @@ ZStatus tellShadows() {
 
 } // namespace
 
+ZStatus describeFrame(const CameraView &view, Frame &frame) {
+    const auto &settings = renderSession().settings;
+    const PixelRegion region = renderRegion();
+    if (region.isEmpty() || !region.isInside(PixelRegion::all(settings.width, settings.height)))
+        return {ZStatus::kInvalidParameter, "the region is empty or not inside the image"};
+    describe(view, region, frame.data);
+    return {};
+}
+
 ZStatus renderFrame(Frame &frame, bool withDepth) try {
     auto &session = renderSession();
     const bool withCallbacks = hasRenderCallbacks();
@@ -153,12 +162,11 @@ ZStatus renderFrame(Frame &frame, bool withDepth) try {
             findCameraView(settings.width, settings.height, settings.pixelAspectRatio, view);
         status.error())
         return status;
-    const PixelRegion region = renderRegion();
-    if (region.isEmpty() || !region.isInside(PixelRegion::all(settings.width, settings.height)))
-        return {ZStatus::kInvalidParameter, "the region is empty or not inside the image"};
-    describe(*view, region, frame.data);
-    frame.pixels.assign(region.area() * 4, 0);
-    frame.depth.assign(withDepth || withCallbacks ? region.area() : 0, 0);
+    if (const ZStatus status = describeFrame(*view, frame); status.error())
+        return status;
+    const size_t area = size_t(frame.data.xsize) * frame.data.ysize;
+    frame.pixels.assign(area * 4, 0);
+    frame.depth.assign(withDepth || withCallbacks ? area : 0, 0);
 
     const Shader shader(scene(), rayTracer(), sessionShading());
     if (const ZStatus status = renderPixels(frame, {frame, *view, shader}); status.error())

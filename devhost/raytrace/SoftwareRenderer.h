@@ -8,6 +8,7 @@
 #include "host/core/ZStatus.h"
 #include "host/render/ZRenderData.h"
 
+#include <string>
 #include <vector>
 
 namespace devhost {
@@ -22,7 +23,15 @@ struct Frame {
     /// The distance along the view direction at the pixel's centre, infinite where nothing is.
     /// Empty when nobody asked for depths.
     std::vector<float> depth;
+    /// What made it, for people.
+    std::string renderer = "software";
 };
+
+struct CameraView;
+
+/// Fills in the frame's data, for the session's region. Fails with kInvalidParameter when that is
+/// not inside the image.
+ZStatus describeFrame(const CameraView &view, Frame &frame);
 
 /// Renders the scene as the render session says: camera, size, region, samples, exposure and
 /// threads. Callbacks run on the calling thread, which must not have the interpreter lock. Fails

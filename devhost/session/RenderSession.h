@@ -47,6 +47,8 @@ struct RenderSession {
     unsigned threads = 0;
     /// The part of the image to render; none for the whole image.
     std::optional<PixelRegion> region;
+    /// What renders frames: isRendererName tells the names.
+    std::string renderer = "software";
     /// The number of samples in each pixel.
     unsigned samples = 4;
     /// In stops: each one doubles all light.

@@ -2,20 +2,17 @@
 #include "devhost/session/Viewport.h"
 
 #include "devhost/gl/GlContext.h"
-#include "devhost/image/ImageIo.h"
-#include "devhost/image/Srgb.h"
 #include "devhost/raytrace/CameraView.h"
-#include "devhost/raytrace/RayTracer.h"
-#include "devhost/raytrace/Shading.h"
-#include "devhost/session/Parallel.h"
+#include "devhost/session/MeshDrawing.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/session/ViewportRegistry.h"
 #include "devhost/session/ViewportRequest.h"
 #include "devhost/util/Guarded.h"
+#include "devhost/util/Notices.h"
 
-#include <algorithm>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace devhost {
 namespace {
@@ -25,30 +22,6 @@ RegisteredViewport *find(const std::string &name) {
         if (entry.name == name)
             return &entry;
     return nullptr;
-}
-
-/// Draws the meshes, lit, where nothing nearer is in the image. Viewports cast no shadows.
-void drawStandard(ViewportImage &image, const ViewRays &rays) {
-    const RayTracer &tracer = rayTracer();
-    const Shader shader(scene(), tracer, sessionShading(false));
-    const size_t width = image.width, height = image.height;
-    forBlocks(width * height, 256, [&](size_t begin, size_t end) {
-        for (size_t i = begin; i < end; ++i) {
-            const size_t column = i % width, row = i / width;
-            const double x = (double(column) + 0.5) * 2 / double(width) - 1;
-            const double y = (double(row) + 0.5) * 2 / double(height) - 1;
-            const ZFloatVector direction = rays.direction(x, y);
-            Hit hit;
-            const ZFloatVector color = shader.trace(rays.origin(x, y), direction, 0, &hit).color;
-            const float depth = hit.distance / direction.length();
-            if (!hit.hit || depth >= image.depth[i])
-                continue;
-            image.depth[i] = depth;
-            for (unsigned channel = 0; channel < 3; ++channel)
-                image.rgba[i * 4 + channel] = srgbByte(color[channel]);
-            image.rgba[i * 4 + 3] = 255;
-        }
-    });
 }
 
 /// Decides what the renderer draws with; OpenGL where both sides can.
@@ -81,12 +54,12 @@ ZStatus drawWith(ZViewportRenderer &renderer, ViewportRequest &request) {
         return {ZStatus::kFailure, "the viewport renderer supports neither OpenGL nor software"};
     }
     if (request.gl) {
-        request.gl->write(request.image, request.projection);
+        request.gl->textures().write(request.image, request.projection);
         request.gl->bind();
     }
     const ZStatus status = renderer.render(request.info);
     if (request.gl) {
-        request.gl->read(request.image, request.projection);
+        request.gl->textures().read(request.image, request.projection);
         request.gl.reset();
     }
     return status;
@@ -96,7 +69,13 @@ ZStatus draw(RegisteredViewport &entry, ViewportRequest &request, const ViewRays
     ZViewportRenderer &renderer = *entry.renderer;
     const auto mode = renderer.renderingOverride();
     bool drawsStandard = true;
-    if (mode != ZViewportRenderer::kNoOverride && renderer.override(mode)) {
+    const bool takesOver = mode != ZViewportRenderer::kNoOverride && renderer.override(mode);
+    if (!takesOver)
+        tell({"viewport renderer", "", "viewport renderer '" + entry.name + "'",
+              mode == ZViewportRenderer::kNoOverride ? "its renderingOverride is kNoOverride"
+                                                     : "it refuses its own renderingOverride",
+              "the host draws"});
+    if (takesOver) {
         if (const ZStatus status = initialize(entry); status.error())
             return status;
         drawsStandard =
@@ -106,31 +85,35 @@ ZStatus draw(RegisteredViewport &entry, ViewportRequest &request, const ViewRays
             return status;
     }
     if (drawsStandard)
-        drawStandard(request.image, rays);
+        drawMeshes(request.image, rays);
     return {};
 }
 
 ZStatus renderRequest(RegisteredViewport &entry, unsigned width, unsigned height,
-                      const std::string &output, ViewportImage *result) {
+                      double pixelAspectRatio, ViewportImage &image) {
     std::optional<CameraView> view;
-    if (const ZStatus status = findCameraView(width, height, 1, view); status.error())
+    if (const ZStatus status = findCameraView(width, height, pixelAspectRatio, view);
+        status.error())
         return status;
     ViewportRequest request;
-    request.image = {width, height, {}, {}};
-    request.image.rgba.resize(size_t(width) * height * 4);
-    request.image.depth.resize(size_t(width) * height, std::numeric_limits<float>::infinity());
+    request.image = ViewportImage::clear(width, height);
     ZDagPath::getAPathTo(scene().object(view->camera), request.camera);
     request.view = view->rays.frame.worldToView();
     request.projection = view->projection();
     const RenderStateScope drawing(ZRenderUtil::kInteractiveRender);
     if (const ZStatus status = draw(entry, request, view->rays); status.error())
         return status;
-    if (result)
-        *result = request.image;
-    return output.empty() ? ZStatus() : writePng(output, width, height, request.image.rgba.data());
+    image = std::move(request.image);
+    return {};
 }
 
 } // namespace
+
+ViewportImage ViewportImage::clear(unsigned width, unsigned height) {
+    const size_t pixels = size_t(width) * height;
+    return {width, height, std::vector<unsigned char>(pixels * 4),
+            std::vector<float>(pixels, std::numeric_limits<float>::infinity())};
+}
 
 std::vector<std::string> viewportRenderers() {
     std::vector<std::string> names;
@@ -145,11 +128,11 @@ ZViewportRenderer *findViewportRenderer(const std::string &name) {
 }
 
 ZStatus renderViewport(const std::string &name, unsigned width, unsigned height,
-                       const std::string &output, ViewportImage *result) {
+                       double pixelAspectRatio, ViewportImage &image) {
     RegisteredViewport *entry = find(name);
     if (!entry)
-        return {ZStatus::kNotFound, ("there is no viewport renderer " + name).c_str()};
-    return guarded([&] { return renderRequest(*entry, width, height, output, result); });
+        return {ZStatus::kNotFound, ("there is no viewport renderer '" + name + "'").c_str()};
+    return guarded([&] { return renderRequest(*entry, width, height, pixelAspectRatio, image); });
 }
 
 } // namespace devhost

@@ -16,8 +16,13 @@ namespace devhost {
 /// Rows from the bottom up: 4 bytes for each pixel, and the distance along the view direction.
 struct ViewportImage {
     unsigned width = 0, height = 0;
+    /// sRGB codes and the opacity, which the colours are not multiplied by.
     std::vector<unsigned char> rgba;
+    /// Infinite where nothing is.
     std::vector<float> depth;
+
+    /// An image without anything.
+    OPENQUIL_API static ViewportImage clear(unsigned width, unsigned height);
 };
 
 /// The names of the registered renderers, in the order of their registration.
@@ -27,10 +32,11 @@ OPENQUIL_API std::vector<std::string> viewportRenderers();
 OPENQUIL_API ZViewportRenderer *findViewportRenderer(const std::string &name);
 
 /// Draws the scene through the session's camera with a registered renderer, as much of it as the
-/// renderer takes over, and writes a PNG file where `output` names one. Fails with kNotFound when
-/// there is no such renderer or no camera, with kFailure when the renderer supports no rendering
-/// interface of this host, else as the renderer or the writing of the file does.
+/// renderer takes over, into an image of the size. A renderer that takes nothing over is a notice.
+/// Fails with kNotFound when there is no such renderer or no camera, with kInvalidParameter when
+/// the size is not 1 to 16384 pixels, with kFailure when the renderer supports no rendering
+/// interface of this host, else as the renderer does.
 OPENQUIL_API ZStatus renderViewport(const std::string &name, unsigned width, unsigned height,
-                                    const std::string &output, ViewportImage *result = nullptr);
+                                    double pixelAspectRatio, ViewportImage &image);
 
 } // namespace devhost

@@ -16,7 +16,10 @@ class OPENQUIL_API ZDrawProcedureBase {
     /// Takes the procedure out of every list of the hardware renderer.
     virtual ~ZDrawProcedureBase();
 
-    /// Draws. Returns false when the drawing failed; the frame goes on.
+    /// Draws into the frame, whose framebuffer is bound; a procedure that binds another one leaves
+    /// no trace of that. OpenGL's projection and model-view matrices are those of the camera, so
+    /// that coordinates are the scene's, and its depths are comparable with those of the meshes.
+    /// Returns false when the drawing failed; the frame goes on.
     virtual bool execute() = 0;
 
     /// Turns the procedure on or off. The renderer skips a procedure that is off, but keeps it in

@@ -36,12 +36,14 @@ class OPENQUIL_API ZHardwareRenderer {
         kRGBA_Float16 = 1,  ///< Four channels of 16-bit floating point.
         kDepth_Float32 = 2, ///< Depth in 32 bits of floating point.
     };
-    /// Where in a frame draw procedures are executed. A frame is drawn in one or more exposures.
+    /// Where in a frame draw procedures are executed. A frame is drawn in one or more exposures,
+    /// each through another place of the pixels, and is their mean. The development host has one
+    /// for each of the samples, and draws the meshes, lit and without shadows, in each.
     enum CallLocation : int {
-        kPreRendering = 0,  ///< Before the first exposure.
-        kPreExposure = 1,   ///< Before each exposure.
-        kPostExposure = 2,  ///< After each exposure.
-        kPostRendering = 3, ///< After the last exposure.
+        kPreRendering = 0,  ///< Before the first exposure: what all of them begin with.
+        kPreExposure = 1,   ///< In each exposure, before the meshes.
+        kPostExposure = 2,  ///< In each exposure, behind the meshes.
+        kPostRendering = 3, ///< On the mean of the exposures.
     };
     /// The shapes that swatches are drawn on.
     enum GeometricShape : int {
@@ -137,7 +139,9 @@ class OPENQUIL_API ZHardwareRenderer {
     void getSwatchLightDirection(float &x, float &y, float &z, float &w) const;
     /// Fills the viewport of the current context, whatever else is set: with the colour or, when
     /// textured, with a checkerboard of the colour and one of half its brightness that has the
-    /// given number of squares along each side. Does nothing when there is no OpenGL.
+    /// given number of squares along each side. That may be the context of swatches, of a frame or
+    /// of a viewport's target, or a framebuffer object that is bound, with its first draw buffer.
+    /// Does nothing when nothing is there to draw into or OpenGL cannot be had.
     void drawSwatchBackGroundQuads(ZColor const &color = ZColor(0.5f, 0.5f, 0.5f, 1.0f),
                                    bool textured = false, unsigned int numberOfRepeats = 8) const;
 

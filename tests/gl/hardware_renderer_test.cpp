@@ -17,6 +17,7 @@
 #include <GL/glext.h>
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -49,7 +50,7 @@ class HardwareBuffers : public apptest::SquareScene {
     void SetUp() override {
         SquareScene::SetUp();
         if (!devhost::glContext().available)
-            GTEST_SKIP() << devhost::glContext().whyNot();
+            FAIL() << devhost::glContext().whyNot();
         devhost::closeHardwareDevice();
     }
     void TearDown() override {
@@ -121,6 +122,105 @@ TEST_F(HardwareBuffers, ProceduresDrawIntoTheFrame) {
     ASSERT_FALSE(devhost::drawHardwareFrame().error());
     ASSERT_FALSE(devhost::readHardwareFrame(image).error());
     EXPECT_EQ(pixel(image, 0, 0), (Pixel{0, 0, 0, 0})); // cleared between frames
+}
+
+TEST_F(HardwareBuffers, ExposuresAddUpBetweenTheProcedures) {
+    auto &gl = *devhost::glFunctionTable();
+    devhost::HardwareView view;
+    view.places = {{0.5, 0.5}, {1, 0.25}};
+    view.projection(2, 2) = -0.1; // depths of 0 to 10 along -z are 0.5 to 1
+    view.view(3, 0) = 7;
+    std::string order;
+    view.drawMeshes = [&](devhost::ViewportImage &image, const auto &place) {
+        order += place[0] == 1 ? "B" : "A";
+        image.depth[0] = place[0] == 1 ? 4 : 2;
+        std::fill_n(&image.rgba[0], 4, 255); // a white pixel in the corner
+    };
+    const auto shift = [&](unsigned axis) { // of what is drawn, in pixels of 64 x 48
+        double projection[16];
+        gl.glGetDoublev(GL_PROJECTION_MATRIX, projection);
+        return -projection[12 + axis] * (axis ? 24 : 32);
+    };
+    Procedure red([&] { return clear(1, 0, 0), order += "r", shift(0) == 0; });
+    Procedure blue([&] {
+        unsigned exposure = 9;
+        renderer().getCurrentExposureNumber("", exposure);
+        EXPECT_NEAR(shift(0), exposure ? 0.5 : 0, 1e-6);
+        EXPECT_NEAR(shift(1), exposure ? -0.25 : 0, 1e-6);
+        if (exposure == 0)
+            clear(0, 0, 1);
+        return order += "b", true;
+    });
+    Procedure behind([&] { return order += "p", true; });
+    Procedure last([&] { // covers all, 3 away
+        double matrix[16];
+        gl.glGetDoublev(GL_MODELVIEW_MATRIX, matrix);
+        EXPECT_EQ(matrix[12], 7);
+        gl.glEnable(GL_DEPTH_TEST);
+        gl.glColor4f(0, 1, 0, 1);
+        gl.glLoadIdentity();
+        gl.glTranslated(0, 0, -3);
+        gl.glRectf(-1, -1, 1, 1);
+        gl.glDisable(GL_DEPTH_TEST);
+        return order += "l", shift(0) == 0;
+    });
+    const std::pair<Procedure *, ZHardwareRenderer::CallLocation> added[] = {
+        {&red, ZHardwareRenderer::kPreRendering},
+        {&blue, ZHardwareRenderer::kPreExposure},
+        {&behind, ZHardwareRenderer::kPostExposure},
+        {&last, ZHardwareRenderer::kPostRendering}};
+    for (const auto &[procedure, place] : added)
+        renderer().addDrawProcedure("", procedure, place);
+    last.setEnabled(false);
+    devhost::ViewportImage image;
+    ASSERT_FALSE(devhost::drawHardwareFrame(view, &image).error());
+    EXPECT_EQ(order, "rbApbBp");
+    // The mean light of the blue exposure and the red one, which began as all did.
+    EXPECT_EQ(std::vector(image.rgba.begin(), image.rgba.begin() + 8),
+              (std::vector<unsigned char>{255, 255, 255, 255, 188, 0, 188, 255}));
+    EXPECT_NEAR(image.depth[0], 2, 1e-5);
+    EXPECT_TRUE(std::isinf(image.depth[1]));
+    last.setEnabled(true);
+    ASSERT_FALSE(devhost::drawHardwareFrame(view, &image).error());
+    EXPECT_EQ(image.rgba[0], 255); // 2 away, before what is 3 away
+    EXPECT_EQ(image.rgba[4], 0);
+    EXPECT_NEAR(image.depth[1], 3, 1e-5);
+    EXPECT_EQ(session().callbackErrors, 0u);
+}
+
+TEST_F(HardwareBuffers, BackgroundsFillWhateverIsBound) {
+    auto &gl = *devhost::glFunctionTable(); // no device was opened
+    ZGLuint framebuffer = 0, textures[3];
+    gl.glGenFramebuffersEXT(1, &framebuffer);
+    gl.glGenTextures(3, textures);
+    gl.glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer);
+    const auto make = [&](GLenum kind, GLenum image, unsigned at) {
+        gl.glBindTexture(kind, textures[at]);
+        gl.glTexParameteri(kind, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+        for (unsigned face = 0; face < (kind == GL_TEXTURE_CUBE_MAP ? 6 : 1); ++face)
+            gl.glTexImage2D(kind == image ? image : GL_TEXTURE_CUBE_MAP_POSITIVE_X + face, 0,
+                            GL_RGBA8, 4, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
+        gl.glFramebufferTexture2DEXT(GL_FRAMEBUFFER_EXT, GL_COLOR_ATTACHMENT0_EXT + at, image,
+                                     textures[at], 0);
+    };
+    make(GL_TEXTURE_2D, GL_TEXTURE_2D, 0);
+    make(GL_TEXTURE_RECTANGLE, GL_TEXTURE_RECTANGLE, 1);
+    make(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_CUBE_MAP_NEGATIVE_Y, 2);
+    gl.glViewport(0, 0, 2, 4);
+    for (unsigned at = 0; at < 3; ++at) {
+        gl.glDrawBuffer(GL_COLOR_ATTACHMENT0_EXT + at);
+        gl.glReadBuffer(GL_COLOR_ATTACHMENT0_EXT + at);
+        renderer().drawSwatchBackGroundQuads(ZColor(0, 1, 0, 1));
+        for (const int x : {0, 3}) {
+            unsigned char p[4] = {};
+            gl.glReadPixels(x, 3, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, p);
+            EXPECT_EQ(p[1], x == 0 ? 255 : 0) << at << x;
+        }
+    }
+    EXPECT_EQ(gl.glGetError(), 0u);
+    gl.glDeleteFramebuffersEXT(1, &framebuffer);
+    gl.glDeleteTextures(3, textures);
+    renderer().drawSwatchBackGroundQuads(); // nothing is bound
 }
 
 TEST_F(HardwareBuffers, SwatchesKeepTheirPixelsAndNest) {

@@ -44,9 +44,11 @@ LAYERS = {
                         ' host/render/ZRenderUtil.h'            # enumerations: state and pass
                         # It draws viewports, with renderers that are objects of plug-ins.
                         ' host/render/ZRenderingInfo.h devhost/gl/GlContext.h'
-                        ' devhost/gl/GlTarget.h'
+                        ' devhost/gl/GlTarget.h devhost/gl/HardwareRendering.h'
+                        # It decides what renders a frame, and draws what renderers leave to it.
                         ' devhost/raytrace/CameraView.h devhost/raytrace/RayTracer.h'
-                        ' devhost/raytrace/Shading.h',
+                        ' devhost/raytrace/SamplePattern.h devhost/raytrace/Shading.h'
+                        ' devhost/raytrace/SoftwareRenderer.h',
                         'tests/render'),
     'devhost/raytrace': ('devhost/util devhost/scene devhost/image devhost/geometry'
                          ' devhost/session host/base host/core'
@@ -55,6 +57,7 @@ LAYERS = {
                          ' host/render/ZSwatchRenderBase.h',  # the material ball is a swatch
                          'tests/render'),
     'devhost/gl': ('devhost/util devhost/scene devhost/session host/base host/core'
+                   ' devhost/image/Srgb.h'  # exposures add up as light
                    # The host's function table is the list of the driver's entry points.
                    ' host/render/ZGLFunctionTable.h host/render/gl_functions.def',
                    'tests/gl'),
@@ -72,6 +75,11 @@ LAYERS = {
     'devhost/app': ('devhost host'
                     ' runtime/pointer_object.h',  # counts objects by what modules return
                     'tests/app'),
+    'devhost/farm': ('devhost/app/CommandLine.h devhost/app/Errors.h'  # quilhost's own reading
+                     ' devhost/image/PictureFile.h'
+                     ' devhost/session/Parallel.h devhost/session/PixelRegion.h devhost/util',
+                     'tests/farm'),
+    'examples': ('host', 'tests/gl'),
     'bench': ('host devhost/scene tests/scene/gltf_file.h tests/temporary_folder.h', ''),
     'tools/sanitizers': ('', ''),
 }
@@ -176,4 +184,5 @@ def main():
     return bool(found)
 
 
-sys.exit(main())
+if __name__ == '__main__':
+    sys.exit(main())

@@ -34,7 +34,9 @@ EXPORTED ZDrawProcedureBase *make_procedure(const char *name) {
     return procedure;
 }
 EXPORTED int draw(unsigned exposures) {
-    return devhost::drawHardwareFrame(exposures).statusCode();
+    devhost::HardwareView view;
+    view.places.resize(exposures);
+    return devhost::drawHardwareFrame(view).statusCode();
 }
 /// The calls since the last time.
 EXPORTED const char *take_calls() {

@@ -155,7 +155,8 @@ TEST_F(GeometryTest, ListFollowsTheScene) {
     scene().edit(scene().find("cube"))->local[3][0] = 5;
     Drawer drawer;
     ASSERT_TRUE(drawer.registerRenderer());
-    ASSERT_TRUE(renderViewport("drawer", 4, 4, ""));
+    ViewportImage image;
+    ASSERT_TRUE(renderViewport("drawer", 4, 4, 1, image));
     ASSERT_TRUE(drawer.drawn);
     ZGeometryList &list = *drawer.drawn;
     ASSERT_EQ(list.length(), 1);

@@ -51,7 +51,7 @@ class Viewport : public apptest::SquareScene {
   protected:
     devhost::ViewportImage drawn(unsigned width = 64, unsigned height = 48) {
         devhost::ViewportImage image;
-        const ZStatus status = devhost::renderViewport("painter", width, height, "", &image);
+        const ZStatus status = devhost::renderViewport("painter", width, height, 1, image);
         EXPECT_FALSE(status.error()) << status.errorString().asChar();
         image.rgba.resize(size_t(width) * height * 4); // to look at in any case
         image.depth.resize(size_t(width) * height);
@@ -165,12 +165,16 @@ TEST_F(Viewport, ImagesAreConvertedAndCutOff) {
         image.create(4, 4);
         return info.renderTarget().writeColorBuffer(image, 0, 0, true); // no depths
     };
-    EXPECT_EQ(devhost::renderViewport("painter", 8, 8, "").statusCode(),
+    devhost::ViewportImage image;
+    EXPECT_EQ(devhost::renderViewport("painter", 8, 8, 1, image).statusCode(),
               ZStatus::kInvalidParameter);
 }
 
 TEST_F(Viewport, RegistrationAndFailures) {
-    const auto render = [] { return devhost::renderViewport("painter", 8, 8, "").statusCode(); };
+    const auto render = [] {
+        devhost::ViewportImage image;
+        return devhost::renderViewport("painter", 8, 8, 1, image).statusCode();
+    };
     EXPECT_EQ(render(), ZStatus::kNotFound);
     ASSERT_TRUE(painter.registerRenderer());
     EXPECT_TRUE(Painter("painter").registerRenderer().error());
@@ -195,7 +199,7 @@ TEST_F(Viewport, RegistrationAndFailures) {
 
 TEST_F(Viewport, OpenGLDrawsIntoTheTarget) {
     if (!devhost::glContext().available)
-        GTEST_SKIP() << devhost::glContext().whyNot();
+        FAIL() << devhost::glContext().whyNot();
     ASSERT_TRUE(painter.registerRenderer());
     painter.supported = ZViewportRenderer::kOpenGL;
     painter.setRenderingOverride(ZViewportRenderer::kOverrideThenStandard);

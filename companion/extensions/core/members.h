@@ -137,6 +137,20 @@ class Frames {
     /// Returns the time of the frame that is rendered, also in callbacks; between frames that of
     /// the last one, and before the first frame that of the first.
     static ZTime current();
+    /// Returns what renders the frames: "software", "hardware" or "viewport:" with a name, as
+    /// quilhost's --renderer or setRenderer chose it.
+    static ZString renderer();
+    /// Chooses what renders the frames that a script leaves to the host, and those of render().
+    /// "software" is the host's own renderer, with the render callbacks. "hardware" draws the
+    /// meshes without shadows, once for each of the --samples, and executes the draw procedures in
+    /// the lists of ZHardwareRenderer before, between and behind that. "viewport:NAME" lets the
+    /// registered viewport renderer of the name draw. Fails with kInvalidParameter when the name is
+    /// none of these; a viewport renderer need not be registered yet.
+    static ZStatus setRenderer(ZString const &name);
+    /// Renders the current frame, in the size of the render settings, and writes it to a .png or
+    /// .exr file. Fails with kInvalidParameter for another file name, with kNotFound when there is
+    /// no camera or no viewport renderer of the name, and as the renderer does.
+    static ZStatus render(ZString const &fileName);
 };
 
 /// Swatches of materials and textures by the host's registered generators. The host's own one,

@@ -4,8 +4,12 @@
 #include "devhost/image/ImageIo.h"
 #include "devhost/image/Srgb.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
+#include "devhost/session/FrameRenderer.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/session/Viewport.h"
 #include "devhost/util/FileName.h"
+#include "devhost/util/Guarded.h"
+#include "devhost/util/Timeline.h"
 #include "devhost/util/Version.h"
 
 #include <algorithm>
@@ -90,6 +94,11 @@ std::vector<unsigned char> wholeImage(const Frame &frame) {
     return result;
 }
 
+ZStatus noFormat(const std::string &path) {
+    return {ZStatus::kInvalidParameter,
+            ("'" + path + "' is neither a .png nor a .exr file").c_str()};
+}
+
 } // namespace
 
 bool isPictureFileName(const std::string &path) {
@@ -101,9 +110,9 @@ bool holdsDepth(const std::string &path) {
 }
 
 ZStatus writePicture(const Picture &picture, const std::string &path) {
+    const Stage stage("write");
     if (!isPictureFileName(path))
-        return {ZStatus::kInvalidParameter,
-                ("'" + path + "' is neither a .png nor a .exr file").c_str()};
+        return noFormat(path);
     if (!isExr(path))
         return writePng(path, picture.width, picture.height, bytesOf(picture).data());
     const std::vector<float> pixels = lightOf(picture);
@@ -114,10 +123,11 @@ ZStatus writePicture(const Picture &picture, const std::string &path) {
 }
 
 ZStatus writeFrame(const Frame &frame, const std::string &path) {
+    const Stage stage("write");
     const ZRenderData &data = frame.data;
     if (!isExr(path))
         return writePng(path, data.resX, data.resY, wholeImage(frame).data());
-    ExrHeader header = aboutRender("software");
+    ExrHeader header = aboutRender(frame.renderer);
     header.imageWidth = data.resX;
     header.imageHeight = data.resY;
     header.left = data.left;
@@ -127,6 +137,27 @@ ZStatus writeFrame(const Frame &frame, const std::string &path) {
     if (!frame.depth.empty())
         layers.push_back({"", {"Z"}, frame.depth.data()});
     return writeExr(path, data.xsize, data.ysize, layers, header);
+}
+
+ZStatus renderViewportToFile(const std::string &renderer, unsigned width, unsigned height,
+                             const std::string &path) {
+    return guarded([&] {
+        ViewportImage image;
+        ZStatus status = renderViewport(renderer, width, height, 1, image);
+        if (!status.error() && !path.empty())
+            status = writePng(path, width, height, image.rgba.data());
+        return status;
+    });
+}
+
+ZStatus renderToFile(const std::string &path) {
+    if (!isPictureFileName(path))
+        return noFormat(path);
+    return guarded([&] {
+        Frame frame;
+        const ZStatus status = renderSessionFrame(frame, holdsDepth(path));
+        return status.error() || renderSession().cancelled ? status : writeFrame(frame, path);
+    });
 }
 
 } // namespace devhost

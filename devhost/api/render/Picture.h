@@ -40,10 +40,19 @@ OPENQUIL_API bool isPictureFileName(const std::string &path);
 
 OPENQUIL_API ZStatus writePicture(const Picture &picture, const std::string &path);
 
-/// Writes a frame of the software renderer. A PNG file shows the whole image, clear outside the
+/// Writes a frame of any renderer. A PNG file shows the whole image, clear outside the
 /// rendered region; an OpenEXR file has the region as its data window, and the depths, if there are
 /// any, as the channel Z.
 OPENQUIL_API ZStatus writeFrame(const Frame &frame, const std::string &path);
+
+/// Renders the session's frame and writes it. Fails with kInvalidParameter, before it renders, when
+/// there is no format for the file's name.
+OPENQUIL_API ZStatus renderToFile(const std::string &path);
+
+/// Draws a viewport, as renderViewport does, and writes it as a PNG file where the path is not
+/// empty.
+OPENQUIL_API ZStatus renderViewportToFile(const std::string &renderer, unsigned width,
+                                          unsigned height, const std::string &path);
 
 /// True when depths are written to a file of that name.
 OPENQUIL_API bool holdsDepth(const std::string &path);

@@ -61,6 +61,20 @@ unsigned swatchSide(unsigned wanted) {
     return wanted ? std::min(wanted, kLargestSwatchSize) : kDefaultSwatchSize;
 }
 
+/// Fills the viewport with a colour, and with squares of half its brightness where their number
+/// along each side is not 0.
+void drawBackground(ZGLFunctionTable &gl, const ZColor &color, unsigned count) {
+    gl.glLoadIdentity();
+    gl.glOrtho(0, 1, 0, 1, -1, 1);
+    gl.glColor4f(color.r, color.g, color.b, color.a);
+    gl.glRectf(0, 0, 1, 1);
+    gl.glColor4f(color.r / 2, color.g / 2, color.b / 2, color.a);
+    const auto edge = [&](unsigned i) { return static_cast<float>(i) / static_cast<float>(count); };
+    for (unsigned row = 0; row < count; ++row)
+        for (unsigned column = (row + 1) % 2; column < count; column += 2)
+            gl.glRectf(edge(column), edge(row), edge(column + 1), edge(row + 1));
+}
+
 } // namespace
 
 ZHardwareRenderer::ZHardwareRenderer() = default;
@@ -275,25 +289,14 @@ void ZHardwareRenderer::getSwatchLightDirection(float &x, float &y, float &z, fl
 
 void ZHardwareRenderer::drawSwatchBackGroundQuads(ZColor const &color, bool textured,
                                                   unsigned int numberOfRepeats) const {
-    if (devhost::hardwareDevice().enter().error())
+    if (devhost::glContext().acquire().error())
         return;
     ZGLFunctionTable &gl = *devhost::glFunctionTable();
     ZGLint viewport[4];
     gl.glGetIntegerv(GL_VIEWPORT, viewport);
     const devhost::GlPrivateFramebuffer scope(devhost::currentColorImage(gl), {});
     gl.glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
-    gl.glLoadIdentity();
-    gl.glOrtho(0, 1, 0, 1, -1, 1);
-    gl.glColor4f(color.r, color.g, color.b, color.a);
-    gl.glRectf(0, 0, 1, 1);
-    if (!textured)
-        return;
-    gl.glColor4f(color.r / 2, color.g / 2, color.b / 2, color.a);
-    const unsigned count = std::min(numberOfRepeats, kMostRepeats);
-    const auto edge = [&](unsigned i) { return static_cast<float>(i) / static_cast<float>(count); };
-    for (unsigned row = 0; row < count; ++row)
-        for (unsigned column = (row + 1) % 2; column < count; column += 2)
-            gl.glRectf(edge(column), edge(row), edge(column + 1), edge(row + 1));
+    drawBackground(gl, color, textured ? std::min(numberOfRepeats, kMostRepeats) : 0);
 }
 
 ZGLFunctionTable *ZHardwareRenderer::glFunctionTable() const {

@@ -46,7 +46,7 @@ ZStatus ZRenderTarget::writeColorBuffer(ZImage const &image, short x, short y,
 
     devhost::ViewportImage &target = request_.image;
     if (request_.gl)
-        request_.gl->read(target, request_.projection);
+        request_.gl->textures().read(target, request_.projection);
     const long left = std::max<long>(x, 0), right = std::min<long>(long(width) + x, target.width);
     const long bottom = std::max<long>(y, 0), top = std::min<long>(long(height) + y, target.height);
     const unsigned channels = image.channels();
@@ -67,6 +67,6 @@ ZStatus ZRenderTarget::writeColorBuffer(ZImage const &image, short x, short y,
                 target.depth[to] = image.depthMap()[from];
         }
     if (request_.gl)
-        request_.gl->write(target, request_.projection);
+        request_.gl->textures().write(target, request_.projection);
     return {};
 }
