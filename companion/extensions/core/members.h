@@ -7,8 +7,8 @@ template <class Item>
 class Buffer {
     /// Makes a buffer of the given number of zeros.
     Buffer(unsigned int count);
-    /// Makes a buffer from a sequence of items, from the bytes of a str, bytearray or buffer, or from
-    /// the memory of an array.array or memoryview of the same items.
+    /// Makes a buffer from a sequence of items, from the bytes of a str, bytearray or buffer, or
+    /// from the memory of an array.array or memoryview of the same items.
     Buffer(PyObject *data);
     /// Makes a buffer as a copy of the first `count` items of native memory: untyped, as the host
     /// hands it out (`void *`), or another buffer. The memory must hold that many: where its length
@@ -29,8 +29,8 @@ class Buffer {
     void write(long start, PyObject *data);
     /// Returns the number of items. Raises TypeError where it is not known.
     long __len__() const;
-    /// Returns the item at the index, or the items of a slice as read() does. Raises IndexError when
-    /// there is no such item.
+    /// Returns the item at the index, or the items of a slice as read() does. Raises IndexError
+    /// when there is no such item.
     Item __getitem__(PyObject *index) const;
     /// Replaces the item at the index, or the items of a slice by as many as write() takes. Raises
     /// IndexError when there is no such item, and ValueError where a slice has another length.
@@ -101,9 +101,9 @@ class PixelBuffer {
     /// Returns where the numbers are: address, number of bytes, "f", and 4 of them to a pixel. What
     /// memoryview() and buffer() are made from.
     PyObject *memory() const;
-    /// Replaces the pixels from `start` on by the four numbers of each: the bytes of a str, bytearray
-    /// or buffer, or the memory of an array.array or memoryview of "f". Raises IndexError when they
-    /// do not fit.
+    /// Replaces the pixels from `start` on by the four numbers of each: the bytes of a str,
+    /// bytearray or buffer, or the memory of an array.array or memoryview of "f". Raises IndexError
+    /// when they do not fit.
     void write(long start, PyObject *data);
     /// Returns the bytes of `count` pixels from `start` on, four floats each, as a str.
     PyObject *readBytes(long start, long count) const;
