@@ -26,6 +26,23 @@ class Item(object):
         self.truth, self.text, self.dangling, self.good = truth, text, dangling, good
 
 
+class Memory(Item):
+    """A buffer, whose bytes are a text or none as calls leave them, or are the host's own by now: the
+    core module's texts tell, by the same reader."""
+
+    @property
+    def text(self):
+        try:
+            OpenQuil.ZString(self.value)
+        except TypeError:
+            return False
+        return True
+
+    @text.setter
+    def text(self, value):
+        pass
+
+
 kept = []  # what a weak proxy refers to
 
 
@@ -104,7 +121,7 @@ def pointer_items():
     for record in ('double', 'float', 'int', 'unsigned int', 'short', 'unsigned short', 'char',
                    'unsigned char', 'signed char', 'long'):
         buffer_class = getattr(OpenQuil, record.title().replace(' ', '') + 'Buffer')
-        yield Item(record, buffer_class(64), record=record)
+        yield Memory(record, buffer_class(64), record=record)
     yield Item('circular chain', circle[0], record='ZImage', dangling=True)
     yield Item('its own this', looping)
     yield Item('this in a circle', knot)
