@@ -128,7 +128,7 @@ int RenderJob::runAll() {
         session.imagesFolder = folder.empty() ? "." : folder.string();
     }
     fillSettings(options_, session.settings);
-    tellUnmetSettings();
+    devhost::tellUnmetSettings(session.settings);
     loadScene();
     chooseCamera();
     chooseLayer();
@@ -371,12 +371,6 @@ bool RenderJob::isSkipped(int frame) const {
            !devhost::renderSession().settings.shouldRenderFrameAtTime(
                ZCommonRenderSettingsData::kFullPathImage, frame, ZString(), ZString(), ZString(),
                ZObject::kNullObj, ZString());
-}
-
-void RenderJob::tellUnmetSettings() const {
-    if (!options_.quiet)
-        for (const auto &line : devhost::unmetSettings(devhost::renderSession().settings))
-            devhost::tell(line);
 }
 
 void RenderJob::tellUncalledCallbacks() {

@@ -47,7 +47,6 @@ class RenderJob {
     /// Throws Failure where there is nothing that the host could render.
     void requireScene(const std::string &what) const;
     bool isSkipped(int frame) const;
-    void tellUnmetSettings() const;
     void tellUncalledCallbacks();
     /// The exit code when script code did not end well. Throws when it left a picture open, or one
     /// could not be written.

@@ -3,6 +3,7 @@
 // index in Impl::meshes.
 #include "devhost/raytrace/RayTracer.h"
 
+#include "devhost/scene/SceneLoader.h"
 #include "devhost/session/Parallel.h"
 #include "devhost/session/RenderSession.h"
 
@@ -271,6 +272,7 @@ const RayTracer &rayTracer() {
     static unsigned long revision = 0;
     scene().deformMeshes();
     if (!current || revision != scene().revision()) {
+        tellUnreadableTextures();
         current.reset(); // first, so that two never take up memory
         current = std::make_unique<RayTracer>(scene());
         revision = scene().revision();

@@ -73,8 +73,8 @@ class OPENQUIL_API RayTracer {
     std::unique_ptr<Impl> impl_;
 };
 
-/// The tracer of the process's scene, rebuilt first when the scene changed. Call it on one thread,
-/// then share the result.
+/// The tracer of the process's scene, rebuilt first when the scene changed; textures that cannot be
+/// read are then told of. Call it on one thread, then share the result.
 OPENQUIL_API const RayTracer &rayTracer();
 
 } // namespace devhost

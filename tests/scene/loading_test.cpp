@@ -83,6 +83,8 @@ Values look(const std::string &what) {
     }
     if (const Texture *texture = node->texture(); texture && part == "texture")
         return {double(texture->wrapU), double(texture->wrapV), double(texture->smooth)};
+    else if (texture && part == "pixels")
+        return texture->pixels ? all(texture->pixels->rgba) : Values();
     throw std::logic_error("nothing is known about " + what);
 }
 
@@ -519,10 +521,16 @@ TEST_F(LoadingTest, GltfMaterials) {
                              "}]" + more);
     };
     // A picture of one pixel, and one that is none.
-    const std::string image =
-        R"(, "images": [{"name": "dot", "uri": "data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwADhgGAWjR9awAAAABJRU5ErkJggg=="},
+    const std::string dot =
+        "data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwA"
+        "DhgGAWjR9awAAAABJRU5ErkJggg==";
+    const std::string image = R"(, "images": [{"name": "dot", "uri": ")" + dot + R"("},
                         {"name": "noise", "uri": "data:image/png;base64,AAAA"}])";
     const std::string textured = R"("pbrMetallicRoughness": {"baseColorTexture": {"index": 0}})";
+    write("large.png",
+          std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0u0\0\0u0\b\6\0\0\0\x66\x27\xf8\xba"
+                      "\0\0\0\1IDAT",
+                      41));
     check({
         {"factors",
          "a.gltf",
@@ -596,8 +604,24 @@ TEST_F(LoadingTest, GltfMaterials) {
          {"h.gltf: material 'paint', texture 'no file.png': the image is not there; the material "
           "is "
           "shown without it",
-          "h.gltf: material 'paint', texture 'noise': the image cannot be read; the material is "
-          "shown without it"}},
+          "h.gltf: material 'paint', texture 'noise': the image cannot be read: its format is "
+          "not known; the material is shown without it"}},
+        {"an image in the file that is cut off, beside one that is whole",
+         "j.gltf",
+         with(textured + R"(, "emissiveTexture": {"index": 1})",
+              R"(, "images": [{"name": "dot", "uri": ")" + dot +
+                  R"("}, {"name": "half", "uri": ")" + dot.substr(0, 90) +
+                  R"("}], "textures": [{"source": 0}, {"source": 1}])"),
+         {{"pixels dot", {0, 255, 0, 127}}, {"pixels half", {}}},
+         {"j.gltf: material 'paint', texture 'half': the image cannot be read: it ends too early; "
+          "the "
+          "material is shown without it"}},
+        {"a file beside it that claims to be 30000 x 30000 pixels large",
+         "k.gltf",
+         with(textured, R"(, "images": [{"uri": "large.png"}], "textures": [{"source": 0}])"),
+         {{"pixels file", {}}},
+         {"k.gltf: material 'paint', texture 'large.png': the image cannot be read: its size of "
+          "30000 x 30000 pixels is not plausible; the material is shown without it"}},
         {"an image of another format",
          "i.gltf",
          with(textured, R"(, "textures": [{"extensions": {"X_image": {"source": 0}}}])"),
