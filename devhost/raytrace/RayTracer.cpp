@@ -68,10 +68,15 @@ bool isInRange(const ZFloatVector &v) {
     return std::abs(v.x) <= most && std::abs(v.y) <= most && std::abs(v.z) <= most;
 }
 
-/// False for a ray that nothing can be hit by: of no length, or from too far away.
-template <class Ray>
-bool setRay(Ray &ray, const ZFloatVector &origin, const ZFloatVector &direction, RaySpan span) {
-    if (!isInRange(origin) || !isInRange(direction) || !(span.from >= 0 && span.to >= span.from))
+/// False for a ray that can hit nothing: with an odd span, or from too far away.
+bool canHit(const ZFloatVector &origin, const ZFloatVector &direction, const RaySpan &span) {
+    return isInRange(origin) && isInRange(direction) && span.from >= 0 && span.to >= span.from;
+}
+
+template <class LibraryRay>
+bool setRay(LibraryRay &ray, const ZFloatVector &origin, const ZFloatVector &direction,
+            RaySpan span) {
+    if (!canHit(origin, direction, span))
         return false;
     ray.org_x = origin.x;
     ray.org_y = origin.y;
@@ -86,6 +91,28 @@ bool setRay(Ray &ray, const ZFloatVector &origin, const ZFloatVector &direction,
     ray.id = 0;
     ray.flags = 0;
     return true;
+}
+
+constexpr int kActive = -1;
+
+/// Puts rays into a packet of the library's. `active` gets which of them can hit anything.
+void setRays(RTCRay16 &packet, std::span<const Ray> rays, int (&active)[kRaysTogether]) {
+    for (size_t i = 0; i < rays.size(); ++i) {
+        const Ray &ray = rays[i];
+        active[i] = canHit(ray.origin, ray.direction, ray.span) ? kActive : 0;
+        packet.org_x[i] = ray.origin.x;
+        packet.org_y[i] = ray.origin.y;
+        packet.org_z[i] = ray.origin.z;
+        packet.dir_x[i] = ray.direction.x;
+        packet.dir_y[i] = ray.direction.y;
+        packet.dir_z[i] = ray.direction.z;
+        packet.tnear[i] = ray.span.from;
+        packet.tfar[i] = ray.span.to;
+        packet.time[i] = 0;
+        packet.mask[i] = ~0u;
+        packet.id[i] = packet.flags[i] = 0;
+    }
+    std::fill(active + rays.size(), active + kRaysTogether, 0);
 }
 
 } // namespace
@@ -150,14 +177,13 @@ void RayTracer::Impl::describe(const RTCHit &found, Hit &hit) const {
     hit.u = found.u;
     hit.v = found.v;
     hit.mesh = mesh.node;
+    hit.meshNumber = found.geomID;
     hit.triangle = int(found.primID);
     hit.material = mesh.mesh->materials[found.primID];
     hit.geometricNormal = ZFloatVector(found.Ng_x, found.Ng_y, found.Ng_z).normal();
+    hit.normal = ZFloatVector();
     for (int k = 0; k < 3; ++k)
         hit.normal += vectorAt(mesh.normals, corners[k]) * weights[k];
-    interpolate(mesh.mesh->uvs, corners, weights, hit.where.uv);
-    interpolate(mesh.mesh->secondUvs, corners, weights, hit.where.secondUv);
-    interpolate(mesh.mesh->colors, corners, weights, hit.where.color);
     hit.normal = hit.normal.normal();
     if (!(hit.normal.length() > 0.5f))
         hit.normal = hit.geometricNormal;
@@ -239,6 +265,64 @@ bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direct
     hit.point = origin + unit * hit.distance;
     impl_->describe(query.hit, hit);
     return true;
+}
+
+void RayTracer::intersect(std::span<const Ray> rays, Hit *hits) const {
+    if (rays.size() == 1) { // a packet of one would take longer
+        intersect(rays[0].origin, rays[0].direction, hits[0],
+                  rays[0].span * rays[0].direction.length());
+        return;
+    }
+    alignas(64) RTCRayHit16 packet;
+    alignas(64) int active[kRaysTogether];
+    setRays(packet.ray, rays, active);
+    std::fill_n(packet.hit.geomID, kRaysTogether, RTC_INVALID_GEOMETRY_ID);
+    std::fill_n(packet.hit.instID[0], kRaysTogether, RTC_INVALID_GEOMETRY_ID);
+    QueryContext context(*impl_, nullptr);
+    context.base.flags = RTC_INTERSECT_CONTEXT_FLAG_COHERENT;
+    rtcIntersect16(active, impl_->scene, &context.base, &packet);
+    for (size_t i = 0; i < rays.size(); ++i) {
+        Hit &hit = hits[i];
+        hit.hit = packet.hit.geomID[i] != RTC_INVALID_GEOMETRY_ID;
+        if (!hit.hit)
+            continue;
+        const ZFloatVector &direction = rays[i].direction;
+        hit.distance = packet.ray.tfar[i] * direction.length();
+        hit.point = rays[i].origin + direction * packet.ray.tfar[i];
+        impl_->describe(rtcGetHitFromHitN(reinterpret_cast<RTCHitN *>(&packet.hit), kRaysTogether,
+                                          static_cast<unsigned>(i)),
+                        hit);
+    }
+}
+
+void RayTracer::occluded(std::span<const Ray> rays, bool *results,
+                         const PassThrough *through) const {
+    if (through || rays.size() == 1) { // what rays pass through is looked up one by one
+        for (size_t i = 0; i < rays.size(); ++i)
+            results[i] = occluded(rays[i].origin, rays[i].direction,
+                                  rays[i].span * rays[i].direction.length(), through);
+        return;
+    }
+    alignas(64) RTCRay16 packet;
+    alignas(64) int active[kRaysTogether];
+    setRays(packet, rays, active);
+    QueryContext context(*impl_, nullptr);
+    rtcOccluded16(active, impl_->scene, &context.base, &packet);
+    for (size_t i = 0; i < rays.size(); ++i)
+        results[i] = active[i] && packet.tfar[i] < 0;
+}
+
+SurfaceCoordinates RayTracer::where(const Hit &hit, bool withTexture) const {
+    SurfaceCoordinates result;
+    const Mesh &mesh = *impl_->meshes[hit.meshNumber].mesh;
+    const unsigned *corners = &mesh.triangles[size_t(hit.triangle) * 3];
+    const float weights[3] = {1 - hit.u - hit.v, hit.u, hit.v};
+    if (withTexture) {
+        interpolate(mesh.uvs, corners, weights, result.uv);
+        interpolate(mesh.secondUvs, corners, weights, result.secondUv);
+    }
+    interpolate(mesh.colors, corners, weights, result.color);
+    return result;
 }
 
 bool RayTracer::occluded(const ZFloatVector &origin, const ZFloatVector &direction, RaySpan span,

@@ -52,53 +52,78 @@ void describe(const CameraView &view, const PixelRegion &region, ZRenderData &da
 class PixelRenderer {
   public:
     PixelRenderer(Frame &frame, const CameraView &view, const Shader &shader)
-        : frame_(frame), view_(view), shader_(shader),
+        : frame_(frame), rays_(view.rays), clip_(view.clip()), shader_(shader),
           samples_(samplePattern(std::max(1u, renderSession().samples))) {}
 
-    /// The pixel at a place in the frame's buffers.
-    void render(size_t column, size_t row) const {
-        ZFloatVector light;
-        float opacity = 0;
-        for (const PixelSample &sample : samples_) {
-            const Ray ray = through(column, row, sample);
-            const Sight sight =
-                shader_.trace(ray.origin, ray.direction, kRayDepth, nullptr, ray.span);
-            light += sight.color;
-            opacity += sight.opacity;
-        }
-        const size_t index = row * frame_.data.xsize + column;
-        const float share = 1 / float(samples_.size());
-        for (unsigned channel = 0; channel < 3; ++channel)
-            frame_.pixels[index * 4 + channel] = light[channel] * share;
-        frame_.pixels[index * 4 + 3] = opacity * share;
+    /// The pixels from one place in the frame's buffers to another.
+    void render(size_t begin, size_t end) const {
+        renderColors(begin, end);
         if (!frame_.depth.empty())
-            frame_.depth[index] = depthOf(through(column, row, {0.5, 0.5}));
+            renderDepths(begin, end);
     }
 
   private:
-    struct Ray {
-        ZFloatVector origin, direction;
-        RaySpan span;
-    };
-    Ray through(size_t column, size_t row, const PixelSample &sample) const {
+    /// The pixels' samples, as many at once as rays are followed together.
+    void renderColors(size_t begin, size_t end) const {
+        Ray rays[kRaysTogether];
+        Hit hits[kRaysTogether];
+        Sight sights[kRaysTogether];
+        const size_t perPixel = samples_.size();
+        const size_t last = end * perPixel;
+        for (size_t at = begin * perPixel; at < last; at += kRaysTogether) {
+            const size_t count = std::min(kRaysTogether, last - at);
+            size_t pixel = at / perPixel, sample = at % perPixel;
+            const size_t first = pixel;
+            for (size_t i = 0; i < count; ++i) {
+                rays[i] = through(pixel, samples_[sample]);
+                if (++sample == perPixel) {
+                    sample = 0;
+                    ++pixel;
+                }
+            }
+            shader_.trace({rays, count}, kRayDepth, hits, sights);
+            pixel = first;
+            sample = at % perPixel;
+            for (size_t i = 0; i < count; ++i) {
+                float *sum = &frame_.pixels[pixel * 4];
+                for (unsigned channel = 0; channel < 3; ++channel)
+                    sum[channel] += sights[i].color[channel];
+                sum[3] += sights[i].opacity;
+                if (++sample == perPixel) {
+                    sample = 0;
+                    ++pixel;
+                }
+            }
+        }
+        const float share = 1 / float(perPixel);
+        for (size_t i = begin * 4; i < end * 4; ++i)
+            frame_.pixels[i] *= share;
+    }
+    void renderDepths(size_t begin, size_t end) const {
+        Ray rays[kRaysTogether];
+        Hit hits[kRaysTogether];
+        for (size_t at = begin; at < end; at += kRaysTogether) {
+            const size_t count = std::min(kRaysTogether, end - at);
+            for (size_t i = 0; i < count; ++i)
+                rays[i] = through(at + i, {0.5, 0.5});
+            shader_.intersect({rays, count}, hits);
+            for (size_t i = 0; i < count; ++i)
+                frame_.depth[at + i] = hits[i].hit ? hits[i].distance / rays[i].direction.length()
+                                                   : std::numeric_limits<float>::infinity();
+        }
+    }
+    /// The ray through a place of a pixel; its direction is a unit of depth long.
+    Ray through(size_t pixel, const PixelSample &sample) const {
         const ZRenderData &data = frame_.data;
+        const size_t column = pixel % data.xsize, row = pixel / data.xsize;
         const double x = (double(data.left + column) + sample.right) * 2 / data.resX - 1;
         const double y = (double(data.bottom + row) + sample.up) * 2 / data.resY - 1;
-        Ray ray{view_.rays.origin(x, y), view_.rays.direction(x, y), view_.clip()};
-        const float length = ray.direction.length();
-        ray.span.from *= length;
-        ray.span.to *= length;
-        return ray;
-    }
-    float depthOf(const Ray &ray) const {
-        Hit hit;
-        return shader_.intersect(ray.origin, ray.direction, hit, ray.span)
-                   ? hit.distance / ray.direction.length()
-                   : std::numeric_limits<float>::infinity();
+        return {rays_.origin(x, y), rays_.direction(x, y), clip_};
     }
 
     Frame &frame_;
-    const CameraView &view_;
+    const ViewRays &rays_;
+    RaySpan clip_;
     const Shader &shader_;
     std::vector<PixelSample> samples_;
 };
@@ -114,8 +139,7 @@ ZStatus renderPixels(const Frame &frame, const PixelRenderer &renderer) {
         const size_t rows = std::min(band, height - done);
         const size_t bottom = height - done - rows;
         forBlocks(rows * width, 64, [&](size_t begin, size_t end) {
-            for (size_t i = begin; i < end; ++i)
-                renderer.render(i % width, bottom + i / width);
+            renderer.render(bottom * width + begin, bottom * width + end);
         });
         done += rows;
         if (session.progress)
