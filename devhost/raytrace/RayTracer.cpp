@@ -3,6 +3,7 @@
 // index in Impl::meshes.
 #include "devhost/raytrace/RayTracer.h"
 
+#include "devhost/raytrace/Vectors.h"
 #include "devhost/scene/SceneLoader.h"
 #include "devhost/session/Parallel.h"
 #include "devhost/session/RenderSession.h"
@@ -62,15 +63,18 @@ void interpolate(const std::vector<float> &values, const unsigned corners[3],
     }
 }
 
-/// Whether the ray library takes such numbers: it ends the process over larger ones.
-bool isInRange(const ZFloatVector &v) {
-    constexpr float most = 1e18f;
-    return std::abs(v.x) <= most && std::abs(v.y) <= most && std::abs(v.z) <= most;
+/// Coordinates that add up to more are none that the ray library takes: it ends the process.
+constexpr float kFarthest = 1e18f;
+
+float sum(float x, float y, float z) {
+    return std::abs(x) + std::abs(y) + std::abs(z);
 }
 
 /// False for a ray that can hit nothing: with an odd span, or from too far away.
 bool canHit(const ZFloatVector &origin, const ZFloatVector &direction, const RaySpan &span) {
-    return isInRange(origin) && isInRange(direction) && span.from >= 0 && span.to >= span.from;
+    return sum(origin.x, origin.y, origin.z) <= kFarthest &&
+           sum(direction.x, direction.y, direction.z) <= kFarthest && span.from >= 0 &&
+           span.to >= span.from;
 }
 
 template <class LibraryRay>
@@ -93,13 +97,11 @@ bool setRay(LibraryRay &ray, const ZFloatVector &origin, const ZFloatVector &dir
     return true;
 }
 
-constexpr int kActive = -1;
-
-/// Puts rays into a packet of the library's. `active` gets which of them can hit anything.
+/// Puts rays into a packet of the library's. `active` gets which of them can hit anything, as
+/// canHit tells it, without branches.
 void setRays(RTCRay16 &packet, std::span<const Ray> rays, int (&active)[kRaysTogether]) {
-    for (size_t i = 0; i < rays.size(); ++i) {
-        const Ray &ray = rays[i];
-        active[i] = canHit(ray.origin, ray.direction, ray.span) ? kActive : 0;
+    for (size_t i = 0; i < kRaysTogether; ++i) {
+        const Ray &ray = rays[i < rays.size() ? i : 0];
         packet.org_x[i] = ray.origin.x;
         packet.org_y[i] = ray.origin.y;
         packet.org_z[i] = ray.origin.z;
@@ -108,11 +110,17 @@ void setRays(RTCRay16 &packet, std::span<const Ray> rays, int (&active)[kRaysTog
         packet.dir_z[i] = ray.direction.z;
         packet.tnear[i] = ray.span.from;
         packet.tfar[i] = ray.span.to;
-        packet.time[i] = 0;
-        packet.mask[i] = ~0u;
-        packet.id[i] = packet.flags[i] = 0;
+    }
+    for (size_t i = 0; i < kRaysTogether; ++i) {
+        const int isNear = sum(packet.org_x[i], packet.org_y[i], packet.org_z[i]) <= kFarthest;
+        const int isShort = sum(packet.dir_x[i], packet.dir_y[i], packet.dir_z[i]) <= kFarthest;
+        const int isSpan = (packet.tnear[i] >= 0) & (packet.tfar[i] >= packet.tnear[i]);
+        active[i] = -(isNear & isShort & isSpan);
     }
     std::fill(active + rays.size(), active + kRaysTogether, 0);
+    std::fill_n(packet.time, kRaysTogether, 0.0f);
+    std::fill_n(packet.mask, kRaysTogether, ~0u);
+    std::fill_n(packet.flags, kRaysTogether, 0u);
 }
 
 } // namespace
@@ -180,12 +188,12 @@ void RayTracer::Impl::describe(const RTCHit &found, Hit &hit) const {
     hit.meshNumber = found.geomID;
     hit.triangle = int(found.primID);
     hit.material = mesh.mesh->materials[found.primID];
-    hit.geometricNormal = ZFloatVector(found.Ng_x, found.Ng_y, found.Ng_z).normal();
+    hit.geometricNormal = unit(ZFloatVector(found.Ng_x, found.Ng_y, found.Ng_z));
     hit.normal = ZFloatVector();
     for (int k = 0; k < 3; ++k)
         hit.normal += vectorAt(mesh.normals, corners[k]) * weights[k];
-    hit.normal = hit.normal.normal();
-    if (!(hit.normal.length() > 0.5f))
+    hit.normal = unit(hit.normal);
+    if (!(hit.normal * hit.normal > 0.25f))
         hit.normal = hit.geometricNormal;
     if (hit.geometricNormal * hit.normal < 0) // a mirroring transform turned the triangle round
         hit.geometricNormal = -hit.geometricNormal;

@@ -2,6 +2,8 @@
 // Diffuse and glossy shading with shadows, reflections and see-through surfaces.
 #include "devhost/raytrace/Shading.h"
 
+#include "devhost/raytrace/Few.h"
+#include "devhost/raytrace/Vectors.h"
 #include "devhost/session/RenderSession.h"
 
 #include <algorithm>
@@ -65,7 +67,7 @@ ZFloatVector WorldLight::towards(const ZFloatVector &point, float &distance) con
         return -direction;
     const ZFloatVector way = position - point;
     distance = way.length();
-    return way.normal();
+    return unit(way);
 }
 
 std::vector<WorldLight> worldLights(const Scene &scene, bool defaultLight) {
@@ -90,10 +92,12 @@ ShadingOptions sessionShading(bool castShadows) {
 }
 
 Shader::Shader(const Scene &scene, const RayTracer &tracer, const ShadingOptions &options)
-    : scene_(scene), tracer_(tracer), options_(options),
-      lights_(worldLights(scene, options.defaultLights)), looks_(scene) {
+    : tracer_(tracer), options_(options), lights_(worldLights(scene, options.defaultLights)),
+      looks_(scene) {
     for (NodeId id : scene.materials()) {
         const Material &material = *scene.node(id)->material();
+        materials_.resize(std::max(materials_.size(), size_t(id) + 1));
+        materials_[size_t(id)] = &material;
         seeThrough_ = seeThrough_ || material.opacity < 1 || material.alpha != Material::kIgnored;
         masked_ = masked_ || material.alpha == Material::kMasked;
     }
@@ -101,8 +105,8 @@ Shader::Shader(const Scene &scene, const RayTracer &tracer, const ShadingOptions
 
 const Material &Shader::materialOf(NodeId id) const {
     static const Material grey;
-    const Node *node = scene_.node(id);
-    return node && node->material() ? *node->material() : grey;
+    const bool isKnown = id >= 0 && size_t(id) < materials_.size() && materials_[size_t(id)];
+    return isKnown ? *materials_[size_t(id)] : grey;
 }
 
 SurfaceCoordinates Shader::where(const Material &material, const Hit &hit) const {
@@ -155,9 +159,9 @@ void Shader::unshadowed(const WorldLight &light, std::span<const SurfacePoint *c
         std::fill_n(shares, at.size(), 1.0f);
         return;
     }
-    Ray rays[kRaysTogether];
-    for (size_t i = 0; i < at.size(); ++i)
-        rays[i] = shadowRay(light, at[i]->point, at[i]->normal);
+    Few<Ray, kRaysTogether> rays;
+    for (const SurfacePoint *each : at)
+        rays.add(shadowRay(light, each->point, each->normal));
     if (seeThrough_) {
         const Opacity opacity = [this](const Hit &hit) {
             const Material &material = materialOf(hit.material);
@@ -169,7 +173,7 @@ void Shader::unshadowed(const WorldLight &light, std::span<const SurfacePoint *c
         return;
     }
     bool dark[kRaysTogether];
-    tracer_.occluded({rays, at.size()}, dark, light.passThrough());
+    tracer_.occluded({rays.data(), at.size()}, dark, light.passThrough());
     for (size_t i = 0; i < at.size(); ++i)
         shares[i] = dark[i] ? 0 : 1;
 }
@@ -190,10 +194,10 @@ namespace {
 /// The light that a point gives back of one light's, for each unit of it that gets there.
 ZFloatVector returned(const Material &material, const ZFloatVector &diffuse, const SurfacePoint &at,
                       const ZFloatVector &way) {
-    const ZFloatVector specular(material.specular);
+    const ZFloatVector specular = rounded(material.specular);
     if (specular == ZFloatVector())
         return diffuse;
-    const ZFloatVector halfway = (way - at.viewDirection).normal();
+    const ZFloatVector halfway = unit(way - at.viewDirection);
     const float glint = std::pow(std::max(halfway * at.normal, 0.0f), float(material.shininess));
     return diffuse + specular * glint;
 }
@@ -202,16 +206,16 @@ ZFloatVector returned(const Material &material, const ZFloatVector &diffuse, con
 
 void Shader::surfaces(std::span<const Material *const> materials, std::span<const SurfacePoint> at,
                       ZFloatVector *colors) const {
-    SurfaceLook looks[kRaysTogether];
+    Few<SurfaceLook, kRaysTogether> looks;
     for (size_t i = 0; i < at.size(); ++i) {
-        looks[i] = looks_.at(*materials[i], at[i].where);
+        looks.add(looks_.at(*materials[i], at[i].where));
         colors[i] = ZFloatVector();
     }
     for (const WorldLight &light : lights_) {
-        const ZFloatVector color = ZFloatVector(light.light.color) * float(light.light.intensity);
+        const ZFloatVector color = rounded(light.light.color) * float(light.light.intensity);
         size_t lit[kRaysTogether], count = 0; // which points it may reach
         const SurfacePoint *points[kRaysTogether];
-        ZFloatVector ways[kRaysTogether];
+        Few<ZFloatVector, kRaysTogether> ways;
         float shares[kRaysTogether], through[kRaysTogether];
         for (size_t i = 0; i < at.size(); ++i) {
             if (!light.lights(at[i].mesh) || materials[i]->unlit)
@@ -221,20 +225,23 @@ void Shader::surfaces(std::span<const Material *const> materials, std::span<cons
                 continue;
             }
             float distance;
-            ways[count] = light.towards(at[i].point, distance);
-            const float facing = ways[count] * at[i].normal;
+            const ZFloatVector way = light.towards(at[i].point, distance);
+            const float facing = way * at[i].normal;
             shares[count] = facing > 0 ? facing * light.attenuation(at[i].point) : 0;
+            if (!(shares[count] > 0))
+                continue;
+            ways.add(way);
             points[count] = &at[i];
-            lit[count] = i;
-            count += shares[count] > 0;
+            lit[count++] = i;
         }
         if (!count)
             continue;
-        if (options_.castShadows)
+        const bool hasShadows = options_.castShadows && light.castsShadows;
+        if (hasShadows)
             unshadowed(light, {points, count}, through);
         for (size_t k = 0; k < count; ++k) {
             const size_t i = lit[k];
-            const float share = options_.castShadows ? shares[k] * through[k] : shares[k];
+            const float share = hasShadows ? shares[k] * through[k] : shares[k];
             if (share > 0)
                 colors[i] +=
                     multiply(color, returned(*materials[i], looks[i].diffuse, at[i], ways[k])) *
@@ -272,48 +279,66 @@ Sight Shader::trace(const ZFloatVector &origin, const ZFloatVector &direction, i
 
 void Shader::trace(std::span<const Ray> rays, int depth, Hit *hits, Sight *sights) const {
     intersect(rays, hits);
-    size_t count = 0, from[kRaysTogether]; // the rays that hit something
-    const Material *materials[kRaysTogether];
-    SurfacePoint points[kRaysTogether];
+    size_t count = 0, found[kRaysTogether];
     for (size_t i = 0; i < rays.size(); ++i) {
         sights[i] = background();
-        const Hit &hit = hits[i];
-        if (!hit.hit)
-            continue;
-        const Material &material = materialOf(hit.material);
-        const ZFloatVector unit = rays[i].direction.normal();
-        // Surfaces show both sides.
-        const bool inside = hit.geometricNormal * unit > 0;
-        points[count] = {hit.point, inside ? -hit.normal : hit.normal, unit, where(material, hit),
-                         hit.mesh};
-        materials[count] = &material;
-        from[count++] = i;
+        found[count] = i;
+        count += hits[i].hit;
     }
-    if (!count)
-        return;
-    ZFloatVector colors[kRaysTogether];
-    surfaces({materials, count}, {points, count}, colors);
-    const int depthLeft = std::min(depth, kDeepest) - 1;
-    for (size_t k = 0; k < count; ++k) {
-        const Hit &hit = hits[from[k]];
-        const Material &material = *materials[k];
-        const ZFloatVector &unit = points[k].viewDirection;
-        Sight &sight = sights[from[k]] = {colors[k], 1};
-        if (depth <= 0)
-            continue;
-        const bool inside = hit.geometricNormal * unit > 0;
-        const ZFloatVector flat = inside ? -hit.geometricNormal : hit.geometricNormal;
-        const ZFloatVector mirrored(material.reflectivity);
-        if (mirrored.x > 0 || mirrored.y > 0 || mirrored.z > 0) {
-            const ZFloatVector &normal = points[k].normal;
-            const ZFloatVector away = unit - normal * (2 * (unit * normal));
-            sight.color += multiply(mirrored, goOn(hit, flat, away, depthLeft).color);
-        }
-        if (const float opaque = looks_.opacity(material, points[k].where); opaque < 1) {
-            const Sight behind = goOn(hit, -flat, unit, depthLeft);
-            sight.color = sight.color * opaque + behind.color * (1 - opaque);
-            sight.opacity = opaque + behind.opacity * (1 - opaque);
-        }
+    if (count > 0)
+        shade(rays, {found, count}, depth, hits, sights);
+}
+
+namespace {
+
+/// Whether a surface mirrors something or may be seen through.
+bool showsMore(const Material &material) {
+    const ZVector &mirrored = material.reflectivity;
+    return mirrored.x > 0 || mirrored.y > 0 || mirrored.z > 0 || material.opacity < 1 ||
+           material.alpha != Material::kIgnored;
+}
+
+} // namespace
+
+void Shader::shade(std::span<const Ray> rays, std::span<const size_t> found, int depth,
+                   const Hit *hits, Sight *sights) const {
+    const Material *materials[kRaysTogether];
+    Few<SurfacePoint, kRaysTogether> points;
+    Few<ZFloatVector, kRaysTogether> colors;
+    for (size_t k = 0; k < found.size(); ++k) {
+        const Hit &hit = hits[found[k]];
+        const Material &material = materialOf(hit.material);
+        const ZFloatVector direction = unit(rays[found[k]].direction);
+        // Surfaces show both sides.
+        const bool inside = hit.geometricNormal * direction > 0;
+        points.add(hit.point, inside ? -hit.normal : hit.normal, direction, where(material, hit),
+                   hit.mesh);
+        colors.add();
+        materials[k] = &material;
+    }
+    surfaces({materials, found.size()}, {points.data(), found.size()}, colors.data());
+    for (size_t k = 0; k < found.size(); ++k) {
+        Sight &sight = sights[found[k]] = {colors[k], 1};
+        if (depth > 0 && showsMore(*materials[k]))
+            addSecondary(hits[found[k]], *materials[k], points[k], std::min(depth, kDeepest) - 1,
+                         sight);
+    }
+}
+
+void Shader::addSecondary(const Hit &hit, const Material &material, const SurfacePoint &at,
+                          int depth, Sight &sight) const {
+    const ZFloatVector &ahead = at.viewDirection;
+    const ZFloatVector flat =
+        hit.geometricNormal * ahead > 0 ? -hit.geometricNormal : hit.geometricNormal;
+    const ZFloatVector mirrored = rounded(material.reflectivity);
+    if (mirrored.x > 0 || mirrored.y > 0 || mirrored.z > 0) {
+        const ZFloatVector away = ahead - at.normal * (2 * (ahead * at.normal));
+        sight.color += multiply(mirrored, goOn(hit, flat, away, depth).color);
+    }
+    if (const float opaque = looks_.opacity(material, at.where); opaque < 1) {
+        const Sight behind = goOn(hit, -flat, ahead, depth);
+        sight.color = sight.color * opaque + behind.color * (1 - opaque);
+        sight.opacity = opaque + behind.opacity * (1 - opaque);
     }
 }
 

@@ -112,6 +112,12 @@ class OPENQUIL_API Shader {
     /// A ray that goes on from a surface, off it to the side that the flat normal shows.
     Sight goOn(const Hit &hit, const ZFloatVector &flat, const ZFloatVector &direction,
                int depth) const;
+    /// Fills in what is seen of those rays that found something.
+    void shade(std::span<const Ray> rays, std::span<const size_t> found, int depth, const Hit *hits,
+               Sight *sights) const;
+    /// Adds what the surface mirrors and what is seen through it.
+    void addSecondary(const Hit &hit, const Material &material, const SurfacePoint &at, int depth,
+                      Sight &sight) const;
     /// As surface, for several points.
     void surfaces(std::span<const Material *const> materials, std::span<const SurfacePoint> at,
                   ZFloatVector *colors) const;
@@ -121,10 +127,10 @@ class OPENQUIL_API Shader {
     Ray shadowRay(const WorldLight &light, const ZFloatVector &point,
                   const ZFloatVector &normal) const;
 
-    const Scene &scene_;
     const RayTracer &tracer_;
     ShadingOptions options_;
     std::vector<WorldLight> lights_;
+    std::vector<const Material *> materials_; // by node; null for others
     /// Whether any material can be seen through, or has holes.
     bool seeThrough_ = false, masked_ = false;
     SurfaceLooks looks_;

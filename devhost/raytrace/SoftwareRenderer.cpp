@@ -16,6 +16,7 @@
 #include <new>
 #include <numbers>
 #include <optional>
+#include <utility>
 
 namespace devhost {
 namespace {
@@ -68,57 +69,67 @@ class PixelRenderer {
         Ray rays[kRaysTogether];
         Hit hits[kRaysTogether];
         Sight sights[kRaysTogether];
-        const size_t perPixel = samples_.size();
-        const size_t last = end * perPixel;
-        for (size_t at = begin * perPixel; at < last; at += kRaysTogether) {
-            const size_t count = std::min(kRaysTogether, last - at);
-            size_t pixel = at / perPixel, sample = at % perPixel;
-            const size_t first = pixel;
-            for (size_t i = 0; i < count; ++i) {
-                rays[i] = through(pixel, samples_[sample]);
-                if (++sample == perPixel) {
-                    sample = 0;
-                    ++pixel;
-                }
-            }
+        float *sums[kRaysTogether]; // of the rays' pixels
+        size_t count = 0;
+        const auto take = [&] {
             shader_.trace({rays, count}, kRayDepth, hits, sights);
-            pixel = first;
-            sample = at % perPixel;
             for (size_t i = 0; i < count; ++i) {
-                float *sum = &frame_.pixels[pixel * 4];
                 for (unsigned channel = 0; channel < 3; ++channel)
-                    sum[channel] += sights[i].color[channel];
-                sum[3] += sights[i].opacity;
-                if (++sample == perPixel) {
-                    sample = 0;
-                    ++pixel;
-                }
+                    sums[i][channel] += sights[i].color[channel];
+                sums[i][3] += sights[i].opacity;
             }
-        }
-        const float share = 1 / float(perPixel);
+            count = 0;
+        };
+        forPixels(begin, end, samples_, [&](size_t pixel, const Ray &ray) {
+            rays[count] = ray;
+            sums[count] = &frame_.pixels[pixel * 4];
+            if (++count == kRaysTogether)
+                take();
+        });
+        if (count > 0)
+            take();
+        const float share = 1 / float(samples_.size());
         for (size_t i = begin * 4; i < end * 4; ++i)
             frame_.pixels[i] *= share;
     }
     void renderDepths(size_t begin, size_t end) const {
         Ray rays[kRaysTogether];
         Hit hits[kRaysTogether];
-        for (size_t at = begin; at < end; at += kRaysTogether) {
-            const size_t count = std::min(kRaysTogether, end - at);
-            for (size_t i = 0; i < count; ++i)
-                rays[i] = through(at + i, {0.5, 0.5});
+        size_t count = 0, first = begin;
+        const auto take = [&] {
             shader_.intersect({rays, count}, hits);
             for (size_t i = 0; i < count; ++i)
-                frame_.depth[at + i] = hits[i].hit ? hits[i].distance / rays[i].direction.length()
-                                                   : std::numeric_limits<float>::infinity();
-        }
+                frame_.depth[first + i] = hits[i].hit
+                                              ? hits[i].distance / rays[i].direction.length()
+                                              : std::numeric_limits<float>::infinity();
+            first += std::exchange(count, 0);
+        };
+        forPixels(begin, end, {{0.5, 0.5}}, [&](size_t, const Ray &ray) {
+            rays[count] = ray;
+            if (++count == kRaysTogether)
+                take();
+        });
+        if (count > 0)
+            take();
     }
-    /// The ray through a place of a pixel; its direction is a unit of depth long.
-    Ray through(size_t pixel, const PixelSample &sample) const {
+    /// Calls work(pixel, ray) for each pixel and place in it. Directions are a unit of depth long.
+    template <class Work>
+    void forPixels(size_t begin, size_t end, const std::vector<PixelSample> &places,
+                   Work work) const {
         const ZRenderData &data = frame_.data;
-        const size_t column = pixel % data.xsize, row = pixel / data.xsize;
-        const double x = (double(data.left + column) + sample.right) * 2 / data.resX - 1;
-        const double y = (double(data.bottom + row) + sample.up) * 2 / data.resY - 1;
-        return {rays_.origin(x, y), rays_.direction(x, y), clip_};
+        const double width = 2.0 / data.resX, height = 2.0 / data.resY;
+        size_t column = begin % data.xsize, row = begin / data.xsize;
+        for (size_t pixel = begin; pixel < end; ++pixel) {
+            for (const PixelSample &place : places) {
+                const double x = (double(data.left + column) + place.right) * width - 1;
+                const double y = (double(data.bottom + row) + place.up) * height - 1;
+                work(pixel, Ray{rays_.origin(x, y), rays_.direction(x, y), clip_});
+            }
+            if (++column == data.xsize) {
+                column = 0;
+                ++row;
+            }
+        }
     }
 
     Frame &frame_;

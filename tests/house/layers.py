@@ -76,7 +76,7 @@ LAYERS = {
                     ' runtime/pointer_object.h',  # counts objects by what modules return
                     'tests/app'),
     'examples': ('host', 'tests/gl'),
-    'bench': ('host devhost/scene tests/scene/gltf_file.h tests/temporary_folder.h', ''),
+    'bench': ('host devhost/scene devhost/raytrace devhost/session tests/scene/gltf_file.h tests/temporary_folder.h', ''),
     'tools/sanitizers': ('', ''),
 }
 # What lies at the top.
