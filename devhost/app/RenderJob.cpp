@@ -131,7 +131,7 @@ int RenderJob::runAll() {
         session.imagesFolder = folder.empty() ? "." : folder.string();
     }
     fillSettings(options_, session.settings);
-    tellUnmetSettings();
+    devhost::tellUnmetSettings(session.settings);
     loadScene();
     chooseCamera();
     chooseLayer();
@@ -363,12 +363,6 @@ std::string RenderJob::outputFile(int frame) const {
 bool RenderJob::isSkipped(const std::string &outputFile) const {
     return options_.skipExisting && !outputFile.empty() &&
            devhost::inspectPicture(outputFile).damage.empty();
-}
-
-void RenderJob::tellUnmetSettings() const {
-    if (!options_.quiet)
-        for (const auto &line : devhost::unmetSettings(devhost::renderSession().settings))
-            devhost::tell(line);
 }
 
 void RenderJob::tellUncalledCallbacks() {

@@ -81,7 +81,8 @@ LAYERS = {
                      'tests/farm'),
     'examples': ('host', 'tests/gl'),
     'examples/plugin': ('host devhost/app/PluginInterface.h', 'tests/setup'),
-    'bench': ('host devhost/scene tests/scene/gltf_file.h tests/temporary_folder.h', ''),
+    'bench': ('host devhost/scene devhost/raytrace devhost/session tests/scene/gltf_file.h'
+              ' tests/temporary_folder.h', ''),
     'tools/sanitizers': ('', ''),
 }
 # What lies at the top.
