@@ -2,6 +2,7 @@
 // Pictures in memory.
 
 #include "devhost/core_module/items.h"
+#include "devhost/core_module/scene_values.h"
 #include "devhost/util/KnownMemory.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZImageFileInfo.h"

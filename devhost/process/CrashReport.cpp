@@ -12,6 +12,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <iterator>
 
 namespace devhost {
 namespace {
@@ -33,7 +34,7 @@ int output = STDERR_FILENO;
 void (*lastWork)() noexcept = nullptr;
 std::atomic<pthread_t> reporter{}; ///< the thread that reports, once there is one
 
-void writeReport(int signal, const siginfo_t &info) {
+void writeSignal(int signal, const siginfo_t &info) {
     SafeText line;
     line << "quilhost: fatal signal ";
     for (const auto &each : kSignals)
@@ -43,23 +44,35 @@ void writeReport(int signal, const siginfo_t &info) {
                 line << " at address ", line.address(reinterpret_cast<uintptr_t>(info.si_addr));
         }
     line.writeLine(output);
+}
+
+void writeFunction() {
+    SafeText line;
     line << "  in ";
     if (addRunningFunction(line))
         line.writeLine(output);
-    writePythonStack(output);
 }
+
+/// What is told behind the signal. A part that crashes itself, over a broken stack, ends with that,
+/// and the next one has its turn.
+void (*const kParts[])() = {writeFunction, [] { writePythonStack(output); }, [] { lastWork(); }};
+volatile size_t nextPart = 0;
 
 extern "C" void reportAndEnd(int signal, siginfo_t *info, void *) {
     pthread_t none{};
     if (reporter.compare_exchange_strong(none, pthread_self())) {
-        writeReport(signal, *info);
-        lastWork();
-    } else if (none != pthread_self()) {
-        while (true) // the other thread's report ends this one
+        writeSignal(signal, *info);
+    } else {
+        while (none != pthread_self()) // the other thread's report ends this one
             pause();
     }
+    while (nextPart < std::size(kParts)) {
+        const size_t part = nextPart;
+        nextPart = part + 1;
+        kParts[part]();
+    }
     std::signal(signal, SIG_DFL);
-    raise(signal); // takes effect when the handler returns
+    raise(signal);
 }
 
 } // namespace
@@ -76,8 +89,10 @@ void startCrashReports(void (*last)() noexcept) {
         if ((earlier.sa_flags & SA_SIGINFO) || earlier.sa_handler != SIG_DFL)
             continue;
         action.sa_sigaction = reportAndEnd;
-        action.sa_flags = SA_SIGINFO | SA_ONSTACK;
+        action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_NODEFER;
         sigfillset(&action.sa_mask);
+        for (const auto &fatal : kSignals)
+            sigdelset(&action.sa_mask, fatal.signal);
         sigaction(each.signal, &action, nullptr);
     }
 }

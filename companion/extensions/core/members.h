@@ -118,6 +118,24 @@ class LayerBuffer {
     void set(long index, ZString const &name, unsigned int channels, float *values);
 };
 
+/// A node, for scripts that explore a scene.
+class ZObject {
+    /// Returns the names of the node's attributes, which ZPlug takes; none for a null handle.
+    ZStringArray attributeNames() const;
+};
+
+/// What nodes there can be in a scene.
+class NodeTypes {
+    /// Returns the types of nodes, as ZObject.apiTypeStr and ZSelectionList.addNodesOfType have
+    /// them.
+    static ZStringArray names();
+    /// Returns a list of what all nodes of the type have: for each attribute a dictionary with
+    /// "name", "type" (bool, int, double, string, vector or matrix, as the members of ZPlug), "unit"
+    /// (may be empty), "default" (the value), "settable" and "meaning". Raises ValueError for a type
+    /// that there is not.
+    static PyObject *attributes(ZString const &type);
+};
+
 /// The frames that the host renders.
 class Frames {
     /// Returns the time of the frame that is rendered, also in callbacks; between frames that of
