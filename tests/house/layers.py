@@ -69,7 +69,8 @@ LAYERS = {
     'devhost/api/render': ('devhost/geometry devhost/gl devhost/image devhost/raytrace'
                            ' devhost/scene devhost/session devhost/util host', 'tests/render'),
     # What uses them.
-    'devhost/core_module': ('devhost/api/render devhost/scene devhost/session wrappers/rows runtime host'
+    'devhost/core_module': ('devhost/api/render devhost/scene devhost/session wrappers/rows'
+                            ' runtime host'
                             ' devhost/util/KnownMemory.h',  # lengths of what scripts make
                             'tests/core_module'),
     'devhost/app': ('devhost host'

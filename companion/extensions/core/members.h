@@ -15,7 +15,7 @@ class Buffer {
     Buffer(PyObject *memory, unsigned int count);
     /// Returns the number of items; -1 where it is not known.
     long length() const;
-    /// Returns the item at the index. Raises IndexError when there is none.
+    /// Returns the item at the index; a null pointer is None. Raises IndexError when there is none.
     Item get(long index) const;
     /// Replaces the item at the index. Raises IndexError when there is none.
     void set(long index, PyObject *value);
@@ -29,7 +29,7 @@ class Buffer {
     void write(long start, PyObject *data);
     /// Returns the number of items. Raises TypeError where it is not known.
     long __len__() const;
-    /// Returns the item at the index. Raises IndexError when there is none.
+    /// Returns the item at the index; a null pointer is None. Raises IndexError when there is none.
     Item __getitem__(long index) const;
     /// Replaces the item at the index. Raises IndexError when there is none.
     void __setitem__(long index, PyObject *value);
@@ -130,9 +130,9 @@ class NodeTypes {
     /// them.
     static ZStringArray names();
     /// Returns a list of what all nodes of the type have: for each attribute a dictionary with
-    /// "name", "type" (bool, int, double, string, vector or matrix, as the members of ZPlug), "unit"
-    /// (may be empty), "default" (the value), "settable" and "meaning". Raises ValueError for a type
-    /// that there is not.
+    /// "name", "type" (bool, int, double, string, vector or matrix, as the members of ZPlug),
+    /// "unit" (may be empty), "default" (the value), "settable" and "meaning". Raises ValueError
+    /// for a type that there is not.
     static PyObject *attributes(ZString const &type);
 };
 
