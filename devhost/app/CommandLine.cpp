@@ -79,14 +79,8 @@ void checkTarget(const std::string &option, const fs::path &path) {
 }
 
 void checkOutput(const Options &options) {
-    const fs::path path = options.output;
-    if (!devhost::isPictureFileName(options.output))
-        usage("--output '" + options.output + "' does not end in .png or .exr");
-    if (options.frames.size() > 1 && path.filename().string().find('#') == std::string::npos)
-        usage("--output '" + options.output +
-              "' needs a place such as #### for the frame number, as there are " +
-              std::to_string(options.frames.size()) + " frames");
-    checkTarget("--output", path);
+    checkOutputName(options.output, options.frames.size());
+    checkTarget("--output", options.output);
 }
 
 /// Dotted names are looked for later, on Python's search path.
@@ -135,6 +129,20 @@ std::string oneLine(std::string text) {
 }
 
 } // namespace
+
+std::string withHashPlaces(const std::string &output) {
+    const fs::path path = output;
+    return path.parent_path() / devhost::hashPlaces(path.filename());
+}
+
+void checkOutputName(const std::string &output, size_t frames) {
+    if (!devhost::isPictureFileName(output))
+        usage("--output '" + output + "' does not end in .png or .exr");
+    if (frames > 1 && fs::path(output).filename().string().find('#') == std::string::npos)
+        usage("--output '" + output +
+              "' needs a place such as #### for the frame number, as there are " +
+              std::to_string(frames) + " frames");
+}
 
 std::optional<Options> readCommandLine(int argc, char **argv) {
     Options options;
@@ -223,10 +231,11 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                  "Whatever the scene or script asks for and is not honoured is an error");
     auto *quiet = app.add_flag("--quiet", options.quiet, "Tell errors only");
     app.add_flag("--verbose", options.verbose, "Tell more")->excludes(quiet);
-    app.add_option("--progress", options.progress,
-                   "auto: a bar on a terminal, else plain; plain: a line for each step; json: one "
-                   "JSON object per line on standard error")
-        ->check(CLI::IsMember({"auto", "plain", "json"}));
+    app.add_option(
+           "--progress", options.progress,
+           "auto: a bar on a terminal, else plain; plain: a line for each step; json: one "
+           "JSON object per line on standard error; openjd: messages of Open Job Description")
+        ->check(CLI::IsMember({"auto", "plain", "json", "openjd"}));
     app.set_version_flag("--version", std::string("quilhost ") + devhost::version());
 
     try {
@@ -246,8 +255,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         std::tie(options.width, options.height) = std::pair(resolution[0], resolution[1]);
     if (!region.empty())
         options.region = {region[0], region[1], region[2], region[3]};
-    const std::filesystem::path output = options.output;
-    options.output = output.parent_path() / devhost::hashPlaces(output.filename());
+    options.output = withHashPlaces(options.output);
     try {
         if (app["--frames"]->count())
             options.frames = devhost::parseFrames(frames);

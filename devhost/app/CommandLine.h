@@ -54,6 +54,12 @@ struct Options {
     bool hasTests() const { return !tests.empty(); }
 };
 
+/// The name of an output with its places of the frame number as runs of #.
+std::string withHashPlaces(const std::string &output);
+
+/// Throws Failure with kUsageError unless so many frames can be written to files of that name.
+void checkOutputName(const std::string &output, size_t frames);
+
 /// Reads and checks the command line, including the files and folders that it names. Empty when
 /// the help was asked for and has been printed. Throws Failure with kUsageError.
 std::optional<Options> readCommandLine(int argc, char **argv);

@@ -32,7 +32,7 @@ ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
     devhost::Frame image;
     const devhost::Stage stage("render");
     const ZStatus status = devhost::renderSessionFrame(image, devhost::holdsDepth(file));
-    if (status.error() || devhost::renderSession().cancelled)
+    if (status.error() || devhost::renderSession().cancelled || Script::wasInterrupted())
         return status;
     return devhost::writeFrame(image, file);
 }

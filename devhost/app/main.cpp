@@ -4,6 +4,7 @@
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
+#include "devhost/app/Progress.h"
 #include "devhost/app/RenderJob.h"
 #include "devhost/app/TraceFile.h"
 #include "devhost/process/CrashReport.h"
@@ -15,6 +16,7 @@
 #include <exception>
 #include <new>
 #include <optional>
+#include <string>
 
 namespace {
 
@@ -70,6 +72,7 @@ int main(int argc, char **argv) {
     const SignalScope signals;
     int code = kOk;
     std::optional<Options> options;
+    std::string why;
     try {
         options = readCommandLine(argc, argv);
         if (!options)
@@ -78,16 +81,21 @@ int main(int argc, char **argv) {
             devhost::startTimeline(!options->trace.empty());
         code = run(*options);
     } catch (const Failure &failure) {
-        devhost::tell(failure.what());
+        why = failure.what();
         code = failure.code();
     } catch (const std::bad_alloc &) {
-        devhost::tell("there is not enough memory");
+        why = "there is not enough memory";
         code = kRenderError;
     } catch (const std::exception &error) {
-        devhost::tell(error.what());
+        why = error.what();
         code = kRenderError;
     }
+    if (!why.empty())
+        devhost::tell(why);
     if (devhost::timelineRuns && !tellTimeline(*options) && code == kOk)
         code = kRenderError;
-    return tellLeaks() && code == kOk ? kLeaked : code;
+    if (tellLeaks() && code == kOk)
+        code = kLeaked;
+    tellEnd(options ? options->progress : "", code, why);
+    return code;
 }

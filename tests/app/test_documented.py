@@ -123,7 +123,9 @@ class ExampleTest(DocumentedCase):
                 ("hardware_frame", "layers.gltf", small + ("--renderer", "hardware"), "a.png",
                  None),
                 ("gl_mesh", "layers.gltf", ("--", "d.png"), "d.png", None),
-                ("gl_program", "layers.gltf", ("--", "e.png"), "e.png", None)]:
+                ("gl_program", "layers.gltf", ("--", "e.png"), "e.png", None),
+                ("hardware_frame", "materials.obj", ("--renderer", "hardware") + small, "a.png",
+                 None)]:
             with self.subTest(example=example):
                 child = self.start("examples/scenes/" + scene, "--quiet", "--python",
                                    "examples/%s.py" % example, *arguments, environment=C)

@@ -76,6 +76,10 @@ LAYERS = {
     'devhost/app': ('devhost host'
                     ' runtime/pointer_object.h',  # counts objects by what modules return
                     'tests/app'),
+    'devhost/farm': ('devhost/app/CommandLine.h devhost/app/Errors.h'  # quilhost's own reading
+                     ' devhost/image/PictureFile.h'
+                     ' devhost/session/Parallel.h devhost/session/PixelRegion.h devhost/util',
+                     'tests/farm'),
     'examples': ('host', 'tests/gl'),
     'bench': ('host devhost/scene tests/scene/gltf_file.h tests/temporary_folder.h', ''),
     'tools/sanitizers': ('', ''),
