@@ -3,7 +3,7 @@
 
 #include "devhost/process/NativeSymbol.h"
 #include "devhost/process/PythonStack.h"
-#include "devhost/process/SafeText.h"
+#include "devhost/util/SafeText.h"
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -31,7 +31,9 @@ constexpr struct {
                 {SIGABRT, "SIGABRT", false}};
 
 int output = STDERR_FILENO;
+ExplainAddress explainAccess = nullptr;
 void (*lastWork)() noexcept = nullptr;
+uintptr_t accessed = 0;            ///< what the processor could not access; 0 where that is not it
 std::atomic<pthread_t> reporter{}; ///< the thread that reports, once there is one
 
 void writeSignal(int signal, const siginfo_t &info) {
@@ -40,10 +42,19 @@ void writeSignal(int signal, const siginfo_t &info) {
     for (const auto &each : kSignals)
         if (each.signal == signal) {
             line << each.name;
-            if (each.tellsAddress && info.si_code > 0) // from the processor, not from a process
-                line << " at address ", line.address(reinterpret_cast<uintptr_t>(info.si_addr));
+            if (each.tellsAddress && info.si_code > 0) { // from the processor, not from a process
+                accessed = reinterpret_cast<uintptr_t>(info.si_addr);
+                line << " at address ", line.address(accessed);
+            }
         }
     line.writeLine(output);
+}
+
+void writeAccess() {
+    SafeText line;
+    line << "  that is ";
+    if (accessed && explainAccess(line, accessed))
+        line.writeLine(output);
 }
 
 void writeFunction() {
@@ -55,7 +66,8 @@ void writeFunction() {
 
 /// What is told behind the signal. A part that crashes itself, over a broken stack, ends with that,
 /// and the next one has its turn.
-void (*const kParts[])() = {writeFunction, [] { writePythonStack(output); }, [] { lastWork(); }};
+void (*const kParts[])() = {writeAccess, writeFunction, [] { writePythonStack(output); },
+                            [] { lastWork(); }};
 volatile size_t nextPart = 0;
 
 extern "C" void reportAndEnd(int signal, siginfo_t *info, void *) {
@@ -77,8 +89,9 @@ extern "C" void reportAndEnd(int signal, siginfo_t *info, void *) {
 
 } // namespace
 
-void startCrashReports(void (*last)() noexcept) {
+void startCrashReports(ExplainAddress explain, void (*last)() noexcept) {
     static const AlternateStack stack;
+    explainAccess = explain;
     lastWork = last;
     const int copy = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3); // scripts may redirect it
     output = copy < 0 ? STDERR_FILENO : copy;
