@@ -35,7 +35,7 @@ readonly test_packages=(libgtest-dev binutils help2man)
 readonly package_packages=(help2man dpkg-dev file)
 readonly bench_packages=(cython3 valgrind binutils)
 readonly check_packages=(
-    "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git shellcheck valgrind
+    "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git mypy shellcheck valgrind
 )
 readonly python_build_packages=(
     gcc make patch git curl ca-certificates xz-utils

@@ -80,6 +80,27 @@ class Scene(unittest.TestCase):
         self.assertTrue(node.isNull() and not path.isValid())
         self.assertRaisesRegexp(RuntimeError, 'kNotFound', _OpenQuil.ZFileIO_open, '/no/such.obj')
 
+    def test_what_there_is(self):
+        selection, node, plug = ZSelectionList(), ZObject(), ZPlug()
+        selection.add('shape')
+        selection.getDependNode(0, node)
+        names = [u'visibility', u'matrix', u'worldMatrix']
+        self.assertEqual(list(node.attributeNames()), names)
+        self.assertEqual([each['name'] for each in _OpenQuil.NodeTypes_attributes('mesh')], names)
+        self.assertRaises(ValueError, _OpenQuil.NodeTypes_attributes, 'meshes')
+        visible = ZPlug(node, 'visibility')
+        self.assertEqual([str(each) for each in (
+            node, ZObject(), visible, plug, selection, ZDagPath(), ZImage(), FloatBuffer([1, 2]),
+            UnsignedCharBuffer(9), PixelBuffer(3))], [
+                "<ZObject mesh u'shape'>", '<ZObject: null>', "<ZPlug u'shape.visibility': True>",
+                '<ZPlug: no attribute>', "<ZSelectionList [u'|shape']>", '<ZDagPath: no node>',
+                '<ZImage: no pixels>', '<FloatBuffer [1.0, 2.0]>',
+                '<UnsignedCharBuffer of 9 items, the first are [0, 0, 0, 0, 0, 0, 0, 0]>',
+                '<PixelBuffer of 3 pixels>'])
+        self.assertRaisesRegexp(
+            RuntimeError, 'shape.size; it is a mesh and has visibility, matrix, worldMatrix$',
+            ZPlug, node, 'size')
+
 
 if __name__ == '__main__':
     unittest.main(argv=sys.argv[:1])

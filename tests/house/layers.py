@@ -36,7 +36,7 @@ LAYERS = {
                       ' devhost/image/TextureImage.h',  # whether a texture is there
                       'tests/scene'),
     'devhost/image': ('devhost/util devhost/scene host/base host/core', 'tests/core'),
-    'devhost/geometry': ('devhost/scene host/core'
+    'devhost/geometry': ('devhost/scene devhost/util host/core'
                          ' host/render/ZGeometryData.h',  # enumerations: kinds and types
                          'tests/render'),
     'devhost/session': ('devhost/util devhost/scene devhost/image host/base host/core'
@@ -61,7 +61,7 @@ LAYERS = {
                    # The host's function table is the list of the driver's entry points.
                    ' host/render/ZGLFunctionTable.h host/render/gl_functions.def',
                    'tests/gl'),
-    'devhost/process': ('host/base', 'tests/across/lifetimes'),
+    'devhost/process': ('devhost/util host/base', 'tests/across/lifetimes'),
     # The host's classes, on the engines.
     'devhost/api/base': ('devhost/process devhost/util host/base', 'tests/core'),
     'devhost/api/core': ('devhost/image devhost/scene devhost/util host/base host/core',
@@ -69,8 +69,10 @@ LAYERS = {
     'devhost/api/render': ('devhost/geometry devhost/gl devhost/image devhost/raytrace'
                            ' devhost/scene devhost/session devhost/util host', 'tests/render'),
     # What uses them.
-    'devhost/core_module': ('devhost/api/render devhost/session wrappers/rows runtime host'
-                            ' devhost/util/KnownMemory.h',  # lengths of what scripts make
+    'devhost/core_module': ('devhost/api/render devhost/scene devhost/session wrappers/rows'
+                            ' runtime host'
+                            ' devhost/util/KnownMemory.h'  # lengths of what scripts make
+                            ' devhost/util/GuardedMemory.h',
                             'tests/core_module'),
     'devhost/app': ('devhost host'
                     ' runtime/pointer_object.h',  # counts objects by what modules return
