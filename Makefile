@@ -72,7 +72,7 @@ coverage: setup-checks
 lint-fast: setup-checks
 	git ls-files -co --exclude-standard -- '*.h' '*.cpp' | xargs clang-format --dry-run -Werror
 	python3 tools/lint/tracked.py
-	python3 tests/house/layers.py .
+	python3 tools/lint/layers.py .
 	python3 tools/lint/scripts.py build
 	cmake --preset debug -B build-lint
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++) --changed

@@ -16,7 +16,7 @@ import textwrap
 
 from headers import find_declarations, read_aliases, read_headers
 from signatures import (Signatures, Types, is_borrowed, mangled, optional_target,
-                        split_declaration, takes_text, wrapped)
+                        split_declaration, wrapped)
 
 DIVISIONS = {'__div__': '__truediv__', '__idiv__': '__itruediv__', '__rdiv__': '__rtruediv__'}
 

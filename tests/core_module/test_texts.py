@@ -1,6 +1,6 @@
 # -*- coding: utf-8 -*-
 # SPDX-License-Identifier: MIT
-"""Texts, images, and the scene's nodes, paths and plugs as scripts see them."""
+"""Texts, images and what a scene consists of, as scripts see them."""
 
 import os
 import shutil
@@ -62,23 +62,6 @@ class Scene(unittest.TestCase):
     def tearDown(self):
         _OpenQuil.ZFileIO_newScene()
         shutil.rmtree(self.folder)
-
-    def test_paths_and_nodes(self):
-        self.assertEqual(_OpenQuil.ZFileIO_currentFile(), os.path.realpath(self.file))
-        selection, path, node = ZSelectionList(), ZDagPath(), ZObject()
-        selection.add('shape')
-        selection.getDagPath(0, path)
-        selection.getDependNode(0, node)
-        self.assertTrue(path.isValid() and path.fullPathName().endswith(u'|shape'))
-        self.assertTrue(path.node() == node and not node.isNull())
-        again = ZDagPath()
-        _OpenQuil.ZDagPath_getAPathTo(node, again)
-        self.assertEqual(again, path)
-        self.assertRaisesRegexp(RuntimeError, 'kNotFound', selection.add, 'nothing')
-        # A handle outlives its node and then reads as null.
-        _OpenQuil.ZFileIO_newScene()
-        self.assertTrue(node.isNull() and not path.isValid())
-        self.assertRaisesRegexp(RuntimeError, 'kNotFound', _OpenQuil.ZFileIO_open, '/no/such.obj')
 
     def test_what_there_is(self):
         selection, node, plug = ZSelectionList(), ZObject(), ZPlug()
