@@ -15,21 +15,22 @@ bool needs_fresh_argument(PyObject *destroy) {
     return !PyCFunction_Check(destroy) || !(PyCFunction_GET_FLAGS(destroy) & METH_O);
 }
 
-/// True for a class whose "__new__" is object's own. Most proxy classes are such, and their
-/// instances are made without the detour through the callable.
+/// True for a class whose "__new__" is object's own and makes instances without more ado. Most proxy
+/// classes are such, and their instances are allocated here.
 bool has_plain_new(SwigPyClientData *data) {
     return PyCFunction_Check(data->newraw) &&
            PyCFunction_GET_SELF(data->newraw) == reinterpret_cast<PyObject *>(&PyBaseObject_Type) &&
            PyType_Check(data->klass) &&
-           reinterpret_cast<PyTypeObject *>(data->klass)->tp_new == PyBaseObject_Type.tp_new;
+           reinterpret_cast<PyTypeObject *>(data->klass)->tp_new == PyBaseObject_Type.tp_new &&
+           !PyType_HasFeature(reinterpret_cast<PyTypeObject *>(data->klass),
+                              Py_TPFLAGS_IS_ABSTRACT); // which "__new__" refuses by name
 }
 
 PyObject *make_instance(SwigPyClientData *data) {
     if (!has_plain_new(data))
         return PyObject_Call(data->newraw, data->newargs, nullptr);
-    static PyObject *const no_arguments = PyTuple_New(0);
-    return PyBaseObject_Type.tp_new(reinterpret_cast<PyTypeObject *>(data->klass), no_arguments,
-                                    nullptr);
+    auto *type = reinterpret_cast<PyTypeObject *>(data->klass);
+    return type->tp_alloc(type, 0);
 }
 
 PyObject *new_style_instance(SwigPyClientData *data, PyObject *pointer_object) {

@@ -241,8 +241,8 @@ bool SwigPyObject_Check(PyObject *object) {
     PyTypeObject *type = Py_TYPE(object);
     if (type == &pointer_object_type || type == other_pointer_object_type)
         return true;
-    if (std::strcmp(type->tp_name, "SwigPyObject") != 0 ||
-        PyType_HasFeature(type, Py_TPFLAGS_HEAPTYPE))
+    if (PyType_HasFeature(type, Py_TPFLAGS_HEAPTYPE) ||
+        std::strcmp(type->tp_name, "SwigPyObject") != 0)
         return false;
     other_pointer_object_type = type;
     return true;

@@ -119,6 +119,8 @@ void check(const Options &options) {
     if (!options.output.empty())
         checkOutput(options);
     checkTests(options);
+    if (!options.trace.empty())
+        checkTarget("--trace", options.trace);
 }
 
 std::string oneLine(std::string text) {
@@ -221,6 +223,10 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
     app.add_flag("--leak-check", options.leakCheck,
                  "Tell which host objects are left over when the script and Python have ended");
+    app.add_option("--trace", options.trace,
+                   "The file to write a timeline to, in the Chrome trace format");
+    app.add_flag("--stats", options.stats,
+                 "Tell at the end how often what was called, and how long it took");
     app.add_flag("--strict", options.strict,
                  "Whatever the scene or script asks for and is not honoured is an error");
     auto *quiet = app.add_flag("--quiet", options.quiet, "Tell errors only");

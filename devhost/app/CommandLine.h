@@ -44,6 +44,8 @@ struct Options {
     bool noGl = false;
     bool leakCheck = false;
     bool strict = false;
+    std::string trace;
+    bool stats = false;
     bool quiet = false;
     bool verbose = false;
     std::string progress = "auto";

@@ -7,6 +7,7 @@
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/session/FrameRenderer.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Timeline.h"
 
 #include <optional>
 
@@ -29,8 +30,9 @@ ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
         interrupts.emplace();
     }
     devhost::Frame image;
+    const devhost::Stage stage("render");
     const ZStatus status = devhost::renderSessionFrame(image, devhost::holdsDepth(file));
-    if (status.error() || devhost::renderSession().cancelled)
+    if (status.error() || devhost::renderSession().cancelled || Script::wasInterrupted())
         return status;
     return devhost::writeFrame(image, file);
 }

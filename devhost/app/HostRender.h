@@ -11,7 +11,7 @@ namespace quilhost {
 
 /// Renders the scene as the session says, by its renderer and with the registered callbacks, into a
 /// file. Where the caller has the interpreter lock, it is given away meanwhile. Nothing is written
-/// when the session is cancelled.
+/// when the session is cancelled, or a callback was interrupted.
 ZStatus renderToFile(const std::string &file, bool hasInterpreterLock);
 
 /// How often that rendered by the renderer that calls the render callbacks.

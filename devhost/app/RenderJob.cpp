@@ -16,6 +16,7 @@
 #include "devhost/util/Notices.h"
 #include "devhost/util/Statuses.h"
 #include "devhost/util/Terminal.h"
+#include "devhost/util/Timeline.h"
 
 #include <algorithm>
 #include <chrono>
@@ -269,6 +270,7 @@ std::optional<int> RenderJob::renderFrame(int frame) {
     devhost::setCurrentFrame(frame);
     checkNotices();
     progress_.beginFrame(frame);
+    devhost::markOnTimeline("frame " + std::to_string(frame));
     // Once: the script may change the camera, whose name may be in the file's name.
     const std::string output = outputFile(frame);
     if (isSkipped(output)) {

@@ -5,6 +5,7 @@
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
 #include "devhost/app/ProgramModule.h"
+#include "devhost/app/PythonProfile.h"
 #include "devhost/app/Reference.h"
 #include "devhost/app/ScriptThreads.h"
 #include "devhost/app/StandardStreams.h"
@@ -214,6 +215,7 @@ Script::Script(const Options &options) : options_(options) {
     PyList_Insert(PySys_GetObject(const_cast<char *>("path")), 1, path.get());
     if (options.leakCheck)
         startObjectCensus();
+    profileThread();
     devhost::renderSession().onCallbackError = reportCallbackError;
     devhost::renderSession().callbackGuard = guardCallback;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "devhost/app/ScriptThreads.h"
 
+#include "devhost/app/PythonProfile.h"
 #include "devhost/app/Reference.h"
 #include "devhost/process/CrashReport.h"
 
@@ -10,6 +11,7 @@ namespace {
 /// What such a thread runs. `function` is the script's.
 PyObject *run(PyObject *function, PyObject *arguments, PyObject *keywords) {
     const devhost::AlternateStack crashReportsFit;
+    profileThread();
     return PyObject_Call(function, arguments, keywords);
 }
 

@@ -5,6 +5,7 @@
 
 #include "devhost/session/Parallel.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Timeline.h"
 
 #include <embree3/rtcore.h>
 
@@ -271,6 +272,7 @@ const RayTracer &rayTracer() {
     static unsigned long revision = 0;
     scene().deformMeshes();
     if (!current || revision != scene().revision()) {
+        const Stage stage("build");
         current.reset(); // first, so that two never take up memory
         current = std::make_unique<RayTracer>(scene());
         revision = scene().revision();

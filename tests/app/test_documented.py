@@ -96,7 +96,9 @@ class ExampleTest(DocumentedCase):
                 ("swatch_sheet", "materials.obj", ("--", "b.png", "8"), "b.png", "swatches in"),
                 ("read_geometry", "layers.gltf", ("--", "c.obj"), "c.obj", ""),
                 ("gl_mesh", "layers.gltf", ("--", "d.png"), "d.png", None),
-                ("gl_program", "layers.gltf", ("--", "e.png"), "e.png", None)]:
+                ("gl_program", "layers.gltf", ("--", "e.png"), "e.png", None),
+                ("hardware_frame", "materials.obj", ("--renderer", "hardware") + small, "a.png",
+                 None)]:
             with self.subTest(example=example):
                 child = self.start("examples/scenes/" + scene, "--quiet", "--python",
                                    "examples/%s.py" % example, *arguments, environment=C)
@@ -111,7 +113,7 @@ class ExampleTest(DocumentedCase):
         there = {os.path.basename(path)[:-3] for path in
                  glob.glob(os.path.join(self.folder, "examples", "*.py"))}
         self.assertEqual(there, {"raytrace", "depth_fog", "layers", "swatch_sheet", "gl_scene",
-                                 "read_geometry", "gl_mesh", "gl_program"})
+                                 "read_geometry", "gl_mesh", "gl_program", "hardware_frame"})
 
 
 if __name__ == "__main__":
