@@ -5,7 +5,7 @@ SCENE ?= /usr/share/glmark2/models/bunny.obj
 export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 
 .PHONY: build setup demo test stress bench format clean
-.PHONY: check-asan check-tsan check-valgrind check-bare coverage lint lint-fast strength
+.PHONY: check-asan check-tsan check-valgrind check-bare check-farm coverage lint lint-fast strength
 
 build: setup-tests
 	cmake --preset release
@@ -41,6 +41,10 @@ check-asan check-tsan: check-%: setup-checks
 # The runtime, wrapper and module tests.
 check-valgrind: build setup-checks
 	python3 tools/valgrind.py build
+
+# quilfarm with a real Slurm, a cluster of this machine in a temporary folder (a minute).
+check-farm: build setup-farm
+	python3 tools/check_farm.py build
 
 # Line and branch coverage; fails when a branch of runtime/ is not taken without a reason.
 coverage: setup-checks

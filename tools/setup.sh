@@ -10,8 +10,9 @@
 #   5. Debian 11's python2.7-dev, on Debian 12
 #   6. one that pyenv builds, which takes minutes and a network
 #
-# Usage: setup.sh [--tests] [--bench] [--checks]
-#   Each installs also what the tests, the benchmark or the checking targets of the Makefile need.
+# Usage: setup.sh [--tests] [--bench] [--checks] [--farm]
+#   Each installs also what the tests, the benchmark, the checking targets of the Makefile or the check
+#   with a real Slurm need.
 #
 # Environment:
 #   PYTHON2      the python2.7 program to use; an error when it does not fit
@@ -32,6 +33,7 @@ readonly build_packages=(
 )
 readonly test_packages=(libgtest-dev binutils)
 readonly bench_packages=(cython3 valgrind binutils)
+readonly farm_packages=(slurm-wlm munge)
 readonly check_packages=(
     "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git shellcheck valgrind
 )
@@ -259,7 +261,8 @@ for option in "$@"; do
     --tests) packages+=("${test_packages[@]}") ;;
     --bench) packages+=("${bench_packages[@]}") ;;
     --checks) packages+=("${check_packages[@]}") ;;
-    *) die "usage: setup.sh [--tests] [--bench] [--checks]" ;;
+    --farm) packages+=("${farm_packages[@]}") ;;
+    *) die "usage: setup.sh [--tests] [--bench] [--checks] [--farm]" ;;
     esac
 done
 if have dpkg-query && have apt-get; then

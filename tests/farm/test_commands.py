@@ -165,7 +165,7 @@ class Tiles(Case):
         # No side is a multiple of its tiles; EXR pictures have the layers of colours and depths.
         for name, tiles, words in [
                 ("##.exr", "3x4", ("--frames", "1-3", "--resolution", "101", "67")),
-                ("region.exr", "2x3", ("--resolution", "90", "80", "--region", "3", "60", "9", "75")),
+                ("a.exr", "2x3", ("--resolution", "90", "80", "--region", "3", "60", "9", "75")),
                 ("a.png", "4x1", ("--resolution", "53", "34"))]:
             with self.subTest(name=name):
                 self.render(name, tiles, *words)
