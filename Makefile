@@ -4,6 +4,8 @@ SCENE ?= /usr/share/glmark2/models/bunny.obj
 # What ctest runs at once.
 export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 
+PREFIX ?= /usr/local
+.PHONY: programs install uninstall package
 .PHONY: build setup demo test stress bench format clean
 .PHONY: check-asan check-tsan check-valgrind check-bare check-farm coverage lint lint-fast strength
 
@@ -17,6 +19,21 @@ setup:
 # Builds the programs alone, and runs the two example renderers on SCENE.
 demo: setup
 	@tools/demo.sh "$(SCENE)"
+
+# The programs, and what is installed beside them.
+programs: setup-package
+	cmake $(if $(wildcard build/build.ninja),build,--preset release -DOPENQUIL_TESTS=OFF)
+	cmake --build --preset release --target programs man_pages
+
+# Into PREFIX, and out of it again.
+install: programs
+	@tools/install.sh install "$(PREFIX)"
+uninstall:
+	@tools/install.sh uninstall "$(PREFIX)"
+
+# A Debian package, in build/package.
+package: programs
+	cpack --config build/CPackConfig.cmake -B build/package
 
 test: build
 	ctest --test-dir build --output-on-failure

@@ -6,6 +6,8 @@ result are made without __init__."""
 
 import weakref
 
+from _openquil_proxy import Method, PartProperty, Property, install  # noqa: F401
+
 
 class _MissingThis(object):
     """Found instead of "this" where an instance has none: its __init__ did not call the base's."""
@@ -39,32 +41,6 @@ class Proxy(object):
         # The pointer object shows its type between quotation marks, and is the address as a number.
         return "<%s; proxy of native '%s' at 0x%x>" % (
             name, repr(self.this).split("'")[1], int(self.this))
-
-
-def part(whole, result):
-    """A borrowed object that may lie inside another native object. Its proxy keeps the proxy of the
-    whole, which may keep what belongs to both, and the pointer object, which keeps the memory even
-    where a script takes it away from its proxy."""
-    try:
-        result._whole, result._whole_this = whole, whole.this
-    except AttributeError:
-        pass  # None, or a pointer object without a proxy
-    return result
-
-
-def checked(result):
-    """The result of a native function that goes on with an empty text where it got no text, and
-    leaves the TypeError pending: raises it."""
-    for _ in ():  # at the end of a loop the interpreter looks for a pending exception
-        pass
-    return result
-
-
-def part_getter(native_get):
-    """The getter of an object inside another native object."""
-    def get(self):
-        return part(self, native_get(self))
-    return get
 
 
 def text_setter(native_set, text_class):

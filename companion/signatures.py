@@ -131,12 +131,6 @@ def is_borrowed(function):
         target not in ('char', 'void', 'PyObject')
 
 
-def takes_text(function):
-    return any('ZString' == re.sub(r'( const)? ?&$', '', native)
-               for overload in function['overloads']
-               for native in split_declaration(overload['declaration'])[1])
-
-
 class Parameter(object):
     def __init__(self, name, python, shown, default):
         self.name = name
@@ -152,10 +146,6 @@ class Signature(object):
         self.parameters = parameters
         self.result = result
         self.shown_result = shown_result
-
-    def code_parameters(self):
-        return [p.name if p.default is None else '%s=%s' % (p.name, p.default)
-                for p in self.parameters]
 
     def typed_parameters(self):
         return [typed(p.name, p.python, p.default) for p in self.parameters]

@@ -15,8 +15,8 @@ bool needs_fresh_argument(PyObject *destroy) {
     return !PyCFunction_Check(destroy) || !(PyCFunction_GET_FLAGS(destroy) & METH_O);
 }
 
-/// True for a class whose "__new__" is object's own and makes instances without more ado. Most proxy
-/// classes are such, and their instances are allocated here.
+/// True for a class whose "__new__" is object's own and makes instances without more ado. Most
+/// proxy classes are such, and their instances are allocated here.
 bool has_plain_new(SwigPyClientData *data) {
     return PyCFunction_Check(data->newraw) &&
            PyCFunction_GET_SELF(data->newraw) == reinterpret_cast<PyObject *>(&PyBaseObject_Type) &&

@@ -19,7 +19,8 @@ PyObject *this_or_null() {
     return SWIG_This();
 }
 
-/// True where the type alone tells that there is no "this", as it does for numbers, texts and lists.
+/// True where the type alone tells that there is no "this", as it does for numbers, texts and
+/// lists.
 bool cannot_have_this(const PyObject *object) {
     PyTypeObject *type = Py_TYPE(object);
     return type->tp_getattro == PyObject_GenericGetAttr && !_PyType_Lookup(type, swig_this);

@@ -110,6 +110,8 @@ void check(const Options &options) {
         usage("--output needs a scene or a script to render");
     if (!options.pythonFile.empty() && options.pythonFile != kStandardInput)
         checkReadableFile("script", options.pythonFile);
+    for (const std::string &plugin : options.plugins)
+        checkReadableFile("plug-in", plugin);
     if (!options.scene.empty()) {
         checkReadableFile("scene", options.scene);
         const std::string extension = devhost::lowerExtension(options.scene);
@@ -178,6 +180,9 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     app.add_flag("--failfast", options.failFast, "End after the first test that fails")
         ->needs(tests);
     app.add_option("--junit", options.junit, "The JUnit file to write")->needs(tests);
+    app.add_option("--plugin", options.plugins,
+                   "A native plug-in to load, after those in the folders of QUILHOST_PLUGINS")
+        ->allow_extra_args(false);
     app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
     app.add_option("--fps", options.framesPerSecond,
                    "Frames a second of what moves in the scene (default 24); frame 0 is its time 0")

@@ -16,6 +16,8 @@ inline constexpr char kStandardInput[] = "-";
 
 struct Options {
     std::string scene;
+    /// Native plug-ins to load first.
+    std::vector<std::string> plugins;
     std::string pythonFile;
     std::string pythonExpression;
     bool hasExpression = false;

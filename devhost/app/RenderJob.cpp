@@ -369,7 +369,7 @@ void RenderJob::tellUnmetSettings() const {
 }
 
 void RenderJob::tellUncalledCallbacks() {
-    if (options_.quiet || callbackRenders() > 0 || !devhost::hasRenderCallbacks())
+    if (options_.quiet || devhost::renderSession().framesWithCallbacks || !devhost::hasRenderCallbacks())
         return;
     progress_.clearBar();
     devhost::tell(std::string("nothing calls the render callbacks: ") +

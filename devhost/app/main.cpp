@@ -4,6 +4,7 @@
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
+#include "devhost/app/Plugins.h"
 #include "devhost/app/Progress.h"
 #include "devhost/app/RenderJob.h"
 #include "devhost/app/TraceFile.h"
@@ -37,6 +38,7 @@ bool tellTimeline(const quilhost::Options &options) {
 
 /// Runs the job that the options ask for, and returns the exit code.
 int run(const quilhost::Options &options) {
+    const quilhost::Plugins plugins(options.plugins);
     quilhost::RenderJob job(options);
     int code = quilhost::kOk;
     try {

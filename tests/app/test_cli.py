@@ -476,13 +476,15 @@ def render(frame):
                 ("renderCallback", "data.depthArr[%s]" % pixels),
                 ("renderCallback", "type(data.depthArr)(data.depthArr, %s + 1)" % pixels),
                 ("renderCallback", "list(data.depthArr)[%s]" % pixels),
+                ("renderCallback", "memoryview(data.rgbaArr)"),
                 ("shadowCastCallback", "data.depthMaps.read(1, len(data.depthMaps))")]:
             with self.subTest(body=body):
                 self.write("a.py", CALLBACK.replace("renderCallback", method).format(body=body))
                 out, err = self.run_host("tri.obj", "--python", "a.py", "--output", "a.png",
                                          "--resolution", "5", "3", "--quiet", code=4)
                 self.assertIn(body, err)
-                self.assertRegex(err, "IndexError: (buffer|list) index out of range|fewer items")
+                self.assertRegex(err, "IndexError: (buffer|list) index out of range|fewer items|"
+                                      "BufferError: the host lends")
 
 
 # What a script sees of a frame: where the node is, the time unit, the settings and the geometry.

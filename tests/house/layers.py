@@ -25,7 +25,7 @@ LAYERS = {
     'wrappers/hardware': ('wrappers/rows runtime host', 'tests/module'),
     'wrappers/shader_gl': ('wrappers/rows runtime host', 'tests/gl'),
     'module': ('wrappers/rows host/base', 'tests/module'),
-    'companion': ('wrappers/rows runtime', 'tests/companion'),
+    'companion': ('wrappers/rows runtime host/base/HostApi.h', 'tests/companion'),
     'companion/extensions/core': ('', 'tests/companion'),
     'companion/extensions/render': ('', 'tests/companion'),
     # The engines of the development host, lower ones first: values of host/core, no classes of
@@ -81,6 +81,7 @@ LAYERS = {
                      ' host/core',
                      'tests/farm'),
     'examples': ('host', 'tests/gl'),
+    'examples/plugin': ('host devhost/app/PluginInterface.h', 'tests/setup'),
     'bench': ('host devhost/scene tests/scene/gltf_file.h tests/temporary_folder.h', ''),
     'tools/sanitizers': ('', ''),
 }

@@ -88,6 +88,12 @@ struct Argument<unsigned int> {
 template <>
 struct Argument<long> {
     long value;
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
+        if (!PyInt_CheckExact(object))
+            return false;
+        value = PyInt_AS_LONG(object);
+        return true;
+    }
     int read(PyObject *object, int) { return SWIG_AsVal_long(object, &value); }
     void use_default(double d) { value = static_cast<long>(d); }
     long get() const { return value; }
@@ -325,8 +331,12 @@ struct Argument<T *> {
 template <>
 struct Argument<PyObject *> {
     PyObject *object;
-    int read(PyObject *given, int) {
+    [[gnu::always_inline]] bool read_fast(PyObject *given) {
         object = given;
+        return true;
+    }
+    int read(PyObject *given, int) {
+        read_fast(given);
         return SWIG_OK;
     }
     void use_default(double) { object = nullptr; }
