@@ -7,7 +7,7 @@ export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 PREFIX ?= /usr/local
 .PHONY: programs install uninstall package
 .PHONY: build setup demo test stress bench format clean
-.PHONY: check-asan check-tsan check-valgrind check-bare coverage lint lint-fast strength
+.PHONY: check-asan check-tsan check-valgrind check-bare check-farm coverage lint lint-fast strength
 
 build: setup-tests
 	cmake --preset release
@@ -58,6 +58,10 @@ check-asan check-tsan: check-%: setup-checks
 # The runtime, wrapper and module tests.
 check-valgrind: build setup-checks
 	python3 tools/valgrind.py build
+
+# quilfarm with a real Slurm, a cluster of this machine in a temporary folder (a minute).
+check-farm: build setup-farm
+	python3 tools/check_farm.py build
 
 # Line and branch coverage; fails when a branch of runtime/ is not taken without a reason.
 coverage: setup-checks

@@ -77,8 +77,9 @@ LAYERS = {
                     ' runtime/pointer_object.h',  # counts objects by what modules return
                     'tests/app'),
     'devhost/farm': ('devhost/app/CommandLine.h devhost/app/Errors.h'  # quilhost's own reading
-                     ' devhost/image/PictureFile.h'
-                     ' devhost/session/Parallel.h devhost/session/PixelRegion.h devhost/util',
+                     ' devhost/image/PictureFile.h devhost/image/TileAssembly.h'
+                     ' devhost/session/Parallel.h devhost/session/PixelRegion.h devhost/util'
+                     ' host/core',
                      'tests/farm'),
     'examples': ('host', 'tests/gl'),
     'examples/plugin': ('host devhost/app/PluginInterface.h', 'tests/setup'),
