@@ -215,7 +215,9 @@ ZRenderView.endRender()
             "--setting", "renumberFrames=true", "--setting", "renumberStart=10", "--setting",
             "renumberBy=-2", "--setting", "pixelAspectRatio=0.5", "--setting", "preKos=cmd")
         self.assertEqual(self.files(), ["a.10.png", "a.6.png", "a.8.png", "tri.obj"])
-        self.assertIn("quilhost: preKos is not run", err)
+        self.assertEqual([err.splitlines()[at] for at in (0, -1)], [
+            "quilhost: notice: setting preKos: there is nothing that runs commands; scripts can "
+            "ask for it", "quilhost: 1 notice; see above"])
         show = """
 from OpenQuilRender import ZCommonRenderSettingsData, ZRenderUtil
 settings = ZCommonRenderSettingsData()
@@ -224,9 +226,15 @@ print(settings.renderAll, settings.deviceAspectRatio, settings.preKos.asUnicode(
 """
         out, err = self.run_host("--python-expr", show, "--resolution", "4", "2", "--setting",
                                  "renderAll=0", "--setting", "pixelAspectRatio=0.5", "--setting",
-                                 "preKos=a=b")
+                                 "preKos=a=b", "--setting", "dotPerInch=300", "--progress", "json")
         self.assertEqual(out, "(False, 1.0, u'a=b')\n")
-        self.assertIn("renderAll", err)
+        self.assertEqual([(each.get("kind"), each.get("place", each.get("count")))
+                          for each in map(json.loads, err.splitlines())], [
+            ("setting", "setting renderAll"), ("setting", "setting dotPerInch"),
+            ("setting", "setting preKos"), (None, 3)])
+        self.run_host("tri.obj", "--strict", "--setting", "preKos=a", "--output", "strict.png",
+                      code=3)
+        self.assertNotIn("strict.png", self.files())
 
     def test_whole_pictures_are_skipped(self):
         options = ("--output", "a.#.png", "--skip-existing", "--progress", "json")
@@ -487,12 +495,17 @@ class Moving(Case):
         self.run_host("tri.obj", "--output", "here.png", "--resolution", "4", "4")
         script = ("import OpenQuil as q; s = q.ZSelectionList(); s.add('here.fileTextureName'); "
                   "p = q.ZPlug(); s.getPlug(0, p); p.setString('gone.png')")
+        notice = ("notice: tri.obj: material 'paint', texture 'gone.png': the image is not there; "
+                  "the material is shown without it")
         for options, code in ((("--strict",), 3), ((), 0)):
             out, err = self.run_host("tri.obj", "--python-expr", script, "--output", "a.png",
                                      *options, code=code)
-            self.assertIn("quilhost: notice: tri.obj: material 'paint', texture 'gone.png': the "
-                          "image is not there; the material is shown without it", err.splitlines())
+            self.assertIn("quilhost: " + notice, err.splitlines())
             self.assertEqual("a.png" in self.files(), code == 0)
+        # What renders tells it where nobody else looks.
+        script += "; q.Frames.render('b.png'); q.Frames.render('b.png')"
+        out, err = self.run_host("tri.obj", "--python-expr", script + "; raise ValueError", code=1)
+        self.assertEqual(err.count(notice), 1)
 
 
 if __name__ == "__main__":

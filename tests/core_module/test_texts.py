@@ -1,14 +1,20 @@
 # -*- coding: utf-8 -*-
 # SPDX-License-Identifier: MIT
-"""Texts and images as scripts see them."""
+"""Texts, images and what a scene consists of, as scripts see them."""
 
+import os
+import shutil
 import sys
+import tempfile
 import unittest
 
+import _OpenQuil
 import OpenQuil
 
 core = vars(OpenQuil)
 globals().update({name: core[name] for name in OpenQuil.__all__})
+
+TRIANGLE = 'o shape\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n'
 
 
 class Texts(unittest.TestCase):
@@ -43,6 +49,40 @@ class Images(unittest.TestCase):
         self.assertEqual((image.width(), image.readPixels()), (0, ''))
         image.setDepthMap(FloatBuffer([1, 2, 3, 4]), 2, 2)
         self.assertEqual(image.depthMap().read(0, 4), [1, 2, 3, 4])
+
+
+class Scene(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.mkdtemp()
+        self.file = os.path.join(self.folder, 'scene.obj')
+        with open(self.file, 'w') as stream:
+            stream.write(TRIANGLE)
+        _OpenQuil.ZFileIO_open(self.file)
+
+    def tearDown(self):
+        _OpenQuil.ZFileIO_newScene()
+        shutil.rmtree(self.folder)
+
+    def test_what_there_is(self):
+        selection, node, plug = ZSelectionList(), ZObject(), ZPlug()
+        selection.add('shape')
+        selection.getDependNode(0, node)
+        names = [u'visibility', u'matrix', u'worldMatrix']
+        self.assertEqual(list(node.attributeNames()), names)
+        self.assertEqual([each['name'] for each in _OpenQuil.NodeTypes_attributes('mesh')], names)
+        self.assertRaises(ValueError, _OpenQuil.NodeTypes_attributes, 'meshes')
+        visible = ZPlug(node, 'visibility')
+        self.assertEqual([str(each) for each in (
+            node, ZObject(), visible, plug, selection, ZDagPath(), ZImage(), FloatBuffer([1, 2]),
+            UnsignedCharBuffer(9), PixelBuffer(3))], [
+                "<ZObject mesh u'shape'>", '<ZObject: null>', "<ZPlug u'shape.visibility': True>",
+                '<ZPlug: no attribute>', "<ZSelectionList [u'|shape']>", '<ZDagPath: no node>',
+                '<ZImage: no pixels>', '<FloatBuffer [1.0, 2.0]>',
+                '<UnsignedCharBuffer of 9 items, the first are [0, 0, 0, 0, 0, 0, 0, 0]>',
+                '<PixelBuffer of 3 pixels>'])
+        self.assertRaisesRegexp(
+            RuntimeError, 'shape.size; it is a mesh and has visibility, matrix, worldMatrix$',
+            ZPlug, node, 'size')
 
 
 if __name__ == '__main__':

@@ -79,6 +79,8 @@ Values look(const std::string &what) {
                 double(light->decay), light->innerCone, light->outerCone};
     if (const Texture *texture = node->texture(); texture && part == "texture")
         return {double(texture->wrapU), double(texture->wrapV), double(texture->smooth)};
+    else if (texture && part == "pixels")
+        return texture->pixels ? all(texture->pixels->rgba) : Values();
     throw std::logic_error("nothing is known about " + what);
 }
 

@@ -35,7 +35,7 @@ LAYERS = {
                       ' devhost/image/TextureImage.h',  # whether a texture is there
                       'tests/scene'),
     'devhost/image': ('devhost/util devhost/scene host/base host/core', 'tests/core'),
-    'devhost/geometry': ('devhost/scene host/core'
+    'devhost/geometry': ('devhost/scene devhost/util host/core'
                          ' host/render/ZGeometryData.h',  # enumerations: kinds and types
                          'tests/render'),
     'devhost/session': ('devhost/util devhost/scene devhost/image host/base host/core'
@@ -60,7 +60,7 @@ LAYERS = {
                    # The host's function table is the list of the driver's entry points.
                    ' host/render/ZGLFunctionTable.h host/render/gl_functions.def',
                    'tests/gl'),
-    'devhost/process': ('host/base', 'tests/across/lifetimes'),
+    'devhost/process': ('devhost/util host/base', 'tests/across/lifetimes'),
     # The host's classes, on the engines.
     'devhost/api/base': ('devhost/process devhost/util host/base', 'tests/core'),
     'devhost/api/core': ('devhost/image devhost/scene devhost/util host/base host/core',
@@ -68,19 +68,23 @@ LAYERS = {
     'devhost/api/render': ('devhost/geometry devhost/gl devhost/image devhost/raytrace'
                            ' devhost/scene devhost/session devhost/util host', 'tests/render'),
     # What uses them.
-    'devhost/core_module': ('devhost/api/render devhost/session wrappers/rows runtime host'
-                            ' devhost/util/KnownMemory.h',  # lengths of what scripts make
+    'devhost/core_module': ('devhost/api/render devhost/scene devhost/session wrappers/rows'
+                            ' runtime host'
+                            ' devhost/util/KnownMemory.h'  # lengths of what scripts make
+                            ' devhost/util/GuardedMemory.h',
                             'tests/core_module'),
     'devhost/app': ('devhost host'
                     ' runtime/pointer_object.h',  # counts objects by what modules return
                     'tests/app'),
     'devhost/farm': ('devhost/app/CommandLine.h devhost/app/Errors.h'  # quilhost's own reading
-                     ' devhost/image/PictureFile.h'
-                     ' devhost/session/Parallel.h devhost/session/PixelRegion.h devhost/util',
+                     ' devhost/image/PictureFile.h devhost/image/TileAssembly.h'
+                     ' devhost/session/Parallel.h devhost/session/PixelRegion.h devhost/util'
+                     ' host/core',
                      'tests/farm'),
     'examples': ('host', 'tests/gl'),
     'examples/plugin': ('host devhost/app/PluginInterface.h', 'tests/setup'),
-    'bench': ('host devhost/scene tests/scene/gltf_file.h tests/temporary_folder.h', ''),
+    'bench': ('host devhost/scene devhost/raytrace devhost/session tests/scene/gltf_file.h'
+              ' tests/temporary_folder.h', ''),
     'tools/sanitizers': ('', ''),
 }
 # What lies at the top.

@@ -26,20 +26,19 @@ class Item(object):
         self.truth, self.text, self.dangling, self.good = truth, text, dangling, good
 
 
-class Memory(Item):
-    """A buffer, whose bytes are a text or none as calls leave them, or are the host's own by now: the
-    core module's texts tell, by the same reader."""
+class BufferItem(Item):
+    """Memory: its text is that of its bytes, which calls change, or own from then on."""
 
     @property
     def text(self):
         try:
-            OpenQuil.ZString(self.value)
-        except TypeError:
+            self.value.readBytes(0, len(self.value)).decode('utf-8')
+            return self.value.thisown
+        except UnicodeDecodeError:
             return False
-        return True
 
     @text.setter
-    def text(self, value):
+    def text(self, _):
         pass
 
 
@@ -121,7 +120,7 @@ def pointer_items():
     for record in ('double', 'float', 'int', 'unsigned int', 'short', 'unsigned short', 'char',
                    'unsigned char', 'signed char', 'long'):
         buffer_class = getattr(OpenQuil, record.title().replace(' ', '') + 'Buffer')
-        yield Memory(record, buffer_class(64), record=record)
+        yield BufferItem(record, buffer_class(64), record=record)
     yield Item('circular chain', circle[0], record='ZImage', dangling=True)
     yield Item('its own this', looping)
     yield Item('this in a circle', knot)
