@@ -61,7 +61,7 @@ struct Job {
 
     size_t taskCount() const;
     Task task(size_t index) const;
-    /// The command line that has quilhost render a task. Throws Failure with kUsageError where it
+    /// The words that have quilhost render a task. Throws Failure with kUsageError where it
     /// would not take it.
     std::vector<std::string> hostArguments(const Task &task) const;
     /// What quilhost reads out of the command line of a task.
