@@ -196,23 +196,23 @@ class Farm:
         def task():
             (self.folder / "s.1.png").unlink(missing_ok=True)
             self.cluster.run("env", "SLURM_ARRAY_TASK_ID=0", "sh", "-c", script)
-        tell("a task of one picture of 16 x 12 pixels", task, 20)
+        tell("a task of one picture of 16 x 12 pixels", task, 10)
 
         def array():
-            job = self.submit(SCENE, "--frames", "1-50", "--output", "t.#.png", *small)
+            job = self.submit(SCENE, "--frames", "1-20", "--output", "t.#.png", *small)
             self.wait_for_end(job)
-        tell("an array of 50 such tasks, Slurm included", array, 1)
+        tell("an array of 20 such tasks, Slurm included", array, 1)
         many = ("--frames", "1-%d" % MANY, "--output", "m.#.png")
 
         def submit():
             self.job = self.submit(SCENE, *many, "--chunk", "100", "--sbatch=--hold", *small)
         tell("submitting %d frames as one array" % MANY, submit, 1)
         status = [self.quilfarm, "status", self.job]
-        tell("status of them, none rendered", lambda: self.cluster.run(*status, code=3), 5)
+        tell("status of them, none rendered", lambda: self.cluster.run(*status, code=3), 3)
         picture = (self.folder / "one/01.exr").read_bytes()
         for frame in range(1, MANY + 1):
             (self.folder / ("m.%d.png" % frame)).write_bytes(picture)
-        tell("status of them, all whole", lambda: self.cluster.run(*status), 5)
+        tell("status of them, all whole", lambda: self.cluster.run(*status), 3)
         self.cluster.run("scancel", self.job)
 
 

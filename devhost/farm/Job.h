@@ -7,13 +7,11 @@
 #include "devhost/session/PixelRegion.h"
 #include "devhost/util/FrameList.h"
 
+#include <CLI/App.hpp>
+
 #include <optional>
 #include <string>
 #include <vector>
-
-namespace CLI {
-class App;
-}
 
 namespace quilfarm {
 
