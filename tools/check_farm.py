@@ -68,11 +68,10 @@ def free_port():
         return probe.getsockname()[1]
 
 
-def wait_for(what, condition, pause=0.2):
-    """Waits until the condition holds; the limit of the whole run bounds it."""
-    while not (result := condition()):
+def wait_until(condition, pause=0.2):
+    """The limit of the whole run bounds it."""
+    while not condition():
         time.sleep(pause)
-    return result
 
 
 class Cluster:
@@ -99,11 +98,11 @@ class Cluster:
             ("key-file", "key"), ("socket", "socket"), ("pid-file", "pid"), ("log-file", "log"),
             ("seed-file", "seed"))]
         self.spawn(*munge)
-        wait_for("munge", (self.folder / "munge.socket").exists)
+        wait_until((self.folder / "munge.socket").exists)
         self.spawn("slurmctld", "-D", "-i")
-        wait_for("the controller", lambda: self.run("scontrol", "ping", code=None)[1] == 0)
+        wait_until(lambda: self.run("scontrol", "ping", code=None)[1] == 0)
         self.spawn("slurmd", "-D")
-        wait_for("the node", lambda: "idle" in self.run("sinfo", "--noheader", "--format=%t")[0])
+        wait_until(lambda: "idle" in self.run("sinfo", "--noheader", "--format=%t")[0])
 
     def spawn(self, *words):
         log = open(self.folder / (words[0] + ".out"), "wb")
@@ -146,7 +145,7 @@ class Farm:
         return out.strip()
 
     def wait_for_end(self, job):
-        wait_for("the job's end", lambda: not self.cluster.run(
+        wait_until(lambda: not self.cluster.run(
             "squeue", "--noheader", "--jobs", job, code=None)[0])
 
     def log(self, job, task):
@@ -163,9 +162,9 @@ class Farm:
         job = self.submit(SCENE, *frames, "--chunk", CHUNK, "--output", "farm/##.exr", *PICTURES,
                           *SLOW)
         task = "%s_%d" % (job, KILLED)
-        wait_for("a frame of the task", lambda: '"event":"frame"' in self.log(job, KILLED), 0.02)
+        wait_until(lambda: '"event":"frame"' in self.log(job, KILLED), 0.02)
         self.cluster.run("scancel", "--signal=KILL", "--full", task)
-        wait_for("the task's end", lambda: task not in self.running(job))
+        wait_until(lambda: task not in self.running(job))
         out, code = self.cluster.run(self.quilfarm, "status", job, code=3)
         print("killed task %d: %s" % (KILLED, out.splitlines()[0]))
         self.cluster.run("scontrol", "requeue", task)
@@ -197,23 +196,23 @@ class Farm:
         def task():
             (self.folder / "s.1.png").unlink(missing_ok=True)
             self.cluster.run("env", "SLURM_ARRAY_TASK_ID=0", "sh", "-c", script)
-        tell("a task of one picture of 16 x 12 pixels", task, 20)
+        tell("a task of one picture of 16 x 12 pixels", task, 10)
 
         def array():
-            job = self.submit(SCENE, "--frames", "1-50", "--output", "t.#.png", *small)
+            job = self.submit(SCENE, "--frames", "1-20", "--output", "t.#.png", *small)
             self.wait_for_end(job)
-        tell("an array of 50 such tasks, Slurm included", array, 1)
+        tell("an array of 20 such tasks, Slurm included", array, 1)
         many = ("--frames", "1-%d" % MANY, "--output", "m.#.png")
 
         def submit():
             self.job = self.submit(SCENE, *many, "--chunk", "100", "--sbatch=--hold", *small)
         tell("submitting %d frames as one array" % MANY, submit, 1)
         status = [self.quilfarm, "status", self.job]
-        tell("status of them, none rendered", lambda: self.cluster.run(*status, code=3), 5)
+        tell("status of them, none rendered", lambda: self.cluster.run(*status, code=3), 3)
         picture = (self.folder / "one/01.exr").read_bytes()
         for frame in range(1, MANY + 1):
             (self.folder / ("m.%d.png" % frame)).write_bytes(picture)
-        tell("status of them, all whole", lambda: self.cluster.run(*status), 5)
+        tell("status of them, all whole", lambda: self.cluster.run(*status), 3)
         self.cluster.run("scancel", self.job)
 
 

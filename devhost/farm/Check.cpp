@@ -38,7 +38,7 @@ std::set<size_t> unfinishedTasks(const Job &job, const PictureCheck &check) {
     const unsigned tiles = job.pictures.tileCount();
     std::set<size_t> tasks;
     for (size_t i = 0; i < job.pictures.frames.size(); ++i)
-        for (unsigned tile = 0; tile < tiles && unfinished.count(job.pictures.frames[i]); ++tile)
+        for (unsigned tile = 0; tile < tiles && unfinished.contains(job.pictures.frames[i]); ++tile)
             tasks.insert(i / job.chunk * tiles + tile);
     return tasks;
 }

@@ -112,7 +112,7 @@ std::vector<std::string> Job::hostArguments(const Task &task) const {
         append(list, {"--python", script});
     append(list, hostOptions);
     append(list, {"--frames=" + devhost::printFrames(task.frames), "--output",
-                  pictures.tileOutput(task.tile), "--skip-existing"});
+                  pictures.tileOutput(task.tile), "--skip-existing", "--progress", "json"});
     appendNumbers(list, "--resolution", resolution);
     std::vector<unsigned> part = region;
     if (pictures.tiles) {

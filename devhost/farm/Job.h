@@ -7,13 +7,11 @@
 #include "devhost/session/PixelRegion.h"
 #include "devhost/util/FrameList.h"
 
+#include <CLI/App.hpp>
+
 #include <optional>
 #include <string>
 #include <vector>
-
-namespace CLI {
-class App;
-}
 
 namespace quilfarm {
 
@@ -61,7 +59,7 @@ struct Job {
 
     size_t taskCount() const;
     Task task(size_t index) const;
-    /// The command line that has quilhost render a task. Throws Failure with kUsageError where it
+    /// The words that have quilhost render a task. Throws Failure with kUsageError where it
     /// would not take it.
     std::vector<std::string> hostArguments(const Task &task) const;
     /// What quilhost reads out of the command line of a task.

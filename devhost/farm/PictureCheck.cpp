@@ -26,7 +26,7 @@ class Files {
   public:
     explicit Files(const Pictures &pictures)
         : present_(namesIn(fs::path(pictures.output).parent_path())) {}
-    bool has(const std::string &file) const { return present_.count(fs::path(file).filename()); }
+    bool has(const std::string &file) const { return present_.contains(fs::path(file).filename()); }
 
   private:
     std::unordered_set<std::string> present_;

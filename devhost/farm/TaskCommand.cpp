@@ -53,7 +53,7 @@ int task(const Arguments &arguments) {
     openLog(logFile(logs, index), beginEvent(task, index));
     checkAgain(*job);
     Words words = job->hostArguments(task);
-    words.insert(words.begin(), {programBeside("quilhost"), "--progress", "json"});
+    words.insert(words.begin(), programBeside("quilhost"));
     become(words);
     throw Failure(kRenderError, "cannot start '" + words.front() + "': " + std::strerror(errno));
 }

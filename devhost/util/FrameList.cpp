@@ -172,7 +172,7 @@ FrameList subtract(const FrameList &first, const FrameList &second) {
     const std::unordered_set<int> out(second.begin(), second.end());
     FrameList frames;
     std::copy_if(first.begin(), first.end(), std::back_inserter(frames),
-                 [&](int frame) { return !out.count(frame); });
+                 [&](int frame) { return !out.contains(frame); });
     return frames;
 }
 

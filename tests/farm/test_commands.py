@@ -49,6 +49,7 @@ class BadInput(Case):
                 ("'none.py' does not exist", good[:1] + ("none.py",) + good[2:]),
                 ("before", good[:1] + ("--camera", "c", "reed.gltf") + good[2:]),
                 ("--wrong", good + ("--wrong",)),
+                ("--progress", good + ("--progress", "plain")),
                 ("renumberStart", good + ("--setting", "renumberStart=5")),
                 ("1 of the pictures|a.7.png|--overwrite", good + ("--frames", "1-9")),
                 ("no job '99'", ("status", "99")),
