@@ -10,8 +10,9 @@
 #   5. Debian 11's python2.7-dev, on Debian 12
 #   6. one that pyenv builds, which takes minutes and a network
 #
-# Usage: setup.sh [--tests] [--bench] [--checks]
-#   Each installs also what the tests, the benchmark or the checking targets of the Makefile need.
+# Usage: setup.sh [--tests] [--bench] [--package] [--checks] [--farm]
+#   Each installs also what the tests, the benchmark, packaging, the checking targets of the Makefile
+#   or the check with a real Slurm need.
 #
 # Environment:
 #   PYTHON2      the python2.7 program to use; an error when it does not fit
@@ -30,10 +31,12 @@ readonly build_packages=(
     libtinyobjloader-dev libtinygltf-dev nlohmann-json3-dev libcli11-dev
     libegl-dev libgl-dev libegl1 libgl1-mesa-dri glmark2-data
 )
-readonly test_packages=(libgtest-dev binutils)
+readonly test_packages=(libgtest-dev binutils help2man)
+readonly package_packages=(help2man dpkg-dev file)
 readonly bench_packages=(cython3 valgrind binutils)
+readonly farm_packages=(slurm-wlm munge)
 readonly check_packages=(
-    "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git shellcheck valgrind
+    "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git mypy shellcheck valgrind
 )
 readonly python_build_packages=(
     gcc make patch git curl ca-certificates xz-utils
@@ -258,8 +261,10 @@ for option in "$@"; do
     case $option in
     --tests) packages+=("${test_packages[@]}") ;;
     --bench) packages+=("${bench_packages[@]}") ;;
+    --package) packages+=("${package_packages[@]}") ;;
     --checks) packages+=("${check_packages[@]}") ;;
-    *) die "usage: setup.sh [--tests] [--bench] [--checks]" ;;
+    --farm) packages+=("${farm_packages[@]}") ;;
+    *) die "usage: setup.sh [--tests] [--bench] [--package] [--checks] [--farm]" ;;
     esac
 done
 if have dpkg-query && have apt-get; then

@@ -110,6 +110,8 @@ void check(const Options &options) {
         usage("--output needs a scene or a script to render");
     if (!options.pythonFile.empty() && options.pythonFile != kStandardInput)
         checkReadableFile("script", options.pythonFile);
+    for (const std::string &plugin : options.plugins)
+        checkReadableFile("plug-in", plugin);
     if (!options.scene.empty()) {
         checkReadableFile("scene", options.scene);
         const std::string extension = devhost::lowerExtension(options.scene);
@@ -178,6 +180,9 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     app.add_flag("--failfast", options.failFast, "End after the first test that fails")
         ->needs(tests);
     app.add_option("--junit", options.junit, "The JUnit file to write")->needs(tests);
+    app.add_option("--plugin", options.plugins,
+                   "A native plug-in to load, after those in the folders of QUILHOST_PLUGINS")
+        ->allow_extra_args(false);
     app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
     app.add_option("--fps", options.framesPerSecond,
                    "Frames a second of what moves in the scene (default 24); frame 0 is its time 0")
@@ -227,6 +232,10 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                    "The file to write a timeline to, in the Chrome trace format");
     app.add_flag("--stats", options.stats,
                  "Tell at the end how often what was called, and how long it took");
+    app.add_flag(
+        "--guard", options.guard,
+        "Stop a script at the access where it leaves memory that it is lent, or comes back "
+        "to it too late, and tell whose it was");
     app.add_flag("--strict", options.strict,
                  "Whatever the scene or script asks for and is not honoured is an error");
     auto *quiet = app.add_flag("--quiet", options.quiet, "Tell errors only");

@@ -16,6 +16,8 @@ inline constexpr char kStandardInput[] = "-";
 
 struct Options {
     std::string scene;
+    /// Native plug-ins to load first.
+    std::vector<std::string> plugins;
     std::string pythonFile;
     std::string pythonExpression;
     bool hasExpression = false;
@@ -46,6 +48,7 @@ struct Options {
     bool strict = false;
     std::string trace;
     bool stats = false;
+    bool guard = false;
     bool quiet = false;
     bool verbose = false;
     std::string progress = "auto";

@@ -13,16 +13,7 @@
 
 namespace quilhost {
 
-namespace {
-unsigned rendersWithCallbacks = 0;
-} // namespace
-
-unsigned callbackRenders() {
-    return rendersWithCallbacks;
-}
-
 ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
-    rendersWithCallbacks += devhost::renderSession().renderer == "software";
     std::optional<NativeSection> unlocked;
     std::optional<InterruptScope> interrupts;
     if (hasInterpreterLock) {

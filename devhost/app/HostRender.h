@@ -14,7 +14,4 @@ namespace quilhost {
 /// when the session is cancelled, or a callback was interrupted.
 ZStatus renderToFile(const std::string &file, bool hasInterpreterLock);
 
-/// How often that rendered by the renderer that calls the render callbacks.
-unsigned callbackRenders();
-
 } // namespace quilhost

@@ -14,6 +14,7 @@
 #include "devhost/session/RenderSession.h"
 #include "devhost/session/UnmetSettings.h"
 #include "devhost/util/Notices.h"
+#include "devhost/util/Statuses.h"
 #include "devhost/util/Terminal.h"
 #include "devhost/util/Timeline.h"
 
@@ -26,11 +27,7 @@
 namespace quilhost {
 namespace {
 
-/// The text of a failed status, "(kFailure): the text", without its code's name.
-std::string withoutCode(const std::string &text) {
-    const size_t end = text.find("): ");
-    return end == std::string::npos ? text : text.substr(end + 3);
-}
+using devhost::withoutCode;
 
 std::string callOf(int frame) {
     return "render(" + std::to_string(frame) + ")";
@@ -131,7 +128,7 @@ int RenderJob::runAll() {
         session.imagesFolder = folder.empty() ? "." : folder.string();
     }
     fillSettings(options_, session.settings);
-    tellUnmetSettings();
+    devhost::tellUnmetSettings(session.settings);
     loadScene();
     chooseCamera();
     chooseLayer();
@@ -365,14 +362,8 @@ bool RenderJob::isSkipped(const std::string &outputFile) const {
            devhost::inspectPicture(outputFile).damage.empty();
 }
 
-void RenderJob::tellUnmetSettings() const {
-    if (!options_.quiet)
-        for (const auto &line : devhost::unmetSettings(devhost::renderSession().settings))
-            devhost::tell(line);
-}
-
 void RenderJob::tellUncalledCallbacks() {
-    if (options_.quiet || callbackRenders() > 0 || !devhost::hasRenderCallbacks())
+    if (options_.quiet || devhost::renderSession().framesWithCallbacks || !devhost::hasRenderCallbacks())
         return;
     progress_.clearBar();
     devhost::tell(std::string("nothing calls the render callbacks: ") +

@@ -48,7 +48,6 @@ class RenderJob {
     void requireScene(const std::string &what) const;
     /// True where the picture is there already and whole, and is to be kept.
     bool isSkipped(const std::string &outputFile) const;
-    void tellUnmetSettings() const;
     void tellUncalledCallbacks();
     /// The exit code when script code did not end well. Throws when it left a picture open, or one
     /// could not be written.

@@ -4,10 +4,12 @@
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
+#include "devhost/app/Plugins.h"
 #include "devhost/app/Progress.h"
 #include "devhost/app/RenderJob.h"
 #include "devhost/app/TraceFile.h"
 #include "devhost/process/CrashReport.h"
+#include "devhost/util/GuardedMemory.h"
 #include "devhost/util/TemporaryName.h"
 #include "devhost/util/Terminal.h"
 #include "devhost/util/Timeline.h"
@@ -37,6 +39,7 @@ bool tellTimeline(const quilhost::Options &options) {
 
 /// Runs the job that the options ask for, and returns the exit code.
 int run(const quilhost::Options &options) {
+    const quilhost::Plugins plugins(options.plugins);
     quilhost::RenderJob job(options);
     int code = quilhost::kOk;
     try {
@@ -68,7 +71,7 @@ bool tellLeaks() {
 
 int main(int argc, char **argv) {
     using namespace quilhost;
-    devhost::startCrashReports(devhost::removeTemporaryFiles);
+    devhost::startCrashReports(devhost::explainAddress, devhost::removeTemporaryFiles);
     const SignalScope signals;
     int code = kOk;
     std::optional<Options> options;
@@ -77,6 +80,8 @@ int main(int argc, char **argv) {
         options = readCommandLine(argc, argv);
         if (!options)
             return kOk;
+        if (options->guard)
+            devhost::startGuard();
         if (options->stats || !options->trace.empty())
             devhost::startTimeline(!options->trace.empty());
         code = run(*options);

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <new>
 
 namespace devhost {
 
@@ -52,13 +53,18 @@ ZStatus readExrImage(const std::string &path, size_t fileBytes,
     return ZStatus();
 }
 
-ZStatus read(const std::string &path, std::shared_ptr<const Pixels> &pixels) try {
+/// Throws BadImage, but for OpenEXR.
+ZStatus decode(const std::string &path, std::shared_ptr<const Pixels> &pixels) {
     if (imageFileFormat(path) == ImageFile::kExr)
         return readExrImage(path, fs::file_size(path), pixels);
     std::ifstream file(path, std::ios::binary);
     const std::vector<unsigned char> bytes{std::istreambuf_iterator<char>(file), {}};
     pixels = std::make_shared<const Pixels>(decodeImage(bytes));
     return ZStatus();
+}
+
+ZStatus read(const std::string &path, std::shared_ptr<const Pixels> &pixels) try {
+    return decode(path, pixels);
 } catch (const BadImage &bad) {
     return ZStatus(ZStatus::kFailure,
                    ("cannot read the image: " + path + ": " + bad.what()).c_str());
@@ -84,6 +90,22 @@ ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels, const Sc
     if (status) // reading on demand is no change of the scene
         const_cast<Texture *>(node->texture())->pixels = pixels;
     return status;
+}
+
+std::string whyUnreadable(const Texture &texture) try {
+    const std::string text = "the image cannot be read";
+    const std::string path = resolveFile(texture.fileName);
+    if (path.empty() && !texture.fileName.empty())
+        return "the image is not there";
+    if (path.empty())
+        return texture.damage.empty() ? text : text + ": " + texture.damage;
+    std::shared_ptr<const Pixels> pixels;
+    decode(path, pixels);
+    return text;
+} catch (const BadImage &bad) {
+    return std::string("the image cannot be read: ") + bad.what();
+} catch (const std::bad_alloc &) {
+    return "there is not enough memory for the image";
 }
 
 namespace {

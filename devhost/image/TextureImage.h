@@ -26,6 +26,9 @@ OPENQUIL_API ZStatus readImage(const std::string &fileName, std::shared_ptr<cons
 OPENQUIL_API ZStatus texturePixels(NodeId id, std::shared_ptr<const Pixels> &pixels,
                                    const Scene &from = scene());
 
+/// Why the image of a texture cannot be had, as a sentence; it is read to find out.
+OPENQUIL_API std::string whyUnreadable(const Texture &texture);
+
 /// The colour, as light, and alpha, each 0 to 1, at texture coordinates: v runs upwards, and the
 /// centres of the pixels have their exact colours. What lies between and beside them is as the
 /// texture says; without one the image is smooth and repeats.

@@ -12,7 +12,7 @@
 
 namespace devhost {
 
-struct CameraView {
+struct OPENQUIL_API CameraView {
     NodeId camera;
     ViewRays rays;
     /// Width over height of what the image shows.
@@ -28,7 +28,7 @@ struct CameraView {
 
 /// Looks through the camera of the render session, or else the scene's first. Fails with kNotFound
 /// when the scene has no camera, and with kInvalidParameter when the size is not 1 to 16384.
-ZStatus findCameraView(unsigned width, unsigned height, double pixelAspectRatio,
-                       std::optional<CameraView> &view);
+OPENQUIL_API ZStatus findCameraView(unsigned width, unsigned height, double pixelAspectRatio,
+                                    std::optional<CameraView> &view);
 
 } // namespace devhost

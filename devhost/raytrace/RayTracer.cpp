@@ -3,6 +3,8 @@
 // index in Impl::meshes.
 #include "devhost/raytrace/RayTracer.h"
 
+#include "devhost/raytrace/Vectors.h"
+#include "devhost/scene/SceneLoader.h"
 #include "devhost/session/Parallel.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Timeline.h"
@@ -62,16 +64,24 @@ void interpolate(const std::vector<float> &values, const unsigned corners[3],
     }
 }
 
-/// Whether the ray library takes such numbers: it ends the process over larger ones.
-bool isInRange(const ZFloatVector &v) {
-    constexpr float most = 1e18f;
-    return std::abs(v.x) <= most && std::abs(v.y) <= most && std::abs(v.z) <= most;
+/// Coordinates that add up to more are none that the ray library takes: it ends the process.
+constexpr float kFarthest = 1e18f;
+
+float sum(float x, float y, float z) {
+    return std::abs(x) + std::abs(y) + std::abs(z);
 }
 
-/// False for a ray that nothing can be hit by: of no length, or from too far away.
-template <class Ray>
-bool setRay(Ray &ray, const ZFloatVector &origin, const ZFloatVector &direction, RaySpan span) {
-    if (!isInRange(origin) || !isInRange(direction) || !(span.from >= 0 && span.to >= span.from))
+/// False for a ray that can hit nothing: with an odd span, or from too far away.
+bool canHit(const ZFloatVector &origin, const ZFloatVector &direction, const RaySpan &span) {
+    return sum(origin.x, origin.y, origin.z) <= kFarthest &&
+           sum(direction.x, direction.y, direction.z) <= kFarthest && span.from >= 0 &&
+           span.to >= span.from;
+}
+
+template <class LibraryRay>
+bool setRay(LibraryRay &ray, const ZFloatVector &origin, const ZFloatVector &direction,
+            RaySpan span) {
+    if (!canHit(origin, direction, span))
         return false;
     ray.org_x = origin.x;
     ray.org_y = origin.y;
@@ -86,6 +96,32 @@ bool setRay(Ray &ray, const ZFloatVector &origin, const ZFloatVector &direction,
     ray.id = 0;
     ray.flags = 0;
     return true;
+}
+
+/// Puts rays into a packet of the library's. `active` gets which of them can hit anything, as
+/// canHit tells it, without branches.
+void setRays(RTCRay16 &packet, std::span<const Ray> rays, int (&active)[kRaysTogether]) {
+    for (size_t i = 0; i < kRaysTogether; ++i) {
+        const Ray &ray = rays[i < rays.size() ? i : 0];
+        packet.org_x[i] = ray.origin.x;
+        packet.org_y[i] = ray.origin.y;
+        packet.org_z[i] = ray.origin.z;
+        packet.dir_x[i] = ray.direction.x;
+        packet.dir_y[i] = ray.direction.y;
+        packet.dir_z[i] = ray.direction.z;
+        packet.tnear[i] = ray.span.from;
+        packet.tfar[i] = ray.span.to;
+    }
+    for (size_t i = 0; i < kRaysTogether; ++i) {
+        const int isNear = sum(packet.org_x[i], packet.org_y[i], packet.org_z[i]) <= kFarthest;
+        const int isShort = sum(packet.dir_x[i], packet.dir_y[i], packet.dir_z[i]) <= kFarthest;
+        const int isSpan = (packet.tnear[i] >= 0) & (packet.tfar[i] >= packet.tnear[i]);
+        active[i] = -(isNear & isShort & isSpan);
+    }
+    std::fill(active + rays.size(), active + kRaysTogether, 0);
+    std::fill_n(packet.time, kRaysTogether, 0.0f);
+    std::fill_n(packet.mask, kRaysTogether, ~0u);
+    std::fill_n(packet.flags, kRaysTogether, 0u);
 }
 
 } // namespace
@@ -150,16 +186,15 @@ void RayTracer::Impl::describe(const RTCHit &found, Hit &hit) const {
     hit.u = found.u;
     hit.v = found.v;
     hit.mesh = mesh.node;
+    hit.meshNumber = found.geomID;
     hit.triangle = int(found.primID);
     hit.material = mesh.mesh->materials[found.primID];
-    hit.geometricNormal = ZFloatVector(found.Ng_x, found.Ng_y, found.Ng_z).normal();
+    hit.geometricNormal = unit(ZFloatVector(found.Ng_x, found.Ng_y, found.Ng_z));
+    hit.normal = ZFloatVector();
     for (int k = 0; k < 3; ++k)
         hit.normal += vectorAt(mesh.normals, corners[k]) * weights[k];
-    interpolate(mesh.mesh->uvs, corners, weights, hit.where.uv);
-    interpolate(mesh.mesh->secondUvs, corners, weights, hit.where.secondUv);
-    interpolate(mesh.mesh->colors, corners, weights, hit.where.color);
-    hit.normal = hit.normal.normal();
-    if (!(hit.normal.length() > 0.5f))
+    hit.normal = unit(hit.normal);
+    if (!(hit.normal * hit.normal > 0.25f))
         hit.normal = hit.geometricNormal;
     if (hit.geometricNormal * hit.normal < 0) // a mirroring transform turned the triangle round
         hit.geometricNormal = -hit.geometricNormal;
@@ -241,6 +276,64 @@ bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direct
     return true;
 }
 
+void RayTracer::intersect(std::span<const Ray> rays, Hit *hits) const {
+    if (rays.size() == 1) { // a packet of one would take longer
+        intersect(rays[0].origin, rays[0].direction, hits[0],
+                  rays[0].span * rays[0].direction.length());
+        return;
+    }
+    alignas(64) RTCRayHit16 packet;
+    alignas(64) int active[kRaysTogether];
+    setRays(packet.ray, rays, active);
+    std::fill_n(packet.hit.geomID, kRaysTogether, RTC_INVALID_GEOMETRY_ID);
+    std::fill_n(packet.hit.instID[0], kRaysTogether, RTC_INVALID_GEOMETRY_ID);
+    QueryContext context(*impl_, nullptr);
+    context.base.flags = RTC_INTERSECT_CONTEXT_FLAG_COHERENT;
+    rtcIntersect16(active, impl_->scene, &context.base, &packet);
+    for (size_t i = 0; i < rays.size(); ++i) {
+        Hit &hit = hits[i];
+        hit.hit = packet.hit.geomID[i] != RTC_INVALID_GEOMETRY_ID;
+        if (!hit.hit)
+            continue;
+        const ZFloatVector &direction = rays[i].direction;
+        hit.distance = packet.ray.tfar[i] * direction.length();
+        hit.point = rays[i].origin + direction * packet.ray.tfar[i];
+        impl_->describe(rtcGetHitFromHitN(reinterpret_cast<RTCHitN *>(&packet.hit), kRaysTogether,
+                                          static_cast<unsigned>(i)),
+                        hit);
+    }
+}
+
+void RayTracer::occluded(std::span<const Ray> rays, bool *results,
+                         const PassThrough *through) const {
+    if (through || rays.size() == 1) { // what rays pass through is looked up one by one
+        for (size_t i = 0; i < rays.size(); ++i)
+            results[i] = occluded(rays[i].origin, rays[i].direction,
+                                  rays[i].span * rays[i].direction.length(), through);
+        return;
+    }
+    alignas(64) RTCRay16 packet;
+    alignas(64) int active[kRaysTogether];
+    setRays(packet, rays, active);
+    QueryContext context(*impl_, nullptr);
+    rtcOccluded16(active, impl_->scene, &context.base, &packet);
+    for (size_t i = 0; i < rays.size(); ++i)
+        results[i] = active[i] && packet.tfar[i] < 0;
+}
+
+SurfaceCoordinates RayTracer::where(const Hit &hit, bool withTexture) const {
+    SurfaceCoordinates result;
+    const Mesh &mesh = *impl_->meshes[hit.meshNumber].mesh;
+    const unsigned *corners = &mesh.triangles[size_t(hit.triangle) * 3];
+    const float weights[3] = {1 - hit.u - hit.v, hit.u, hit.v};
+    if (withTexture) {
+        interpolate(mesh.uvs, corners, weights, result.uv);
+        interpolate(mesh.secondUvs, corners, weights, result.secondUv);
+    }
+    interpolate(mesh.colors, corners, weights, result.color);
+    return result;
+}
+
 bool RayTracer::occluded(const ZFloatVector &origin, const ZFloatVector &direction, RaySpan span,
                          const PassThrough *through) const {
     RTCRay ray;
@@ -272,6 +365,7 @@ const RayTracer &rayTracer() {
     static unsigned long revision = 0;
     scene().deformMeshes();
     if (!current || revision != scene().revision()) {
+        tellUnreadableTextures();
         const Stage stage("build");
         current.reset(); // first, so that two never take up memory
         current = std::make_unique<RayTracer>(scene());

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/base/HostApi.h"
+
 #include <vector>
 
 namespace devhost {
@@ -12,6 +14,6 @@ struct PixelSample {
 
 /// Where in a pixel the given number of samples are taken, at least 1: each in a column and a row
 /// of its own, and turned so that nearly level and nearly upright edges are smoothed too.
-std::vector<PixelSample> samplePattern(unsigned count);
+OPENQUIL_API std::vector<PixelSample> samplePattern(unsigned count);
 
 } // namespace devhost

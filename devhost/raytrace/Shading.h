@@ -11,6 +11,7 @@
 #include "host/base/HostApi.h"
 #include "host/core/ZFloatVector.h"
 
+#include <span>
 #include <vector>
 
 namespace devhost {
@@ -85,6 +86,8 @@ class OPENQUIL_API Shader {
     /// the first hit.
     Sight trace(const ZFloatVector &origin, const ZFloatVector &direction, int depth,
                 Hit *first = nullptr, RaySpan span = {}) const;
+    /// As trace, for up to kRaysTogether rays. `hits` gets the first hits.
+    void trace(std::span<const Ray> rays, int depth, Hit *hits, Sight *sights) const;
     /// The colour of a surface point under the lights, without reflections.
     ZFloatVector surface(const Material &material, const SurfacePoint &at) const;
 
@@ -97,17 +100,39 @@ class OPENQUIL_API Shader {
     /// A triangle's material, or the default grey.
     const Material &materialOf(NodeId id) const;
     const SurfaceLooks &looks() const { return looks_; }
-    /// The nearest hit in the span that is no hole of a masked surface.
-    bool intersect(const ZFloatVector &origin, const ZFloatVector &direction, Hit &hit,
-                   RaySpan span) const;
+    /// The nearest hits of up to kRaysTogether rays that are no holes of masked surfaces.
+    void intersect(std::span<const Ray> rays, Hit *hits) const;
 
   private:
-    const Scene &scene_;
+    bool isHole(const Hit &hit) const;
+    /// What is attached to a hit, as far as its material shows it.
+    SurfaceCoordinates where(const Material &material, const Hit &hit) const;
+    /// The nearest hit behind those holes that the first hit and what follows are.
+    void passHoles(const Ray &ray, Hit &hit) const;
+    /// A ray that goes on from a surface, off it to the side that the flat normal shows.
+    Sight goOn(const Hit &hit, const ZFloatVector &flat, const ZFloatVector &direction,
+               int depth) const;
+    /// Fills in what is seen of those rays that found something.
+    void shade(std::span<const Ray> rays, std::span<const size_t> found, int depth, const Hit *hits,
+               Sight *sights) const;
+    /// Adds what the surface mirrors and what is seen through it.
+    void addSecondary(const Hit &hit, const Material &material, const SurfacePoint &at, int depth,
+                      Sight &sight) const;
+    /// As surface, for several points.
+    void surfaces(std::span<const Material *const> materials, std::span<const SurfacePoint> at,
+                  ZFloatVector *colors) const;
+    /// The shares of a light that surfaces let through to points with those unit normals.
+    void unshadowed(const WorldLight &light, std::span<const SurfacePoint *const> at,
+                    float *shares) const;
+    Ray shadowRay(const WorldLight &light, const ZFloatVector &point,
+                  const ZFloatVector &normal) const;
+
     const RayTracer &tracer_;
     ShadingOptions options_;
     std::vector<WorldLight> lights_;
-    /// Whether any material can be seen through.
-    bool seeThrough_ = false;
+    std::vector<const Material *> materials_; // by node; null for others
+    /// Whether any material can be seen through, or has holes.
+    bool seeThrough_ = false, masked_ = false;
     SurfaceLooks looks_;
 };
 

@@ -16,6 +16,7 @@
 #include <new>
 #include <numbers>
 #include <optional>
+#include <utility>
 
 namespace devhost {
 namespace {
@@ -52,53 +53,88 @@ void describe(const CameraView &view, const PixelRegion &region, ZRenderData &da
 class PixelRenderer {
   public:
     PixelRenderer(Frame &frame, const CameraView &view, const Shader &shader)
-        : frame_(frame), view_(view), shader_(shader),
+        : frame_(frame), rays_(view.rays), clip_(view.clip()), shader_(shader),
           samples_(samplePattern(std::max(1u, renderSession().samples))) {}
 
-    /// The pixel at a place in the frame's buffers.
-    void render(size_t column, size_t row) const {
-        ZFloatVector light;
-        float opacity = 0;
-        for (const PixelSample &sample : samples_) {
-            const Ray ray = through(column, row, sample);
-            const Sight sight =
-                shader_.trace(ray.origin, ray.direction, kRayDepth, nullptr, ray.span);
-            light += sight.color;
-            opacity += sight.opacity;
-        }
-        const size_t index = row * frame_.data.xsize + column;
-        const float share = 1 / float(samples_.size());
-        for (unsigned channel = 0; channel < 3; ++channel)
-            frame_.pixels[index * 4 + channel] = light[channel] * share;
-        frame_.pixels[index * 4 + 3] = opacity * share;
+    /// The pixels from one place in the frame's buffers to another.
+    void render(size_t begin, size_t end) const {
+        renderColors(begin, end);
         if (!frame_.depth.empty())
-            frame_.depth[index] = depthOf(through(column, row, {0.5, 0.5}));
+            renderDepths(begin, end);
     }
 
   private:
-    struct Ray {
-        ZFloatVector origin, direction;
-        RaySpan span;
-    };
-    Ray through(size_t column, size_t row, const PixelSample &sample) const {
-        const ZRenderData &data = frame_.data;
-        const double x = (double(data.left + column) + sample.right) * 2 / data.resX - 1;
-        const double y = (double(data.bottom + row) + sample.up) * 2 / data.resY - 1;
-        Ray ray{view_.rays.origin(x, y), view_.rays.direction(x, y), view_.clip()};
-        const float length = ray.direction.length();
-        ray.span.from *= length;
-        ray.span.to *= length;
-        return ray;
+    /// The pixels' samples, as many at once as rays are followed together.
+    void renderColors(size_t begin, size_t end) const {
+        Ray rays[kRaysTogether];
+        Hit hits[kRaysTogether];
+        Sight sights[kRaysTogether];
+        float *sums[kRaysTogether]; // of the rays' pixels
+        size_t count = 0;
+        const auto take = [&] {
+            shader_.trace({rays, count}, kRayDepth, hits, sights);
+            for (size_t i = 0; i < count; ++i) {
+                for (unsigned channel = 0; channel < 3; ++channel)
+                    sums[i][channel] += sights[i].color[channel];
+                sums[i][3] += sights[i].opacity;
+            }
+            count = 0;
+        };
+        forPixels(begin, end, samples_, [&](size_t pixel, const Ray &ray) {
+            rays[count] = ray;
+            sums[count] = &frame_.pixels[pixel * 4];
+            if (++count == kRaysTogether)
+                take();
+        });
+        if (count > 0)
+            take();
+        const float share = 1 / float(samples_.size());
+        for (size_t i = begin * 4; i < end * 4; ++i)
+            frame_.pixels[i] *= share;
     }
-    float depthOf(const Ray &ray) const {
-        Hit hit;
-        return shader_.intersect(ray.origin, ray.direction, hit, ray.span)
-                   ? hit.distance / ray.direction.length()
-                   : std::numeric_limits<float>::infinity();
+    void renderDepths(size_t begin, size_t end) const {
+        Ray rays[kRaysTogether];
+        Hit hits[kRaysTogether];
+        size_t count = 0, first = begin;
+        const auto take = [&] {
+            shader_.intersect({rays, count}, hits);
+            for (size_t i = 0; i < count; ++i)
+                frame_.depth[first + i] = hits[i].hit
+                                              ? hits[i].distance / rays[i].direction.length()
+                                              : std::numeric_limits<float>::infinity();
+            first += std::exchange(count, 0);
+        };
+        forPixels(begin, end, {{0.5, 0.5}}, [&](size_t, const Ray &ray) {
+            rays[count] = ray;
+            if (++count == kRaysTogether)
+                take();
+        });
+        if (count > 0)
+            take();
+    }
+    /// Calls work(pixel, ray) for each pixel and place in it. Directions are a unit of depth long.
+    template <class Work>
+    void forPixels(size_t begin, size_t end, const std::vector<PixelSample> &places,
+                   Work work) const {
+        const ZRenderData &data = frame_.data;
+        const double width = 2.0 / data.resX, height = 2.0 / data.resY;
+        size_t column = begin % data.xsize, row = begin / data.xsize;
+        for (size_t pixel = begin; pixel < end; ++pixel) {
+            for (const PixelSample &place : places) {
+                const double x = (double(data.left + column) + place.right) * width - 1;
+                const double y = (double(data.bottom + row) + place.up) * height - 1;
+                work(pixel, Ray{rays_.origin(x, y), rays_.direction(x, y), clip_});
+            }
+            if (++column == data.xsize) {
+                column = 0;
+                ++row;
+            }
+        }
     }
 
     Frame &frame_;
-    const CameraView &view_;
+    const ViewRays &rays_;
+    RaySpan clip_;
     const Shader &shader_;
     std::vector<PixelSample> samples_;
 };
@@ -114,8 +150,7 @@ ZStatus renderPixels(const Frame &frame, const PixelRenderer &renderer) {
         const size_t rows = std::min(band, height - done);
         const size_t bottom = height - done - rows;
         forBlocks(rows * width, 64, [&](size_t begin, size_t end) {
-            for (size_t i = begin; i < end; ++i)
-                renderer.render(i % width, bottom + i / width);
+            renderer.render(bottom * width + begin, bottom * width + end);
         });
         done += rows;
         if (session.progress)

@@ -2,6 +2,7 @@
 #include "devhost/raytrace/SurfaceLook.h"
 
 #include "devhost/image/TextureImage.h"
+#include "devhost/raytrace/Vectors.h"
 
 #include <algorithm>
 
@@ -44,6 +45,8 @@ SurfaceLooks::SurfaceLooks(const Scene &scene) {
 void SurfaceLooks::sample(NodeId texture, const TexturePlacement &placement,
                           const SurfaceCoordinates &where, double rgba[4]) const {
     std::fill_n(rgba, 4, 1.0);
+    if (texture == kNoNode)
+        return;
     const auto found = images_.find(texture);
     if (found == images_.end())
         return;
@@ -60,7 +63,7 @@ SurfaceLook SurfaceLooks::at(const Material &material, const SurfaceCoordinates 
     sample(material.texture, material.placement, where, rgba);
     for (int k = 0; k < 4; ++k)
         rgba[k] *= where.color[k];
-    SurfaceLook look{tinted(material.diffuse, rgba), ZFloatVector(material.emission),
+    SurfaceLook look{tinted(material.diffuse, rgba), rounded(material.emission),
                      opacityAt(material, rgba[3])};
     if (material.emissionTexture != kNoNode) {
         sample(material.emissionTexture, material.emissionPlacement, where, glow);

@@ -3,6 +3,7 @@
 
 // A view: an orthonormal frame that looks along a direction, and the rays that go into it.
 
+#include "devhost/raytrace/Vectors.h"
 #include "host/core/ZFloatVector.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZVector.h"
@@ -51,10 +52,10 @@ struct ViewRays {
     double halfWidth, halfHeight;
 
     ZFloatVector origin(double x, double y) const {
-        return ZFloatVector(perspective ? frame.eye : frame.eye + offset(x, y));
+        return rounded(perspective ? frame.eye : frame.eye + offset(x, y));
     }
     ZFloatVector direction(double x, double y) const {
-        return ZFloatVector(perspective ? frame.forward + offset(x, y) : frame.forward);
+        return rounded(perspective ? frame.forward + offset(x, y) : frame.forward);
     }
 
   private:

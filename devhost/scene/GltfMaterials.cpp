@@ -163,7 +163,7 @@ class Reader {
         Texture texture;
         if (image.uri.rfind("data:", 0) != 0)
             texture.fileName = fileNameOf(image.uri);
-        texture.pixels = images_.pixels(from.source);
+        images_.fill(from.source, texture);
         if (from.sampler >= 0)
             readSampler(gltfElement(model_.samplers, from.sampler, "sampler"), place, texture);
         return known->second = scene_.add("file", image.name, texture);
@@ -204,21 +204,20 @@ class Reader {
     std::map<int, NodeId> textures_; // those added, by the file's index
 };
 
-/// Null for an image that is damaged.
-std::shared_ptr<const Pixels> decoded(ImageBytes file) try {
-    return std::make_shared<const Pixels>(decodeImage(file));
-} catch (const BadImage &) {
-    return nullptr;
-}
-
 } // namespace
+
+GltfImages::Decoded GltfImages::decode(ImageBytes file) try {
+    return {std::make_shared<const Pixels>(decodeImage(file)), {}};
+} catch (const BadImage &bad) {
+    return {nullptr, bad.what()};
+}
 
 void GltfImages::listenTo(tinygltf::TinyGLTF &parser) {
     const auto take = [](tinygltf::Image *image, int index, std::string *, std::string *, int, int,
                          const unsigned char *bytes, int count, void *self) {
         // The library does not look whether those in buffers lie there.
         if (image->bufferView < 0)
-            static_cast<GltfImages *>(self)->decoded_[index] = decoded({bytes, size_t(count)});
+            static_cast<GltfImages *>(self)->decoded_[index] = decode({bytes, size_t(count)});
         return true;
     };
     parser.SetImageLoader(take, this);
@@ -234,14 +233,17 @@ void GltfImages::readBuffers(const tinygltf::Model &model) {
             const auto &bytes = gltfElement(model.buffers, view.buffer, "buffer").data;
             if (view.byteOffset > bytes.size() || view.byteLength > bytes.size() - view.byteOffset)
                 throw BadFile("it reaches past the end of its buffer");
-            decoded_[int(index)] = decoded({bytes.data() + view.byteOffset, view.byteLength});
+            decoded_[int(index)] = decode({bytes.data() + view.byteOffset, view.byteLength});
         });
     }
 }
 
-std::shared_ptr<const Pixels> GltfImages::pixels(int index) const {
+void GltfImages::fill(int index, Texture &texture) const {
     const auto found = decoded_.find(index);
-    return found == decoded_.end() ? nullptr : found->second;
+    if (found == decoded_.end())
+        return;
+    texture.pixels = found->second.pixels;
+    texture.damage = found->second.damage;
 }
 
 std::vector<NodeId> addGltfMaterials(const tinygltf::Model &model, const GltfImages &images,

@@ -10,22 +10,30 @@
 
 #include <map>
 #include <memory>
+#include <span>
+#include <string>
 #include <vector>
 
 namespace devhost {
 
-/// The images that the parsing library came across, by their index; those that cannot be decoded
-/// are left out.
+/// The images that the parsing library came across, by their index.
 class GltfImages {
   public:
     /// Has the library hand its images over.
     void listenTo(tinygltf::TinyGLTF &parser);
     /// Decodes the images that lie in the file's buffers. Throws BadFile for one that does not.
     void readBuffers(const tinygltf::Model &model);
-    std::shared_ptr<const Pixels> pixels(int index) const;
+    /// Gives a texture the pixels of an image, or says what is damaged in it.
+    void fill(int index, Texture &texture) const;
 
   private:
-    std::map<int, std::shared_ptr<const Pixels>> decoded_;
+    struct Decoded {
+        std::shared_ptr<const Pixels> pixels;
+        std::string damage;
+    };
+    static Decoded decode(std::span<const unsigned char> file);
+
+    std::map<int, Decoded> decoded_;
 };
 
 /// Adds a node for each material of the file, and one for each texture in use; the result is in the

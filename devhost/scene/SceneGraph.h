@@ -118,7 +118,8 @@ struct Texture {
     std::string fileName;                 // as the scene file gives it; empty when embedded
     std::shared_ptr<const Pixels> pixels; // null until loaded, see devhost/image/TextureImage.h
     Wrap wrapU = kRepeated, wrapV = kRepeated;
-    bool smooth = true; // between the pixels, else each is a square of one colour
+    bool smooth = true;      // between the pixels, else each is a square of one colour
+    std::string damage = {}; // why an embedded image cannot be decoded
 };
 
 /// What a picture of the scene is made of. Child layers are child nodes; their members are the

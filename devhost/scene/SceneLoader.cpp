@@ -75,9 +75,7 @@ void tellUnreadableTextures() {
             const std::string &name = all.node(texture)->texture()->fileName;
             const std::string place = "material '" + node->name + "', texture '" +
                                       (name.empty() ? all.node(texture)->name : name) + "'";
-            const bool absent = !name.empty() && resolveFile(name).empty();
-            tell({"texture", file, place,
-                  absent ? "the image is not there" : "the image cannot be read",
+            tell({"texture", file, place, whyUnreadable(*all.node(texture)->texture()),
                   "the material is shown without it"});
         }
     }

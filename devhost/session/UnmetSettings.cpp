@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "devhost/session/UnmetSettings.h"
 
+#include "devhost/util/Notices.h"
+
+#include <utility>
+
 namespace devhost {
 
-std::vector<std::string> unmetSettings(const ZCommonRenderSettingsData &settings) {
-    std::vector<std::string> lines;
+void tellUnmetSettings(const ZCommonRenderSettingsData &settings) {
+    const auto unmet = [](const char *name, const char *found, const char *instead) {
+        tell({"setting", "", std::string("setting ") + name, found, instead});
+    };
     if (!settings.renderAll)
-        lines.emplace_back(
-            "renderAll is false: nothing is selected here, all objects are rendered");
+        unmet("renderAll", "it is false, and nothing can be selected", "all objects are rendered");
     if (settings.dotPerInch != 72)
-        lines.emplace_back("dotPerInch is not written to pictures");
+        unmet("dotPerInch", "pictures do not hold it", "it is left out");
     const std::pair<const char *, const ZString *> commands[] = {
         {"preKos", &settings.preKos},
         {"postKos", &settings.postKos},
@@ -19,8 +24,7 @@ std::vector<std::string> unmetSettings(const ZCommonRenderSettingsData &settings
         {"postRenderKos", &settings.postRenderKos}};
     for (const auto &[name, command] : commands)
         if (command->length())
-            lines.push_back(std::string(name) + " is not run: scripts can ask for it");
-    return lines;
+            unmet(name, "there is nothing that runs commands", "scripts can ask for it");
 }
 
 } // namespace devhost

@@ -4,12 +4,9 @@
 #include "host/base/HostApi.h"
 #include "host/render/ZCommonRenderSettings.h"
 
-#include <string>
-#include <vector>
-
 namespace devhost {
 
-/// What the settings ask for and this host does not do, one line each.
-OPENQUIL_API std::vector<std::string> unmetSettings(const ZCommonRenderSettingsData &settings);
+/// Tells a notice for each setting that asks for something which this host does not do.
+OPENQUIL_API void tellUnmetSettings(const ZCommonRenderSettingsData &settings);
 
 } // namespace devhost

@@ -66,6 +66,12 @@ ZRenderCallback.addCallback(callback, 0)
                              '  File "a.py", line %d, in fall' % line,
                              '  File "a.py", line %d, in <module>' % (line + 1))
 
+    def test_jump_to_nowhere(self):
+        # Nobody can follow such a stack; the script's is told all the same.
+        self.crashes(signal.SIGSEGV, "import ctypes\ndef fall():\n"
+                     "    ctypes.CFUNCTYPE(None)(0xffffffff00000000)()\nfall()", ADDRESS, STACK,
+                     '  File "a.py", line 3, in fall', '  File "a.py", line 4, in <module>')
+
     def test_stack_that_is_used_up(self):
         frames = ['  File "a.py", line 4, in fall'] * 20
         for start in ("fall()", "import threading\nthread = threading.Thread(target=fall)\n"

@@ -50,7 +50,7 @@ TEST_F(RayTest, TriangleHitsGiveDistanceNormalsAndWeights) {
     EXPECT_NEAR(hit.u, 0.25, 1e-6);
     EXPECT_NEAR(hit.v, 0.125, 1e-6);
     EXPECT_TRUE(near(hit.normal, ZVector(0.25, 0, 0.75).normal()));
-    EXPECT_NEAR(hit.where.uv[1], 0.125, 1e-6);
+    EXPECT_NEAR(rayTracer().where(hit).uv[1], 0.125, 1e-6);
     EXPECT_EQ(hit.triangle, 0);
 
     for (const RaySpan beside : {RaySpan{0, 4.9f}, {5.1f}}) {
