@@ -18,7 +18,7 @@ set_target_properties(${installed_programs} PROPERTIES
 set_target_properties(_OpenQuil _OpenQuilRender PROPERTIES INSTALL_RPATH "$ORIGIN/../lib")
 set_target_properties(script_drawing PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS ${installed_programs} DESTINATION ${home}/bin)
-install(TARGETS _OpenQuil _OpenQuilRender DESTINATION ${home}/python)
+install(TARGETS _OpenQuil _OpenQuilRender _openquil_proxy DESTINATION ${home}/python)
 install(TARGETS script_drawing DESTINATION ${home}/lib)
 foreach(program IN LISTS installed_programs)
   install(CODE "

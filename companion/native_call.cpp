@@ -4,10 +4,6 @@
 namespace companion {
 namespace {
 
-PyObject *call_unseen(PyObject *function, PyObject *argument) {
-    return PyCFunction_GET_FUNCTION(function)(PyCFunction_GET_SELF(function), argument);
-}
-
 /// Tells the profile function, which is not itself profiled; false with its exception set.
 bool tell(PyThreadState *state, int event, PyObject *function) {
     if (!state->c_profilefunc || state->tracing)
@@ -19,6 +15,8 @@ bool tell(PyThreadState *state, int event, PyObject *function) {
     --state->tracing;
     return !failed;
 }
+
+} // namespace
 
 PyObject *call_seen(PyThreadState *state, PyObject *function, PyObject *argument) {
     if (!tell(state, PyTrace_C_CALL, function))
@@ -39,17 +37,6 @@ PyObject *call_seen(PyThreadState *state, PyObject *function, PyObject *argument
     Py_XDECREF(value);
     Py_XDECREF(traceback);
     return nullptr;
-}
-
-} // namespace
-
-PyObject *call_native(PyObject *function, PyObject *argument) {
-    PyThreadState *state = PyThreadState_GET();
-    PyObject *result =
-        state->use_tracing ? call_seen(state, function, argument) : call_unseen(function, argument);
-    if (result && state->curexc_type) [[unlikely]]
-        Py_CLEAR(result);
-    return result;
 }
 
 } // namespace companion
