@@ -41,7 +41,7 @@ extern "C" void endCleanly(int signal) {
 const struct {
     int signal;
     void (*handler)(int);
-} handlers[] = {
+} kHandlers[] = {
     {SIGINT, stopRender}, {SIGTERM, stopRender}, {SIGHUP, endCleanly}, {SIGXFSZ, SIG_IGN}};
 
 /// Gives a signal a handler, unless it is ignored, and returns its earlier handling.
@@ -67,11 +67,11 @@ sigset_t setOf(std::initializer_list<int> signals) {
 } // namespace
 
 SignalScope::SignalScope() {
-    static_assert(std::size(handlers) == std::size(decltype(earlier_){}));
+    static_assert(std::size(kHandlers) == std::size(decltype(earlier_){}));
     // Made beforehand: a signal handler must not.
     session = &devhost::renderSession();
-    for (size_t i = 0; i < std::size(handlers); ++i)
-        earlier_[i] = {handlers[i].signal, handle(handlers[i].signal, handlers[i].handler)};
+    for (size_t i = 0; i < std::size(kHandlers); ++i)
+        earlier_[i] = {kHandlers[i].signal, handle(kHandlers[i].signal, kHandlers[i].handler)};
 }
 
 SignalScope::~SignalScope() {
@@ -98,12 +98,12 @@ InterruptHandover::InterruptHandover() {
     const sigset_t signals = setOf({SIGINT, SIGTERM, SIGHUP});
     pthread_sigmask(SIG_BLOCK, &signals, &earlier_);
     // The interpreter takes over only what has no handler, and scripts are told of what it found.
-    for (const auto &each : handlers)
+    for (const auto &each : kHandlers)
         handle(each.signal, SIG_DFL);
 }
 
 InterruptHandover::~InterruptHandover() {
-    for (const auto &each : handlers)
+    for (const auto &each : kHandlers)
         if (each.handler != stopRender)
             handle(each.signal, each.handler);
     const sigset_t interrupts = setOf({SIGINT, SIGTERM});

@@ -41,10 +41,9 @@ class NameFields {
 };
 
 void writeThread(std::FILE *stream, const std::string &name, size_t thread) {
-    std::fprintf(
-        stream,
-        "%s{\"ph\":\"M\",\"pid\":1,\"tid\":%zu,\"name\":\"thread_name\",\"args\":{\"name\":%s}}",
-        thread == 1 ? "" : ",\n", thread, quoted(name).c_str());
+    std::fprintf(stream,
+                 R"(%s{"ph":"M","pid":1,"tid":%zu,"name":"thread_name","args":{"name":%s}})",
+                 thread == 1 ? "" : ",\n", thread, quoted(name).c_str());
 }
 
 void writeEvent(std::FILE *stream, const TimelineEvent &event, size_t thread, NameFields &names) {
@@ -52,7 +51,7 @@ void writeEvent(std::FILE *stream, const TimelineEvent &event, size_t thread, Na
     std::fprintf(
         stream, ",\n{\"ph\":\"%s\",\"pid\":1,\"tid\":%zu,\"ts\":%" PRIu64 ".%03" PRIu64 "%s%s}",
         kPhases[event.kind], thread, event.nanoseconds / 1000, event.nanoseconds % 1000,
-        names.of(event.name).c_str(), event.kind == TimelineEvent::kMark ? ",\"s\":\"g\"" : "");
+        names.of(event.name).c_str(), event.kind == TimelineEvent::kMark ? R"(,"s":"g")" : "");
 }
 
 /// What all threads spent under one name.

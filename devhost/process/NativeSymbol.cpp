@@ -13,8 +13,11 @@
 #include <optional>
 
 // The demangler's own entry that asks for no memory; libsupc++ has it.
-extern "C" int __gcclibcxx_demangle_callback( // NOLINT(bugprone-reserved-identifier)
-    const char *mangled, void (*part)(const char *text, size_t size, void *data), void *data);
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
+extern "C" int
+__gcclibcxx_demangle_callback(const char *mangled,
+                              void (*part)(const char *text, size_t size, void *data), void *data);
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 namespace devhost {
 namespace {

@@ -132,8 +132,8 @@ bool closeGuarded(const void *address, const char *when) noexcept {
     block.closedAt = nanoseconds();
     block.closedWhen = when;
     // Fresh pages: the memory goes, and closed neighbours become one mapping.
-    mmap(reinterpret_cast<void *>(block.mapping), block.mapped, PROT_NONE,
-         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED, -1, 0);
+    static_cast<void>(mmap(reinterpret_cast<void *>(block.mapping), block.mapped, PROT_NONE,
+                           MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED, -1, 0));
     blocks().open.erase(found);
     return true;
 }

@@ -34,11 +34,13 @@ OPENQUIL_API bool explainAddress(SafeText &text, uintptr_t address);
 /// Gives containers guarded memory, where the guard is on.
 template <class T, const char *what>
 struct LentAllocator {
+    // NOLINTBEGIN(readability-identifier-naming): containers ask for these names
     using value_type = T;
     template <class Other>
     struct rebind {
         using other = LentAllocator<Other, what>;
     };
+    // NOLINTEND(readability-identifier-naming)
     LentAllocator() = default;
     template <class Other>
     explicit LentAllocator(const LentAllocator<Other, what> &) {}
