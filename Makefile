@@ -4,6 +4,8 @@ SCENE ?= /usr/share/glmark2/models/bunny.obj
 # What ctest runs at once.
 export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 
+PREFIX ?= /usr/local
+.PHONY: programs install uninstall package
 .PHONY: build setup demo test stress bench format clean
 .PHONY: check-asan check-tsan check-valgrind check-bare coverage lint lint-fast strength
 
@@ -17,6 +19,21 @@ setup:
 # Builds the programs alone, and runs the two example renderers on SCENE.
 demo: setup
 	@tools/demo.sh "$(SCENE)"
+
+# The programs, and what is installed beside them.
+programs: setup-package
+	cmake $(if $(wildcard build/build.ninja),build,--preset release -DOPENQUIL_TESTS=OFF)
+	cmake --build --preset release --target programs man_pages
+
+# Into PREFIX, and out of it again.
+install: programs
+	@tools/install.sh install "$(PREFIX)"
+uninstall:
+	@tools/install.sh uninstall "$(PREFIX)"
+
+# A Debian package, in build/package.
+package: programs
+	cpack --config build/CPackConfig.cmake -B build/package
 
 test: build
 	ctest --test-dir build --output-on-failure
@@ -60,15 +77,17 @@ lint-fast: setup-checks
 	cmake --preset debug -B build-lint
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++) --changed
 
-# The same, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp) on everything, and the ratio
-# of test lines to code lines.
+# The same, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp) on everything, whether the
+# faults of `make strength` fit the sources, and the ratio of test lines to code lines.
 lint: lint-fast
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++)
+	python3 tools/strength/plant_faults.py --check
 	python3 tools/test_ratio.py
 
-# What the tests catch: faults planted one at a time (twenty minutes); writes docs/test_strength.md.
+# What the tests catch: faults planted and operators flipped, one at a time (hours); writes
+# docs/test_strength.md.
 strength: setup-tests
-	python3 tools/strength/plant_faults.py --folder build/strength --output docs/test_strength.md
+	python3 tools/strength/plant_faults.py --output docs/test_strength.md
 
 # Call times of the wrappers beside hand-written C, Cython and ctypes; see bench/run.py.
 bench: build setup-bench

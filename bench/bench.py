@@ -8,11 +8,13 @@
 
 The folders of the module and of the built bench modules come in PYTHONPATH.
 """
+import array
 import ctypes
 import gc
 import itertools
 import json
 import os
+import re
 import sys
 import time
 
@@ -29,6 +31,8 @@ SHAPES = [
     ("numbers", "five numbers: ZRenderUtil_noise4"),
     ("get", "pointer: RV_PIXEL_r_get"),
     ("set", "pointer and int: RV_AOV_numberOfChannels_set"),
+    ("get_proxy", "the same getter, given a proxy"),
+    ("set_proxy", "the same setter, given a proxy"),
     ("string", "string in and out: ZRenderUtil_relativeFileName"),
     ("value", "by-value result: ZRenderUtil_maximumSpecularReflection"),
     ("proxy", "the same, results in proxies everywhere"),
@@ -38,6 +42,26 @@ SHAPES = [
     ("gl_uniform", "int and four floats: ZGLFunctionTable_glUniform4fARB"),
     ("callback", "host to Python: ZRenderCallback.renderCallback"),
 ]
+
+
+# What a script writes: with the proxy classes, and with Cython's own classes.
+SCRIPTS = [
+    ("script_none", "util.noise_size()", "static method, no argument"),
+    ("script_numbers", "util.noise4(0.1, 0.2, 0.3, 0.4, 7)", "static method, five numbers"),
+    ("script_get", "pixel.r", "property"),
+    ("script_set", "pixel.r = 0.5", "property set"),
+    ("script_make", "Vector()", "construct and destroy"),
+    ("script_length", "v.length()", "method"),
+    ("script_add", "v + w", "operator, by-value result"),
+    ("script_times", "v * 2.0", "overloaded operator"),
+    ("script_item", "numbers[3]", "item of a buffer"),
+    ("script_item_set", "numbers[3] = 0.5", "item of a buffer set"),
+    ("script_slice", "numbers[:]", "a slice of 1,000 floats"),
+    ("script_write", "numbers.write(0, packed)", "1,000 floats from array.array"),
+]
+SHAPES += [(key, "script: %s: %s" % (text, code)) for key, code, text in SCRIPTS]
+# The proxies spell it in the host's way.
+HOST_NAMES = {"noise_size": "noiseTableSize"}
 
 
 class Callback(object):
@@ -77,8 +101,24 @@ class Calls(object):
     def loop(self, shape):
         if shape == "callback":
             return self.callback_loop(Callback())
+        if shape in self.scripts:
+            return make_code_loop(*self.scripts[shape])
         function, arguments = self.shapes[shape]
         return make_loop(function, arguments)
+
+    scripts = {}
+
+
+def script_shapes(names, host_names):
+    """The codes with the names in them, those that the implementation has."""
+    result = {}
+    for key, code, _ in SCRIPTS:
+        for ours, host in host_names.items():
+            code = code.replace(ours, host)
+        used = dict((n, v) for n, v in names.items() if n in re.findall(r"[a-zA-Z]+", code))
+        if set(re.findall(r"\b(?:util|pixel|Vector|v|w|numbers|packed)\b", code)) == set(used):
+            result[key] = code, used
+    return result
 
 
 def flat_shapes(module, new_vector):
@@ -144,6 +184,10 @@ class CythonCalls(FlatCalls):
     def __init__(self):
         import cython_floor
         FlatCalls.__init__(self, cython_floor)
+        vector = cython_floor.ScriptVector
+        self.scripts = script_shapes({
+            "util": cython_floor.Util, "pixel": cython_floor.Pixel(), "Vector": vector,
+            "v": vector(1.0, 2.0, 3.0), "w": vector(4.0, 5.0, 6.0)}, {})
 
 
 class CtypesCalls(Calls):
@@ -194,24 +238,8 @@ class ModuleCalls(Calls):
     def __init__(self):
         import _OpenQuil as core
         import _OpenQuilRender as render
-
-        # The least that a proxy class must have, so that owned objects are destroyed.
-        class FloatVector(object):
-            __swig_destroy__ = core.delete_ZFloatVector
-
-        class Pixel(object):
-            __swig_destroy__ = render.delete_RV_PIXEL
-
-        class Layer(object):
-            __swig_destroy__ = render.delete_RV_AOV
-
-        class RenderCallback(object):
-            __swig_destroy__ = render.delete_ZRenderCallback
-
-        core.ZFloatVector_swigregister(FloatVector)
-        render.RV_PIXEL_swigregister(Pixel)
-        render.RV_AOV_swigregister(Layer)
-        render.ZRenderCallback_swigregister(RenderCallback)
+        import OpenQuil  # the proxy classes, as scripts have them
+        import OpenQuilRender
 
         light, point, normal, ray = [
             core.new_ZFloatVector(*map(float, v)) for v in (LIGHT, POINT, NORMAL, RAY)]
@@ -228,21 +256,19 @@ class ModuleCalls(Calls):
             "string": (render.ZRenderUtil_relativeFileName, (NAME,)),
             "value": reflection,
             "proxy": reflection,
+            "get_proxy": (render.RV_PIXEL_r_get, (OpenQuilRender.RV_PIXEL(),)),
+            "set_proxy": (render.RV_AOV_numberOfChannels_set, (OpenQuilRender.RV_AOV(), 3)),
         }
+        packed = array.array("f", range(1000))
+        vector = OpenQuil.ZVector
+        self.scripts = script_shapes({
+            "util": OpenQuilRender.ZRenderUtil, "pixel": OpenQuilRender.RV_PIXEL(),
+            "Vector": vector, "v": vector(1, 2, 3), "w": vector(4, 5, 6),
+            "numbers": OpenQuil.FloatBuffer(packed), "packed": packed}, HOST_NAMES)
 
     def prepare_gl(self):
         import _OpenQuilRender as render
         core = self.core
-
-        # The least that a proxy class must have, so that owned objects are destroyed.
-        class FloatBuffer(object):
-            __swig_destroy__ = core.delete_FloatBuffer
-
-        class IntBuffer(object):
-            __swig_destroy__ = core.delete_IntBuffer
-
-        core.FloatBuffer_swigregister(FloatBuffer)
-        core.IntBuffer_swigregister(IntBuffer)
         functions = [getattr(render, "ZGLFunctionTable_" + name) for name in
                      ("glColor3f", "glVertex3fv", "glGetIntegerv", "glUniform4fARB")]
         vertex = core.new_FloatBuffer(3)
@@ -280,6 +306,18 @@ def loop(count, repeat=repeat, function=function%s):
     return scope["loop"]
 
 
+def make_code_loop(code, names):
+    """The same for a piece of code."""
+    source = """
+def loop(count, repeat=repeat%s):
+    for _ in repeat(None, count):
+        %s
+""" % ("".join(", %s=%s" % (n, n) for n in names), code)
+    scope = dict(names, repeat=itertools.repeat)
+    exec(source, scope)
+    return scope["loop"]
+
+
 def empty_loop(count):
     for _ in itertools.repeat(None, count):
         pass
@@ -292,7 +330,7 @@ def callback_loop(native, target):
 
 
 def has(calls, shape):
-    return shape == "callback" or shape in calls.shapes
+    return shape == "callback" or shape in calls.shapes or shape in calls.scripts
 
 
 def available():
@@ -326,7 +364,11 @@ def check(implementations):
         for shape, (function, arguments) in calls.shapes.items():
             result[shape] = function(*arguments)
         result["value"] = calls.vector_tuple(result["value"])
-        result.pop("proxy", None)
+        for only in "proxy", "get_proxy", "set_proxy":
+            result.pop(only, None)
+        for key, (code, names) in calls.scripts.items():
+            value = eval(code, dict(names)) if "=" not in code else None
+            result[key] = value if isinstance(value, (int, float)) else None
         if "gl_get" in calls.shapes:
             result["gl_state"] = gl_answers(calls)
         target = CountingCallback()

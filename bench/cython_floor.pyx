@@ -33,7 +33,7 @@ cdef extern from "host/core/ZFloatVector.h":
 
 cdef extern from "host/render/ZRenderView.h":
     cppclass RV_PIXEL:
-        float r
+        float r, g, b, a
     cppclass RV_AOV:
         unsigned int numberOfChannels
 
@@ -70,6 +70,16 @@ cdef extern from *:
         CythonCallback(void *self, bool_t (*call)(object, const ZRenderData &))
 
 
+cdef extern from "host/core/ZVector.h":
+    cppclass ZVector:
+        double x, y, z
+        ZVector()
+        ZVector(double, double, double)
+        ZVector operator+(const ZVector &)
+        ZVector operator*(double)
+        double length()
+
+
 cdef class Pixel:
     cdef RV_PIXEL *pointer
 
@@ -78,6 +88,44 @@ cdef class Pixel:
 
     def __dealloc__(self):
         del self.pointer
+
+    @property
+    def r(self):
+        return self.pointer.r
+
+    @r.setter
+    def r(self, float value):
+        self.pointer.r = value
+
+
+cdef class ScriptVector:
+    cdef ZVector vector
+
+    def __init__(self, double x=0, double y=0, double z=0):
+        self.vector = ZVector(x, y, z)
+
+    def length(self):
+        return self.vector.length()
+
+    def __add__(ScriptVector self, ScriptVector other):
+        cdef ScriptVector result = ScriptVector.__new__(ScriptVector)
+        result.vector = self.vector + other.vector
+        return result
+
+    def __mul__(ScriptVector self, double factor):
+        cdef ScriptVector result = ScriptVector.__new__(ScriptVector)
+        result.vector = self.vector * factor
+        return result
+
+
+class Util(object):
+    @staticmethod
+    def noise_size():
+        return noiseTableSize()
+
+    @staticmethod
+    def noise4(float x, float y, float z, float t, unsigned short prime):
+        return c_noise4(x, y, z, t, prime)
 
 
 cdef class Aov:

@@ -281,6 +281,26 @@ PyObject *gl_uniform4f(PyObject *, PyObject *arguments) {
 
 PyObject *render_callback_name;
 
+/// Calls a Python method, the usual one without what is only needed for others.
+PyObject *call_method(PyObject *self, PyObject *name, PyObject *argument) {
+    PyObject *method = PyObject_GetAttr(self, name);
+    if (!method)
+        return nullptr;
+    PyObject *function = PyMethod_Check(method) ? PyMethod_GET_FUNCTION(method) : nullptr;
+    PyObject *result;
+    if (function && PyMethod_GET_SELF(method) && PyFunction_Check(function) &&
+        !PyFunction_GET_CLOSURE(function)) {
+        PyObject *arguments[] = {PyMethod_GET_SELF(method), argument};
+        result = PyEval_EvalCodeEx(reinterpret_cast<PyCodeObject *>(PyFunction_GET_CODE(function)),
+                                   PyFunction_GET_GLOBALS(function), nullptr, arguments, 2, nullptr,
+                                   0, nullptr, 0, nullptr);
+    } else {
+        result = PyObject_CallFunctionObjArgs(method, argument, nullptr);
+    }
+    Py_DECREF(method);
+    return result;
+}
+
 class ForwardingCallback : public ZRenderCallback {
   public:
     explicit ForwardingCallback(PyObject *self) : self_(self) {}
@@ -290,8 +310,7 @@ class ForwardingCallback : public ZRenderCallback {
         const PyGILState_STATE state = PyGILState_Ensure();
         bool answer = false;
         if (PyObject *argument = Pointer<const ZRenderData>::make(&data, false)) {
-            PyObject *result =
-                PyObject_CallMethodObjArgs(self_, render_callback_name, argument, nullptr);
+            PyObject *result = call_method(self_, render_callback_name, argument);
             Py_DECREF(argument);
             if (result) {
                 answer = PyObject_IsTrue(result) == 1;

@@ -18,39 +18,39 @@ using namespace binding;
 
 static const char *name_of(Kind kind) {
     switch (kind) {
-    case Kind::Static:
+    case Kind::kStatic:
         return "static";
-    case Kind::Method:
+    case Kind::kMethod:
         return "method";
-    case Kind::Constructor:
+    case Kind::kConstructor:
         return "constructor";
-    case Kind::Destructor:
+    case Kind::kDestructor:
         return "destructor";
-    case Kind::Disown:
+    case Kind::kDisown:
         return "disown";
-    case Kind::Setter:
+    case Kind::kSetter:
         return "setter";
-    case Kind::Getter:
+    case Kind::kGetter:
         return "getter";
-    case Kind::Register:
+    case Kind::kRegister:
         return "register";
-    case Kind::Initialise:
+    case Kind::kInitialise:
         return "initialise";
-    case Kind::Overloads:
+    case Kind::kOverloads:
         break; // goes by its cases
     }
     return "unknown";
 }
 
 static bool has_member(Kind kind) {
-    return kind == Kind::Static || kind == Kind::Method || kind == Kind::Setter ||
-           kind == Kind::Getter;
+    return kind == Kind::kStatic || kind == Kind::kMethod || kind == Kind::kSetter ||
+           kind == Kind::kGetter;
 }
 
 /// "member" of "Class_member", without the "_set" and "_get" of accessors.
 static std::string member_of(const Function &function) {
     std::string_view member = function.member();
-    if (function.kind == Kind::Setter || function.kind == Kind::Getter)
+    if (function.kind == Kind::kSetter || function.kind == Kind::kGetter)
         member.remove_suffix(4);
     return std::string(member);
 }
@@ -59,7 +59,7 @@ static Json describe_case(const Function &function) {
     std::vector<int> defaults;
     for (int i = function.min; i < function.max; ++i)
         defaults.push_back(function.default_of(i));
-    return {{"declaration", function.declaration},
+    return {{"declaration", function.declaration()},
             {"min", function.min},
             {"max", function.max},
             {"defaults", defaults}};
@@ -89,7 +89,7 @@ static Json describe_functions() {
 static Json describe_constants() {
     Json result = Json::array();
     for (const Constants *constants : constant_tables)
-        for (const Constant &constant : *constants)
+        for (const Constant constant : *constants)
             result.push_back({{"name", constant.name}, {"value", constant.value}});
     return result;
 }

@@ -205,7 +205,7 @@ class Generator(object):
         parts += self.derived_specials(target)
         if self.extension(target):
             parts.append(self.documented_extension(target))
-        return '\nclass %s(%s):\n%s\n\n\n_native.%s_swigregister(%s)\n' % (
+        return '\nclass %s(%s):\n%s\n\n\n_native.%s_swigregister(_proxy.install(%s))\n' % (
             target.name, bases, indented('\n\n'.join(parts)), target.name, target.name)
 
     def class_text(self, target):
@@ -230,44 +230,49 @@ class Generator(object):
             return ('def __init__(self, *args, **kwargs):\n'
                     '    """Not for scripts: objects of this class come from the host."""\n'
                     '    raise AttributeError("No constructor defined")')
-        call = '_native.%s_swiginit(self, _native.%s(%%s))' % (target.name,
-                                                               target.constructor['name'])
         if target.disown:
+            call = '_native.%s_swiginit(self, _native.%s(%%s))' % (target.name,
+                                                                   target.constructor['name'])
             # The native object calls the methods of this instance only where a class has its own.
             instance = 'None if type(self) is %s else self' % target.name
             text = '%s()\n\n%s' % (target.name, self.signatures.text(target.constructor))
             body = docstring(text) + '\n' + wrapped(call % instance)
             return 'def __init__(self):\n' + indented(body)
-        received, passed = self.parameters(target.constructor)
         text = self.signatures.documentation(target.constructor, target.name)
-        head = wrapped('def __init__(%s):' % ', '.join(['self'] + received))
-        return head + '\n' + indented(docstring(text) + '\n' + wrapped(call % passed))
+        return '__init__ = ' + self.method(
+            '__init__', target.constructor, True, text,
+            {'init': '_native.%s_swiginit' % target.name})
 
-    def parameters(self, function):
-        """How the proxy function receives and passes the arguments. One that has no overloads
+    def method(self, name, function, has_object, text, options):
+        """A callable that goes to the native function without a frame. One that has no overloads
         names its parameters."""
         signatures = self.signatures.signatures(function)
+        names = ['self'] if has_object else []
         if len(signatures) > 1:
-            return ['*args'], '*args'
-        return (signatures[0].code_parameters(),
-                ', '.join(parameter.name for parameter in signatures[0].parameters))
+            names.append('*args')
+        else:
+            names += [parameter.name for parameter in signatures[0].parameters]
+            defaults = [parameter.default for parameter in signatures[0].parameters
+                        if parameter.default is not None]
+            if defaults:
+                options = dict(options, defaults='(%s,)' % ', '.join(defaults))
+        parts = ['_native.' + function['name'], repr(name), repr(', '.join(names)),
+                 docstring(text)]
+        parts += ['%s=%s' % option for option in sorted(options.items())]
+        return '_proxy.Method(\n%s)' % indented(',\n'.join(parts))
 
     def function(self, target, function):
-        received, passed = self.parameters(function)
         member = function['member']
         text = self.signatures.documentation(function, member)
-        body = docstring(text) + '\n'
         if function['kind'] == 'static':
-            head = '@staticmethod\n' + wrapped('def %s(%s):' % (member, ', '.join(received)))
-        else:
-            head = wrapped('def %s(%s):' % (member, ', '.join(['self'] + received)))
-            passed = ', '.join(filter(None, ['self', passed]))
-            if target.disown:
-                body += 'self.this  # raises where __init__ was forgotten\n'
-        call = '_native.%s(%s)' % (function['name'], passed)
-        body += wrapped('return ' + ('_proxy.part(self, %s)' % call if is_borrowed(function)
-                                     else call))
-        return head + '\n' + indented(body)
+            made = self.method(member, function, False, text, {})
+            return '%s = staticmethod(%s)' % (member, made)
+        options = {}
+        if is_borrowed(function):
+            options['part'] = True
+        if target.disown:
+            options['checks_this'] = True  # raises where __init__ was forgotten
+        return '%s = %s' % (member, self.method(member, function, True, text, options))
 
     def disown(self, target):
         return ('def __disown__(self):\n'
@@ -278,8 +283,7 @@ class Generator(object):
     def property(self, target, name):
         getter, setter = target.getters[name], target.setters.get(name)
         get, set = '_native.' + getter['name'], setter and '_native.' + setter['name']
-        if is_borrowed(getter):
-            get = '_proxy.part_getter(%s)' % get
+        kind = 'PartProperty' if is_borrowed(getter) else 'Property'
         if setter and self.is_text(getter):
             set = '_proxy.text_setter(%s, %s)' % (set, self.class_names['_p_ZString'])
         shown = self.signatures.types.shown(self.member_type(getter),
@@ -292,7 +296,7 @@ class Generator(object):
                      'again.')
         lines = ['%s,' % accessor for accessor in (get, set) if accessor]
         lines.append('doc=%s)' % docstring(text))
-        return '%s = property(\n%s' % (name, indented('\n'.join(lines)))
+        return '%s = _proxy.%s(\n%s' % (name, kind, indented('\n'.join(lines)))
 
     def member_text(self, target, name):
         declarations = find_declarations(self.header_classes, target.name, name)

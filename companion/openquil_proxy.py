@@ -6,6 +6,8 @@ result are made without __init__."""
 
 import weakref
 
+from _openquil_proxy import Method, PartProperty, Property, install  # noqa: F401
+
 
 class _MissingThis(object):
     """Found instead of "this" where an instance has none: its __init__ did not call the base's."""
@@ -39,23 +41,6 @@ class Proxy(object):
         # The pointer object shows its type between quotation marks, and is the address as a number.
         return "<%s; proxy of native '%s' at 0x%x>" % (
             name, repr(self.this).split("'")[1], int(self.this))
-
-
-def part(whole, result):
-    """A borrowed object that may lie inside another native object. Its proxy keeps the proxy of the
-    whole, and with it the memory of both."""
-    try:
-        result._whole = whole
-    except AttributeError:
-        pass  # None, or a pointer object without a proxy
-    return result
-
-
-def part_getter(native_get):
-    """The getter of an object inside another native object."""
-    def get(self):
-        return part(self, native_get(self))
-    return get
 
 
 def text_setter(native_set, text_class):

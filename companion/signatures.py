@@ -147,10 +147,6 @@ class Signature(object):
         self.result = result
         self.shown_result = shown_result
 
-    def code_parameters(self):
-        return [p.name if p.default is None else '%s=%s' % (p.name, p.default)
-                for p in self.parameters]
-
     def typed_parameters(self):
         return [typed(p.name, p.python, p.default) for p in self.parameters]
 

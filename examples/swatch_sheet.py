@@ -66,8 +66,8 @@ def main(path="sheet.png", size="160", columns="5"):
     image.create(width, height)
     image.writePixels(sheet)
     image.writeToFile(path)
-    print("%d swatches in %s, row by row: %s" % (
-        len(nodes), path, ", ".join(str(name) for name, _ in nodes)))
+    print(u"%d swatches in %s, row by row: %s" % (
+        len(nodes), path, ", ".join(unicode(name) for name, _ in nodes)))
 
 
 main(*sys.argv[1:])

@@ -2,62 +2,35 @@
 #include "runtime/client_data.h"
 
 #include "runtime/convert.h"
+#include "runtime/pending_error.h"
 
 #include <cstdlib>
-#include <initializer_list>
+
+using namespace binding;
 
 namespace {
-
-/// Looks for an attribute that a class may well lack, or refuse with any exception. False, with the
-/// exception left, only when memory is short.
-bool find_attribute(PyObject *klass, const char *name, PyObject *&value) {
-    value = PyObject_GetAttrString(klass, name);
-    if (!value) {
-        if (PyErr_ExceptionMatches(PyExc_MemoryError))
-            return false;
-        PyErr_Clear();
-    }
-    return true;
-}
-
-/// Takes over the class's way of making raw instances.
-bool set_constructor(SwigPyClientData *data) {
-    if (!PyClass_Check(data->klass) && !find_attribute(data->klass, "__new__", data->newraw))
-        return false;
-    if (data->newraw)
-        return (data->newargs = PyTuple_Pack(1, data->klass));
-    Py_INCREF(data->klass);
-    data->newargs = data->klass;
-    return true;
-}
 
 /// A built-in that takes one object is called directly, anything else through the interpreter.
 bool needs_fresh_argument(PyObject *destroy) {
     return !PyCFunction_Check(destroy) || !(PyCFunction_GET_FLAGS(destroy) & METH_O);
 }
 
-bool set_destructor(SwigPyClientData *data) {
-    if (!find_attribute(data->klass, "__swig_destroy__", data->destroy))
-        return false;
-    data->delargs = data->destroy && needs_fresh_argument(data->destroy);
-    return true;
-}
-
-/// True for a class whose "__new__" is object's own. Most proxy classes are such, and their
-/// instances are made without the detour through the callable.
+/// True for a class whose "__new__" is object's own and makes instances without more ado. Most
+/// proxy classes are such, and their instances are allocated here.
 bool has_plain_new(SwigPyClientData *data) {
     return PyCFunction_Check(data->newraw) &&
            PyCFunction_GET_SELF(data->newraw) == reinterpret_cast<PyObject *>(&PyBaseObject_Type) &&
            PyType_Check(data->klass) &&
-           reinterpret_cast<PyTypeObject *>(data->klass)->tp_new == PyBaseObject_Type.tp_new;
+           reinterpret_cast<PyTypeObject *>(data->klass)->tp_new == PyBaseObject_Type.tp_new &&
+           !PyType_HasFeature(reinterpret_cast<PyTypeObject *>(data->klass),
+                              Py_TPFLAGS_IS_ABSTRACT); // which "__new__" refuses by name
 }
 
 PyObject *make_instance(SwigPyClientData *data) {
     if (!has_plain_new(data))
         return PyObject_Call(data->newraw, data->newargs, nullptr);
-    static PyObject *const no_arguments = PyTuple_New(0);
-    return PyBaseObject_Type.tp_new(reinterpret_cast<PyTypeObject *>(data->klass), no_arguments,
-                                    nullptr);
+    auto *type = reinterpret_cast<PyTypeObject *>(data->klass);
+    return type->tp_alloc(type, 0);
 }
 
 PyObject *new_style_instance(SwigPyClientData *data, PyObject *pointer_object) {
@@ -95,12 +68,43 @@ SwigPyClientData *SwigPyClientData_New(PyObject *klass) {
     }
     Py_INCREF(klass);
     data->klass = klass;
-    if (set_constructor(data) && set_destructor(data))
-        return data;
-    for (PyObject *object : {data->klass, data->newraw, data->newargs, data->destroy})
-        Py_XDECREF(object);
-    std::free(data);
-    return nullptr;
+    if (!PyClass_Check(klass))
+        data->newraw = PyObject_GetAttrString(klass, "__new__");
+    data->newargs = data->newraw ? PyTuple_Pack(1, klass) : (Py_INCREF(klass), klass);
+    if (!data->newargs) {
+        Py_DECREF(data->newraw);
+        Py_DECREF(data->klass);
+        std::free(data);
+        return nullptr;
+    }
+    data->destroy = PyObject_GetAttrString(klass, "__swig_destroy__");
+    // Whichever of the two look-ups failed: such a class destroys nothing.
+    if (PyErr_Occurred()) {
+        PyErr_Clear();
+        Py_CLEAR(data->destroy);
+    }
+    data->delargs = data->destroy && needs_fresh_argument(data->destroy);
+    return data;
+}
+
+void SwigPyClientData_Release(SwigPyClientData *data) {
+    if (!data->newargs)
+        return;
+    Py_CLEAR(data->newraw);
+    Py_CLEAR(data->newargs);
+    Py_XDECREF(data->destroy);
+}
+
+PyObject *SwigPyClientData_Destructor(const SwigPyClientData *data) {
+    if (!data->klass || data->newargs || !data->destroy) {
+        Py_XINCREF(data->destroy);
+        return data->destroy;
+    }
+    const PendingError keep;
+    PyObject *destroy = PyObject_GetAttrString(data->klass, "__swig_destroy__");
+    if (destroy != data->destroy)
+        Py_CLEAR(destroy);
+    return destroy;
 }
 
 PyObject *SWIG_Python_NewShadowInstance(SwigPyClientData *data, PyObject *pointer_object) {

@@ -17,8 +17,17 @@ struct SwigPyClientData {
 };
 
 /// Client data for a proxy class, never freed; null for a null class, and with an exception set
-/// when memory is short.
+/// when memory is short. A class whose attributes cannot be looked up is one that lacks them.
 SwigPyClientData *SwigPyClientData_New(PyObject *klass);
+
+/// Drops the references at teardown, but for the one to the class. Null `newargs` are the mark of
+/// that; `destroy` stays as it was, and is the class's to keep.
+void SwigPyClientData_Release(SwigPyClientData *data);
+
+/// The callable that destroys native objects (a new reference), or null; no exception is left.
+/// Owned objects may outlive the teardown: then it is the class's attribute, if that is still the
+/// callable that it was.
+PyObject *SwigPyClientData_Destructor(const SwigPyClientData *data);
 
 /// An instance of the proxy class that holds `pointer_object` as its "this", made without running
 /// "__init__"; null when it could not be made.

@@ -7,9 +7,9 @@
 
 using namespace binding;
 
-namespace {
+constinit PyObject *binding::swig_this = nullptr;
 
-PyObject *swig_this = nullptr;
+namespace {
 
 /// "this" for lookups, which leave no exception; null when memory is short.
 PyObject *this_or_null() {
@@ -19,8 +19,17 @@ PyObject *this_or_null() {
     return SWIG_This();
 }
 
+/// True where the type alone tells that there is no "this", as it does for numbers, texts and
+/// lists.
+bool cannot_have_this(const PyObject *object) {
+    PyTypeObject *type = Py_TYPE(object);
+    return type->tp_getattro == PyObject_GenericGetAttr && !_PyType_Lookup(type, swig_this);
+}
+
 /// The "this" of a type without an instance dictionary (borrowed: its owner keeps it), or null.
 PyObject *this_attribute(PyObject *object) {
+    if (cannot_have_this(object))
+        return nullptr;
     const PendingError keep;
     PyObject *value = PyObject_GetAttr(object, swig_this);
     if (!value)
@@ -29,6 +38,14 @@ PyObject *this_attribute(PyObject *object) {
     const bool is_kept = value->ob_refcnt > 1;
     Py_DECREF(value);
     return is_kept ? value : nullptr;
+}
+
+/// "this" in a dictionary (borrowed), or null. Nearly always it is where its hash says.
+PyObject *this_in(PyObject *dictionary) {
+    const auto *table = reinterpret_cast<PyDictObject *>(dictionary);
+    const long hash = reinterpret_cast<PyStringObject *>(swig_this)->ob_shash;
+    const PyDictEntry &likely = table->ma_table[hash & table->ma_mask];
+    return likely.me_key == swig_this ? likely.me_value : PyDict_GetItem(dictionary, swig_this);
 }
 
 /// The next candidate on the way from a value to its pointer object (borrowed), or null.
@@ -41,7 +58,7 @@ PyObject *candidate_behind(PyObject *object) {
         return _PyInstance_Lookup(object, name);
     }
     if (PyObject **dictionary = _PyObject_GetDictPtr(object))
-        return *dictionary ? PyDict_GetItem(*dictionary, name) : nullptr;
+        return *dictionary ? this_in(*dictionary) : nullptr;
     if (PyWeakref_CheckProxy(object))
         return PyWeakref_GET_OBJECT(object);
     return this_attribute(object);
@@ -125,6 +142,17 @@ bool SWIG_SetThis(PyObject *dictionary, PyObject *pointer_object) {
 
 void SWIG_ForgetThis() {
     swig_this = nullptr;
+}
+
+SwigPyObject *binding::pointer_of_proxy(PyObject *instance, const swig_type_info *type) {
+    const Py_ssize_t offset = Py_TYPE(instance)->tp_dictoffset;
+    if (offset <= 0 || !swig_this)
+        return nullptr;
+    PyObject *dictionary =
+        *reinterpret_cast<PyObject **>(reinterpret_cast<char *>(instance) + offset);
+    PyObject *found = dictionary ? this_in(dictionary) : nullptr;
+    return found && is_bare_pointer(found, type) ? reinterpret_cast<SwigPyObject *>(found)
+                                                 : nullptr;
 }
 
 SwigPyObject *SWIG_Python_GetSwigThis(PyObject *object) {

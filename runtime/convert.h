@@ -36,6 +36,15 @@ bool SWIG_SetThis(PyObject *dictionary, PyObject *pointer_object);
 /// Forgets the interned name at teardown; the next SWIG_This makes it again.
 void SWIG_ForgetThis();
 
+namespace binding {
+/// The interned name "this", or null where nothing asked for it yet.
+extern PyObject *swig_this;
+
+/// The pointer object that an instance's dictionary names "this", if it is of exactly the type: the
+/// usual proxy. Null, with no exception set, for everything else, which takes the long way.
+SwigPyObject *pointer_of_proxy(PyObject *instance, const swig_type_info *type);
+} // namespace binding
+
 /// The pointer object behind a value (borrowed), through proxies of any depth, or null.
 SwigPyObject *SWIG_Python_GetSwigThis(PyObject *object);
 

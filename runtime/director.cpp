@@ -4,20 +4,26 @@
 #include "host/base/TpythonInterpreter.h"
 #include "runtime/interpreter_lock.h"
 #include "runtime/object_holder.h"
+#include "runtime/pending_error.h"
 #include "runtime/result_codes.h"
 
 #include <cstdio>
 #include <new>
 
+using namespace binding;
+
 namespace Swig {
 
 Director::Director(PyObject *self) : swig_self(self) {
     TpythonLock lock(kPythonLock);
-    if (!self || !PyType_SUPPORTS_WEAKREFS(Py_TYPE(self)))
+    if (!self)
         return;
+    const PendingError keep;
     swig_watch = PyWeakref_NewRef(self, nullptr);
+    if (!swig_watch && PyErr_ExceptionMatches(PyExc_MemoryError))
+        throw std::bad_alloc();
     if (!swig_watch)
-        PyErr_Clear(); // memory is short
+        Py_INCREF(self);
 }
 
 Director::~Director() {
@@ -25,6 +31,8 @@ Director::~Director() {
     if (Py_IsInitialized()) {
         TpythonLock lock(kPythonLock);
         if (has_interpreter_lock()) { // else the interpreter ended before
+            if (!swig_watch)
+                Py_XDECREF(swig_self);
             Py_XDECREF(swig_watch);
             if (swig_disown_flag)
                 Py_DECREF(swig_self);

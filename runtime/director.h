@@ -19,7 +19,8 @@ using GCItem_var = std::unique_ptr<TpythonObjectWithLock<TpythonLock>>;
 
 class Director {
   public:
-    /// `self` receives the calls. It is not kept alive until swig_disown.
+    /// `self` receives the calls. It is not kept alive until swig_disown, unless it cannot be
+    /// weakly referenced. Throws std::bad_alloc.
     explicit Director(PyObject *self);
     virtual ~Director();
     Director(const Director &) = delete;
@@ -50,8 +51,9 @@ class Director {
     mutable bool swig_disown_flag = false;
     mutable std::map<void *, GCItem_var> swig_owner;
     /// A weak reference to the instance, which may die before this object: a script that keeps its
-    /// "this" keeps the native object alone. Null where the class has no room for weak references
-    /// (`__slots__` without "__weakref__"): instances of such a class have to outlive their "this".
+    /// "this" keeps the native object alone. Null where the instance cannot be weakly referenced
+    /// (`__slots__` without "__weakref__"): then this object holds it, and both live until the
+    /// native object is deleted.
     PyObject *swig_watch = nullptr;
 };
 

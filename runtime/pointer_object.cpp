@@ -105,43 +105,54 @@ PyObject *SwigPyObject_hex(PyObject *object) {
 
 /// Calls the class's destroy callable for an object that is being deallocated. An exception that
 /// was pending before stays; one that the destructor raises stays where none was.
-void destroy_native(SwigPyObject *self, const SwigPyClientData *data) {
+void destroy_native(SwigPyObject *self, PyObject *destroy, bool needs_fresh_argument) {
     PyObject *type = nullptr, *value, *traceback;
     if (PyThreadState_GET()->curexc_type)
         PyErr_Fetch(&type, &value, &traceback);
     PyObject *result = nullptr;
-    if (data->delargs) {
+    if (needs_fresh_argument) {
         // The callable may keep or drop its argument: hand it a stand-in, not the dying object.
         if (PyObject *stand_in = SwigPyObject_New(self->ptr, self->ty, 0)) {
-            result = PyObject_CallFunctionObjArgs(data->destroy, stand_in, nullptr);
+            result = PyObject_CallFunctionObjArgs(destroy, stand_in, nullptr);
             Py_DECREF(stand_in);
         }
     } else {
-        PyCFunction native = PyCFunction_GET_FUNCTION(data->destroy);
-        result = native(PyCFunction_GET_SELF(data->destroy), reinterpret_cast<PyObject *>(self));
+        PyCFunction native = PyCFunction_GET_FUNCTION(destroy);
+        result = native(PyCFunction_GET_SELF(destroy), reinterpret_cast<PyObject *>(self));
     }
     Py_XDECREF(result);
     if (type)
         PyErr_Restore(type, value, traceback);
 }
 
-void SwigPyObject_dealloc(PyObject *object) {
-    SwigPyObject *self = as_pointer_object(object);
-    if (self->own == 1) {
-        auto *data = static_cast<SwigPyClientData *>(self->ty ? self->ty->clientdata : nullptr);
-        if (data && data->destroy) {
-            self->ob_refcnt = 1; // the callable may count it up and down as it likes, or keep it
-            destroy_native(self, data);
-            if (--self->ob_refcnt > 0) {
-                self->own = 0;
-                return;
-            }
-        } else
-            std::printf("swig/python detected a memory leak of type '%s', no destructor found.\n",
-                        pretty_name(self));
+/// Destroys what a dying object owns; false when the destroy callable has kept the object itself.
+bool give_up(SwigPyObject *self) {
+    if (self->own != 1)
+        return true;
+    const auto *data = static_cast<SwigPyClientData *>(self->ty ? self->ty->clientdata : nullptr);
+    PyObject *destroy = data ? SwigPyClientData_Destructor(data) : nullptr;
+    if (!destroy) {
+        std::printf("swig/python detected a memory leak of type '%s', no destructor found.\n",
+                    pretty_name(self));
+        return true;
     }
-    Py_XDECREF(self->next);
-    PyObject_DEL(object);
+    self->ob_refcnt = 1; // the callable may count it up and down as it likes, or keep it
+    destroy_native(self, destroy, data->delargs);
+    Py_DECREF(destroy);
+    if (--self->ob_refcnt == 0)
+        return true;
+    self->own = 0;
+    return false;
+}
+
+// A chain dies from its head on, whichever module's objects are in it: in a loop, as scripts can
+// make it longer than the stack is deep.
+void SwigPyObject_dealloc(PyObject *object) {
+    while (object && give_up(as_pointer_object(object))) {
+        PyObject *next = as_pointer_object(object)->next;
+        PyObject_DEL(object);
+        object = next && --next->ob_refcnt == 0 ? next : nullptr;
+    }
 }
 
 // Methods
@@ -230,8 +241,8 @@ bool SwigPyObject_Check(PyObject *object) {
     PyTypeObject *type = Py_TYPE(object);
     if (type == &pointer_object_type || type == other_pointer_object_type)
         return true;
-    if (std::strcmp(type->tp_name, "SwigPyObject") != 0 ||
-        PyType_HasFeature(type, Py_TPFLAGS_HEAPTYPE))
+    if (PyType_HasFeature(type, Py_TPFLAGS_HEAPTYPE) ||
+        std::strcmp(type->tp_name, "SwigPyObject") != 0)
         return false;
     other_pointer_object_type = type;
     return true;

@@ -18,11 +18,13 @@ constexpr char kHolderAttribute[] = "type_pointer";
 /// Head of the ring, once it was found.
 swig_module_info *type_pointer = nullptr;
 
-/// True when the failure to find the ring's holder is one of memory, in whichever words.
+/// True when the failure to find the ring's holder is one of memory, in whichever words: a module
+/// that is there is not to be imported only then.
 bool is_memory_short() {
-    return PyErr_ExceptionMatches(PyExc_MemoryError) ||
-           (PyErr_ExceptionMatches(PyExc_ImportError) &&
-            PyDict_GetItemString(PyImport_GetModuleDict(), kHolderModule));
+    if (!PyErr_ExceptionMatches(PyExc_ImportError))
+        return PyErr_ExceptionMatches(PyExc_MemoryError);
+    PyObject *holder = PyDict_GetItemString(PyImport_GetModuleDict(), kHolderModule);
+    return holder && PyModule_Check(holder);
 }
 
 /// Null where there is no ring yet, and with an exception set when memory is short: to take that
@@ -39,8 +41,8 @@ swig_module_info *ring_head() {
     return type_pointer;
 }
 
-/// Runs when the interpreter destroys the holder's attribute. The fields are cleared because
-/// pointer objects may outlive the holder. Types belong to the process: when one of several
+/// Runs when the interpreter destroys the holder's attribute, which pointer objects may outlive:
+/// they go on to destroy what they own. Types belong to the process: when one of several
 /// interpreters ends, the others go on using them.
 void SWIG_Python_DestroyModule(void *published) {
     type_pointer = nullptr;
@@ -51,10 +53,7 @@ void SWIG_Python_DestroyModule(void *published) {
         swig_type_info *type = module->types[i];
         if (!type || !type->owndata || !type->clientdata) // null: publishing failed
             continue;
-        auto *data = static_cast<SwigPyClientData *>(type->clientdata);
-        Py_CLEAR(data->newraw);
-        Py_CLEAR(data->newargs);
-        Py_CLEAR(data->destroy);
+        SwigPyClientData_Release(static_cast<SwigPyClientData *>(type->clientdata));
     }
     Py_XDECREF(SWIG_This());
     SWIG_ForgetThis();

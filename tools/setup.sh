@@ -10,8 +10,9 @@
 #   5. Debian 11's python2.7-dev, on Debian 12
 #   6. one that pyenv builds, which takes minutes and a network
 #
-# Usage: setup.sh [--tests] [--bench] [--checks]
-#   Each installs also what the tests, the benchmark or the checking targets of the Makefile need.
+# Usage: setup.sh [--tests] [--bench] [--package] [--checks]
+#   Each installs also what the tests, the benchmark, packaging or the checking targets of the
+#   Makefile need.
 #
 # Environment:
 #   PYTHON2      the python2.7 program to use; an error when it does not fit
@@ -30,7 +31,8 @@ readonly build_packages=(
     libtinyobjloader-dev libtinygltf-dev nlohmann-json3-dev libcli11-dev
     libegl-dev libgl-dev libegl1 libgl1-mesa-dri glmark2-data
 )
-readonly test_packages=(libgtest-dev binutils)
+readonly test_packages=(libgtest-dev binutils help2man)
+readonly package_packages=(help2man dpkg-dev file)
 readonly bench_packages=(cython3 valgrind binutils)
 readonly check_packages=(
     "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git shellcheck valgrind
@@ -258,8 +260,9 @@ for option in "$@"; do
     case $option in
     --tests) packages+=("${test_packages[@]}") ;;
     --bench) packages+=("${bench_packages[@]}") ;;
+    --package) packages+=("${package_packages[@]}") ;;
     --checks) packages+=("${check_packages[@]}") ;;
-    *) die "usage: setup.sh [--tests] [--bench] [--checks]" ;;
+    *) die "usage: setup.sh [--tests] [--bench] [--package] [--checks]" ;;
     esac
 done
 if have dpkg-query && have apt-get; then

@@ -3,10 +3,10 @@
 
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
-#include "devhost/app/FrameRange.h"
 #include "devhost/app/SettingOptions.h"
 #include "devhost/session/FrameRenderer.h"
 #include "devhost/util/FileName.h"
+#include "devhost/util/FrameList.h"
 #include "devhost/util/FramePlaces.h"
 #include "devhost/util/Version.h"
 
@@ -39,13 +39,14 @@ What follows -- goes to the script as sys.argv[1:].
 
 Exit codes:
     0  success
-    1  the script failed (or the number that it gave to sys.exit)
+    1  the script failed (or the number that it gave to sys.exit); a test failed
     2  a mistake on the command line, or a file, folder, camera or layer that it names is not there
     3  the scene could not be read, rendered or written; with --strict also: something in it is not
        honoured
     4  a render callback failed; the pictures were rendered all the same
     5  with --leak-check: host objects that the script made are left over
-  130  interrupted)";
+  130  interrupted
+  143  terminated: SIGTERM ends script and render as an interrupt does)";
 
 [[noreturn]] void usage(const std::string &line) {
     throw Failure(kUsageError, line);
@@ -61,14 +62,8 @@ void checkReadableFile(const std::string &what, const std::string &path) {
         usage("cannot read " + what + " '" + path + "': " + std::strerror(errno));
 }
 
-void checkOutput(const Options &options) {
-    const fs::path path = options.output;
-    if (!devhost::isPictureFileName(options.output))
-        usage("--output '" + options.output + "' does not end in .png or .exr");
-    if (options.frames.size() > 1 && path.filename().string().find('#') == std::string::npos)
-        usage("--output '" + options.output +
-              "' needs a place such as #### for the frame number, as there are " +
-              std::to_string(options.frames.size()) + " frames");
+/// That a file can be made under the name.
+void checkTarget(const std::string &option, const fs::path &path) {
     std::error_code ignored, problem;
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     static_cast<void>(fs::absolute(folder, problem));
@@ -80,7 +75,23 @@ void checkOutput(const Options &options) {
         usage("cannot write to the output folder '" + folder.string() +
               "': " + std::strerror(errno));
     if (fs::is_directory(path, ignored))
-        usage("--output '" + options.output + "' is a folder");
+        usage(option + " '" + path.string() + "' is a folder");
+}
+
+void checkOutput(const Options &options) {
+    checkOutputName(options.output, options.frames.size());
+    checkTarget("--output", options.output);
+}
+
+/// Dotted names are looked for later, on Python's search path.
+void checkTests(const Options &options) {
+    std::error_code ignored;
+    for (const std::string &test : options.tests)
+        if (!fs::exists(test, ignored) &&
+            (test.find('/') != std::string::npos || fs::path(test).extension() == ".py"))
+            usage("test '" + test + "' does not exist");
+    if (!options.junit.empty())
+        checkTarget("--junit", options.junit);
 }
 
 void checkRegion(const Options &options) {
@@ -93,11 +104,14 @@ void checkRegion(const Options &options) {
 void check(const Options &options) {
     checkRegion(options);
     if (!options.hasScript() && options.output.empty())
-        usage("nothing to do: give a script with --python or --python-expr, or an --output");
+        usage("nothing to do: give a script with --python or --python-expr, tests with --test, or "
+              "an --output");
     if (!options.hasScript() && options.scene.empty())
         usage("--output needs a scene or a script to render");
-    if (!options.pythonFile.empty())
+    if (!options.pythonFile.empty() && options.pythonFile != kStandardInput)
         checkReadableFile("script", options.pythonFile);
+    for (const std::string &plugin : options.plugins)
+        checkReadableFile("plug-in", plugin);
     if (!options.scene.empty()) {
         checkReadableFile("scene", options.scene);
         const std::string extension = devhost::lowerExtension(options.scene);
@@ -106,6 +120,9 @@ void check(const Options &options) {
     }
     if (!options.output.empty())
         checkOutput(options);
+    checkTests(options);
+    if (!options.trace.empty())
+        checkTarget("--trace", options.trace);
 }
 
 std::string oneLine(std::string text) {
@@ -114,6 +131,20 @@ std::string oneLine(std::string text) {
 }
 
 } // namespace
+
+std::string withHashPlaces(const std::string &output) {
+    const fs::path path = output;
+    return path.parent_path() / devhost::hashPlaces(path.filename());
+}
+
+void checkOutputName(const std::string &output, size_t frames) {
+    if (!devhost::isPictureFileName(output))
+        usage("--output '" + output + "' does not end in .png or .exr");
+    if (frames > 1 && fs::path(output).filename().string().find('#') == std::string::npos)
+        usage("--output '" + output +
+              "' needs a place such as #### for the frame number, as there are " +
+              std::to_string(frames) + " frames");
+}
 
 std::optional<Options> readCommandLine(int argc, char **argv) {
     Options options;
@@ -132,10 +163,26 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     std::string frames;
     app.add_option("scene", options.scene, "The scene to load: a .obj, .gltf or .glb file");
     app.add_flag("--background", background, "Accepted; the host has no windows");
-    auto *file = app.add_option("--python", options.pythonFile, "The Python script to run");
+    auto *file = app.add_option("--python", options.pythonFile,
+                                "The Python script to run; - is the standard input");
     auto *expression =
         app.add_option("--python-expr", options.pythonExpression, "The Python statements to run")
             ->excludes(file);
+    auto *tests = app.add_option("--test", options.tests,
+                                 "Run the tests of files, folders (their test*.py) and dotted "
+                                 "names; see docs/testing.md")
+                      ->excludes(file)
+                      ->excludes(expression);
+    app.add_option("-k", options.testPatterns,
+                   "Only tests whose name contains this, or fits it where it has a *")
+        ->needs(tests)
+        ->allow_extra_args(false);
+    app.add_flag("--failfast", options.failFast, "End after the first test that fails")
+        ->needs(tests);
+    app.add_option("--junit", options.junit, "The JUnit file to write")->needs(tests);
+    app.add_option("--plugin", options.plugins,
+                   "A native plug-in to load, after those in the folders of QUILHOST_PLUGINS")
+        ->allow_extra_args(false);
     app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
     app.add_option("--fps", options.framesPerSecond,
                    "Frames a second of what moves in the scene (default 24); frame 0 is its time 0")
@@ -175,20 +222,25 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                    "NAME=VALUE: a common render setting, one of " + settingNames())
         ->allow_extra_args(false);
     app.add_flag("--skip-existing", options.skipExisting,
-                 "Do not render frames whose picture exists");
+                 "Do not render frames whose picture is there and whole");
     app.add_flag("--keep-going", options.keepGoing,
                  "Go on with the other frames after one that failed");
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
     app.add_flag("--leak-check", options.leakCheck,
                  "Tell which host objects are left over when the script and Python have ended");
+    app.add_option("--trace", options.trace,
+                   "The file to write a timeline to, in the Chrome trace format");
+    app.add_flag("--stats", options.stats,
+                 "Tell at the end how often what was called, and how long it took");
     app.add_flag("--strict", options.strict,
                  "Whatever the scene or script asks for and is not honoured is an error");
     auto *quiet = app.add_flag("--quiet", options.quiet, "Tell errors only");
     app.add_flag("--verbose", options.verbose, "Tell more")->excludes(quiet);
-    app.add_option("--progress", options.progress,
-                   "auto: a bar on a terminal, else plain; plain: a line for each step; json: one "
-                   "JSON object per line on standard error")
-        ->check(CLI::IsMember({"auto", "plain", "json"}));
+    app.add_option(
+           "--progress", options.progress,
+           "auto: a bar on a terminal, else plain; plain: a line for each step; json: one "
+           "JSON object per line on standard error; openjd: messages of Open Job Description")
+        ->check(CLI::IsMember({"auto", "plain", "json", "openjd"}));
     app.set_version_flag("--version", std::string("quilhost ") + devhost::version());
 
     try {
@@ -208,11 +260,10 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
         std::tie(options.width, options.height) = std::pair(resolution[0], resolution[1]);
     if (!region.empty())
         options.region = {region[0], region[1], region[2], region[3]};
-    const std::filesystem::path output = options.output;
-    options.output = output.parent_path() / devhost::hashPlaces(output.filename());
+    options.output = withHashPlaces(options.output);
     try {
         if (app["--frames"]->count())
-            options.frames = parseFrames(frames);
+            options.frames = devhost::parseFrames(frames);
         ZCommonRenderSettingsData settings;
         for (const std::string &each : options.settings)
             applySetting(each, settings);

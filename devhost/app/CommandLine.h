@@ -11,12 +11,22 @@
 
 namespace quilhost {
 
+/// The name of the script that comes from there.
+inline constexpr char kStandardInput[] = "-";
+
 struct Options {
     std::string scene;
+    /// Native plug-ins to load first.
+    std::vector<std::string> plugins;
     std::string pythonFile;
     std::string pythonExpression;
     bool hasExpression = false;
     std::vector<std::string> scriptArguments;
+    /// Files, folders and dotted names of tests to run instead of a script.
+    std::vector<std::string> tests;
+    std::vector<std::string> testPatterns;
+    bool failFast = false;
+    std::string junit;
     std::vector<int> frames = {1};
     double framesPerSecond = 24;
     std::string output;
@@ -36,12 +46,21 @@ struct Options {
     bool noGl = false;
     bool leakCheck = false;
     bool strict = false;
+    std::string trace;
+    bool stats = false;
     bool quiet = false;
     bool verbose = false;
     std::string progress = "auto";
 
-    bool hasScript() const { return !pythonFile.empty() || hasExpression; }
+    bool hasScript() const { return !pythonFile.empty() || hasExpression || hasTests(); }
+    bool hasTests() const { return !tests.empty(); }
 };
+
+/// The name of an output with its places of the frame number as runs of #.
+std::string withHashPlaces(const std::string &output);
+
+/// Throws Failure with kUsageError unless so many frames can be written to files of that name.
+void checkOutputName(const std::string &output, size_t frames);
 
 /// Reads and checks the command line, including the files and folders that it names. Empty when
 /// the help was asked for and has been printed. Throws Failure with kUsageError.

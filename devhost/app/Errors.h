@@ -15,7 +15,8 @@ enum ExitCode {
     kRenderError = 3,
     kCallbackError = 4,
     kLeaked = 5,
-    kInterrupted = 130
+    kInterrupted = 130,
+    kTerminated = 143
 };
 
 /// Ends the program with one line on standard error.

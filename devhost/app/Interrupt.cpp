@@ -4,8 +4,7 @@
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/TemporaryName.h"
 
-#include <Python.h>
-
+#include <atomic>
 #include <initializer_list>
 #include <iterator>
 
@@ -13,14 +12,24 @@ namespace quilhost {
 namespace {
 
 devhost::RenderSession *session = nullptr;
+std::atomic<int> ending = 0;
 
-extern "C" void stopRender(int) {
+/// What the interpreter does, while an InterruptScope stands in front of it.
+struct {
+    int signal;
+    void (*handler)(int);
+} ofInterpreter[] = {{SIGINT, nullptr}, {SIGTERM, nullptr}};
+
+extern "C" void stopRender(int signal) {
+    ending = signal;
     session->cancelled = true;
 }
 
-extern "C" void stopRenderAndScript(int) {
-    session->cancelled = true;
-    PyErr_SetInterrupt();
+extern "C" void stopRenderAndScript(int signal) {
+    stopRender(signal);
+    for (const auto &each : ofInterpreter)
+        if (each.signal == signal && each.handler)
+            each.handler(signal);
 }
 
 extern "C" void endCleanly(int signal) {
@@ -33,7 +42,7 @@ const struct {
     int signal;
     void (*handler)(int);
 } handlers[] = {
-    {SIGINT, stopRender}, {SIGTERM, endCleanly}, {SIGHUP, endCleanly}, {SIGXFSZ, SIG_IGN}};
+    {SIGINT, stopRender}, {SIGTERM, stopRender}, {SIGHUP, endCleanly}, {SIGXFSZ, SIG_IGN}};
 
 /// Gives a signal a handler, unless it is ignored, and returns its earlier handling.
 struct sigaction handle(int signal, void (*handler)(int)) {
@@ -70,10 +79,19 @@ SignalScope::~SignalScope() {
         sigaction(each.signal, &each.action, nullptr);
 }
 
-InterruptScope::InterruptScope() : earlier_(handle(SIGINT, stopRenderAndScript)) {}
+InterruptScope::InterruptScope() {
+    static_assert(std::size(ofInterpreter) == std::size(decltype(earlier_){}));
+    for (size_t i = 0; i < std::size(ofInterpreter); ++i) {
+        sigaction(ofInterpreter[i].signal, nullptr, &earlier_[i]);
+        const auto handler = earlier_[i].sa_handler;
+        ofInterpreter[i].handler = handler == SIG_DFL || handler == SIG_IGN ? nullptr : handler;
+        handle(ofInterpreter[i].signal, stopRenderAndScript);
+    }
+}
 
 InterruptScope::~InterruptScope() {
-    sigaction(SIGINT, &earlier_, nullptr);
+    for (size_t i = 0; i < std::size(ofInterpreter); ++i)
+        sigaction(ofInterpreter[i].signal, &earlier_[i], nullptr);
 }
 
 InterruptHandover::InterruptHandover() {
@@ -86,13 +104,21 @@ InterruptHandover::InterruptHandover() {
 
 InterruptHandover::~InterruptHandover() {
     for (const auto &each : handlers)
-        if (each.signal != SIGINT)
+        if (each.handler != stopRender)
             handle(each.signal, each.handler);
-    const sigset_t interrupts = setOf({SIGINT});
+    const sigset_t interrupts = setOf({SIGINT, SIGTERM});
     constexpr timespec noTime = {};
-    if (sigtimedwait(&interrupts, nullptr, &noTime) == SIGINT)
-        session->cancelled = true;
+    if (const int signal = sigtimedwait(&interrupts, nullptr, &noTime); signal > 0)
+        stopRender(signal);
     pthread_sigmask(SIG_SETMASK, &earlier_, nullptr);
+}
+
+void stopEverything(int signal) {
+    stopRender(signal);
+}
+
+ExitCode interruptCode() {
+    return ending == SIGTERM ? kTerminated : kInterrupted;
 }
 
 } // namespace quilhost

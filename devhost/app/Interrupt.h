@@ -3,13 +3,15 @@
 
 // The signals that interrupt or end the program.
 
+#include "devhost/app/Errors.h"
+
 #include <csignal>
 
 namespace quilhost {
 
-/// As long as it lives, SIGINT stops the software renderer and what else looks for it. The signals
-/// that end a program take half-written files with them; a file that grows too large fails to be
-/// written. Signals that whoever started the program ignores stay ignored.
+/// As long as it lives, SIGINT and SIGTERM stop the software renderer and what else looks for it.
+/// SIGHUP ends the program and takes half-written files with it; a file that grows too large fails
+/// to be written. Signals that whoever started the program ignores stay ignored.
 class SignalScope {
   public:
     SignalScope();
@@ -24,9 +26,9 @@ class SignalScope {
     Earlier earlier_[4];
 };
 
-/// Interrupts while native code runs beside an interpreter: as long as it lives, SIGINT stops the
-/// renderer and raises KeyboardInterrupt in the next script code. Afterwards the interpreter's own
-/// handling is back.
+/// Interrupts while native code runs beside an interpreter: as long as it lives, SIGINT and SIGTERM
+/// stop the renderer as well as the next script code, as the interpreter handles them. Afterwards
+/// the interpreter's own handling is back.
 class InterruptScope {
   public:
     InterruptScope();
@@ -34,11 +36,11 @@ class InterruptScope {
     InterruptScope(const InterruptScope &) = delete;
 
   private:
-    struct sigaction earlier_;
+    struct sigaction earlier_[2];
 };
 
-/// Within a SignalScope, for the start of the interpreter: it takes SIGINT over. One that comes
-/// before it is ready to raise KeyboardInterrupt stops the renderer, as within a SignalScope.
+/// Within a SignalScope, for the start of the interpreter: it takes SIGINT and SIGTERM over. One
+/// that comes before it is ready to raise an exception stops the renderer, as within a SignalScope.
 class InterruptHandover {
   public:
     InterruptHandover();
@@ -48,5 +50,11 @@ class InterruptHandover {
   private:
     sigset_t earlier_;
 };
+
+/// What the signal does as long as there is no interpreter.
+void stopEverything(int signal);
+
+/// How the program ends after an interrupt: by the latest signal's code.
+ExitCode interruptCode();
 
 } // namespace quilhost

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <string_view>
 
 namespace quilhost {
 namespace {
@@ -15,6 +17,14 @@ namespace {
 constexpr int kBarWidth = 30;
 /// A line is worth writing when the render is this many percent further.
 constexpr int kPlainStep = 25;
+
+/// A terminal that can draw over a line, and a user who wants it.
+bool obeysEscapeCodes() {
+    const char *const plain = std::getenv("NO_COLOR");
+    const char *const terminal = std::getenv("TERM");
+    return isatty(STDERR_FILENO) && !(plain && *plain) &&
+           !(terminal && std::string_view(terminal) == "dumb");
+}
 
 void writeJson(const nlohmann::json &object) {
     // Names of files need not be UTF-8.
@@ -61,14 +71,31 @@ void Progress::update(const std::string &message, int percent) {
                    {"percent", percent},
                    {"message", message}});
         break;
+    case kOpenJd:
+        tellJobProgress(percent);
+        if (isStep)
+            devhost::writeLine("openjd_status: frame " + std::to_string(frame_) + " (" +
+                               std::to_string(done_ + 1) + " of " + std::to_string(frames_) +
+                               "): " + message + " " + std::to_string(percent) + "%");
+        break;
     case kSilent:
         break;
     }
 }
 
+/// Of all frames, as the frame that is being rendered is that far.
+void Progress::tellJobProgress(int percent) const {
+    const double whole = (100.0 * double(done_) + percent) / double(frames_);
+    char number[16];
+    std::snprintf(number, sizeof number, "%.1f", std::min(whole, 100.0));
+    devhost::writeLine(std::string("openjd_progress: ") + number);
+}
+
 void Progress::endFrame(const std::string &output, Outcome outcome) {
     ++done_;
     clearBar();
+    if (style_ == kOpenJd)
+        tellJobProgress(0);
     if (style_ == kJson)
         writeJson({{"event", "frame"},
                    {"frame", frame_},
@@ -118,7 +145,17 @@ Progress::Style progressStyle(const std::string &name, bool quiet) {
         return Progress::kSilent;
     if (name == "json")
         return Progress::kJson;
-    return name == "auto" && isatty(STDERR_FILENO) ? Progress::kBar : Progress::kPlain;
+    if (name == "openjd")
+        return Progress::kOpenJd;
+    return name == "auto" && obeysEscapeCodes() ? Progress::kBar : Progress::kPlain;
+}
+
+void tellEnd(const std::string &progress, int exitCode, const std::string &why) {
+    if (progress == "json")
+        writeJson({{"event", "end"}, {"code", exitCode}, {"why", why}});
+    if (progress == "openjd" && exitCode != 0)
+        devhost::writeLine("openjd_fail: " +
+                           (why.empty() ? "exit code " + std::to_string(exitCode) : why));
 }
 
 } // namespace quilhost

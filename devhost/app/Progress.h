@@ -11,8 +11,9 @@ namespace quilhost {
 
 class Progress {
   public:
-    /// A bar that is drawn over itself, a line for each step, one JSON object per line, or nothing.
-    enum Style { kBar, kPlain, kJson, kSilent };
+    /// A bar that is drawn over itself, a line for each step, one JSON object per line, the
+    /// messages of Open Job Description, or nothing.
+    enum Style { kBar, kPlain, kJson, kOpenJd, kSilent };
 
     /// Notices that are errors are told even where nothing else is.
     Progress(Style style, size_t frames, bool noticesAreErrors = false)
@@ -36,6 +37,8 @@ class Progress {
     Style style_;
     size_t frames_;
     bool noticesAreErrors_;
+    void tellJobProgress(int percent) const;
+
     size_t done_ = 0;
     int frame_ = 0;
     bool barShown_ = false;
@@ -43,7 +46,10 @@ class Progress {
     int lastPercent_ = -1;
 };
 
-/// The style for "auto", "plain" or "json".
+/// The style for "auto", "plain", "json" or "openjd".
 Progress::Style progressStyle(const std::string &name, bool quiet);
+
+/// Tells whoever reads the progress of that name how the program ends, and why, if that is known.
+void tellEnd(const std::string &progress, int exitCode, const std::string &why);
 
 } // namespace quilhost

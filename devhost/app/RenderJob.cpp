@@ -3,10 +3,11 @@
 
 #include "devhost/api/render/Picture.h"
 #include "devhost/app/Errors.h"
+#include "devhost/app/HostRender.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/SettingOptions.h"
 #include "devhost/gl/HardwareRendering.h"
-#include "devhost/raytrace/SoftwareRenderer.h"
+#include "devhost/image/PictureFile.h"
 #include "devhost/scene/SceneLoader.h"
 #include "devhost/session/FrameRenderer.h"
 #include "devhost/session/RenderCallbacks.h"
@@ -14,6 +15,7 @@
 #include "devhost/session/UnmetSettings.h"
 #include "devhost/util/Notices.h"
 #include "devhost/util/Terminal.h"
+#include "devhost/util/Timeline.h"
 
 #include <algorithm>
 #include <chrono>
@@ -87,8 +89,9 @@ void fillSettings(const Options &options, ZCommonRenderSettingsData &settings) {
 }
 
 RenderJob::RenderJob(const Options &options)
-    : options_(options), progress_(progressStyle(options.progress, options.quiet),
-                                   options.frames.size(), options.strict) {
+    : options_(options),
+      progress_(progressStyle(options.progress, options.quiet || options.hasTests()),
+                options.frames.size(), options.strict) {
     devhost::setNoticeListener([this](const devhost::Notice &notice) { progress_.notice(notice); });
 }
 
@@ -133,16 +136,18 @@ int RenderJob::runAll() {
     chooseCamera();
     chooseLayer();
     if (interrupted())
-        return kInterrupted;
+        return interruptCode();
     checkNotices();
 
     if (options_.hasScript()) {
         script_.emplace(options_);
         if (interrupted())
-            return kInterrupted;
+            return interruptCode();
         const ScriptEnd end = runScript();
         if (interrupted())
-            return kInterrupted;
+            return interruptCode();
+        if (options_.hasTests())
+            return end.exitCode;
         if (const auto code = codeAfter(end, "the script"))
             return *code;
         checkNotices();
@@ -209,7 +214,8 @@ void RenderJob::chooseLayer() {
 ScriptEnd RenderJob::runScript() {
     const int first = options_.frames.front();
     firstOutput_ = outputFile(first);
-    const OutputScope output(isSkipped(first) ? "" : firstOutput_);
+    firstIsSkipped_ = isSkipped(firstOutput_);
+    const OutputScope output(firstIsSkipped_ ? "" : firstOutput_);
     progress_.beginFrame(first);
     return script_->run();
 }
@@ -235,7 +241,7 @@ void RenderJob::takeScriptPicture() {
     const int first = options_.frames.front();
     if (options_.output.empty())
         return;
-    progress_.endFrame(firstOutput_, isSkipped(first) ? Progress::kSkipped : Progress::kRendered);
+    progress_.endFrame(firstOutput_, firstIsSkipped_ ? Progress::kSkipped : Progress::kRendered);
     if (options_.frames.size() > 1 && !options_.quiet)
         devhost::tell("the script rendered frame " + std::to_string(first) +
                       " only; for all frames it has to define render(frame)");
@@ -248,7 +254,7 @@ void RenderJob::requireScene(const std::string &what) const {
 
 std::optional<int> RenderJob::tryFrame(int frame) try {
     const auto code = renderFrame(frame);
-    if (!code || *code == kInterrupted || !options_.keepGoing)
+    if (!code || *code == kInterrupted || interrupted() || !options_.keepGoing)
         return code;
     devhost::tell("frame " + std::to_string(frame) + " failed");
     failure_ = failure_ == kOk ? *code : failure_;
@@ -267,23 +273,24 @@ std::optional<int> RenderJob::renderFrame(int frame) {
     devhost::setCurrentFrame(frame);
     checkNotices();
     progress_.beginFrame(frame);
+    devhost::markOnTimeline("frame " + std::to_string(frame));
     // Once: the script may change the camera, whose name may be in the file's name.
     const std::string output = outputFile(frame);
-    if (isSkipped(frame)) {
+    if (isSkipped(output)) {
         progress_.endFrame(output, Progress::kSkipped);
         return std::nullopt;
     }
     if (byScript_) {
         const ScriptEnd end = renderByScript(frame, output);
         if (interrupted())
-            return kInterrupted;
+            return interruptCode();
         if (const auto code = codeAfter(end, callOf(frame)))
             return code;
     } else {
         renderByHost(output);
     }
     if (interrupted())
-        return kInterrupted;
+        return interruptCode();
     progress_.endFrame(output);
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
     if (options_.verbose)
@@ -309,20 +316,7 @@ ScriptEnd RenderJob::renderByScript(int frame, const std::string &outputFile) {
 }
 
 void RenderJob::renderByHost(const std::string &outputFile) {
-    devhost::Frame image;
-    ZStatus status;
-    calledCallbacks_ = calledCallbacks_ || devhost::renderSession().renderer == "software";
-    {
-        std::optional<NativeSection> unlocked;
-        std::optional<InterruptScope> interrupts;
-        if (script_) {
-            unlocked.emplace();
-            interrupts.emplace();
-        }
-        status = devhost::renderSessionFrame(image, devhost::holdsDepth(outputFile));
-        if (!status.error() && !interrupted())
-            status = devhost::writeFrame(image, outputFile);
-    }
+    const ZStatus status = renderToFile(outputFile, script_.has_value());
     if (interrupted())
         return;
     if (status.error())
@@ -366,15 +360,13 @@ std::string RenderJob::outputFile(int frame) const {
     return name.asChar();
 }
 
-bool RenderJob::isSkipped(int frame) const {
-    return !options_.output.empty() &&
-           !devhost::renderSession().settings.shouldRenderFrameAtTime(
-               ZCommonRenderSettingsData::kFullPathImage, frame, ZString(), ZString(), ZString(),
-               ZObject::kNullObj, ZString());
+bool RenderJob::isSkipped(const std::string &outputFile) const {
+    return options_.skipExisting && !outputFile.empty() &&
+           devhost::inspectPicture(outputFile).damage.empty();
 }
 
 void RenderJob::tellUncalledCallbacks() {
-    if (options_.quiet || calledCallbacks_ || !devhost::hasRenderCallbacks())
+    if (options_.quiet || devhost::renderSession().framesWithCallbacks || !devhost::hasRenderCallbacks())
         return;
     progress_.clearBar();
     devhost::tell(std::string("nothing calls the render callbacks: ") +

@@ -46,7 +46,8 @@ class RenderJob {
     void takeScriptPicture();
     /// Throws Failure where there is nothing that the host could render.
     void requireScene(const std::string &what) const;
-    bool isSkipped(int frame) const;
+    /// True where the picture is there already and whole, and is to be kept.
+    bool isSkipped(const std::string &outputFile) const;
     void tellUncalledCallbacks();
     /// The exit code when script code did not end well. Throws when it left a picture open, or one
     /// could not be written.
@@ -59,10 +60,10 @@ class RenderJob {
     const Options &options_;
     Progress progress_;
     std::string firstOutput_;
+    bool firstIsSkipped_ = false;
     std::optional<Script> script_;
     unsigned long checkedRevision_ = 0; // of the scene whose textures were looked for
     bool byScript_ = false;
-    bool calledCallbacks_ = false;
     /// The exit code of the first frame that failed.
     int failure_ = kOk;
 };

@@ -4,6 +4,11 @@
 #include "devhost/app/Errors.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
+#include "devhost/app/ProgramModule.h"
+#include "devhost/app/PythonProfile.h"
+#include "devhost/app/Reference.h"
+#include "devhost/app/ScriptThreads.h"
+#include "devhost/app/StandardStreams.h"
 #include "devhost/process/InterpreterGate.h"
 #include "devhost/process/ReportedExceptions.h"
 #include "devhost/session/RenderSession.h"
@@ -16,15 +21,9 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 
 namespace quilhost {
 namespace {
-
-struct Release {
-    void operator()(PyObject *object) const { Py_XDECREF(object); }
-};
-using Reference = std::unique_ptr<PyObject, Release>;
 
 /// build/python, beside the folder of this executable.
 std::string modulesFolder() {
@@ -61,8 +60,9 @@ int exitCodeOf(PyObject *value) {
 }
 
 /// Turns the result of a call, or the exception pending instead of it, into the end that it means.
+/// A native function may leave an exception beside its result, which nothing has met since.
 ScriptEnd endOf(const Reference &result) {
-    if (result)
+    if (result && !PyErr_Occurred())
         return {};
     if (PyErr_ExceptionMatches(PyExc_SystemExit)) {
         PyObject *type, *value, *traceback;
@@ -78,28 +78,35 @@ ScriptEnd endOf(const Reference &result) {
                        : ScriptEnd{ScriptEnd::kFailed, kScriptError};
 }
 
-/// Called on the render's thread, which gave the interpreter lock away.
-void reportCallbackError(const char *callback, const char *what) {
-    const TpythonLock lock(kPythonLock);
-    if (!devhost::runsInterpreter() || !PyErr_Occurred()) {
-        devhost::tell(std::string(callback) + " failed: " + what);
-        return;
-    }
+void reportPendingException() {
     if (!TpythonInterpreter::fsInterpreter)
         TpythonInterpreter::fsInterpreter = new TpythonInterpreter;
     TpythonInterpreter::fsInterpreter->catchAndReportException();
+}
+
+/// Called on the render's thread, which gave the interpreter lock away.
+void reportCallbackError(const char *callback, const char *what) {
+    const TpythonLock lock(kPythonLock);
+    if (devhost::runsInterpreter() && PyErr_Occurred())
+        reportPendingException();
+    else
+        devhost::tell(std::string(callback) + " failed: " + what);
 }
 
 /// Scripts delete their callbacks under the interpreter lock, on any thread, and when the
 /// interpreter ends.
 void guardCallback(const std::function<void()> &call) {
     const TpythonLock lock(kPythonLock);
-    if (devhost::runsInterpreter())
-        call();
+    if (!devhost::runsInterpreter())
+        return;
+    call();
+    if (PyErr_Occurred()) // left beside the callback's result
+        reportPendingException();
 }
 
 void setArguments(const Options &options) {
-    std::vector<std::string> arguments{options.hasExpression ? "-c" : options.pythonFile};
+    std::vector<std::string> arguments{
+        options.hasExpression || options.hasTests() ? "-c" : options.pythonFile};
     arguments.insert(arguments.end(), options.scriptArguments.begin(),
                      options.scriptArguments.end());
     std::vector<char *> pointers;
@@ -110,22 +117,52 @@ void setArguments(const Options &options) {
     PySys_SetArgvEx(static_cast<int>(pointers.size()), pointers.data(), 1);
 }
 
-/// quilhost.live_objects(): the number of live host objects by class.
-PyObject *liveObjects(PyObject *, PyObject *) {
-    Reference result(PyDict_New());
-    for (const auto &[name, count] : objectCensus()) {
-        const Reference key(PyString_FromStringAndSize(name.data(), Py_ssize_t(name.size())));
-        const Reference value(PyInt_FromLong(count));
-        if (!result || !key || !value || PyDict_SetItem(result.get(), key.get(), value.get()) < 0)
-            return nullptr;
-    }
-    return result.release();
+/// The handler of SIGTERM as scripts see it: `finally` clauses and functions at exit run.
+PyObject *endByTermination(PyObject *, PyObject *) {
+    stopEverything(SIGTERM);
+    devhost::expectExits();
+    const Reference code(PyInt_FromLong(kTerminated));
+    PyErr_SetObject(PyExc_SystemExit, code.get());
+    return nullptr;
 }
 
-PyMethodDef programFunctions[] = {
-    {"live_objects", liveObjects, METH_NOARGS,
-     "The number of live host objects by class; counted with --leak-check only."},
-    {nullptr, nullptr, 0, nullptr}};
+PyMethodDef terminationDefinition = {"end_by_termination", endByTermination, METH_VARARGS,
+                                     "Ends the script and the program, orderly."};
+
+/// Unless whoever started the program ignores the signal. Scripts may handle it themselves.
+void handleTermination() {
+    const Reference module(PyImport_ImportModule("signal"));
+    const Reference found(module
+                              ? PyObject_CallMethod(module.get(), const_cast<char *>("getsignal"),
+                                                    const_cast<char *>("i"), SIGTERM)
+                              : nullptr);
+    if (found && PyInt_Check(found.get()) && PyInt_AS_LONG(found.get()) == long(SIG_DFL))
+        Reference(PyObject_CallMethod(module.get(), const_cast<char *>("signal"),
+                                      const_cast<char *>("iN"), SIGTERM,
+                                      PyCFunction_New(&terminationDefinition, nullptr)));
+    PyErr_Clear();
+}
+
+PyObject *listOf(const std::vector<std::string> &texts) {
+    PyObject *const list = PyList_New(0);
+    for (const std::string &text : texts)
+        PyList_Append(list, Reference(PyString_FromString(text.c_str())).get());
+    return list;
+}
+
+ScriptEnd runTests(const Options &options) {
+    const Reference runner(PyImport_ImportModule("quilhost_testing"));
+    const Reference code(
+        runner ? PyObject_CallMethod(runner.get(), const_cast<char *>("run"),
+                                     const_cast<char *>("NNiss"), listOf(options.tests),
+                                     listOf(options.testPatterns), options.failFast,
+                                     options.junit.c_str(), options.scene.c_str())
+               : nullptr);
+    if (!code)
+        return endOf(code);
+    return PyInt_AsLong(code.get()) == 0 ? ScriptEnd{}
+                                         : ScriptEnd{ScriptEnd::kFailed, kScriptError};
+}
 
 /// Classes outlive the interpreter: those of a script because nobody collects them any more,
 /// registered proxy classes because the modules keep them. What they hold is let go here, as the
@@ -166,15 +203,19 @@ Script::Script(const Options &options) : options_(options) {
     {
         const InterruptHandover handover;
         Py_InitializeEx(1);
+        handleTermination();
     }
+    setUpStandardStreams();
     PyEval_InitThreads();
-    Py_InitModule("quilhost", programFunctions);
+    addProgramModule();
+    watchScriptThreads();
     setArguments(options);
     const std::string folder = modulesFolder();
     const Reference path(PyString_FromStringAndSize(folder.data(), Py_ssize_t(folder.size())));
     PyList_Insert(PySys_GetObject(const_cast<char *>("path")), 1, path.get());
     if (options.leakCheck)
         startObjectCensus();
+    profileThread();
     devhost::renderSession().onCallbackError = reportCallbackError;
     devhost::renderSession().callbackGuard = guardCallback;
 }
@@ -192,10 +233,14 @@ Script::~Script() {
 
 ScriptEnd Script::run() {
     PyObject *const names = mainNamespace();
+    if (options_.hasTests())
+        return runTests(options_);
     if (options_.hasExpression)
         return endOf(Reference(
             PyRun_String(options_.pythonExpression.c_str(), Py_file_input, names, names)));
     const std::string &file = options_.pythonFile;
+    if (file == kStandardInput)
+        return endOf(Reference(PyRun_File(stdin, "<stdin>", Py_file_input, names, names)));
     std::FILE *const stream = std::fopen(file.c_str(), "rb");
     if (!stream)
         throw Failure(kUsageError, "cannot read script '" + file + "': " + std::strerror(errno));

@@ -8,6 +8,7 @@
 
 #include "devhost/core_module/blocks.h"
 #include "devhost/core_module/items.h"
+#include "devhost/core_module/raw_items.h"
 #include "devhost/util/KnownMemory.h"
 #include "host/core/ZImageFileInfo.h"
 #include "host/render/ZHardwareRenderer.h"
@@ -89,18 +90,17 @@ PyObject *buffer_of_length(unsigned int count) {
 /// Reads bytes as they are, or a sequence of items; false with an exception set.
 template <class T>
 bool read_data(PyObject *data, std::vector<T> &items) {
-    const char *bytes;
-    size_t size;
-    if (!std::is_pointer_v<T> && raw_bytes(data, bytes, size)) {
-        if (size % sizeof(T)) {
-            PyErr_Format(PyExc_ValueError, "the number of bytes is not a multiple of %d",
-                         static_cast<int>(sizeof(T)));
+    if constexpr (!std::is_pointer_v<T>) {
+        const RawItems raw(data, format_of<T>());
+        size_t count;
+        if (raw.failed() || (raw && !whole_items(raw.size(), sizeof(T), count)))
             return false;
+        if (raw) {
+            items.resize(count);
+            if (count)
+                std::memcpy(items.data(), raw.data(), raw.size());
+            return true;
         }
-        items.resize(size / sizeof(T));
-        if (size)
-            std::memcpy(items.data(), bytes, size);
-        return true;
     }
     const swig::SwigPtr_PyObject tuple(PySequence_Tuple(data));
     if (!tuple)
@@ -170,17 +170,22 @@ PyObject *buffer_item(T &buffer, long index) {
     return check_range(buffer, index, 1) ? make_item((&buffer)[index]) : nullptr;
 }
 
+/// Turns a Python object into an item of the buffer; false with an exception set.
 template <class T>
-PyObject *set_buffer_item(T &buffer, long index, PyObject *object) {
-    T value;
-    if (!check_range(buffer, index, 1))
-        return nullptr;
-    if (const ReadResult result = read_item(object, value); result.failed()) {
+bool read_buffer_item(PyObject *object, T &value) {
+    const ReadResult result = read_item(object, value);
+    if (result.failed())
         PyErr_SetString(
             SWIG_Python_ErrorType(result.code == SWIG_ERROR ? SWIG_TypeError : result.code),
             "the value does not fit the buffer's type");
+    return !result.failed();
+}
+
+template <class T>
+PyObject *set_buffer_item(T &buffer, long index, PyObject *object) {
+    T value;
+    if (!check_range(buffer, index, 1) || !read_buffer_item(object, value))
         return nullptr;
-    }
     (&buffer)[index] = value;
     Py_RETURN_NONE;
 }
@@ -195,15 +200,23 @@ PyObject *read_bytes(T &buffer, long start, long count) {
                                       count * static_cast<Py_ssize_t>(sizeof(T)));
 }
 
-/// Characters and bytes as a str, everything else as a list.
+/// Items `step` apart: characters and bytes as a str, everything else as a list.
+template <class T>
+PyObject *items_from(const T *items, Py_ssize_t count, Py_ssize_t step) {
+    if constexpr (std::is_same_v<T, char> || std::is_same_v<T, unsigned char>) {
+        const auto *bytes = reinterpret_cast<const char *>(items);
+        PyObject *text = PyString_FromStringAndSize(step == 1 ? bytes : nullptr, count);
+        for (Py_ssize_t i = 0; text && step != 1 && i < count; ++i)
+            PyString_AS_STRING(text)[i] = bytes[i * step];
+        return text;
+    } else {
+        return make_list(count, [=](Py_ssize_t i) { return items[i * step]; });
+    }
+}
+
 template <class T>
 PyObject *read_buffer(T &buffer, long start, long count) {
-    if constexpr (std::is_same_v<T, char> || std::is_same_v<T, unsigned char>)
-        return read_bytes(buffer, start, count);
-    else
-        return check_range(buffer, start, count)
-                   ? make_list(count, [&](Py_ssize_t i) { return (&buffer)[start + i]; })
-                   : nullptr;
+    return check_range(buffer, start, count) ? items_from(&buffer + start, count, 1) : nullptr;
 }
 
 template <class T>
@@ -214,6 +227,71 @@ PyObject *write_buffer(T &buffer, long start, PyObject *data) {
     if (!items.empty())
         std::memcpy(&buffer + start, items.data(), items.size() * sizeof(T));
     Py_RETURN_NONE;
+}
+
+/// An index as a number; false with an exception set.
+bool read_index(PyObject *object, long &index) {
+    if (SWIG_AsVal_long(object, &index) >= 0)
+        return true;
+    const bool is_number = PyLong_Check(object);
+    PyErr_SetString(is_number ? PyExc_IndexError : PyExc_TypeError,
+                    is_number ? "buffer index out of range" : "indices are integers or slices");
+    return false;
+}
+
+/// The items that a slice means.
+struct Slice {
+    Py_ssize_t start, stop, step, count;
+};
+
+template <class T>
+bool read_slice(const T &buffer, PyObject *object, Slice &slice) {
+    const long length = known_length(buffer);
+    return length >= 0 &&
+           PySlice_GetIndicesEx(reinterpret_cast<PySliceObject *>(object), length, &slice.start,
+                                &slice.stop, &slice.step, &slice.count) == 0;
+}
+
+/// The item at an index, or those of a slice as read() returns them.
+template <class T>
+PyObject *subscript(T &buffer, PyObject *key) {
+    long index;
+    if (!PySlice_Check(key))
+        return read_index(key, index) ? buffer_item(buffer, index) : nullptr;
+    Slice slice;
+    if (!read_slice(buffer, key, slice))
+        return nullptr;
+    return items_from(&buffer + slice.start, slice.count, slice.step);
+}
+
+template <class T>
+PyObject *set_subscript(T &buffer, PyObject *key, PyObject *value) {
+    long index;
+    if (!PySlice_Check(key))
+        return read_index(key, index) ? set_buffer_item(buffer, index, value) : nullptr;
+    Slice slice;
+    std::vector<T> items;
+    if (!read_slice(buffer, key, slice) || !read_data(value, items))
+        return nullptr;
+    if (static_cast<size_t>(slice.count) != items.size())
+        return PyErr_Format(PyExc_ValueError, "%zd items do not fit a slice of %zd",
+                            static_cast<Py_ssize_t>(items.size()), slice.count);
+    for (Py_ssize_t i = 0; i < slice.count; ++i)
+        (&buffer)[slice.start + i * slice.step] = items[static_cast<size_t>(i)];
+    Py_RETURN_NONE;
+}
+
+/// Where the items are: what the buffer protocol needs.
+template <class T>
+PyObject *memory(T &buffer) {
+    const char format = format_of<T>();
+    const long length = known_length(buffer);
+    if (length < 0)
+        return nullptr;
+    if (!format)
+        return PyErr_Format(PyExc_BufferError, "pointers cannot be seen as memory");
+    return Py_BuildValue("(Nlci)", PyLong_FromVoidPtr(&buffer),
+                         length * static_cast<long>(sizeof(T)), format, 1);
 }
 
 template <class T>

@@ -2,6 +2,7 @@
 // Pictures in memory.
 
 #include "devhost/core_module/items.h"
+#include "devhost/core_module/raw_items.h"
 #include "devhost/util/KnownMemory.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZImageFileInfo.h"
@@ -58,20 +59,21 @@ PyObject *read_pixels(ZImage &self) {
 }
 
 PyObject *write_pixels(ZImage &self, PyObject *data) {
-    const char *bytes;
-    size_t size;
-    if (!raw_bytes(data, bytes, size)) {
-        PyErr_SetString(PyExc_TypeError, "the pixels must be a str, bytearray or buffer");
+    const RawItems pixels(data, self.pixelType() == ZImage::kFloat ? 'f' : 'B');
+    if (!pixels) {
+        if (!pixels.failed())
+            PyErr_SetString(PyExc_TypeError, "the pixels must be a str, bytearray or buffer");
         return nullptr;
     }
     const auto memory = memory_of(self);
-    if (size != memory.size()) {
+    if (pixels.size() != memory.size()) {
         PyErr_Format(PyExc_ValueError, "the picture has %zd bytes, not %zd",
-                     static_cast<Py_ssize_t>(memory.size()), static_cast<Py_ssize_t>(size));
+                     static_cast<Py_ssize_t>(memory.size()),
+                     static_cast<Py_ssize_t>(pixels.size()));
         return nullptr;
     }
-    if (size)
-        std::memcpy(memory.data(), bytes, size);
+    if (!memory.empty())
+        std::memcpy(memory.data(), pixels.data(), memory.size());
     Py_RETURN_NONE;
 }
 

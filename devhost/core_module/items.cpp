@@ -81,20 +81,6 @@ bool find_index(long &index, unsigned long length) {
     return false;
 }
 
-bool raw_bytes(PyObject *object, const char *&bytes, size_t &size) {
-    if (!PyString_Check(object) && !PyByteArray_Check(object) && !PyBuffer_Check(object))
-        return false;
-    const void *start;
-    Py_ssize_t length;
-    if (PyObject_AsReadBuffer(object, &start, &length) < 0) {
-        PyErr_Clear();
-        return false;
-    }
-    bytes = static_cast<const char *>(start);
-    size = static_cast<size_t>(length);
-    return true;
-}
-
 PyObject *represent(const swig_type_info *type, PyObject *items) {
     const swig::SwigPtr_PyObject owned(items);
     const swig::SwigPtr_PyObject text(items ? PyObject_Repr(items) : nullptr);

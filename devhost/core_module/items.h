@@ -118,10 +118,6 @@ bool refuse_length(PyObject *items);
 /// returns false when there is no such item.
 bool find_index(long &index, unsigned long length);
 
-/// The bytes of a str, a bytearray or a buffer object, valid while the object lives; false, with
-/// no exception set, for every other object.
-bool raw_bytes(PyObject *object, const char *&bytes, size_t &size);
-
 // Helpers of rows that every class has
 
 /// A new native object for its proxy's initialiser; null with an exception set.

@@ -3,18 +3,20 @@
 
 #include "devhost/core_module/PixelBuffer.h"
 #include "devhost/core_module/element_buffer.h"
+#include "devhost/core_module/raw_items.h"
 #include "host/core/ZColorArray.h"
 #include "host/core/ZFloatVectorArray.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
 using namespace binding;
 
-bool check_range(const PixelBuffer &buffer, long start, unsigned int count) {
+bool check_range(const PixelBuffer &buffer, long start, long count) {
     const long length = buffer.length();
-    if (start >= 0 && start <= length && static_cast<long>(count) <= length - start)
+    if (start >= 0 && count >= 0 && start <= length && count <= length - start)
         return true;
     PyErr_SetString(PyExc_IndexError, "pixel index out of range");
     return false;
@@ -40,6 +42,31 @@ PyObject *set_color_at(PixelBuffer &self, long index, ZColor const &color) {
         return nullptr;
     self.data()[index] = pixel_of(color);
     Py_RETURN_NONE;
+}
+
+PyObject *memory(PixelBuffer &self) {
+    return Py_BuildValue("(Nlci)", PyLong_FromVoidPtr(self.data()),
+                         self.length() * static_cast<long>(sizeof(RV_PIXEL)), 'f', 4);
+}
+
+PyObject *write(PixelBuffer &self, long start, PyObject *data) {
+    const RawItems raw(data, 'f');
+    size_t count;
+    if (raw.failed() || (raw && !whole_items(raw.size(), sizeof(RV_PIXEL), count)))
+        return nullptr;
+    if (!raw)
+        return PyErr_Format(PyExc_TypeError, "pixels are bytes, or the memory of floats");
+    if (!check_range(self, start, static_cast<long>(count)))
+        return nullptr;
+    std::memcpy(self.data() + start, raw.data(), raw.size());
+    Py_RETURN_NONE;
+}
+
+PyObject *read_bytes(PixelBuffer &self, long start, long count) {
+    if (!check_range(self, start, count))
+        return nullptr;
+    return PyString_FromStringAndSize(reinterpret_cast<const char *>(self.data() + start),
+                                      count * static_cast<Py_ssize_t>(sizeof(RV_PIXEL)));
 }
 
 void fill(PixelBuffer &self, ZColor const &color) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "devhost/geometry/DefaultShapes.h"
 
+#include "host/core/ZFloatVector.h"
+
 #include <cmath>
 #include <numbers>
 

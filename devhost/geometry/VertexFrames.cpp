@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "devhost/geometry/VertexFrames.h"
 
+#include "host/core/ZFloatVector.h"
+
 #include <array>
 #include <cmath>
 #include <map>

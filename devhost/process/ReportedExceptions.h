@@ -13,4 +13,7 @@ OPENQUIL_API unsigned reportedExceptions();
 /// True once a reported exception was KeyboardInterrupt.
 OPENQUIL_API bool interruptReported();
 
+/// From now on scripts end because the program does: a SystemExit is not worth a report.
+OPENQUIL_API void expectExits();
+
 } // namespace devhost

@@ -4,6 +4,7 @@
 #include "devhost/image/Srgb.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/session/RenderCallbacks.h"
+#include "devhost/session/RenderSession.h"
 #include "devhost/util/KnownMemory.h"
 
 #include <cstring>
@@ -28,6 +29,7 @@ void runFrameCallbacks(Frame &frame) {
     data.depthArr = frame.depth.data();
     const KnownMemory lentBytes(bytes.data(), bytes.size());
     const KnownMemory lentDepths(frame.depth.data(), frame.depth.size() * sizeof(float));
+    ++renderSession().framesWithCallbacks;
     runRenderCallbacks(data);
     runPostProcessCallbacks(data);
     takeOverChanges(before, bytes, frame.pixels);

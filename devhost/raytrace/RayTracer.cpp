@@ -7,6 +7,7 @@
 #include "devhost/scene/SceneLoader.h"
 #include "devhost/session/Parallel.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Timeline.h"
 
 #include <embree3/rtcore.h>
 
@@ -365,6 +366,7 @@ const RayTracer &rayTracer() {
     scene().deformMeshes();
     if (!current || revision != scene().revision()) {
         tellUnreadableTextures();
+        const Stage stage("build");
         current.reset(); // first, so that two never take up memory
         current = std::make_unique<RayTracer>(scene());
         revision = scene().revision();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "devhost/scene/Deformation.h"
 
+#include "host/core/ZFloatVector.h"
+
 #include <cmath>
 
 namespace devhost {

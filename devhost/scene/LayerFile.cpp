@@ -198,7 +198,7 @@ class Reader {
         if (value.is_number())
             return value.get<double>();
         if (value.is_string())
-            return ZString(value.get<std::string>().c_str());
+            return value.get<std::string>();
         const auto isNumber = [](const Json &each) { return each.is_number(); };
         const bool numbers = value.is_array() && std::all_of(value.begin(), value.end(), isNumber);
         if (numbers && value.size() == 3)

@@ -5,6 +5,7 @@
 #include "devhost/scene/ObjText.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/scene/SceneLoader.h"
+#include "host/core/ZFloatVector.h"
 
 #include <algorithm>
 #include <charconv>

@@ -111,10 +111,6 @@ bool store(Target &target, const AttributeValue &value) {
             } else if constexpr (std::is_arithmetic_v<Target> && std::is_arithmetic_v<Given>) {
                 target = Target(given);
                 return true;
-            } else if constexpr (std::is_same_v<Target, std::string> &&
-                                 std::is_same_v<Given, ZString>) {
-                target = given.asChar();
-                return true;
             } else if constexpr (std::is_same_v<Target, Given>) {
                 target = given;
                 return true;
@@ -376,14 +372,11 @@ std::optional<AttributeValue> Scene::attribute(NodeId id, const std::string &nam
     if (name == "worldMatrix" && found->inHierarchy())
         return worldMatrix(id);
     const FieldRef field = builtInField(const_cast<Node &>(*found), name);
-    if (auto text = std::get_if<std::string *>(&field))
-        return ZString((*text)->c_str());
     if (!std::holds_alternative<std::monostate>(field))
         return std::visit(
             [](auto held) -> AttributeValue {
                 using Held = decltype(held);
-                if constexpr (std::is_same_v<Held, std::monostate> ||
-                              std::is_same_v<Held, std::string *>)
+                if constexpr (std::is_same_v<Held, std::monostate>)
                     return false; // handled above
                 else
                     return *held;

@@ -8,10 +8,8 @@
 // same time as long as nobody changes it.
 
 #include "host/base/HostApi.h"
-#include "host/core/ZFloatVector.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZObject.h"
-#include "host/core/ZString.h"
 #include "host/core/ZVector.h"
 
 #include <map>
@@ -155,7 +153,7 @@ struct ImageSource {
 
 using Payload = std::variant<std::monostate, std::shared_ptr<const Mesh>, Camera, Light, Material,
                              Texture, RenderLayer, RenderPass, ImageSource>;
-using AttributeValue = std::variant<bool, int, double, ZString, ZVector, ZMatrix>;
+using AttributeValue = std::variant<bool, int, double, std::string, ZVector, ZMatrix>;
 
 struct Node {
     std::string name; // unique among its siblings

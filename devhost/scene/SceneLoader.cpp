@@ -7,6 +7,7 @@
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/util/FileName.h"
 #include "devhost/util/Notices.h"
+#include "devhost/util/Timeline.h"
 
 #include <exception>
 #include <filesystem>
@@ -81,6 +82,7 @@ void tellUnreadableTextures() {
 }
 
 ZStatus loadScene(const std::string &path) {
+    const Stage stage("load");
     try {
         return load(path);
     } catch (const std::bad_alloc &) {

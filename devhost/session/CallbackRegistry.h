@@ -4,6 +4,7 @@
 // Registered objects of the host's callback classes, in the order in which they are called.
 
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Timeline.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -20,6 +21,7 @@ OPENQUIL_API void reportCallbackError(const char *callback, const char *what);
 /// Runs native code of a plug-in; its exceptions are reported and end with it.
 template <class Call>
 void runGuarded(const char *name, Call call) {
+    const Stage stage(name);
     try {
         call();
     } catch (const std::exception &error) {

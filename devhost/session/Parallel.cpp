@@ -4,6 +4,7 @@
 
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Terminal.h"
+#include "devhost/util/Timeline.h"
 
 #include <algorithm>
 #include <atomic>
@@ -32,7 +33,10 @@ std::vector<std::jthread> startThreads(size_t count, const std::function<void()>
     threads.reserve(count);
     try {
         while (threads.size() < count)
-            threads.emplace_back(body);
+            threads.emplace_back([body, place = threads.size() + 1] {
+                const CrewMember member(place);
+                body();
+            });
     } catch (const std::exception &) {
         // Some limit of the system or the container: the ones there are do the work.
     }
@@ -56,6 +60,7 @@ void forBlocks(size_t count, size_t blockSize,
     std::exception_ptr failure;
     std::mutex failureLock;
     const auto takeBlocks = [&] {
+        const Stage stage("tiles");
         try {
             for (size_t block = next++; block < blocks; block = next++)
                 work(block * blockSize, std::min(count, (block + 1) * blockSize));

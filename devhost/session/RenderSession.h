@@ -76,6 +76,8 @@ struct RenderSession {
     /// Runs `call`, which looks whether a registered callback is still there and calls it, while
     /// nothing else can delete it. May be empty.
     std::function<void(const std::function<void()> &call)> callbackGuard;
+    /// Frames that render callbacks were called with.
+    unsigned framesWithCallbacks = 0;
     /// Callbacks that ended with a native exception.
     unsigned callbackErrors = 0;
     /// Told of each of those; when empty, they are written to standard error.

@@ -2,6 +2,8 @@
 #include "devhost/util/FramePlaces.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <regex>
 
 namespace devhost {
@@ -17,6 +19,38 @@ std::string hashPlaces(const std::string &name) {
         behind = (*each)[0].second;
     }
     return result.append(behind, name.cend());
+}
+
+std::string frameText(double number, unsigned padding) {
+    double whole = std::floor(std::abs(number));
+    long thousandths = std::lround((std::abs(number) - whole) * 1000);
+    whole += double(thousandths / 1000);
+    thousandths %= 1000;
+    char digits[64];
+    std::snprintf(digits, sizeof digits, "%0*.0f", static_cast<int>(std::min(padding, 16u)), whole);
+    const bool isNegative = number < 0 && (whole > 0 || thousandths);
+    std::string result = (isNegative ? "-" : "") + std::string(digits);
+    if (thousandths) {
+        std::snprintf(digits, sizeof digits, ".%03ld", thousandths);
+        result += digits;
+        result.erase(result.find_last_not_of('0') + 1);
+    }
+    return result;
+}
+
+std::string numberHashes(const std::string &pattern, double number) {
+    std::string result;
+    for (size_t at = 0; at < pattern.size();) {
+        size_t end = at;
+        while (end < pattern.size() && pattern[end] == '#')
+            ++end;
+        if (end == at)
+            result += pattern[at++];
+        else
+            result += frameText(number, static_cast<unsigned>(end - at));
+        at = std::max(at, end);
+    }
+    return result;
 }
 
 } // namespace devhost

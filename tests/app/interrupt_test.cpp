@@ -33,10 +33,10 @@ TEST(SignalScope, LeavesNoHalfWrittenFile) {
         int signal;
         bool isIgnored, ends;
         int files;
-    } const cases[] = {{SIGTERM, false, true, 0},
-                       {SIGHUP, false, true, 0},
+    } const cases[] = {{SIGHUP, false, true, 0},
                        {SIGXFSZ, false, false, 0},
                        {SIGINT, false, false, 1}, // the file is finished, the program ends later
+                       {SIGTERM, false, false, 1},
                        {SIGHUP, true, false, 1}}; // as under nohup
     for (const auto &each : cases) {
         const TemporaryFolder folder;

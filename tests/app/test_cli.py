@@ -1,25 +1,21 @@
 # SPDX-License-Identifier: MIT
 """Drives the quilhost program in child processes: what it writes, tells and returns."""
 import ast
-import base64
 import json
 import math
 import os
 import pty
 import shutil
 import signal
-import struct
 import subprocess
 import sys
-import tempfile
 import time
 import unittest
 
+from host import HostCase, LIMIT, TRIANGLE
+
 QUILHOST = os.path.abspath(sys.argv.pop(1))
 PYTHON2 = sys.argv.pop(1)
-LIMIT = 60  # seconds for one child
-
-TRIANGLE = "v -1 -1 0\nv 1 -1 0\nv 0 1 0\nvn 0 0 1\nf 1//1 2//1 3//1\n"
 
 # A script that sends a 1 x 1 picture of the given red to the render view.
 PICTURE = """
@@ -63,35 +59,12 @@ print struct.unpack('4f', image.readPixels())
 """
 
 
-class Case(unittest.TestCase):
-    def setUp(self):
-        self.folder = os.path.realpath(tempfile.mkdtemp(prefix="quilhost_cli_"))
-        self.addCleanup(shutil.rmtree, self.folder)
-        self.write("tri.obj", TRIANGLE)
+class Case(HostCase):
+    QUILHOST = QUILHOST
 
-    def write(self, name, text):
-        with open(os.path.join(self.folder, name), "w") as stream:
-            stream.write(text)
-        return name
-
-    def files(self):
-        return sorted(os.listdir(self.folder))
-
-    def start(self, *arguments, **options):
-        return subprocess.Popen([QUILHOST] + list(arguments), cwd=self.folder,
-                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                stderr=subprocess.PIPE, text=True, **options)
-
-    def run_host(self, *arguments, code=0):
-        child = self.start(*arguments)
-        try:
-            out, err = child.communicate(timeout=LIMIT)
-        except subprocess.TimeoutExpired:
-            child.kill()
-            child.communicate()
-            self.fail("quilhost did not end: %r" % (arguments,))
-        self.assertEqual(child.returncode, code, (arguments, out, err))
-        return out, err
+    def copy(self, name):
+        """A scene that lies beside this file."""
+        shutil.copy(os.path.join(os.path.dirname(os.path.abspath(__file__)), name), self.folder)
 
     def png(self, name):
         width, height, rows = ast.literal_eval(self.run_host("--python-expr", SHOW % name)[0])
@@ -193,6 +166,8 @@ print(sys.path[1])
         for source, code, last in [
                 ("raise ValueError('bad thing')", 1, "ValueError: bad thing"),
                 ("this is no python", 1, "SyntaxError: invalid syntax"),
+                ("import _OpenQuilRender as r; r.ZRenderUtil_relativeFileName(None)", 1,
+                 "TypeError: Expected a String or Unicode object for argument 1"),
                 ("import sys; sys.exit(7)", 7, None),
                 ("import sys; sys.exit('so long')", 1, "so long"),
                 ("raise KeyboardInterrupt", 130, "quilhost: interrupted"),
@@ -220,18 +195,6 @@ def render(frame):
             self.assertEqual(self.png(name), (1, 1, [[frame, 0, 0, 255]]))
             self.assertIn(os.path.join(self.folder, name), err)
         self.assertEqual(len(self.files()), 6)
-
-    def test_failing_frame_ends_the_run(self):
-        self.write("a.py", PICTURE + """
-def render(frame):
-    if frame == 2:
-        raise RuntimeError("frame two")
-    picture(1.0)
-""")
-        out, err = self.run_host("--python", "a.py", "--frames", "1-3", "--output", "a.#.png",
-                                 code=1)
-        self.assertIn("RuntimeError: frame two", err)
-        self.assertEqual(self.files(), ["a.1.png", "a.py", "tri.obj"])
 
 
 class Frames(Case):
@@ -304,16 +267,24 @@ print(settings.renderAll, settings.deviceAspectRatio, settings.preKos.asUnicode(
                       code=3)
         self.assertNotIn("strict.png", self.files())
 
-    def test_existing_pictures_are_skipped(self):
-        self.write("a.1.png", "what was there")
-        out, err = self.run_host("tri.obj", "--frames", "1-2", "--output", "a.#.png",
-                                 "--resolution", "2", "2", "--skip-existing", "--progress", "json")
-        events = [json.loads(line) for line in err.splitlines()]
-        self.assertEqual([(e["frame"], e["skipped"]) for e in events if e["event"] == "frame"],
-                         [(1, True), (2, False)])
-        with open(os.path.join(self.folder, "a.1.png")) as stream:
-            self.assertEqual(stream.read(), "what was there")
-        self.assertEqual(self.png("a.2.png")[:2], (2, 2))
+    def test_whole_pictures_are_skipped(self):
+        options = ("--output", "a.#.png", "--skip-existing", "--progress", "json")
+
+        def frames(*arguments):
+            out, err = self.run_host(*arguments + options)
+            events = [json.loads(line) for line in err.splitlines()]
+            return [(e["frame"], e["skipped"]) for e in events if e["event"] == "frame"]
+        self.write("a.py", PICTURE + "picture(0.5)")
+        for skipped in (False, True):
+            self.assertEqual(frames("--python", "a.py"), [(1, skipped)])
+        with open(os.path.join(self.folder, "a.1.png"), "rb") as stream:
+            whole = stream.read()
+        with open(os.path.join(self.folder, "a.3.png"), "wb") as stream:
+            stream.write(whole[:-1])
+        self.assertEqual(frames("tri.obj", "--frames", "1-3", "--resolution", "2", "2"),
+                         [(1, True), (2, False), (3, False)])
+        self.assertEqual([self.png("a.%d.png" % f)[:2] for f in (1, 2, 3)],
+                         [(1, 1), (2, 2), (2, 2)])
 
     def test_other_frames_go_on_after_failures(self):
         source = PICTURE + """
@@ -359,53 +330,16 @@ print([int(cell[0]) for cell in cells])
         out, err = self.run_host("tri.obj", "--python", "a.py", "--resolution", "9", "9",
                                  "--region", "3", "4", "2", "6", "--output", "a.png")
         self.assertEqual(out, "[3, 4, 2, 6]\n[3, 4, 2, 6, 2, 5, 9, 9]\n")
-        self.run_host("tri.obj", "--resolution", "9", "9", "--output", "whole.png")
-        part, whole = self.png("a.png")[2], self.png("whole.png")[2]
-        for y in range(9):
-            for x in range(9):
-                inside = 3 <= x <= 4 and 2 <= 8 - y <= 6
-                self.assertEqual(part[y][4 * x:4 * x + 4],
-                                 whole[y][4 * x:4 * x + 4] if inside else [0] * 4)
-        self.assertEqual(part[4][4 * 4 + 3], 255)
 
     def test_lux_over_pi_times_exposure(self):
         # A square of the factor 0.5 squarely under 3 lux.
-        corners = struct.pack("<12f", -9, -9, 0, 9, -9, 0, 9, 9, 0, -9, 9, 0)
-        self.write("lit.gltf", json.dumps({
-            "asset": {"version": "2.0"}, "extensionsUsed": ["KHR_lights_punctual"],
-            "extensions": {"KHR_lights_punctual": {
-                "lights": [{"type": "directional", "intensity": 3}]}},
-            "materials": [{"pbrMetallicRoughness": {
-                "baseColorFactor": [0.5, 0.5, 0.5, 1], "metallicFactor": 0, "roughnessFactor": 1}}],
-            "meshes": [{"primitives": [{"attributes": {"POSITION": 0}, "mode": 6, "material": 0}]}],
-            "cameras": [{"type": "orthographic", "orthographic": {
-                "xmag": 4, "ymag": 4, "znear": 0, "zfar": 9}}],
-            "nodes": [{"mesh": 0}, {"extensions": {"KHR_lights_punctual": {"light": 0}}},
-                      {"camera": 0, "translation": [-6, 6, 1]}],
-            "accessors": [{"bufferView": 0, "componentType": 5126, "count": 4, "type": "VEC3"}],
-            "bufferViews": [{"buffer": 0, "byteLength": 48}],
-            "buffers": [{"byteLength": 48, "uri": "data:application/octet-stream;base64," +
-                         base64.b64encode(corners).decode()}]}))
+        self.copy("lit.gltf")
         out, err = self.run_host("lit.gltf", "--resolution", "1", "1", "--exposure", "2", "--exr",
                                  "float", "--output", "a.exr")
         out, err = self.run_host("--python-expr", SHOW_FLOATS % "a.exr")
         # Diffuse 0.5 and a glint of 0.04, over pi, doubled twice.
         for value in ast.literal_eval(out)[:3]:
             self.assertAlmostEqual(value, 0.54 * 3 / math.pi * 4, 5)
-
-    def test_picture(self):
-        self.run_host("--resolution", "60", "40", "tri.obj", "--output", "a.png")
-        width, height, rows = self.png("a.png")
-        self.assertEqual((width, height), (60, 40))
-        covered = [sum(row[3::4]) / 255.0 for row in rows]
-        shown = [c for c in covered if c]
-        # The point of the triangle is up.
-        self.assertLess(shown[0], 3)
-        self.assertGreater(max(shown), 5 * shown[0])
-        self.assertGreater(covered.index(max(covered)), 20)
-        middle = rows[20][30 * 4:30 * 4 + 4]
-        self.assertEqual(middle[3], 255)
-        self.assertGreater(min(middle[:3]), 60)
 
     def test_renderers(self):
         """Samples lie at the same places, so that the same share of each pixel is covered."""
@@ -475,9 +409,25 @@ def render(frame):
         percents = [e["percent"] for e in events if e["event"] == "progress" and e["frame"] == 8]
         self.assertEqual(percents, sorted(percents))
         self.assertEqual(percents[-1], 100)
+        self.assertEqual(events[-1], {"event": "end", "code": 0, "why": ""})
         self.assertEqual(self.files(), ["tri.008.png", "tri.010.png", "tri.obj"])
         out, err = self.run_host("tri.obj", "--output", "q.png", "--quiet")
         self.assertEqual((out, err), ("", ""))
+
+    def test_messages_of_open_job_description(self):
+        script = "import sys\ndef render(frame): sys.exit(7 if frame > %d else 0)"
+        options = ("tri.obj", "--frames", "1-4", "--output", "a.#.png", "--progress", "openjd",
+                   "--resolution", "8", "8", "--python-expr")
+        for last, code, percent, end in ((4, 0, 100, None), (2, 7, 50, "openjd_fail: exit code 7")):
+            lines = self.run_host(*options, script % last, code=code)[1].splitlines()
+            told = [float(line.split()[1]) for line in lines if line.startswith("openjd_progress")]
+            self.assertEqual((told, told[-1]), (sorted(told), percent))
+            self.assertIn("openjd_status: frame 2 (2 of 4): rendering 100%", lines)
+            self.assertEqual(lines[-1] if end else None, end)
+        out, err = self.run_host("tri.obj", "--strict", "--fps", "7.5", "--progress", "openjd",
+                                 "--output", "a.png", code=3)
+        self.assertEqual(err.splitlines()[-1],
+                         "openjd_fail: with --strict, the notice is an error")
 
     def test_bar_on_a_terminal(self):
         try:
@@ -511,13 +461,17 @@ def render(frame):
         self.assertIn(shown, err)
 
     def test_failing_callback(self):
-        for error, code, reports, pictures in [("ValueError", 4, 2, ["a.1.png", "a.2.png"]),
-                                               ("KeyboardInterrupt", 130, 1, [])]:
+        both, raising = ["a.1.png", "a.2.png"], "raise %s('in the callback')"
+        for body, error, code, reports, pictures in [
+                (raising % "ValueError", "ValueError: in the callback", 4, 2, both),
+                ("return r._native.ZRenderUtil_relativeFileName(None) is None",
+                 "TypeError: Expected", 4, 2, both),
+                (raising % "KeyboardInterrupt", "KeyboardInterrupt: in the callback", 130, 1, [])]:
             with self.subTest(error=error):
-                self.write("a.py", CALLBACK.format(body="raise %s('in the callback')" % error))
+                self.write("a.py", CALLBACK.format(body=body))
                 out, err = self.run_host("tri.obj", "--python", "a.py", "--frames", "1-2",
                                          "--output", "a.#.png", "--quiet", code=code)
-                self.assertEqual(err.count(error + ": in the callback"), reports)
+                self.assertEqual(err.count(error), reports)
                 self.assertEqual(self.files(), pictures + ["a.py", "tri.obj"])
                 for name in pictures:
                     os.remove(os.path.join(self.folder, name))
@@ -530,42 +484,16 @@ def render(frame):
                 ("renderCallback", "data.depthArr[%s]" % pixels),
                 ("renderCallback", "type(data.depthArr)(data.depthArr, %s + 1)" % pixels),
                 ("renderCallback", "list(data.depthArr)[%s]" % pixels),
+                ("renderCallback", "memoryview(data.rgbaArr)"),
                 ("shadowCastCallback", "data.depthMaps.read(1, len(data.depthMaps))")]:
             with self.subTest(body=body):
                 self.write("a.py", CALLBACK.replace("renderCallback", method).format(body=body))
                 out, err = self.run_host("tri.obj", "--python", "a.py", "--output", "a.png",
                                          "--resolution", "5", "3", "--quiet", code=4)
                 self.assertIn(body, err)
-                self.assertRegex(err, "IndexError: (buffer|list) index out of range|fewer items")
+                self.assertRegex(err, "IndexError: (buffer|list) index out of range|fewer items|"
+                                      "BufferError: the host lends")
 
-    def test_a_callback_s_record_is_its_own(self):
-        self.run_host("tri.obj", "--resolution", "5", "3", "--output", "plain.png")
-        self.write("a.py", CALLBACK.format(body="""
-        import OpenQuil
-        data.xsize = data.ysize = 2000
-        data.rgbaArr = OpenQuil.UnsignedCharBuffer(4)
-        data.depthArr = None"""))
-        self.run_host("tri.obj", "--python", "a.py", "--resolution", "5", "3", "--output", "a.png",
-                      "--leak-check")
-        self.assertEqual(self.png("a.png"), self.png("plain.png"))
-
-
-# A triangle that moves by 5 in a second, and a texture that is left out.
-MOVING = json.dumps({
-    "asset": {"version": "2.0"},
-    "buffers": [{"byteLength": 104, "uri": "data:application/octet-stream;base64," +
-                 base64.b64encode(struct.pack("<26f", -1, -1, 0, 1, -1, 0, 0, 1, 0,
-                                              *[0, 0, 1] * 3, 0, 1, 0, 0, 0, 5, 0, 0)).decode()}],
-    "bufferViews": [{"buffer": 0, "byteOffset": at, "byteLength": size}
-                    for at, size in ((0, 36), (36, 36), (72, 8), (80, 24))],
-    "accessors": [{"bufferView": view, "componentType": 5126, "count": count, "type": kind}
-                  for view, count, kind in ((0, 3, "VEC3"), (1, 3, "VEC3"), (2, 2, "SCALAR"),
-                                            (3, 2, "VEC3"))],
-    "meshes": [{"primitives": [{"attributes": {"POSITION": 0, "NORMAL": 1}, "material": 0}]}],
-    "materials": [{"name": "paint\x1b", "normalTexture": {"index": 0}}],
-    "nodes": [{"mesh": 0, "name": "it"}],
-    "animations": [{"samplers": [{"input": 2, "output": 3}], "channels": [
-        {"sampler": 0, "target": {"node": 0, "path": "translation"}}]}]})
 
 # What a script sees of a frame: where the node is, the time unit, the settings and the geometry.
 SEE = """
@@ -585,19 +513,8 @@ def render(frame):
 class Moving(Case):
     def setUp(self):
         Case.setUp(self)
-        self.write("moving.gltf", MOVING)
-
-    def test_frames_show_their_time(self):
-        # Frames 0, 6 and 12 of 12 a second: half of the way in half a second.
-        self.run_host("moving.gltf", "--fps", "12", "--frames", "0-12x6", "--output", "a.##.png",
-                      "--resolution", "64", "48", "--quiet")
-        middles = []
-        for frame in (0, 6, 12):
-            rows = self.png("a.%02d.png" % frame)[2]
-            covered = [sum(row[x * 4 + 3] for row in rows) for x in range(64)]
-            middles.append(sum(x * c for x, c in enumerate(covered)) / float(sum(covered)))
-        self.assertGreater(middles[1] - middles[0], 5)
-        self.assertGreater(middles[2] - middles[1], 5)
+        # A triangle that moves by 5 in a second, and a texture that is left out.
+        self.copy("moving.gltf")
 
     def test_scripts_see_the_frame(self):
         self.write("a.py", SEE)
@@ -619,7 +536,8 @@ class Moving(Case):
         self.assertEqual([json.loads(line) for line in err.splitlines()], [
             {"event": "notice", "kind": "normal texture", "file": "moving.gltf",
              "place": "material 0 'paint\x1b'", "found": "its normal texture is not supported",
-             "instead": "it is left out"}, {"event": "notices", "count": 1}])
+             "instead": "it is left out"}, {"event": "notices", "count": 1},
+            {"event": "end", "code": 0, "why": ""}])
         for options, lines in ((("--quiet", "--strict"), 2), (("--quiet",), 0)):
             out, err = self.run_host("moving.gltf", "--output", "a.png", *options,
                                      code=3 if lines else 0)
@@ -677,7 +595,7 @@ class Interrupts(Case):
 
     def test_while_python_starts(self):
         self.write("sitecustomize.py", "import os, signal; os.kill(os.getpid(), signal.SIGINT)")
-        child = self.start("--python-expr", "print('on')", env={"PYTHONPATH": self.folder})
+        child = self.start("--python-expr", "print('on')", environment={"PYTHONPATH": self.folder})
         self.assertEqual(child.communicate(timeout=LIMIT), ("", "quilhost: interrupted\n"))
         self.assertEqual(child.returncode, 130)
 

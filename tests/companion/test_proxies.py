@@ -2,10 +2,15 @@
 """Tests of the generated proxy classes against the native tables. Run by Python 2.7 with
 NAME=DESCRIPTION for every module."""
 
+import array
 import gc
 import importlib
 import inspect
 import json
+import pickle
+import pydoc
+import random
+import struct
 import sys
 import unittest
 import weakref
@@ -72,38 +77,10 @@ class TableTest(unittest.TestCase):
                 self.assertIn(function['class'], module.proxies.__all__)
                 self.assertGreater(len(proxy.__doc__), 15, proxy)
 
-    def test_every_function_and_constructor_is_documented(self):
-        for module in MODULES:
-            for function in module.functions('constructor'):
-                self.assert_documented(module.proxy_class(function).__init__, function['class'],
-                                       len(function['overloads']))
-            for function in module.functions('static', 'method'):
-                member = getattr(module.proxy_class(function), function['member'])
-                self.assert_documented(member, function['member'], len(function['overloads']))
-                is_static = function['kind'] == 'static'
-                self.assertEqual(is_static, inspect.isfunction(member), function['name'])
-
     def test_documentation(self):
         for documented, head, tail in DOCUMENTATION:
             text = inspect.getdoc(documented)
             self.assertEqual((text[:len(head)], text[len(text) - len(tail):]), (head, tail))
-
-    def assert_documented(self, member, name, overload_count):
-        signatures, _, text = inspect.getdoc(member).partition('\n\n')
-        lines = [line for line in signatures.split('\n') if not line.startswith(' ')]
-        self.assertEqual(overload_count, len(lines), name)
-        for line in lines:
-            self.assertTrue(line.startswith(name + '('), line)
-        self.assertGreater(len(text.split()), 1, 'no documentation of ' + name)
-
-    def test_every_data_member_is_a_documented_property(self):
-        for module in MODULES:
-            for function in module.functions('getter', 'setter'):
-                member = getattr(module.proxy_class(function), function['member'])
-                self.assertTrue(member.fget if function['kind'] == 'getter' else member.fset)
-                head, _, text = inspect.getdoc(member).partition('\n\n')
-                self.assertTrue(head.startswith(function['member'] + ': '), head)
-                self.assertTrue(text, function['name'])
 
     def test_constants_are_attributes_of_their_class_or_of_the_module(self):
         for module in MODULES:
@@ -162,12 +139,23 @@ class InstanceTest(unittest.TestCase):
             whole = make()
             gone = weakref.ref(whole)
             part = take(whole)
+            del whole.this  # does not take the memory from the part
+            str(part), make()
             del whole
             gc.collect()
             self.assertIsNotNone(gone())
             del part
             gc.collect()
             self.assertIsNone(gone())
+
+    def test_a_missing_text_is_told_at_the_call(self):
+        util, profile = OpenQuilRender.ZRenderUtil, OpenQuilRender.ZRenderProfile()
+        for call in (lambda: util.relativeFileName(None), lambda: OpenQuil.ZString(None),
+                     lambda: profile.addRenderer(None, 2.0)):
+            with self.assertRaisesRegexp(TypeError, '^Expected a String or Unicode object for arg'):
+                call()
+                self.fail('the error came later')
+        self.assertEqual(util.relativeFileName('a'), u'a')
 
     def test_a_buffer_member(self):
         data = OpenQuilRender.ZRenderData()
@@ -193,6 +181,151 @@ class InstanceTest(unittest.TestCase):
                 OpenQuilRender.ZRenderView.updatePixels(9, 9, 1, 1, pixel)
         finally:
             OpenQuilRender.ZRenderView.endRender()
+
+
+class NativeMethodTest(unittest.TestCase):
+    """To a script they are functions of a Python class."""
+
+    def test_signatures_and_names(self):
+        start, length = OpenQuilRender.ZRenderView.startRender, OpenQuil.ZVector.length
+        self.assertEqual(inspect.getargspec(start), (
+            ['width', 'height', 'doNotClearBackground', 'immediateFeedback'], None, None,
+            (False, False)))
+        self.assertEqual(inspect.getargspec(length).args, ['self'])
+        self.assertEqual(inspect.getargspec(OpenQuil.ZVector.__init__), (['self'], 'args', None,
+                                                                         None))
+        self.assertEqual((length.__name__, length.__module__, length.im_class),
+                         ('length', 'OpenQuil', OpenQuil.ZVector))
+        text = pydoc.plain(pydoc.render_doc(OpenQuilRender.RV_PIXEL))
+        for shown in '__init__(self)', 'Data descriptors defined here', 'r: float':
+            self.assertIn(shown, text)
+        self.assertIn('startRender(width, height, doNotClearBackground=False, immediateF',
+                      pydoc.plain(pydoc.render_doc(start)))
+
+    def test_wrong_arguments(self):
+        start, v = OpenQuilRender.ZRenderView.startRender, OpenQuil.ZVector(1, 2, 2)
+        for words, call in (
+                (r'startRender\(\) takes at least 2 arguments \(1 given\)', lambda: start(1)),
+                (r'startRender\(\) takes at most 4 arguments \(5 given\)',
+                 lambda: start(1, 2, 3, 4, 5)),
+                (r'startRender\(\) got multiple values .* \'width\'', lambda: start(1, width=2)),
+                (r'startRender\(\) got an unexpected .* \'wide\'', lambda: start(1, 2, wide=2)),
+                (r'at least 2 arguments', lambda: start(height=2)),
+                (r'length\(\) takes exactly 1 argument \(2 given\)', lambda: v.length(1)),
+                (r'set\(\) takes no keyword', lambda: OpenQuil.ZString().set(text='a')),
+                (r'must be called with ZVector instance', lambda: OpenQuil.ZVector.length(5)),
+                (r'unsupported operand', lambda: 5 + v), (r'argument 2 of type', lambda: v + 5),
+                (r'__getitem__', lambda: OpenQuil.ZVector.__getitem__(v)),
+                (r'pickle', lambda: pickle.dumps(v, 2))):
+            self.assertRaisesRegexp(TypeError, words, call)
+        with self.assertRaises(AttributeError):
+            del v[0]
+
+    def test_classes_may_be_changed_and_derived_from(self):
+        class Loud(OpenQuil.ZVector):
+            def length(self):
+                return 10 * super(Loud, self).length()
+
+            def __add__(self, other):
+                return 'added'
+
+            def __getitem__(self, index):
+                return index
+
+        loud, plain = Loud(0, 3, 4), OpenQuil.ZVector(0, 3, 4)
+        self.assertEqual((loud.length(), loud + plain, loud['a'], loud.y), (50, 'added', 'a', 3))
+        self.assertEqual(((plain + loud).y, plain * loud, plain[1], len(plain), -plain),
+                         (6, 25, 3, 3, OpenQuil.ZVector(0, -3, -4)))
+        own = vars(OpenQuil.ZVector)['__add__'], vars(OpenQuil.ZVector)['__init__']
+        OpenQuil.ZVector.__add__ = lambda a, b: 'patched'
+        OpenQuil.ZVector.__init__ = lambda self: own[1](self, 7, 0, 0)
+        try:
+            self.assertEqual((plain + plain, OpenQuil.ZVector().x), ('patched', 7))
+        finally:
+            OpenQuil.ZVector.__add__, OpenQuil.ZVector.__init__ = own
+        self.assertEqual((plain + plain).y, 6)
+        again = plain.this
+        plain.__init__(1, 2, 3)  # chains the second object behind the first
+        self.assertTrue(plain.this is again and again.next() is not None)
+
+    def test_properties(self):
+        pixel = OpenQuilRender.RV_PIXEL()
+        self.assertRaises(TypeError, setattr, pixel, 'r', 'red')
+        self.assertRaises(AttributeError, delattr, pixel, 'r')
+        self.assertRaises(TypeError, OpenQuilRender.RV_PIXEL.r.__get__, 5)
+
+        class Doubled(OpenQuilRender.RV_PIXEL):
+            r = OpenQuilRender.RV_PIXEL.r.getter(lambda self: 2 * self.g)
+        doubled = Doubled()
+        doubled.g = 0.25
+        doubled.r = 3
+        self.assertEqual((doubled.r, OpenQuilRender.RV_PIXEL.r.fget(doubled)), (0.5, 3))
+
+
+class MemoryTest(unittest.TestCase):
+    """Buffers beside array.array, which holds the same items."""
+    KINDS = {'b': OpenQuil.SignedCharBuffer, 'B': OpenQuil.UnsignedCharBuffer,
+             'h': OpenQuil.ShortBuffer, 'H': OpenQuil.UnsignedShortBuffer, 'i': OpenQuil.IntBuffer,
+             'I': OpenQuil.UnsignedIntBuffer, 'l': OpenQuil.LongBuffer,
+             'L': OpenQuil.UnsignedLongBuffer, 'f': OpenQuil.FloatBuffer,
+             'd': OpenQuil.DoubleBuffer}
+
+    def test_slices_and_views(self):
+        chance = random.Random(7)
+        for code, kind in sorted(self.KINDS.items()):
+            model = array.array(code, [chance.randrange(100) for _ in range(9)])
+            raw = model.tostring()
+            for source in model, raw, bytearray(raw), buffer(raw), kind(model), list(model), \
+                    memoryview(kind(model)):
+                self.assertEqual(kind(source).readBytes(0, 9), raw, (code, source))
+            items = kind(model)
+            for _ in range(100):
+                part = slice(*[chance.choice([None] + range(-11, 11)) for _ in range(2)] +
+                             [chance.choice((None, 1, 2, 3, -1, -2))])
+                given = array.array(code, [chance.randrange(100) for _ in model[part]])
+                model[part], items[part] = given, given
+                found = items[part]
+                if code == 'B':
+                    self.assertEqual(items[part], given.tostring())
+                else:
+                    self.assertEqual(found, list(given))
+                self.assertEqual(str(buffer(items)), model.tostring())
+            view = memoryview(items)
+            self.assertEqual((view.format, view.itemsize, view.shape, view.readonly),
+                             (code, model.itemsize, (9,), False))
+            view[:] = memoryview(kind(9))
+            self.assertEqual(items.readBytes(0, 9), '\0' * len(raw))
+            self.assertRaises(ValueError, items.__setitem__, slice(2), model)
+            self.assertRaises(TypeError, items.__setitem__, 'a', 1)
+        doubles = array.array('d', [1, 2])
+        self.assertEqual(list(OpenQuil.FloatBuffer(doubles)), [1, 2])  # numbers, converted
+        for wrong in memoryview(OpenQuil.DoubleBuffer(2)), memoryview(OpenQuil.ShortBuffer(2)):
+            self.assertRaisesRegexp(TypeError, 'of another type', OpenQuil.FloatBuffer, wrong)
+        self.assertRaises(ValueError, OpenQuil.IntBuffer(3).write, 0, 'abcde')
+
+    def test_pixels(self):
+        pixels, numbers = OpenQuil.PixelBuffer(3), array.array('f', range(8))
+        pixels.write(1, numbers)
+        self.assertEqual((pixels[2].r, pixels.readBytes(1, 2)), (4, numbers.tostring()))
+        view = memoryview(pixels)
+        self.assertEqual((view.format, view.shape, view.strides), ('f', (3, 4), (16, 4)))
+        for start, data, error in ((2, numbers, IndexError), (0, 'a' * 15, ValueError),
+                                   (0, array.array('d', [1, 2]), TypeError), (0, None, TypeError)):
+            self.assertRaises(error, pixels.write, start, data)
+
+    def test_a_view_keeps_the_memory_and_the_host_s_is_not_viewed(self):
+        view = memoryview(OpenQuil.IntBuffer([5, 6]))
+        others = [OpenQuil.IntBuffer(2) for _ in range(100)]
+        self.assertEqual(struct.unpack('2i', view.tobytes()), (5, 6))
+        lent = OpenQuil.IntBuffer([7])
+        lent.thisown = False
+        seen = buffer(lent)
+        self.assertRaisesRegexp(BufferError, 'lends', memoryview, lent)
+        self.assertEqual(str(seen), struct.pack('i', 7))
+        lent.thisown = True
+        OpenQuil._native.delete_IntBuffer(lent)
+        self.assertRaises(TypeError, str, seen)
+        self.assertRaises(BufferError, memoryview, OpenQuil.VoidPointerBuffer(others[:2]))
 
 
 class Recorder(OpenQuilRender.ZRenderCallback):

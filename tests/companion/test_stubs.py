@@ -73,22 +73,6 @@ class StubTest(unittest.TestCase):
             for line in lines:
                 self.assertIn('    ' + line, stub.split('\n'))
 
-    def test_every_native_function_has_its_overloads(self):
-        for data, _, stubs in self.each_module():
-            checked = 0
-            for function in data['functions']:
-                if function['kind'] not in ('static', 'method'):
-                    continue
-                found = stubs[function['class']][function['member']]
-                self.assertEqual(len(function['overloads']), len(found), function['name'])
-                for overload, stub in zip(function['overloads'], found):
-                    arguments = stub.args.args
-                    self.assertEqual(overload['max'], len(arguments), function['name'])
-                    self.assertEqual(overload['max'] - overload['min'], len(stub.args.defaults),
-                                     function['name'])
-                    checked += 1
-            self.assertGreater(checked, 50)
-
     def test_defaults(self):
         table = pathlib.Path(__file__).with_name('defaults.tsv').read_text().splitlines()[1:]
         description = pathlib.Path(DESCRIPTIONS['OpenQuilRender']).read_text()
@@ -97,23 +81,6 @@ class StubTest(unittest.TestCase):
             '%s\t%s' % (f['name'], '; '.join(' '.join(map(str, o['defaults']))
                                              for o in f['overloads'] if o['defaults']))
             for f in functions if any(o['min'] < o['max'] for o in f['overloads'])])
-
-    def test_every_type_is_known(self):
-        """Names in annotations are builtins, imports, or classes of the stub."""
-        for name in DESCRIPTIONS:
-            tree = ast.parse((FOLDER / (name + '.pyi')).read_text())
-            known = {'int', 'bool', 'float', 'str', 'None', 'property', 'staticmethod'}
-            for node in tree.body:
-                if isinstance(node, (ast.Import, ast.ImportFrom)):
-                    known.update(alias.name for alias in node.names)
-                elif isinstance(node, ast.ClassDef):
-                    known.add(node.name)
-            for node in ast.walk(tree):
-                for annotation in (getattr(node, 'annotation', None),
-                                   getattr(node, 'returns', None)):
-                    names = {n.id for n in ast.walk(annotation) if isinstance(n, ast.Name)} \
-                        if annotation else set()
-                    self.assertLessEqual(names, known)
 
 
 if __name__ == '__main__':

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Images: formats, orientation against the libraries' own readers, and writes that fail.
 #include "devhost/image/ImageIo.h"
+#include "devhost/image/PictureFile.h"
 #include "host/core/ZImage.h"
 #include "tests/temporary_folder.h"
 
@@ -184,6 +185,34 @@ TEST_F(Images, ResizeAveragesInterpolatesAndKeepsProportions) {
     EXPECT_EQ(image.resize(0, 5).statusCode(), ZStatus::kInvalidParameter);
     EXPECT_EQ(image.create(2, 2, 5).statusCode(), ZStatus::kInvalidParameter);
     EXPECT_EQ(image.create(~0u, ~0u).statusCode(), ZStatus::kInsufficientMemory);
+}
+
+TEST_F(Images, AFileIsWholeOnlyWithAllItsBytes) {
+    // 40 rows are three blocks of an EXR file; its long text makes its header long.
+    const auto bytes = noise(7 * 40 * 4);
+    const auto floats = devhost::toFloats(bytes.data(), bytes.size());
+    const devhost::ImageLayer pixels{"", {"R", "G", "B", "A"}, floats.data(), true};
+    ASSERT_FALSE(devhost::writePng(path("a.png"), 7, 40, bytes.data()).error());
+    ASSERT_FALSE(
+        devhost::writeExr(path("a.exr"), 7, 40, {pixels}, {90, 50, 3, 5, 1, {}, {}}).error());
+    ASSERT_FALSE(devhost::writeExr(path("long.exr"), 7, 40, {pixels},
+                                   {0, 0, 0, 0, 1, {}, {{"text", std::string(3000, 'x')}}})
+                     .error());
+    for (const auto &[name, width, height] :
+         {std::tuple("a.png", 7u, 40u), {"a.exr", 90u, 50u}, {"long.exr", 7u, 40u}}) {
+        const auto whole = devhost::inspectPicture(path(name));
+        EXPECT_EQ(std::tuple(whole.damage, whole.width, whole.height),
+                  std::tuple("", width, height));
+        const std::string file = contents(path(name));
+        folder_.write("other", file + "x");
+        EXPECT_NE(devhost::inspectPicture(path("other")).damage, "") << name;
+        for (size_t length = file.size(); length-- > 0;) {
+            fs::resize_file(path("other"), length);
+            EXPECT_NE(devhost::inspectPicture(path("other")).damage, "") << name << " " << length;
+        }
+    }
+    EXPECT_EQ(devhost::inspectPicture(folder_.path).damage, "it is no regular file");
+    EXPECT_EQ(devhost::inspectPicture(path("none")).damage, "No such file or directory");
 }
 
 } // namespace

@@ -5,9 +5,9 @@ import sys
 import unittest
 
 import _OpenQuil
-from proxies import make_proxies
+import OpenQuil
 
-core = make_proxies(_OpenQuil)
+core = vars(OpenQuil)
 
 
 def selected(name):

@@ -6,10 +6,10 @@ import sys
 import unittest
 
 import _OpenQuil
-from proxies import make_proxies
+import OpenQuil
 
-core = make_proxies(_OpenQuil)
-globals().update({name: core[name] for name in core})
+core = vars(OpenQuil)
+globals().update({name: core[name] for name in OpenQuil.__all__})
 
 # The struct code of each integer buffer's items.
 INTEGERS = {SignedCharBuffer: 'b', UnsignedCharBuffer: 'B', ShortBuffer: 'h',

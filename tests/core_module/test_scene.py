@@ -9,10 +9,10 @@ import tempfile
 import unittest
 
 import _OpenQuil
-from proxies import make_proxies
+import OpenQuil
 
-core = make_proxies(_OpenQuil)
-globals().update({name: core[name] for name in core})
+core = vars(OpenQuil)
+globals().update({name: core[name] for name in OpenQuil.__all__})
 
 TRIANGLE = 'o shape\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n'
 

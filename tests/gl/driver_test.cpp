@@ -29,7 +29,7 @@ class GlDriverTest : public testing::Test {
   protected:
     void SetUp() override {
         if (!devhost::glContext().available)
-            GTEST_SKIP() << devhost::glContext().whyNot();
+            FAIL() << devhost::glContext().whyNot();
         devhost::glContext().acquire();
         devhost::glDriver.load(devhost::glContext().features);
         gl->glGenFramebuffersEXT(1, &framebuffer_);

@@ -50,7 +50,7 @@ class HardwareBuffers : public apptest::SquareScene {
     void SetUp() override {
         SquareScene::SetUp();
         if (!devhost::glContext().available)
-            GTEST_SKIP() << devhost::glContext().whyNot();
+            FAIL() << devhost::glContext().whyNot();
         devhost::closeHardwareDevice();
     }
     void TearDown() override {

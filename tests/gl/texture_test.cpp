@@ -63,7 +63,7 @@ TEST_F(Textures, EveryFormBindsTheImage) {
     };
     using Info = ZImageFileInfo;
     if (!devhost::glContext().available)
-        GTEST_SKIP() << devhost::glContext().whyNot();
+        FAIL() << devhost::glContext().whyNot();
 
     constexpr ZGLenum kTexture2D = 0xDE1, kBinding = 0x8069, kRgba = 0x1908, kByte = 0x1401;
     ZGLFunctionTable &gl = *devhost::glFunctionTable();

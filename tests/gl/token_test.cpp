@@ -34,7 +34,7 @@ TEST(GlTokens, HaveTheValuesOfTheSystemsHeaders) {
     ASSERT_GT(tokens.size(), 2000u);
     std::set<std::string> different;
     int found = 0, unknown = 0;
-    for (const Constant &token : gl_token_constants) {
+    for (const Constant token : gl_token_constants) {
         const std::string name = std::string(token.name).substr(4);
         bool known = false;
         for (const char *suffix : {"", "_ARB", "_EXT"})

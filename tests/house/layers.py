@@ -25,7 +25,7 @@ LAYERS = {
     'wrappers/hardware': ('wrappers/rows runtime host', 'tests/module'),
     'wrappers/shader_gl': ('wrappers/rows runtime host', 'tests/gl'),
     'module': ('wrappers/rows host/base', 'tests/module'),
-    'companion': ('wrappers/rows runtime', 'tests/companion'),
+    'companion': ('wrappers/rows runtime host/base/HostApi.h', 'tests/companion'),
     'companion/extensions/core': ('', 'tests/companion'),
     'companion/extensions/render': ('', 'tests/companion'),
     # The engines of the development host, lower ones first: values of host/core, no classes of
@@ -75,8 +75,14 @@ LAYERS = {
     'devhost/app': ('devhost host'
                     ' runtime/pointer_object.h',  # counts objects by what modules return
                     'tests/app'),
+    'devhost/farm': ('devhost/app/CommandLine.h devhost/app/Errors.h'  # quilhost's own reading
+                     ' devhost/image/PictureFile.h'
+                     ' devhost/session/Parallel.h devhost/session/PixelRegion.h devhost/util',
+                     'tests/farm'),
     'examples': ('host', 'tests/gl'),
-    'bench': ('host devhost/scene devhost/raytrace devhost/session tests/scene/gltf_file.h tests/temporary_folder.h', ''),
+    'examples/plugin': ('host devhost/app/PluginInterface.h', 'tests/setup'),
+    'bench': ('host devhost/scene devhost/raytrace devhost/session tests/scene/gltf_file.h'
+              ' tests/temporary_folder.h', ''),
     'tools/sanitizers': ('', ''),
 }
 # What lies at the top.
@@ -180,4 +186,5 @@ def main():
     return bool(found)
 
 
-sys.exit(main())
+if __name__ == '__main__':
+    sys.exit(main())

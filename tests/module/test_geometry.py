@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""Geometry as scripts get it: owned handles over shared streams, untyped memory, overloads, and the
-set-up flags. The host's shapes serve as geometry that needs no scene."""
+"""Geometry as scripts get it: owned handles over shared streams, and untyped memory. The host's
+shapes serve as geometry that needs no scene."""
 import ctypes
 import sys
 import unittest
@@ -53,26 +53,6 @@ class Data(GeometryTest):
                 'objectName', 'dataType', 'elementType', 'elementTypeSize', 'elementSize',
                 'elementCount')], ['n', 1, 0, 4, 3, 10])
         self.assertEqual(sys.getrefcount(holder), 2)  # the host frees nothing and keeps nothing
-
-
-class Lists(GeometryTest):
-    def test_overloads_are_probed(self):
-        add, matrix = m.ZGeometryList_addLast, m.ZGeometryList_objectToWorldMatrix(self.plane)
-        sphere = m.ZGeometryManager_referenceDefaultGeometry(0, self.required)
-        self.addCleanup(m.ZGeometryManager_dereferenceDefaultGeometry, sphere)
-        self.assertIs(add(sphere, self.geometry, matrix), True)
-        self.assertEqual(m.ZGeometryList_length(sphere), 2)
-        text = "invalid null reference in method 'ZGeometryList_addLast', argument %d of type '%s'"
-        self.assert_raises(ValueError, text % (2, 'ZDagPath const &'), add, sphere, None, None)
-        self.assert_raises(ValueError, text % (3, 'ZMatrix const &'), add, sphere, self.geometry,
-                           None)
-        m.ZGeometryList_ZSetupFlags_set(sphere, 5)
-        self.assertEqual(m.ZGeometryList_ZSetupFlags_get(sphere), 5)
-
-    def test_shapes_are_borrowed(self):
-        again = m.ZGeometryManager_referenceDefaultGeometry(1, self.required)
-        self.assertEqual((again, again.own()), (self.plane, False))
-        self.assertIsNone(m.ZGeometryManager_dereferenceDefaultGeometry(again))
 
 
 if __name__ == '__main__':

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Render layers, passes, image sources and light links of a scene, through the flat functions; what
+"""Render layers, passes and image sources of a scene, through the flat functions; what
 the host itself makes of them is tested natively."""
 import ctypes
 import json
@@ -25,8 +25,7 @@ LAYERS = {
                {'name': 'inner', 'parent': 'top'}],
     'imageSources': [{'name': 'fixed', 'layer': 'top', 'camera': 'persp',
                       'imageName': '<Scene>.<RenderLayer>.<Camera>'},
-                     {'name': 'open', 'imageName': '<RenderLayer>'}],
-    'lightLinks': [{'light': 'headlight', 'illuminates': {'only': ['roof']}}]}
+                     {'name': 'open', 'imageName': '<RenderLayer>'}]}
 
 
 def bare(result):
@@ -77,21 +76,6 @@ class LayersTest(unittest.TestCase):
     def tearDownClass(cls):
         shutil.rmtree(cls.folder)
 
-    def test_constructors_attach(self):
-        for name, good, bad in (('ZFnRenderLayer', 'top', 'depths'),
-                                ('ZFnRenderPass', 'depths', 'top'),
-                                ('ZFnImageSource', 'fixed', 'roof')):
-            make = getattr(module, 'new_' + name)
-            self.assertTrue(make(node(good)).own())
-            self.assertRaisesRegexp(RuntimeError, 'kInvalidParameter', make, node(bad))
-
-    def test_layers_of_the_scene(self):
-        self.assertEqual(names(module.ZFnRenderLayer_listAllRenderLayers),
-                         ['defaultRenderLayer', 'top', 'inner'])
-        found = module.ZFnRenderLayer_findLayerByName('inner')
-        self.assertTrue(bare(found).own())
-        self.assertEqual(name_of(found), 'inner')
-
     def test_passes(self):
         top = module.new_ZFnRenderLayer(node('top'))
         self.assertEqual(names(lambda a: module.ZFnRenderLayer_externalRenderPasses(top, a)),
@@ -124,19 +108,6 @@ class LayersTest(unittest.TestCase):
         for function, own in ((module.ZFnImageSource_sourceLayer, 'top'),
                               (module.ZFnImageSource_sourceCamera, 'persp')):
             self.assertEqual(name_of(function(fixed, none)).strip('|').split('|')[-1], own)
-
-    def test_light_links(self):
-        links, lit = module.new_ZLightLinks(), core.new_ZSelectionList()
-        for arguments in ((), (core.new_ZObject(),), (node('roof'), 0, None, 0, 1)):
-            self.assertIsNone(module.ZLightLinks_parseLinks(links, *arguments))
-            module.ZLightLinks_getLinkedObjects(links, path('headlight'), lit)
-            self.assertTrue(core.ZSelectionList_hasItem(lit, path('roof')))
-        module.ZLightLinks_parseLinks(links)
-        for name, count in (('getLinkedLights', 2), ('getIgnoredLights', 1),
-                            ('getShadowLinkedLights', 1), ('getShadowIgnoredLights', 2)):
-            lights = core.new_ZDagPathArray()
-            getattr(module, 'ZLightLinks_' + name)(links, path('floor'), core.new_ZObject(), lights)
-            self.assertEqual(core.ZDagPathArray_length(lights), count, name)
 
     @unittest.skipUnless(os.path.basename(os.readlink('/proc/self/exe')) == 'quilhost',
                          'the layer is chosen by the host program')

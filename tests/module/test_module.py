@@ -4,6 +4,7 @@ import ctypes
 import subprocess
 import unittest
 
+import harness
 from harness import module
 
 
@@ -37,6 +38,14 @@ class File(unittest.TestCase):
         # One is the compiler's own; another may be that of the standard streams.
         streams = any('ios_base4Init' in line for line in symbols)
         self.assertLessEqual(entries, 2 if streams else 1)
+
+
+class Exit(unittest.TestCase):
+    def test_leak_is_reported(self):
+        code = 'import _OpenQuilRender as m; m.new_RV_AOV(); m.new_ZRenderView().own(False)'
+        status, shown, _ = harness.run(code)
+        self.assertEqual((status, shown), (0, "swig/python detected a memory leak of type "
+                                              "'RV_AOV *', no destructor found.\n"))
 
 
 if __name__ == '__main__':

@@ -1,11 +1,9 @@
 # SPDX-License-Identifier: MIT
-"""Shader parameters through the module: which constructor runs, addresses as user data, values and
-buffers on geometry lists."""
-import ctypes
+"""Shader parameters through the module: which constructor runs, and addresses as user data."""
 import unittest
 
 import harness
-from harness import module, pointer
+from harness import module
 
 FLOAT, COLOR, TEXCOORD = 3, 9, 3
 
@@ -64,41 +62,6 @@ class Constructors(ParameterTest):
             self.assert_raises(TypeError, "in method 'new_ZVaryingParameter', argument 6 of type "
                                "'ZVaryingParameter::ZVaryingParameterSemantic'",
                                module.new_ZVaryingParameter, *arguments)
-
-
-class Getters(ParameterTest):
-    def setUp(self):
-        requirements = self.new('ZGeometryRequirements')
-        module.ZGeometryRequirements_addTexCoord(requirements, '')
-        cube = module.ZGeometryManager_kDefaultCube
-        self.list = module.ZGeometryManager_referenceDefaultGeometry(cube, requirements)
-        self.addCleanup(module.ZGeometryManager_dereferenceDefaultGeometry, self.list)
-
-    def test_values_cross(self):
-        number = self.uniform('a', FLOAT, COLOR, 1, 2)
-        module.ZUniformParameter_setAsFloat(number, 2.5)
-        self.assertEqual([getattr(module, 'ZUniformParameter_' + getter)(number, self.list) for
-                          getter in ('hasChanged', 'getAsFloat', 'hasChanged', 'getAsBool',
-                                     'getAsInt', 'getAsString')],
-                         [True, 2.5, False, True, 2, u''])
-        text = self.uniform('t', 9, 0)
-        module.ZUniformParameter_setAsString(text, u'\xe4\U0001f600')
-        self.assertEqual(module.ZUniformParameter_getAsString(text, self.list), u'\xe4\U0001f600')
-
-    def test_buffers_go_to_the_caller_s_cells(self):
-        cells = ctypes.c_void_p(), ctypes.c_uint(), ctypes.c_uint()
-        out = [pointer(name, ctypes.addressof(cell)) for name, cell in
-               zip(('p_void', 'unsigned int', 'unsigned int'), cells)]
-        geometry = module.ZGeometryList_geometry(self.list)
-        stream = self.kept('ZGeometryData', module.ZGeometry_texCoord(geometry, ''))
-        parameter = self.varying('uv', 1, 2, 2, TEXCOORD)
-        self.assertIsNone(module.ZVaryingParameter_getBuffer(parameter, geometry, *out))
-        count = module.ZGeometryData_elementCount(stream)
-        self.assertEqual((cells[1].value, cells[2].value), (count, 8))
-        stored = ctypes.string_at(int(module.ZGeometryData_data(stream)), count * 8)
-        self.assertEqual(ctypes.string_at(cells[0].value, count * 8), stored)
-        self.assertRaises(RuntimeError, module.ZVaryingParameter_getBuffer,
-                          self.varying('w', 1, 1, 1, 5), geometry, *out)
 
 
 if __name__ == '__main__':

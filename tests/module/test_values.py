@@ -1,11 +1,10 @@
 # SPDX-License-Identifier: MIT
-"""Calls into the host, with the values that cross: results, strings, overloads, members."""
+"""Data members, with the values that cross."""
 import ctypes
-import struct
 import unittest
 
 import harness
-from harness import call, module, placeholder
+from harness import module, placeholder
 
 
 class HostTest(harness.Test):
@@ -16,55 +15,8 @@ class HostTest(harness.Test):
         return made
 
 
-def null_object():
-    """A ZObject of no node."""
-    null_object.bytes = ctypes.create_string_buffer(struct.pack('iI', -1, 0))
-    return harness.pointer('ZObject', ctypes.addressof(null_object.bytes))
-
-
 def floats(pointer_object, count):
     return (ctypes.c_float * count).from_address(int(pointer_object))
-
-
-class Strings(HostTest):
-    def test_result_and_complaint_come_together(self):
-        expected = 'Expected a String or Unicode object for argument %d'
-        settings, nothing = self.new('ZCommonRenderSettingsData'), null_object()
-        function = module.ZCommonRenderSettingsData_getBufferName
-        self.assertEqual(call(function, settings, nothing, nothing, u'p', None),
-                         (u'p', expected % 5))
-
-        # A truth test behind it runs code, which neither meets the complaint nor takes it away.
-        class Catching(object):
-            def __nonzero__(self):
-                try:
-                    return [i for i in iter([1])] == [int('x')]
-                except ValueError:
-                    return True
-        self.assertEqual(call(function, settings, nothing, nothing, u'p', None, Catching()),
-                         (u'p', expected % 5))
-
-
-class Overloads(HostTest):
-    def test_raytrace_by_its_four_vectors(self):
-        name = "in method 'ZRenderUtil_raytrace', argument %d of type '%s'"
-        vector, array = placeholder('ZFloatVector'), placeholder('ZFloatVectorArray')
-        good = [vector, vector, object(), None, 1, vector, vector]
-        function = module.ZRenderUtil_raytrace
-        for position, value, error, shown in (
-                (1, array, TypeError, (2, 'ZFloatVectorArray const &')),
-                (2, array, TypeError, (1, 'ZFloatVectorArray const &')),
-                (7, 5, TypeError, (1, 'ZFloatVectorArray const &'))):
-            arguments = list(good)
-            arguments[position - 1] = value
-            self.assert_raises(error, name % shown, function, *arguments)
-
-    def test_image_names_by_eighth_argument(self):
-        function = module.ZCommonRenderSettingsData_getImageName
-        settings = self.new('ZCommonRenderSettingsData')
-        seven = [settings, 0, 1.0, 's', 'c', 'png', null_object()]
-        for more in [], [0], [False], [0.5], ['tokens'], ['tokens', 0]:
-            self.assertEqual(type(function(*(seven + more))), unicode)
 
 
 class Members(HostTest):

@@ -88,7 +88,7 @@ TEST_F(UtilTest, TexturesGiveExactPixelCentresAndRepeat) {
     EXPECT_EQ(code(object("gone")), ZStatus::kNotFound);
     write("gone.png", "no picture");
     EXPECT_EQ(code(object("gone")), ZStatus::kFailure);
-    scene().setAttribute(scene().find("four"), "fileTextureName", ZString("absent.png"));
+    scene().setAttribute(scene().find("four"), "fileTextureName", "absent.png");
     EXPECT_EQ(code(object("four")), ZStatus::kNotFound) << "the old picture is forgotten";
 }
 
@@ -133,7 +133,7 @@ TEST_F(UtilTest, FileNamesAreResolvedAgainstTheScenesFolder) {
         EXPECT_EQ(got.asChar(), each.wanted ? file(each.wanted) : "") << each.name;
     }
 
-    scene().setAttribute(scene().find("persp"), "imageName", ZString("run.0007.png"));
+    scene().setAttribute(scene().find("persp"), "imageName", "run.0007.png");
     EXPECT_EQ(ZRenderUtil::exactImagePlaneFileName(object("persp"), &status).asChar(),
               file("run.0007.png"));
 }
@@ -146,7 +146,7 @@ TEST_F(UtilTest, LayeredPicturesAreConverted) {
     const auto picture = [&](const char *rgb) {
         return header + std::string(12, '\0') + std::string(2, '\0') + std::string(rgb, 3);
     };
-    scene().setAttribute(scene().find("four"), "fileTextureName", ZString("art.psd"));
+    scene().setAttribute(scene().find("four"), "fileTextureName", "art.psd");
     for (const char *rgb : {"\x10\x20\x30", "\x11\x20\x30"}) {
         write("art.psd", picture(rgb));
         const ZString name = ZRenderUtil::convertPsdFile(object("four"), true, &status);

@@ -199,7 +199,7 @@ TEST_F(Viewport, RegistrationAndFailures) {
 
 TEST_F(Viewport, OpenGLDrawsIntoTheTarget) {
     if (!devhost::glContext().available)
-        GTEST_SKIP() << devhost::glContext().whyNot();
+        FAIL() << devhost::glContext().whyNot();
     ASSERT_TRUE(painter.registerRenderer());
     painter.supported = ZViewportRenderer::kOpenGL;
     painter.setRenderingOverride(ZViewportRenderer::kOverrideThenStandard);

@@ -103,13 +103,24 @@ TEST_F(Director, FailsWithoutAnInstance) {
     EXPECT_STREQ(Swig::DirectorException(PyExc_ValueError, "header", "text").what(), "header text");
 }
 
-TEST_F(Director, InstancesWithoutWeakReferences) {
+TEST_F(Director, AnInstanceWithoutWeakReferencesIsHeld) {
     run("class Bare(object):\n"
         "    __slots__ = 'this'\n"
+        "    died = []\n"
         "    def renderCallback(self, d): return True\n"
-        "bare = Bare()");
-    const Ref bare = eval("bare");
-    EXPECT_TRUE(call(*std::make_unique<SwigDirector_ZRenderCallback>(bare), 1));
+        "    def __del__(self): self.died.append(1)");
+    for (const bool disowned : {false, true}) {
+        Ref bare = eval("Bare()");
+        auto director = std::make_unique<SwigDirector_ZRenderCallback>(bare);
+        if (disowned)
+            director->swig_disown();
+        bare.drop();
+        expect({{"Bare.died", "[]"}});
+        EXPECT_TRUE(call(*director, 1));
+        director.reset();
+        expect({{"Bare.died", "[1]"}});
+        run("del Bare.died[:]");
+    }
 }
 
 TEST_F(Director, NothingIsLetGoOfOnceTheInterpreterEnds) {

@@ -181,6 +181,24 @@ class Number(int): pass
     SwigPyClientData *varied = SwigPyClientData_New(eval("Varied"));
     EXPECT_TRUE(varied->delargs);
     EXPECT_FALSE(SwigPyClientData_New(nullptr));
+    // Nothing goes wrong in the look-ups but that a class is left without a destructor.
+    run("class Refusing(type):\n"
+        "    def __getattribute__(cls, name):\n"
+        "        if name in type.__getattribute__(cls, 'refused'): raise MemoryError(name)\n"
+        "        return type.__getattribute__(cls, name)\n"
+        "def refuse(*names): return Refusing('C', (object,),\n"
+        "    dict(refused=names, __swig_destroy__=staticmethod(lambda p: None)))");
+    for (const auto &[klass, makes, destroys] : {std::tuple{"refuse()", true, true},
+                                                 {"refuse('__new__')", false, false},
+                                                 {"refuse('__swig_destroy__')", true, false}}) {
+        const Ref refusing = eval(klass);
+        const SwigPyClientData *refused = SwigPyClientData_New(refusing);
+        EXPECT_EQ(pending(), "");
+        EXPECT_EQ(
+            (std::array{bool(refused->newraw), bool(refused->destroy), bool(refused->delargs)}),
+            (std::array{makes, destroys, destroys}))
+            << klass;
+    }
     // An instance that has a dictionary keeps it.
     run("o = Number(); o.other = 1; _r.ZRenderView_swiginit(o, called.this)");
     expect({{"sorted(o.__dict__)", "['other', 'this']"}});

@@ -158,6 +158,32 @@ TEST_F(PointerObject, DeathOfAnOwnerDestroysTheNativeObjectOnce) {
     }
 }
 
+TEST_F(PointerObject, AChainMayBeLongerThanTheStackIsDeep) {
+    EXPECT_SURVIVES({
+        import_module();
+        const Ref destroy(PyCFunction_New(&note_one, Py_None));
+        SwigPyClientData data{nullptr, nullptr, nullptr, destroy, 0, 0};
+        swig_type_info chained = record("_p_D");
+        chained.clientdata = &data;
+        Ref first = make(0, &chained, 1), kept;
+        for (size_t i = 1; i < 300000; ++i) {
+            Ref before = make(i, &chained, 1);
+            Ref(SwigPyObject_append(before, first)).drop();
+            if (i == 1000) {
+                Py_INCREF(before);
+                kept = Ref(static_cast<PyObject *>(before));
+            }
+            first = std::move(before);
+        }
+        calls.clear();
+        first.drop();
+        EXPECT_EQ(calls.size(), 300000u - 1001) << "what is referenced stays";
+        EXPECT_EQ(kept.count(), 1);
+        kept.drop();
+        EXPECT_EQ(calls.size(), 300000u);
+    });
+}
+
 // Packed objects
 
 static Ref pack(const std::string &bytes) {

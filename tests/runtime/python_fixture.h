@@ -20,6 +20,10 @@ class Ref {
     Ref() = default;
     explicit Ref(PyObject *owned) : object_(owned) {}
     Ref(Ref &&other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+    Ref &operator=(Ref &&other) noexcept {
+        std::swap(object_, other.object_);
+        return *this;
+    }
     ~Ref() { Py_XDECREF(object_); }
     operator PyObject *() const { return object_; }
     Py_ssize_t count() const { return object_->ob_refcnt; }

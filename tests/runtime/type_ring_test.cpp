@@ -153,6 +153,16 @@ TEST_F(TypeRing, RecordsAndCastsOfAnEarlierModuleAreTakenOver) {
     });
 }
 
+TEST_F(TypeRing, AHolderThatIsNoModuleIsReplaced) {
+    for (const char *holder : {"None", "5"})
+        EXPECT_SURVIVES({
+            start_python();
+            run((std::string("import sys; sys.modules['swig_runtime_data4'] = ") + holder).c_str());
+            import_module();
+            EXPECT_EQ(published_head(), &swig_module);
+        });
+}
+
 TEST_F(TypeRing, QueriesSeeModulesThatJoinLaterAndRememberHitsOnly) {
     EXPECT_SURVIVES({
         import_module();
@@ -176,7 +186,8 @@ TEST_F(TypeRing, TeardownDropsTheReferencesOfOwnedClientData) {
         import_module();
         run("class New(object):\n"
             "    __new__ = staticmethod(lambda cls: object.__new__(cls))\n"
-            "    __swig_destroy__ = staticmethod(lambda p: None)\n"
+            "    destroyed = []\n"
+            "    __swig_destroy__ = staticmethod(lambda p: New.destroyed.append(int(p)))\n"
             "class Classic: pass\n"
             "_r.ZRenderData_swigregister(New)\n"
             "keep = New.__new__, New.__swig_destroy__\n");
@@ -200,9 +211,15 @@ TEST_F(TypeRing, TeardownDropsTheReferencesOfOwnedClientData) {
             count -= 1;
         expected[4] += 2; // this test's reference, and the name asked for anew
         EXPECT_EQ(counts(), expected);
-        // Pointer objects may live on.
+        // Pointer objects may live on, and destroy as long as the class can tell how.
+        const auto drop_owner = [] {
+            Ref(SwigPyObject_New(address(0x10), in_use("_p_ZRenderData"), 1)).drop();
+        };
+        drop_owner();
+        expect({{"New.destroyed", "[16]"}});
+        run("New.__swig_destroy__ = len");
         testing::internal::CaptureStdout();
-        Ref(SwigPyObject_New(address(0x10), in_use("_p_ZRenderData"), 1)).drop();
+        drop_owner();
         EXPECT_NE(testing::internal::GetCapturedStdout().find("no destructor found"),
                   std::string::npos);
         init_OpenQuilRender();

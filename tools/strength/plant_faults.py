@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""Measures the strength of the tests: plants the faults of faults.txt one at a time in a private
-copy of the tree, builds, runs the tests and writes docs/test_strength.md. Fails when a fault does
-not fit the sources or does not compile, and when fewer than 95% are caught."""
+"""Measures the strength of the tests: plants the faults of faults.txt, and random operator flips,
+one at a time in a private copy of the tree, builds, runs the tests and writes
+docs/test_strength.md. Fails when a fault does not fit the sources or does not compile, and when
+fewer than 90% of those of the binding, of the host or of the flips are caught."""
 
 import argparse
 import collections
@@ -14,14 +15,33 @@ import subprocess
 import sys
 import time
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
-LEAST_CAUGHT = 0.95
-TEST_LIMIT = 240  # seconds for the tests of one fault; a hang is a catch
-SURVIVED = '**survived**'
-LONG_TESTS = r'^(app\.cli|setup\.script)$'  # left for the end: a run that has failed waits for them
+import flips
 
-Fault = collections.namedtuple('Fault', 'name kind file old new')
-Outcome = collections.namedtuple('Outcome', 'fault caught_by seconds')
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / 'tests' / 'house'))
+from layers import LAYERS  # noqa: E402: it says where the tests of each folder are
+
+LEAST_CAUGHT = 0.90
+AREA_LIMIT = 120  # seconds for the tests of the fault's own area; a hang is a catch
+TEST_LIMIT = 300  # seconds for all others
+SURVIVED = '**survived**'
+# What tests run that are scripts, beside their area's own targets.
+PROGRAMS = ['devhost/app/all', 'devhost/core_module/all', 'module/all', 'companion/all']
+GROUPS = collections.OrderedDict([
+    ('binding', 'Planted in the binding'), ('host', 'Planted in the development host'),
+    ('flips', 'Random operator flips')])
+
+
+class Fault(collections.namedtuple('Fault', 'name kind file old new')):
+    @property
+    def group(self):
+        return 'host' if self.file.startswith(('devhost/', 'host/')) else 'binding'
+
+    def planted(self, text):
+        if text.count(self.old) != 1:
+            raise SystemExit('%s: %s has the text %d times' % (self.name, self.file,
+                                                               text.count(self.old)))
+        return text.replace(self.old, self.new)
 
 
 def read_faults(path):
@@ -34,11 +54,9 @@ def read_faults(path):
     return faults
 
 
-def planted(fault, text):
-    if text.count(fault.old) != 1:
-        raise SystemExit('%s: %s has the text %d times' % (fault.name, fault.file,
-                                                           text.count(fault.old)))
-    return text.replace(fault.old, fault.new)
+def area_of(file):
+    """The folder of the tests of a source file's folder."""
+    return LAYERS[os.path.dirname(file)][1]
 
 
 class Copy(object):
@@ -77,89 +95,181 @@ class Copy(object):
         configured = self.run('cmake', '--preset', 'release', *launcher)
         if configured.returncode or not self.compiles():
             raise SystemExit('the copy does not build in ' + str(self.tree))
-        failed = self.failed_test()
+        failed = self.failed_test(TEST_LIMIT)
         if failed:
             raise SystemExit('a test fails without any fault: ' + failed)
+        # From now on the sound files come from there; those with faults would never be asked for.
+        self.environment['CCACHE_READONLY'] = '1'
 
-    def compiles(self):
-        self.output = self.run('ninja', '-C', str(self.build), self.jobs)
+    def compiles(self, *targets):
+        self.output = self.run('ninja', '-C', str(self.build), self.jobs, *targets)
         return self.output.returncode == 0
 
-    def failed_test(self):
-        """The first test that fails, or None."""
-        for choice in ('-E', '-R'):
-            result = self.run('timeout', '-k', '5', str(TEST_LIMIT), 'ctest', choice, LONG_TESTS,
-                              '--test-dir', str(self.build), self.jobs, '--stop-on-failure',
-                              '--timeout', '60')
-            if result.returncode:
-                found = re.search(r'^\s*\d+ - (\S+) \((?!Not Run)', result.stdout, re.MULTILINE)
-                return found.group(1) if found else 'no test ended in %d s' % TEST_LIMIT
-        return None
+    def failed_test(self, limit, *choice):
+        """The first of the chosen tests that fails, or None."""
+        result = self.run('timeout', '-k', '5', str(limit), 'ctest', '--test-dir', str(self.build),
+                          self.jobs, '--stop-on-failure', '--timeout', '60', *choice)
+        if not result.returncode:
+            return None
+        found = re.search(r'^\s*\d+ - (\S+) \((?!Not Run)', result.stdout, re.MULTILINE)
+        return found.group(1) if found else 'a time limit'
 
-    def outcome(self, fault):
+    def catcher(self, fault):
+        """The test that catches the planted fault, or None; those of its area come first, as they
+        need the least to be built."""
+        area = area_of(fault.file)
+        tests = '^%s[.]' % os.path.basename(area)
+        if not self.compiles(area + '/all', *PROGRAMS):
+            raise ValueError(self.output.stdout[-3000:])
+        failed = self.failed_test(AREA_LIMIT, '-R', tests)
+        if failed:
+            return failed
+        if not self.compiles():
+            raise ValueError(self.output.stdout[-3000:])
+        return self.failed_test(TEST_LIMIT, '-E', tests)
+
+    def try_out(self, fault):
+        """Raises ValueError when the fault does not compile."""
         path = self.tree / fault.file
         sound = path.read_text()
-        start = time.monotonic()
-        path.write_text(planted(fault, sound))
+        path.write_text(fault.planted(sound))
         try:
-            if not self.compiles():
-                raise SystemExit('%s: does not compile\n%s' % (fault.name,
-                                                               self.output.stdout[-3000:]))
-            return Outcome(fault, self.failed_test(), time.monotonic() - start)
+            return self.catcher(fault)
         finally:
             path.write_text(sound)
 
 
-def earlier_outcomes(path, faults):
-    """What a table that was written before says, by fault."""
-    known = {fault.name: fault for fault in faults}
-    rows = re.findall(r'^\| (.+?) \| .+? \| .+? \| (.+?) \| (\d+) \|$', path.read_text(),
+def cell(text):
+    return text.replace('|', '\\|')
+
+
+def row(fault, caught_by):
+    return '| %s | %s | %s | %s |' % (cell(fault.name), fault.kind, fault.file,
+                                      caught_by or SURVIVED)
+
+
+def key(fault):
+    return cell(fault.name), fault.file
+
+
+def earlier_outcomes(path):
+    """What a table that was written before says, by key."""
+    rows = re.findall(r'^\| (.+) \| [^|]+ \| ([^|]+) \| ([^|]+) \|$', path.read_text(),
                       re.MULTILINE)
-    return {name: Outcome(known[name], None if caught_by == SURVIVED else caught_by, int(seconds))
-            for name, caught_by, seconds in rows if name in known}
+    return {(name, file): None if caught_by == SURVIVED else caught_by
+            for name, file, caught_by in rows}
 
 
-def report(outcomes):
-    caught = sum(1 for outcome in outcomes if outcome.caught_by)
+def in_groups(tried):
+    groups = collections.OrderedDict((group, []) for group in GROUPS)
+    for fault, caught_by in tried:
+        groups[fault.group].append((fault, caught_by))
+    return groups
+
+
+def summary(title, tried):
+    caught = sum(1 for fault, caught_by in tried if caught_by)
+    return '%s: %d of %d are caught (%.0f%%)' % (title, caught, len(tried),
+                                                 100 * caught / max(len(tried), 1))
+
+
+def report(tried):
     lines = ['# Strength of the tests', '',
-             'Faults planted one at a time in a copy of the tree, and the first test that failed; '
-             'written by `make strength` (`tools/strength/plant_faults.py`).', '',
-             '**%d of %d faults are caught (%.0f%%).**' % (caught, len(outcomes),
-                                                           100 * caught / len(outcomes)), '',
-             '| Fault | Kind | File | Caught by | Seconds |', '|---|---|---|---|---:|']
-    lines += ['| %s | %s | %s | %s | %.0f |' % (o.fault.name, o.fault.kind, o.fault.file,
-                                                o.caught_by or SURVIVED, o.seconds)
-              for o in outcomes]
+             'Faults planted one at a time in a copy of the tree, and the first test that failed: '
+             'those of the', 'folder\'s own tests are run first. The flips are the first %d that '
+             'compile of all operators in a' % len([f for f, c in tried if f.group == 'flips']),
+             'fixed random order. Written by `make strength` '
+             '(`tools/strength/plant_faults.py`).', '']
+    groups = in_groups(tried)
+    lines += ['- %s' % summary(GROUPS[group], members) for group, members in groups.items()]
+    for group, members in groups.items():
+        lines += ['', '## ' + GROUPS[group], '', '| Fault | Kind | File | Caught by |',
+                  '|---|---|---|---|']
+        members.sort(key=lambda tried: tried[1] is not None)  # what was missed comes first
+        lines += [row(fault, caught_by) for fault, caught_by in members]
     return '\n'.join(lines) + '\n'
 
 
-def main():
+class Run(object):
+    def __init__(self, options, copy, earlier):
+        self.options = options
+        self.copy = copy
+        self.earlier = earlier
+        self.tried = []
+
+    def take(self, fault):
+        """Adds the outcome of a fault, if it has any. Raises ValueError when it does not
+        compile."""
+        known = key(fault) in self.earlier
+        wanted = re.search(self.options.only, fault.name)
+        if wanted and not (known and self.options.resume):
+            start = time.monotonic()
+            caught_by = self.copy.try_out(fault)
+            print('%4.0f s  %s: %s: %s' % (time.monotonic() - start, fault.file, fault.name,
+                                           caught_by or 'SURVIVED'), flush=True)
+        elif known:
+            caught_by = self.earlier[key(fault)]
+        else:
+            return
+        self.tried.append((fault, caught_by))
+
+    def write(self):
+        if self.options.output:
+            self.options.output.write_text(report(self.tried))
+
+
+def read_options():
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument('--folder', type=pathlib.Path, required=True, help='for the copy')
+    parser.add_argument('--check', action='store_true',
+                        help='only look whether every fault fits the sources')
+    parser.add_argument('--folder', type=pathlib.Path, help='for the copy',
+                        default=ROOT / 'build' / 'strength')
     parser.add_argument('--only', default='', help='regular expression for names of faults; the '
                         'other rows of the table stay')
+    parser.add_argument('--resume', action='store_true', help='those in the table stay')
+    parser.add_argument('--flips', type=int, default=100, help='how many operators to flip')
     parser.add_argument('--jobs', type=int, default=2)
     parser.add_argument('--output', type=pathlib.Path, help='where the table goes')
-    options = parser.parse_args()
-    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))  # planted faults crash
+    return parser.parse_args()
+
+
+def main():
+    options = read_options()
     faults = read_faults(pathlib.Path(__file__).with_name('faults.txt'))
     for fault in faults:
-        planted(fault, (ROOT / fault.file).read_text())
+        fault.planted((ROOT / fault.file).read_text())
+        area_of(fault.file)
+    candidates = flips.find(ROOT)
+    if options.check:
+        in_host = sum(1 for fault in faults if fault.group == 'host')
+        print('%d faults, %d of them in the host, and %d operators that can be flipped' %
+              (len(faults), in_host, len(candidates)))
+        return 0
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))  # planted faults crash
     copy = Copy(options.folder.resolve(), options.jobs)
     copy.prepare()
-    output, outcomes = options.output, {}
-    if options.only and output and output.exists():
-        outcomes = earlier_outcomes(output, faults)
+    keep = (options.only or options.resume) and options.output and options.output.exists()
+    run = Run(options, copy, earlier_outcomes(options.output) if keep else {})
     for fault in faults:
-        if re.search(options.only, fault.name):
-            found = outcomes[fault.name] = copy.outcome(fault)
-            print('%5.0f s  %s: %s' % (found.seconds, fault.name, found.caught_by or 'SURVIVED'),
-                  flush=True)
-            if output:
-                output.write_text(report([outcomes[f.name] for f in faults if f.name in outcomes]))
-    caught = sum(1 for outcome in outcomes.values() if outcome.caught_by)
-    print('%d of %d faults are caught' % (caught, len(outcomes)))
-    return caught < LEAST_CAUGHT * len(outcomes)
+        try:
+            run.take(fault)
+        except ValueError as error:
+            raise SystemExit('%s: does not compile\n%s' % (fault.name, error))
+        run.write()
+    last = len(run.tried) + options.flips
+    for flip in candidates:
+        if len(run.tried) == last:
+            break
+        try:
+            run.take(flip)
+        except ValueError:
+            continue
+        run.write()
+    weak = False
+    for group, members in in_groups(run.tried).items():
+        print(summary(GROUPS[group], members))
+        weak |= sum(1 for fault, caught_by in members if caught_by) < LEAST_CAUGHT * len(members)
+    return weak
 
 
 if __name__ == '__main__':

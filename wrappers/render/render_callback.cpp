@@ -75,10 +75,11 @@ PyObject *call_callback(const Function &function, PyObject *arguments,
 PyObject *_wrap_new_ZRenderCallback(PyObject *, PyObject *argument) {
     return with_arguments<METH_O, Instance>(
         row_table[at_new_ZRenderCallback], argument, [](Argument<Instance> &self) {
-            return owned<ZRenderCallback>(self.get() ? new (std::nothrow)
-                                                           SwigDirector_ZRenderCallback(self.get())
-                                                     : new (std::nothrow) ZRenderCallback,
-                                          kConstructed);
+            return call_extension([&] {
+                return owned<ZRenderCallback>(
+                    self.get() ? new SwigDirector_ZRenderCallback(self.get()) : new ZRenderCallback,
+                    kConstructed);
+            });
         });
 }
 

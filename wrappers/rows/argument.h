@@ -88,6 +88,12 @@ struct Argument<unsigned int> {
 template <>
 struct Argument<long> {
     long value;
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
+        if (!PyInt_CheckExact(object))
+            return false;
+        value = PyInt_AS_LONG(object);
+        return true;
+    }
     int read(PyObject *object, int) { return SWIG_AsVal_long(object, &value); }
     void use_default(double d) { value = static_cast<long>(d); }
     long get() const { return value; }
@@ -182,9 +188,14 @@ template <class T>
 struct PointerArgument {
     void *pointer;
     [[gnu::always_inline]] bool read_fast(PyObject *object) {
-        if (!is_bare_pointer(object, type_of<std::remove_cv_t<T>>()))
-            return false;
-        pointer = reinterpret_cast<SwigPyObject *>(object)->ptr;
+        swig_type_info *type = type_of<std::remove_cv_t<T>>();
+        auto *self = reinterpret_cast<SwigPyObject *>(object);
+        if (!is_bare_pointer(object, type)) {
+            self = pointer_of_proxy(object, type);
+            if (!self)
+                return false;
+        }
+        pointer = self->ptr;
         return true;
     }
     int read(PyObject *object, int) {
@@ -222,8 +233,9 @@ struct Argument<Released<T *>> : Argument<T *> {
     bool read_fast(PyObject *) = delete;
     int read(PyObject *object, int) {
         swig_type_info *type = type_of<std::remove_cv_t<T>>();
-        if (is_bare_pointer(object, type)) {
-            auto *self = reinterpret_cast<SwigPyObject *>(object);
+        auto *self = is_bare_pointer(object, type) ? reinterpret_cast<SwigPyObject *>(object)
+                                                   : pointer_of_proxy(object, type);
+        if (self) {
             this->pointer = self->ptr;
             self->own = 0;
             return SWIG_OK;
@@ -319,8 +331,12 @@ struct Argument<T *> {
 template <>
 struct Argument<PyObject *> {
     PyObject *object;
-    int read(PyObject *given, int) {
+    [[gnu::always_inline]] bool read_fast(PyObject *given) {
         object = given;
+        return true;
+    }
+    int read(PyObject *given, int) {
+        read_fast(given);
         return SWIG_OK;
     }
     void use_default(double) { object = nullptr; }

@@ -161,10 +161,9 @@ consteval auto defaults_of(auto... values) {
     return std::array<signed char, sizeof...(values)>{static_cast<signed char>(values)...};
 }
 
-/// What describes a row in text.
+/// What describes a row in text: the name, a zero and the declaration.
 struct Texts {
     const char *name;
-    const char *declaration;
     size_t owner_size;
 };
 
@@ -178,7 +177,6 @@ consteval Function describe(Kind kind, Texts texts, PyCFunction native, Pack<A..
     static_assert(default_count <= kMaxDefaults);
     Function function{};
     function.name = texts.name;
-    function.declaration = texts.declaration;
     function.native = native;
     function.probes = probes;
     function.kind = kind;

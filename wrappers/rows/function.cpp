@@ -61,7 +61,7 @@ class ParameterTypes {
 };
 
 bool is_const(const Function &function) {
-    return std::string_view(function.declaration).ends_with("const");
+    return std::string_view(function.declaration()).ends_with("const");
 }
 
 void add_object_type(Message &message, const Function &function) {
@@ -73,7 +73,7 @@ void add_parameter_type(Message &message, const Function &function, int position
                         bool named_by_value) {
     if (function.has_object() && position-- == 1)
         return add_object_type(message, function);
-    ParameterTypes types(function.declaration);
+    ParameterTypes types(function.declaration());
     std::string_view type;
     while (position-- > 0)
         types.next(type);
@@ -86,7 +86,7 @@ void add_parameter_type(Message &message, const Function &function, int position
 /// expects; methods show it in the type of their object.
 void add_prototype(Message &message, const Function &function, bool is_last) {
     message.add("    ");
-    if (function.kind == Kind::Static && is_last) {
+    if (function.kind == Kind::kStatic && is_last) {
         message.add(function.owner());
         message.add("::");
     }
@@ -97,7 +97,7 @@ void add_prototype(Message &message, const Function &function, bool is_last) {
         add_object_type(message, function);
         separator = ",";
     }
-    ParameterTypes types(function.declaration);
+    ParameterTypes types(function.declaration());
     for (std::string_view type; types.next(type); separator = ",") {
         message.add(separator);
         message.add(type);

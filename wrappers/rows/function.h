@@ -12,16 +12,16 @@
 namespace binding {
 
 enum class Kind : unsigned char {
-    Static,      ///< "Class_member", no object
-    Method,      ///< "Class_member", the object first
-    Constructor, ///< "new_Class"
-    Destructor,  ///< "delete_Class"
-    Disown,      ///< "disown_Class"
-    Setter,      ///< "Class_member_set"
-    Getter,      ///< "Class_member_get"
-    Overloads,   ///< in front of the cases that stand before it in its table
-    Register,    ///< "Class_swigregister"
-    Initialise   ///< "Class_swiginit"
+    kStatic,      ///< "Class_member", no object
+    kMethod,      ///< "Class_member", the object first
+    kConstructor, ///< "new_Class"
+    kDestructor,  ///< "delete_Class"
+    kDisown,      ///< "disown_Class"
+    kSetter,      ///< "Class_member_set"
+    kGetter,      ///< "Class_member_get"
+    kOverloads,   ///< in front of the cases that stand before it in its table
+    kRegister,    ///< "Class_swigregister"
+    kInitialise   ///< "Class_swiginit"
 };
 
 /// Tells whether an object could be an argument, without converting it.
@@ -34,10 +34,9 @@ inline constexpr int kMaxCases = 8;
 
 /// One native function: a row of the method table, or a case of an overloaded one.
 struct Function {
-    const char *name;        ///< the Python name, used in every message
-    const char *declaration; ///< the type, as in the row: "ZStatus(unsigned int, bool) const"
-    PyCFunction native;      ///< "_wrap_" and the Python name
-    const Probe *probes;     ///< one per parameter of a case; null for everything else
+    const char *name;    ///< the Python name, used in every message; the declaration follows it
+    PyCFunction native;  ///< "_wrap_" and the Python name
+    const Probe *probes; ///< one per parameter of a case; null for everything else
     Kind kind;
     unsigned char owner_size;           ///< characters of the class's name
     unsigned char min;                  ///< parameters without a default, the object included
@@ -46,13 +45,16 @@ struct Function {
     unsigned char case_count;           ///< how many records before this one are its cases
     signed char defaults[kMaxDefaults]; ///< of the last max - min parameters
 
+    /// The type, as in the row: "ZStatus(unsigned int, bool) const". It is told in messages only,
+    /// and a pointer to it would cost every record 32 bytes of the loaded module.
+    constexpr const char *declaration() const { return name + std::string_view(name).size() + 1; }
     /// The class, as spelled in C++; empty for functions without one.
     constexpr std::string_view owner() const;
     /// "member" of "Class_member"; constructors go by the name of their class.
     constexpr std::string_view member() const;
 
     bool has_object() const {
-        return kind == Kind::Method || kind == Kind::Setter || kind == Kind::Getter;
+        return kind == Kind::kMethod || kind == Kind::kSetter || kind == Kind::kGetter;
     }
     /// True for a case, which scripts reach through the overloaded function only.
     constexpr bool is_case() const { return probes; }

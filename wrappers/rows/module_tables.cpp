@@ -39,7 +39,7 @@ PyMethodDef *make_method_array() {
 /// False, with the exception set, when memory is short.
 bool install_integers(PyObject *dictionary) {
     for (const Constants *constants : constant_tables)
-        for (const Constant &constant : *constants)
+        for (const Constant constant : *constants)
             if (SWIG_Python_SetConstant(dictionary, constant.name, PyInt_FromLong(constant.value)) <
                 0)
                 return false;

@@ -44,37 +44,37 @@
 
 // Each macro is a sentence of its own:
 // clang-format off
-#define TEXTS(Class, name, declared) {name, declared, sizeof(#Class) - 1}
+#define TEXTS(Class, name, declared) Texts{name "\0" declared, sizeof(#Class) - 1}
 #define RECORD(function) row_table[at_##function]
 
 // Rows with one function.
 
 #define STATIC_ROW(function, probes, Class, member, declared, ...) \
     ROW(_wrap_##function, function, \
-        describe(Kind::Static, TEXTS(Class, #Class "_" #member, #declared), _wrap_##function, \
+        describe(Kind::kStatic, TEXTS(Class, #Class "_" #member, #declared), _wrap_##function, \
                  Static<declared>::Parameters(), probes, defaults_of(__VA_ARGS__)), \
         return Static<declared>::call<RECORD(function).flags>(RECORD(function), arguments, \
                                                               &Class::member);)
 #define METHOD_ROW(function, probes, Class, member, declared, ...) \
     ROW(_wrap_##function, function, \
-        describe(Kind::Method, TEXTS(Class, #Class "_" #member, #declared), _wrap_##function, \
+        describe(Kind::kMethod, TEXTS(Class, #Class "_" #member, #declared), _wrap_##function, \
                  Method<Class, declared>::Parameters(), probes, defaults_of(__VA_ARGS__)), \
         return Method<Class, declared>::call<RECORD(function).flags>(RECORD(function), arguments, \
                                                                      &Class::member);)
 #define CONSTRUCTOR_ROW(function, probes, Class, declared, ...) \
     ROW(_wrap_##function, function, \
-        describe(Kind::Constructor, TEXTS(Class, "new_" #Class, #declared), _wrap_##function, \
+        describe(Kind::kConstructor, TEXTS(Class, "new_" #Class, #declared), _wrap_##function, \
                  Constructor<declared>::Parameters(), probes, defaults_of(__VA_ARGS__)), \
         return Constructor<declared>::call<RECORD(function).flags>(RECORD(function), arguments);)
 #define EXTENSION_ROW(function, probes, Class, member, declared, implementation, ...) \
     ROW(_wrap_##function, function, \
-        describe(Kind::Method, TEXTS(Class, #Class "_" #member, #declared), _wrap_##function, \
+        describe(Kind::kMethod, TEXTS(Class, #Class "_" #member, #declared), _wrap_##function, \
                  Extension<Class, declared>::Parameters(), probes, defaults_of(__VA_ARGS__)), \
         return Extension<Class, declared>::call<RECORD(function).flags>( \
             RECORD(function), arguments, implementation);)
 #define CONSTRUCTOR_EXTENSION_ROW(function, probes, Class, declared, implementation, ...) \
     ROW(_wrap_##function, function, \
-        describe(Kind::Constructor, TEXTS(Class, "new_" #Class, #declared), _wrap_##function, \
+        describe(Kind::kConstructor, TEXTS(Class, "new_" #Class, #declared), _wrap_##function, \
                  Constructor<declared>::Parameters(), probes, defaults_of(__VA_ARGS__)), \
         return Constructor<declared>::make<RECORD(function).flags>(RECORD(function), arguments, \
                                                                    implementation);)
@@ -93,13 +93,13 @@
 /// "Class_assign": the host's assignment, whose result is the object itself.
 #define ASSIGNMENT(Class) \
     ROW(_wrap_##Class##_assign, Class##_assign, \
-        describe(Kind::Method, TEXTS(Class, #Class "_assign", #Class " &(" #Class " const &)"), \
+        describe(Kind::kMethod, TEXTS(Class, #Class "_assign", #Class " &(" #Class " const &)"), \
                  _wrap_##Class##_assign, Method<Class, Class &(Class const &)>::Parameters()), \
         return Method<Class, Class &(Class const &)>::call<METH_VARARGS>( \
             RECORD(Class##_assign), arguments, &Class::operator=);)
 #define DESTRUCTOR(Class) \
     ROW(_wrap_delete_##Class, delete_##Class, \
-        describe(Kind::Destructor, TEXTS(Class, "delete_" #Class, "void(" #Class " *)"), \
+        describe(Kind::kDestructor, TEXTS(Class, "delete_" #Class, "void(" #Class " *)"), \
                  _wrap_delete_##Class, Pack<Released<Class *>>()), \
         return destroy<Class>(RECORD(delete_##Class), arguments);)
 
@@ -107,17 +107,18 @@
 
 #define MEMBER(Class, field, Type) \
     ROW(_wrap_##Class##_##field##_set, Class##_##field##_set, \
-        describe(Kind::Setter, \
-                 TEXTS(Class, #Class "_" #field "_set", \
-                       std::is_class_v<Type> ? "void(" #Type " *)" : "void(" #Type ")"), \
+        describe(Kind::kSetter, \
+                 std::is_class_v<Type> \
+                     ? TEXTS(Class, #Class "_" #field "_set", "void(" #Type " *)") \
+                     : TEXTS(Class, #Class "_" #field "_set", "void(" #Type ")"), \
                  _wrap_##Class##_##field##_set, Member<Class, Type>::SetParameters()), \
         static_assert(std::is_same_v<decltype(Class::field), Type>); \
         return Member<Class, Type>::set(RECORD(Class##_##field##_set), arguments, \
                                         &Class::field);) \
     ROW(_wrap_##Class##_##field##_get, Class##_##field##_get, \
-        describe(Kind::Getter, \
-                 TEXTS(Class, #Class "_" #field "_get", \
-                       std::is_class_v<Type> ? #Type " *()" : #Type "()"), \
+        describe(Kind::kGetter, \
+                 std::is_class_v<Type> ? TEXTS(Class, #Class "_" #field "_get", #Type " *()") \
+                                       : TEXTS(Class, #Class "_" #field "_get", #Type "()"), \
                  _wrap_##Class##_##field##_get, Pack<Class *>()), \
         return Member<Class, Type>::get(RECORD(Class##_##field##_get), arguments, &Class::field);)
 
@@ -143,12 +144,12 @@
 
 #define OVERLOADS(Class, member, count) \
     ROW(_wrap_##Class##_##member, Class##_##member, \
-        describe(Kind::Overloads, TEXTS(Class, #Class "_" #member, ""), \
+        describe(Kind::kOverloads, TEXTS(Class, #Class "_" #member, ""), \
                  _wrap_##Class##_##member, count), \
         return dispatch(RECORD(Class##_##member), self, arguments);)
 #define CONSTRUCTOR_OVERLOADS(Class, count) \
     ROW(_wrap_new_##Class, new_##Class, \
-        describe(Kind::Overloads, TEXTS(Class, "new_" #Class, ""), _wrap_new_##Class, count), \
+        describe(Kind::kOverloads, TEXTS(Class, "new_" #Class, ""), _wrap_new_##Class, count), \
         return dispatch(RECORD(new_##Class), self, arguments);)
 
 // The proxy protocol: registration for every class, the initialiser for those that are constructed.
@@ -156,28 +157,28 @@
 #define PROXY(Class) \
     REGISTRATION(Class) \
     ROW(Class##_swiginit, Class##_swiginit, \
-        describe(Kind::Initialise, TEXTS(Class, #Class "_swiginit", ""), Class##_swiginit), \
+        describe(Kind::kInitialise, TEXTS(Class, #Class "_swiginit", ""), Class##_swiginit), \
         return SWIG_InitialiseProxy(arguments);)
 #define REGISTRATION(Class) \
     ROW(Class##_swigregister, Class##_swigregister, \
-        describe(Kind::Register, TEXTS(Class, #Class "_swigregister", ""), Class##_swigregister), \
+        describe(Kind::kRegister, TEXTS(Class, #Class "_swigregister", ""), Class##_swigregister), \
         return SWIG_RegisterProxy(arguments, type_of<Class>());)
 
 // Rows whose function is written by hand.
 
 #define METHOD_BY_HAND(Class, member, declared, ...) \
     BY_HAND(Class##_##member, \
-            describe(Kind::Method, TEXTS(Class, #Class "_" #member, #declared), \
+            describe(Kind::kMethod, TEXTS(Class, #Class "_" #member, #declared), \
                      _wrap_##Class##_##member, Method<Class, declared>::Parameters(), nullptr, \
                      defaults_of(__VA_ARGS__)))
 #define CONSTRUCTOR_BY_HAND(Class, declared) \
-    BY_HAND(new_##Class, describe(Kind::Constructor, TEXTS(Class, "new_" #Class, #declared), \
+    BY_HAND(new_##Class, describe(Kind::kConstructor, TEXTS(Class, "new_" #Class, #declared), \
                                   _wrap_new_##Class, Constructor<declared>::Parameters()))
 #define DISOWN_BY_HAND(Class) \
     BY_HAND(disown_##Class, \
-            describe(Kind::Disown, TEXTS(Class, "disown_" #Class, "void(" #Class " *)"), \
+            describe(Kind::kDisown, TEXTS(Class, "disown_" #Class, "void(" #Class " *)"), \
                      _wrap_disown_##Class, Pack<Class *>()))
 #define OVERLOADS_BY_HAND(Class, member, count) \
-    BY_HAND(Class##_##member, describe(Kind::Overloads, TEXTS(Class, #Class "_" #member, ""), \
+    BY_HAND(Class##_##member, describe(Kind::kOverloads, TEXTS(Class, #Class "_" #member, ""), \
                                        _wrap_##Class##_##member, count))
 // clang-format on

@@ -13,11 +13,14 @@ using gl::ZGLvoid; // instead of the host's
 #define ROW_TABLE gl_function_rows
 #include "wrappers/rows/make_rows.h"
 
-static constexpr binding::Constant extensions[] = {
+static constexpr auto extensions = [] {
+    return std::to_array<binding::Constant>({
 #define GL_EXTENSION(name, brought_by) {"kZGLext_" #name, kZGLext_##name},
 #include "host/render/gl_extensions.def"
-    {"kZGLext_NUMBER_OF_EXTENSIONS", kZGLext_NUMBER_OF_EXTENSIONS}};
-extern constinit const binding::Constants gl_extension_constants = extensions;
+        {"kZGLext_NUMBER_OF_EXTENSIONS", kZGLext_NUMBER_OF_EXTENSIONS}});
+};
+extern constinit const binding::Constants gl_extension_constants =
+    binding::PackedConstants<extensions>::kPacked;
 
 CONSTANTS(gl_version_constants, ENUMERATOR(ZGLFunctionTable, kZGL_Version11),
           ENUMERATOR(ZGLFunctionTable, kZGL_Version12),

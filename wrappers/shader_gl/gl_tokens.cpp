@@ -3,8 +3,11 @@
 
 #include "wrappers/rows/constants.h"
 
-static constexpr binding::Constant tokens[] = {
+static constexpr auto tokens = [] {
+    return std::to_array<binding::Constant>({
 #define TOKEN(name, value) {"ZGL_" #name, value},
 #include "wrappers/shader_gl/gl_tokens.def"
+    });
 };
-extern constinit const binding::Constants gl_token_constants = tokens;
+extern constinit const binding::Constants gl_token_constants =
+    binding::PackedConstants<tokens>::kPacked;

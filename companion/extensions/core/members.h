@@ -7,7 +7,8 @@ template <class Item>
 class Buffer {
     /// Makes a buffer of the given number of zeros.
     Buffer(unsigned int count);
-    /// Makes a buffer from a sequence of items, or from the bytes of a str, bytearray or buffer.
+    /// Makes a buffer from a sequence of items, from the bytes of a str, bytearray or buffer, or
+    /// from the memory of an array.array or memoryview of the same items.
     Buffer(PyObject *data);
     /// Makes a buffer as a copy of the first `count` items of native memory: untyped, as the host
     /// hands it out (`void *`), or another buffer. The memory must hold that many: where its length
@@ -24,15 +25,19 @@ class Buffer {
     PyObject *read(long start, long count) const;
     /// Returns the bytes of `count` items from `start` on as a str.
     PyObject *readBytes(long start, long count) const;
-    /// Replaces the items from `start` on by a sequence of items, or by the bytes of a str,
-    /// bytearray or buffer.
+    /// Replaces the items from `start` on by whatever a buffer can be made from.
     void write(long start, PyObject *data);
     /// Returns the number of items. Raises TypeError where it is not known.
     long __len__() const;
-    /// Returns the item at the index. Raises IndexError when there is none.
-    Item __getitem__(long index) const;
-    /// Replaces the item at the index. Raises IndexError when there is none.
-    void __setitem__(long index, PyObject *value);
+    /// Returns the item at the index, or the items of a slice as read() does. Raises IndexError
+    /// when there is no such item.
+    Item __getitem__(PyObject *index) const;
+    /// Replaces the item at the index, or the items of a slice by as many as write() takes. Raises
+    /// IndexError when there is no such item, and ValueError where a slice has another length.
+    void __setitem__(PyObject *index, PyObject *value);
+    /// Returns where the items are: address, number of bytes, the code that the struct module has
+    /// for them, and how many belong together. What memoryview() and buffer() are made from.
+    PyObject *memory() const;
     /// Iterates over the items. Raises TypeError where the length is not known.
     PyObject *__iter__() const;
 };
@@ -93,6 +98,15 @@ class PixelBuffer {
     PixelBuffer(unsigned int count);
     /// Returns the number of pixels.
     unsigned int length() const;
+    /// Returns where the numbers are: address, number of bytes, "f", and 4 of them to a pixel. What
+    /// memoryview() and buffer() are made from.
+    PyObject *memory() const;
+    /// Replaces the pixels from `start` on by the four numbers of each: the bytes of a str,
+    /// bytearray or buffer, or the memory of an array.array or memoryview of "f". Raises IndexError
+    /// when they do not fit.
+    void write(long start, PyObject *data);
+    /// Returns the bytes of `count` pixels from `start` on, four floats each, as a str.
+    PyObject *readBytes(long start, long count) const;
     /// Returns the pixel at `start`, which stands for all those behind it as well.
     RV_PIXEL *pixels(long start = 0);
     /// Makes all pixels the colour.

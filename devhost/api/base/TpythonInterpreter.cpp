@@ -12,6 +12,7 @@ TpythonInterpreter *TpythonInterpreter::fsInterpreter = nullptr;
 namespace {
 std::atomic<unsigned> reported{0};
 std::atomic<bool> interrupted{false};
+std::atomic<bool> exitsExpected{false};
 } // namespace
 
 TpythonInterpreter::TpythonInterpreter() = default;
@@ -19,6 +20,8 @@ TpythonInterpreter::TpythonInterpreter() = default;
 void TpythonInterpreter::catchAndReportException() {
     if (!PyErr_Occurred())
         return;
+    if (exitsExpected && PyErr_ExceptionMatches(PyExc_SystemExit))
+        return PyErr_Clear();
     ++reported;
     if (PyErr_ExceptionMatches(PyExc_KeyboardInterrupt))
         interrupted = true;
@@ -46,6 +49,10 @@ unsigned reportedExceptions() {
 
 bool interruptReported() {
     return interrupted;
+}
+
+void expectExits() {
+    exitsExpected = true;
 }
 
 } // namespace devhost

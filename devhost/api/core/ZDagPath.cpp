@@ -4,6 +4,7 @@
 
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/util/Statuses.h"
+#include "host/core/ZString.h"
 
 using devhost::Node;
 using devhost::NodeId;

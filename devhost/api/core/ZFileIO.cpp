@@ -4,6 +4,7 @@
 
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/scene/SceneLoader.h"
+#include "host/core/ZString.h"
 
 ZStatus ZFileIO::open(const ZString &fileName) {
     return devhost::loadScene(fileName.asChar());

@@ -2,6 +2,7 @@
 #include "host/core/ZFnDependencyNode.h"
 
 #include "devhost/scene/SceneGraph.h"
+#include "host/core/ZString.h"
 
 ZFnDependencyNode::ZFnDependencyNode() = default;
 ZFnDependencyNode::~ZFnDependencyNode() = default;

@@ -111,7 +111,7 @@ double ZPlug::asDouble(ZStatus *ReturnStatus) const {
 }
 
 ZString ZPlug::asString(ZStatus *ReturnStatus) const {
-    return valueAs<ZString>(*this, "a text", ReturnStatus);
+    return ZString(valueAs<std::string>(*this, "a text", ReturnStatus).c_str());
 }
 
 ZVector ZPlug::asVector(ZStatus *ReturnStatus) const {
@@ -139,7 +139,7 @@ ZStatus ZPlug::setDouble(double value) {
 }
 
 ZStatus ZPlug::setString(const ZString &value) {
-    return setValue(*this, value, "a settable text");
+    return setValue(*this, value.asChar(), "a settable text");
 }
 
 ZStatus ZPlug::setVector(const ZVector &value) {

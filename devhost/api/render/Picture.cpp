@@ -9,6 +9,7 @@
 #include "devhost/session/Viewport.h"
 #include "devhost/util/FileName.h"
 #include "devhost/util/Guarded.h"
+#include "devhost/util/Timeline.h"
 #include "devhost/util/Version.h"
 
 #include <algorithm>
@@ -109,6 +110,7 @@ bool holdsDepth(const std::string &path) {
 }
 
 ZStatus writePicture(const Picture &picture, const std::string &path) {
+    const Stage stage("write");
     if (!isPictureFileName(path))
         return noFormat(path);
     if (!isExr(path))
@@ -121,6 +123,7 @@ ZStatus writePicture(const Picture &picture, const std::string &path) {
 }
 
 ZStatus writeFrame(const Frame &frame, const std::string &path) {
+    const Stage stage("write");
     const ZRenderData &data = frame.data;
     if (!isExr(path))
         return writePng(path, data.resX, data.resY, wholeImage(frame).data());

@@ -8,7 +8,6 @@
 #include "host/core/ZStringArray.h"
 
 #include <cmath>
-#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -85,40 +84,6 @@ std::string cameraNameOr(const ZString &given) {
         id = scene.findCamera();
     const auto *node = scene.node(id);
     return node ? fileNamePart(node->name) : std::string();
-}
-
-/// "0042", "-0042", "0042.5"; in thousandths, as far as they are not zero.
-std::string frameText(double number, unsigned padding) {
-    double whole = std::floor(std::abs(number));
-    long thousandths = std::lround((std::abs(number) - whole) * 1000);
-    whole += double(thousandths / 1000);
-    thousandths %= 1000;
-    char digits[64];
-    std::snprintf(digits, sizeof digits, "%0*.0f", static_cast<int>(std::min(padding, 16u)), whole);
-    const bool isNegative = number < 0 && (whole > 0 || thousandths);
-    std::string result = (isNegative ? "-" : "") + std::string(digits);
-    if (thousandths) {
-        std::snprintf(digits, sizeof digits, ".%03ld", thousandths);
-        result += digits;
-        result.erase(result.find_last_not_of('0') + 1);
-    }
-    return result;
-}
-
-/// Replaces every run of # by the number, with as many digits as the run is long.
-std::string numberHashes(const std::string &pattern, double number) {
-    std::string result;
-    for (size_t at = 0; at < pattern.size();) {
-        size_t end = at;
-        while (end < pattern.size() && pattern[end] == '#')
-            ++end;
-        if (end == at)
-            result += pattern[at++];
-        else
-            result += frameText(number, static_cast<unsigned>(end - at));
-        at = std::max(at, end);
-    }
-    return result;
 }
 
 /// Reads "RenderPass=shadow;Version=v002".
@@ -214,7 +179,7 @@ ZString ZCommonRenderSettingsData::getImageName(ZpathType pathType, double frame
         if (!std::isfinite(frameNumber))
             return devhost::invalid("the frame number is not a number");
         const double number = fileNumber(*this, frameNumber);
-        const std::string frame = frameText(number, framePadding);
+        const std::string frame = devhost::frameText(number, framePadding);
         const std::string extension = extensionOf(*this, format);
         const auto &scene = devhost::scene();
         const ZObject shown = layer.isNull() ? scene.object(scene.currentLayer()) : layer;
@@ -246,7 +211,8 @@ ZString ZCommonRenderSettingsData::getImageName(ZpathType pathType, double frame
         case kPattern:
             // The # are replaced first, so that one in a token's value stays.
             tokens["Name"] = stem;
-            file = expand(numberHashes(devhost::hashPlaces(namePattern.asChar()), number), tokens);
+            file = expand(devhost::numberHashes(devhost::hashPlaces(namePattern.asChar()), number),
+                          tokens);
             break;
         default:
             file = stem + dotExtension;

@@ -5,6 +5,7 @@
 #include "devhost/scene/PassKind.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/util/Statuses.h"
+#include "host/core/ZString.h"
 
 #include <vector>
 

@@ -166,8 +166,8 @@ struct ZUniformParameter::Data {
         if (hasText()) {
             const Attribute source = sourceOf(attribute);
             if (const auto found = (source ? source : attribute).value())
-                if (const auto *text = std::get_if<ZString>(&*found))
-                    value.text = *text;
+                if (const auto *text = std::get_if<std::string>(&*found))
+                    value.text = text->c_str();
         } else if (hasNumbers()) {
             if (!devhost::readSemantic(semantic, state, value.numbers) && attribute)
                 readNumbers(*attribute.value(), value.numbers);
@@ -221,7 +221,7 @@ struct ZUniformParameter::Data {
             const Attribute source = sourceOf(attribute);
             const Attribute &target = source ? source : attribute;
             if (target)
-                scene().setAttribute(target.node, target.name, text);
+                scene().setAttribute(target.node, target.name, text.asChar());
         } else if (type == kTypeEnum) {
             for (unsigned i = 0; i < fields.length(); ++i)
                 if (fields[i] == text)

@@ -8,7 +8,7 @@ import subprocess
 import sys
 import tempfile
 
-from rows import NO_OVERLOAD, NULL_HOST, PROGRAM, goes_on, harness, module
+from rows import NO_OVERLOAD, NULL_HOST, PROGRAM, goes_on, module
 
 import children
 
@@ -29,14 +29,6 @@ def attempt(function, arguments):
     except BaseException as error:
         return result, error
     return result, None
-
-
-def record_of(value):
-    """The type of the pointer object behind a result, or None."""
-    bare = getattr(value, 'this', value)
-    if type(bare).__name__ != 'SwigPyObject':
-        return None
-    return harness.PointerObject.from_address(id(bare)).ty.contents.name
 
 
 def leave():

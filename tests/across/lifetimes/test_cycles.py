@@ -4,6 +4,7 @@ Python's objects, reference counts and the memory are what they were. The number
 argument; it runs in quilhost --leak-check with the scene of layers."""
 import ctypes
 import gc
+import os
 import sys
 import unittest
 import weakref
@@ -14,70 +15,6 @@ import OpenQuilRender as r
 
 CYCLES = int(sys.argv[1])
 n, m = r._native, c._native
-
-EVERYDAY = '''
-constructor: r.ZRenderProfile()
-bare constructor: n.new_ZRenderProfile()
-by value: vector + vector
-by value, a part of it: array[1].x
-reference: data.worldToEyeMatrix
-reference to itself: m.ZVector_assign(vector, vector) if hasattr(m, 'ZVector_assign') else vector
-untyped pointer: data.internalData
-data members: data.eyePoint = c.ZFloatPoint(1, 2, 3); data.resX = 5; data.resX
-typed pointer member: data.depthArr = floats; data.depthArr.read(0, 2); floats.this.acquire()
-disown and acquire: p = n.new_RV_PIXEL(); p.disown(); p.acquire(); p.own(False); p.own(True)
-deleted by hand: p = r.RV_PIXEL(); n.delete_RV_PIXEL(p)
-chain: p = n.new_RV_PIXEL(); p.append(n.new_RV_AOV()); p.next().next(); repr(p); str(p), hex(p)
-second initialisation: p = r.RV_PIXEL(); p.__init__()
-proxies: p = r.RV_PIXEL(); p.thisown; repr(p); p.r = 2.5; p == r.RV_PIXEL()
-weak proxy: profile.hasRenderer(0); weakref.proxy(profile).hasRenderer(0)
-proxy in a proxy: p = r.RV_PIXEL.__new__(r.RV_PIXEL); p.__dict__['this'] = pixel; p.r
-weak reference: weakref.ref(c.ZVector(), lambda dead: seen.append(vector + vector)); del seen[:]
-reference cycle: v = c.ZVector(); v.itself = v
-finaliser: Finalised(); del seen[:]
-destroyer in Python: n.new_RV_AOV(); r.RV_AOV(); del seen[:]
-director: Answering()
-director, called: callback = Answering(); n.ZRenderCallback_renderCallback(callback.this, data)
-director, calling back: callback = Upcalling(); n.ZRenderCallback_renderCallback(callback.this, data)
-director, registered: callback = Answering(); add(callback, 0); remove(callback)
-director, disowned: callback = Answering(); callback.__disown__(); n.delete_ZRenderCallback(callback)
-director without its instance: this = Answering().this; attempt(n.ZRenderCallback_renderCallback, this, data)
-director that answers nonsense: callback = Odd(); attempt(n.ZRenderCallback_renderCallback, callback.this, data)
-director that no script implements: callback = r.ZRenderCallback(); n.ZRenderCallback_renderCallback(callback.this, data)
-callback without a director: n.ZRenderCallback_renderCallback(n.new_ZRenderCallback(None), data)
-text in: profile.hasRenderer(long_text, 1.0), profile.hasRenderer('short', 1.0)
-text in, of other objects: profile.hasRenderer(5.5, 1.0), profile.hasRenderer(bytearray('ab'), 1.0)
-text out: unicode(c.ZString(long_text)), r.ZRenderUtil.relativeFileName(long_text), r.ZRenderView.className()
-text that cannot be read: attempt(profile.hasRenderer, None, 1.0), attempt(profile.hasRenderer, '\\xff', 1.0)
-array: a = c.ZFloatVectorArray([vector, (1, 2, 3)]); a.append(a[0]); a[0] = a[1]; a.remove(0)
-array of texts: c.ZStringArray([long_text, u'b']).join(u'+')
-array of large values: a = c.ZMatrixArray(100, matrix); a.setLength(7)
-iterator: list(array), tuple(texts), [x for x in vector]
-iterator, left off: iter(array).next(); iter(texts).next()
-buffer: b = c.FloatBuffer([1, 2, 3]); b.write(0, b.readBytes(0, 3)); c.CharBuffer('text').read(0, 4)
-buffer of pointers: cells = c.CharPointerBuffer([c.CharBuffer('text'), None]); cells[0]
-pixels: c.PixelBuffer(64).fill(c.ZColor(1, 0, 0)); c.PixelBuffer(2).pixels(1)
-layers: a, l = r.RV_AOV(), c.LayerBuffer(2); a.pPixels = floats; l.set(0, 'a', 1, floats); l[1].pPixels = floats
-image: image = c.ZImage(); image.create(16, 16); image.readPixels()
-out-arguments: cells = [c.UnsignedIntBuffer(1) for _ in range(4)]; r.ZRenderView.getRenderRegion(*cells)
-out-argument by reference: found = c.ZObject(); selection.getDependNode(0, found); found == node
-by address: bits = render_pass.frameBufferType(); bits[0]
-static: r.ZRenderView.doesRenderEditorExist(); r.ZHardwareRenderer.theRenderer()
-scene: path = c.ZDagPath(); c.ZDagPath.getAPathTo(node, path); c.ZPlug(node, u'visibility').asBool()
-function sets: nodes = c.ZObjectArray(); layer.externalRenderPasses(nodes); layer.adjustmentPlug
-settings: s = r.ZCommonRenderSettingsData(); r.ZRenderUtil.getCommonRenderSettings(s); s.name
-parameters: r.ZUniformParameterList().length(); r.ZVaryingParameter().name()
-swatch: if _ % 50 == 0: c.Swatches.begin(u'materialBall', material, 8).resolution()
-geometry: g = r.ZGeometryRequirements(); g.addNormal(); n.new_ZGeometryRequirements()
-wrong type: attempt(vector.__add__, 'x'); attempt(n.RV_PIXEL_r_set, pixel, 'x')
-wrong count: attempt(n.new_RV_PIXEL, 1); attempt(n.RV_PIXEL_r_set, pixel)
-null reference: attempt(n.ZRenderCallback_renderCallback, r.ZRenderCallback(), None)
-no overload: attempt(c.ZVector, 'x', 'y', 'z'); attempt(profile.addRenderer, 1, 2, 3)
-failed status: attempt(selection.getDependNode, 99, node); attempt(r.ZRenderView.endRender)
-failed items: attempt(c.ZFloatVectorArray, [vector, seen]); attempt(c.FloatBuffer, [1, 'x'])
-failed index: attempt(array.__getitem__, 10 ** 6); attempt(floats.read, 0, 10 ** 6)
-failed data: attempt(floats.write, 0, [1.0, seen]); attempt(c.ZImage().writePixels, 'x')
-'''
 
 pending = ctypes.pythonapi.PyErr_Occurred
 seen, long_text = [], u'\u20ac' * 3000
@@ -238,8 +175,9 @@ def add_test(line):
     setattr(Cycles, 'test ' + name, test)
 
 
-for line in EVERYDAY.strip().splitlines():
-    add_test(line)
+with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), 'cycles.txt')) as listed:
+    for line in listed.read().splitlines()[1:]:
+        add_test(line)
 
 if __name__ == '__main__':
     unittest.main(argv=sys.argv[:1])

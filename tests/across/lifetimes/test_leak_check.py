@@ -18,18 +18,22 @@ class LeakCheck(unittest.TestCase):
                 ('r.ZRenderView.startRender(4, 4)\npixels = c.PixelBuffer(16)\n'
                  'r.ZRenderView.updatePixels(0, 3, 0, 3, pixels)\nr.ZRenderView.endRender()', []),
                 ('a = r.RV_AOV()\nfor size in 4, 5: a.pPixels = c.FloatBuffer(size)', []),
+                ('sys.keep = c.ZPlug(); c.keep = c.ZImage(); r.keep = c.ZString(u"a")\n'
+                 'for name in map(chr, range(97, 123)):\n'
+                 '    module = sys.modules[name] = type(sys)(name); module.vector = c.ZVector()',
+                 []),
                 ('c.ZVector().this.disown()', ['1 ZVector']),
                 ('for _ in range(3): c.ZImage().this.disown(), c.FloatBuffer(2).this.disown()',
                  ['3 ZImage', '3 buffer']),
                 ('r.ZRenderCallback().__disown__()', ['1 ZRenderCallback']),
-                ('sys.keep = c.ZPlug()', ['1 ZPlug']),
                 ('m.ZVector_swigregister(object); a = m.new_ZVector()', ['1 ZVector'])):
             done = subprocess.run(COMMAND + ['--leak-check', '--python-expr', KEPT + code],
-                                  stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, timeout=60,
+                                  stderr=subprocess.PIPE, stdout=subprocess.PIPE, timeout=60,
                                   universal_newlines=True)
             told = ['quilhost: left over: ' + line for line in lines]
             self.assertEqual((done.stderr.splitlines(), done.returncode),
                              (told, 5 if lines else 0), code)
+            self.assertEqual('no destructor found' in done.stdout, 'register(object)' in code)
 
     def test_numbers_for_the_script(self):
         code = ('import quilhost, OpenQuil as c; before = quilhost.live_objects()\n'

@@ -8,13 +8,26 @@
 #include "host/render/ZRenderCallback.h"
 #include "runtime/director.h"
 #include "runtime/module_types.h"
-#include "tests/across/threads/watchdog.h"
 #include "tests/runtime/python_fixture.h"
 #include "tests/test_scene.h"
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <mutex>
+#include <thread>
 
 using namespace binding;
 
 namespace threadtest {
+
+constexpr unsigned kThreads = 16;
+
+/// A number that the environment may set, for the long forms of the tests.
+inline unsigned amount(const char *name, unsigned otherwise) {
+    const char *text = std::getenv(name);
+    return text ? static_cast<unsigned>(std::atoi(text)) : otherwise;
+}
 
 /// Entered callbacks, counted natively: the host's count of answers is compared with it.
 inline std::atomic<unsigned> entered{0};

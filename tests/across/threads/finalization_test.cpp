@@ -18,7 +18,6 @@ namespace {
 class Finalization : public Threads {
   protected:
     void storm(unsigned round) {
-        const Watchdog watchdog(std::chrono::seconds(20));
         prepare();
         run("sys.stderr = cStringIO.StringIO()\n"
             "for _name in 'Good Raises NoTruth Inner'.split():\n"
@@ -31,16 +30,12 @@ class Finalization : public Threads {
         std::atomic<bool> over = false, ended = false;
         auto threads = start([&](unsigned number) {
             const auto each = number % (kept.size() + 1);
-            Progress &own = progress[number];
-            own.kind = each < kept.size() ? "calls" : "renders";
-            for (; !over; ++own.made) {
+            for (unsigned made = 0; !over; ++made) {
                 const bool isLate = ended;
-                own.inside = true;
                 if (each < kept.size())
-                    call(*kept[each], own.made, isLate ? late : answers);
+                    call(*kept[each], made, isLate ? late : answers);
                 else
                     render();
-                own.inside = false;
             }
             if (each < kept.size())
                 call(*kept[each], 0, late);

@@ -43,7 +43,6 @@ std::multiset<const swig_type_info *> types_that_convert(const char *name) {
 class PythonThreads : public Threads {};
 
 TEST_F(PythonThreads, DoNotDisturbOneAnother) {
-    const Watchdog watchdog(std::chrono::seconds(amount("WATCHDOG_SECONDS", 100)));
     prepare();
     static PyMethodDef functions[] = {{"base_of", base_of, METH_VARARGS, nullptr},
                                       {"pack", pack, METH_O, nullptr}};

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "companion/native_slots.h"
+
+#include "companion/native_memory.h"
+#include "companion/native_method.h"
+#include "runtime/object_holder.h"
+
+namespace companion {
+namespace {
+
+using Reference = swig::SwigPtr_PyObject;
+
+/// Names of special methods, interned on first use.
+enum Special {
+    kInit,
+    kGetItem,
+    kSetItem,
+    kDelItem,
+    kLen,
+    kAdd,
+    kSub,
+    kDiv,
+    kXor,
+    kNeg,
+    kMemory,
+    kSpecials
+};
+
+PyObject *name_of(Special special) {
+    static PyObject *names[kSpecials];
+    static const char *const texts[kSpecials] = {
+        "__init__", "__getitem__", "__setitem__", "__delitem__", "__len__", "__add__",
+        "__sub__",  "__div__",     "__xor__",     "__neg__",     "memory"};
+    if (!names[special])
+        names[special] = PyString_InternFromString(texts[special]);
+    return names[special];
+}
+
+/// The class's native method of a name (borrowed), or null.
+PyObject *native_method(PyTypeObject *type, PyObject *name) {
+    PyObject *found = name ? _PyType_Lookup(type, name) : nullptr;
+    return found && is_native_method(found) ? found : nullptr;
+}
+
+/// Calls a special method, which the class has, with the instance and further arguments.
+template <class... Argument>
+PyObject *call_special(Special special, PyObject *self, Argument *...arguments) {
+    PyObject *name = name_of(special);
+    PyObject *method = native_method(Py_TYPE(self), name);
+    if (!method)
+        return name ? PyObject_CallMethodObjArgs(self, name, arguments..., nullptr) : nullptr;
+    const Reference all(PyTuple_Pack(1 + sizeof...(arguments), self, arguments...));
+    return all ? call_native_method(method, all.get(), nullptr) : nullptr;
+}
+
+int status_of(PyObject *result) {
+    const Reference owned(result);
+    return owned ? 0 : -1;
+}
+
+int initialise(PyObject *self, PyObject *arguments, PyObject *named) {
+    PyObject *method = native_method(Py_TYPE(self), name_of(kInit));
+    if (method)
+        return construct(method, self, arguments, named) ? 0 : -1;
+    const Reference found(PyObject_GetAttr(self, name_of(kInit)));
+    return found ? status_of(PyObject_Call(found.get(), arguments, named)) : -1;
+}
+
+PyObject *item(PyObject *self, PyObject *key) {
+    return call_special(kGetItem, self, key);
+}
+
+int set_item(PyObject *self, PyObject *key, PyObject *value) {
+    return status_of(value ? call_special(kSetItem, self, key, value)
+                           : call_special(kDelItem, self, key));
+}
+
+Py_ssize_t length(PyObject *self) {
+    const Reference result(call_special(kLen, self));
+    return result ? PyInt_AsSsize_t(result.get()) : -1;
+}
+
+PyObject *negative(PyObject *self) {
+    return call_special(kNeg, self);
+}
+
+/// Classes have no reflected methods for these: what is not the left operand's affair is nobody's.
+template <Special special, binaryfunc PyNumberMethods::*slot>
+PyObject *binary(PyObject *left, PyObject *right) {
+    const PyNumberMethods *numbers = Py_TYPE(left)->tp_as_number;
+    if (PyType_HasFeature(Py_TYPE(left), Py_TPFLAGS_HEAPTYPE) && numbers &&
+        numbers->*slot == binary<special, slot>)
+        return call_special(special, left, right);
+    Py_INCREF(Py_NotImplemented);
+    return Py_NotImplemented;
+}
+
+template <Special special, binaryfunc PyNumberMethods::*slot>
+void install_binary(PyTypeObject *type) {
+    if (native_method(type, name_of(special)))
+        type->tp_as_number->*slot = binary<special, slot>;
+}
+
+} // namespace
+
+PyObject *install_slots(PyObject *, PyObject *klass) {
+    auto *type = reinterpret_cast<PyTypeObject *>(klass);
+    if (!PyType_Check(klass) || !PyType_HasFeature(type, Py_TPFLAGS_HEAPTYPE))
+        return PyErr_Format(PyExc_TypeError, "install() takes a class");
+    if (native_method(type, name_of(kInit)))
+        type->tp_init = initialise;
+    if (native_method(type, name_of(kGetItem)))
+        type->tp_as_mapping->mp_subscript = item;
+    if (native_method(type, name_of(kSetItem)))
+        type->tp_as_mapping->mp_ass_subscript = set_item;
+    if (native_method(type, name_of(kLen)))
+        type->tp_as_mapping->mp_length = type->tp_as_sequence->sq_length = length;
+    if (native_method(type, name_of(kNeg)))
+        type->tp_as_number->nb_negative = negative;
+    if (native_method(type, name_of(kMemory)))
+        install_memory(type);
+    install_binary<kAdd, &PyNumberMethods::nb_add>(type);
+    install_binary<kSub, &PyNumberMethods::nb_subtract>(type);
+    install_binary<kDiv, &PyNumberMethods::nb_divide>(type);
+    install_binary<kXor, &PyNumberMethods::nb_xor>(type);
+    Py_INCREF(klass);
+    return klass;
+}
+
+} // namespace companion

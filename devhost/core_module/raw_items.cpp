@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "devhost/core_module/raw_items.h"
+
+#include "runtime/object_holder.h"
+
+#include <cstring>
+
+namespace binding {
+namespace {
+
+/// True for an array.array of that type code.
+bool is_array_of(PyObject *object, char format) {
+    if (std::strcmp(Py_TYPE(object)->tp_name, "array.array") != 0)
+        return false;
+    const swig::SwigPtr_PyObject code(PyObject_GetAttrString(object, "typecode"));
+    if (!code)
+        PyErr_Clear();
+    return code && PyString_Check(code.get()) && PyString_AS_STRING(code.get())[0] == format;
+}
+
+/// True for items of one byte, however they are told, and for those of the format.
+bool fits(const Py_buffer &view, char format) {
+    const char *told = view.format ? view.format : "B";
+    if (*told == '@' || *told == '=' || *told == '<')
+        ++told;
+    return std::strlen(told) == 1 && (std::strchr("Bbc", *told) || *told == format);
+}
+
+} // namespace
+
+RawItems::RawItems(PyObject *object, char format) {
+    if (PyString_Check(object) || PyByteArray_Check(object) || PyBuffer_Check(object) ||
+        is_array_of(object, format))
+        readBytes(object);
+    else if (PyObject_CheckBuffer(object))
+        readView(object, format);
+}
+
+void RawItems::readBytes(PyObject *object) {
+    const void *start;
+    Py_ssize_t length;
+    failed_ = PyObject_AsReadBuffer(object, &start, &length) < 0;
+    if (failed_)
+        return;
+    data_ = length ? static_cast<const char *>(start) : "";
+    size_ = static_cast<size_t>(length);
+}
+
+void RawItems::readView(PyObject *object, char format) {
+    failed_ = PyObject_GetBuffer(object, &view_, PyBUF_CONTIG_RO | PyBUF_FORMAT) < 0;
+    if (failed_)
+        return;
+    if (fits(view_, format)) {
+        data_ = view_.len ? static_cast<const char *>(view_.buf) : "";
+        size_ = static_cast<size_t>(view_.len);
+        return;
+    }
+    PyBuffer_Release(&view_);
+    if (!PyMemoryView_Check(object))
+        return; // a sequence of numbers, which are converted
+    failed_ = true;
+    PyErr_SetString(PyExc_TypeError, "the items of the memory are of another type");
+}
+
+RawItems::~RawItems() {
+    if (view_.obj)
+        PyBuffer_Release(&view_);
+}
+
+bool whole_items(size_t bytes, size_t item_size, size_t &count) {
+    count = bytes / item_size;
+    if (bytes % item_size == 0)
+        return true;
+    PyErr_Format(PyExc_ValueError, "the number of bytes is not a multiple of %d",
+                 static_cast<int>(item_size));
+    return false;
+}
+
+} // namespace binding

@@ -1,0 +1,121 @@
+# SPDX-License-Identifier: MIT
+"""README's programs as printed, and every example, on scenes with names of all languages."""
+import glob
+import os
+import re
+import shutil
+import subprocess
+import sys
+import unittest
+
+from host import HostCase, LIMIT, ROOT
+
+C = {"LC_ALL": "C", "PYTHONIOENCODING": ""}
+READ = "import quilhost_testing as t\nw, h, p = t.read_picture(%r)\n" \
+    "print w, h, [tuple(p[i:i + 4]) for i in (0, 4 * (h // 2 * w + w // 2))]"
+
+
+def blocks(name, language):
+    with open(os.path.join(ROOT, name), encoding="utf-8") as stream:
+        return re.findall("```%s\n(.*?)```" % language, stream.read(), re.DOTALL)
+
+
+class DocumentedCase(HostCase):
+    def picture(self, name):
+        """Width, height, and the pixels in the lower left and in the middle."""
+        return self.run_host("--python-expr", READ % name)[0]
+
+
+class ReadmeTest(DocumentedCase):
+    def setUp(self):
+        DocumentedCase.setUp(self)
+        # The folder where README's commands are typed.
+        os.symlink(os.path.dirname(os.path.dirname(self.QUILHOST)),
+                   os.path.join(self.folder, "build"))
+        shutil.copy(os.path.join(self.folder, "tri.obj"), os.path.join(self.folder, "model.obj"))
+
+    def shell(self, line):
+        end = subprocess.run(["sh", "-ec", line], cwd=self.folder, capture_output=True, text=True,
+                             timeout=LIMIT)
+        self.assertEqual(end.returncode, 0, end)
+        return end.stdout
+
+    def test_programs(self):
+        renderer, callback = blocks("README.md", "python")
+        one, many = next(block for block in blocks("README.md", "sh") if "--python" in block) \
+            .splitlines()
+        self.write("script.py", renderer)
+        self.shell(one)
+        # 0.2, 0.4 and 0.6 of 255; the picture is sent as it is seen.
+        self.assertEqual(self.picture("picture.png"),
+                         "320 240 [(51, 102, 153, 255), (51, 102, 153, 255)]\n")
+        self.shell(one.replace("--python script.py", ""))
+        usual = self.picture("picture.png")
+        self.write("script.py", callback)
+        self.shell(one)
+        shown = [[int(n) for n in re.findall(r"\d+", text)] for text in
+                 (usual, self.picture("picture.png"))]
+        # What is clear has the colour 0 in the file, and of what is not each channel is turned.
+        self.assertEqual(shown[1][-4:], [255 - n for n in shown[0][-4:-1]] + [255])
+        self.shell(many + " --resolution 8 8")
+        self.assertEqual(len([name for name in self.files() if name.startswith("frame.")]), 10)
+
+    def test_plain_interpreter(self):
+        line, = [block.strip() for block in blocks("README.md", "sh") if "PYTHONPATH" in block]
+        path = os.path.join(self.folder, "build", "python2.path")
+        if not os.path.exists(path):  # a build folder beside the usual one
+            line = line.replace("$(cat build/python2.path)", os.environ["PYTHON2"])
+        self.assertRegex(self.shell(line), r"^-?0\.\d+\n$")
+
+
+class ExampleTest(DocumentedCase):
+    """Each example runs as its first lines say, with names that are not ASCII."""
+
+    NAMES = ["box", "front", "floor", "cone", "key", "props", "ball", "side", "fill", "floorPaint",
+             "conePaint", "ballPaint", "boxPaint"]
+
+    def setUp(self):
+        DocumentedCase.setUp(self)
+        shutil.copytree(os.path.join(ROOT, "examples"), os.path.join(self.folder, "examples"))
+        for path in glob.glob(os.path.join(self.folder, "examples", "scenes", "*")):
+            if not path.endswith(".png"):
+                self.write(path, self.renamed(self.read(path)))
+
+    @staticmethod
+    def renamed(text):
+        text = re.sub(r"(?m)^(newmtl|usemtl|o|g) (\w+)", "\\1 \\2\xe9\u4e2d", text)
+        names = "|".join(ExampleTest.NAMES)
+        return re.sub(r'"(%s)((?:\.\w+)?)"' % names, '"\\1\xe9\u4e2d\\2"', text)
+
+    def test_all(self):
+        small = ("--output", "a.png", "--resolution", "16", "12")
+        for example, scene, arguments, result, printed in [
+                ("raytrace", "materials.obj", small, "a.png", ""),
+                ("depth_fog", "layers.gltf", small, "a.png", ""),
+                ("layers", "layers.gltf", small, "a.png", "members: "),
+                ("swatch_sheet", "materials.obj", ("--", "b.png", "8"), "b.png", "swatches in"),
+                ("read_geometry", "layers.gltf", ("--", "c.obj"), "c.obj", ""),
+                ("gl_mesh", "layers.gltf", ("--", "d.png"), "d.png", None),
+                ("gl_program", "layers.gltf", ("--", "e.png"), "e.png", None),
+                ("hardware_frame", "materials.obj", ("--renderer", "hardware") + small, "a.png",
+                 None)]:
+            with self.subTest(example=example):
+                child = self.start("examples/scenes/" + scene, "--quiet", "--python",
+                                   "examples/%s.py" % example, *arguments, environment=C)
+                out, err = child.communicate(timeout=LIMIT)
+                if printed is None and "there is no OpenGL" in err:
+                    continue
+                self.assertEqual((child.returncode, err), (0, ""))
+                self.assertIn(printed or "", out)
+                self.assertEqual("\xe9\u4e2d" in out, bool(printed), out)
+                self.assertIn(result, self.files())
+        self.assertIn("box\xe9\u4e2d\n", self.read("c.obj"))
+        there = {os.path.basename(path)[:-3] for path in
+                 glob.glob(os.path.join(self.folder, "examples", "*.py"))}
+        self.assertEqual(there, {"raytrace", "depth_fog", "layers", "swatch_sheet", "gl_scene",
+                                 "read_geometry", "gl_mesh", "gl_program", "hardware_frame"})
+
+
+if __name__ == "__main__":
+    HostCase.QUILHOST = os.path.abspath(sys.argv.pop(1))
+    unittest.main()
