@@ -366,7 +366,8 @@ bool RenderJob::isSkipped(const std::string &outputFile) const {
 }
 
 void RenderJob::tellUncalledCallbacks() {
-    if (options_.quiet || devhost::renderSession().framesWithCallbacks || !devhost::hasRenderCallbacks())
+    if (options_.quiet || devhost::renderSession().framesWithCallbacks ||
+        !devhost::hasRenderCallbacks())
         return;
     progress_.clearBar();
     devhost::tell(std::string("nothing calls the render callbacks: ") +
