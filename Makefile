@@ -7,7 +7,7 @@ export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 PREFIX ?= /usr/local
 .PHONY: programs install uninstall package
 .PHONY: build setup demo test stress bench format clean
-.PHONY: check-asan check-tsan check-valgrind check-bare coverage lint lint-fast strength
+.PHONY: check-asan check-tsan check-valgrind check-bare check-farm coverage lint lint-fast strength
 
 build: setup-tests
 	cmake --preset release
@@ -59,6 +59,10 @@ check-asan check-tsan: check-%: setup-checks
 check-valgrind: build setup-checks
 	python3 tools/valgrind.py build
 
+# quilfarm with a real Slurm, a cluster of this machine in a temporary folder (a minute).
+check-farm: build setup-farm
+	python3 tools/check_farm.py build
+
 # Line and branch coverage; fails when a branch of runtime/ is not taken without a reason.
 coverage: setup-checks
 	cmake --preset coverage
@@ -72,16 +76,20 @@ coverage: setup-checks
 lint-fast: setup-checks
 	git ls-files -co --exclude-standard -- '*.h' '*.cpp' | xargs clang-format --dry-run -Werror
 	python3 tools/lint/tracked.py
-	python3 tests/house/layers.py .
+	python3 tools/lint/layers.py .
 	python3 tools/lint/scripts.py build
 	cmake --preset debug -B build-lint
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++) --changed
 
 # The same, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp) on everything, whether the
-# faults of `make strength` fit the sources, and the ratio of test lines to code lines.
+# faults of `make strength` fit the sources, mypy on the stubs, which are built for that, and the
+# ratio of test lines to code lines.
 lint: lint-fast
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++)
 	python3 tools/strength/plant_faults.py --check
+	cmake --preset release
+	cmake --build --preset release --target stubs
+	python3 tools/lint/stubs.py build/python
 	python3 tools/test_ratio.py
 
 # What the tests catch: faults planted and operators flipped, one at a time (hours); writes

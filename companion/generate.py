@@ -15,7 +15,8 @@ import re
 import textwrap
 
 from headers import find_declarations, read_aliases, read_headers
-from signatures import Signatures, Types, is_borrowed, mangled, split_declaration, wrapped
+from signatures import (Signatures, Types, is_borrowed, mangled, optional_target,
+                        split_declaration, wrapped)
 
 DIVISIONS = {'__div__': '__truediv__', '__idiv__': '__itruediv__', '__rdiv__': '__rtruediv__'}
 
@@ -163,9 +164,10 @@ class Generator(object):
     def is_text(self, getter):
         return self.member_type(getter) == 'ZString *' and '_p_ZString' in self.class_names
 
-    def member_python_type(self, getter):
-        found = self.signatures.types.result(self.member_type(getter))
-        return re.sub(r'^Optional\[(.*)\]$', r'\1', found) if self.is_embedded(getter) else found
+    def member_python_type(self, target, getter):
+        found = self.signatures.types.result(self.member_type(getter),
+                                             self.member_text(target, getter['member']))
+        return optional_target(found) or found if self.is_embedded(getter) else found
 
     # The proxy classes
 
@@ -287,7 +289,7 @@ class Generator(object):
         if setter and self.is_text(getter):
             set = '_proxy.text_setter(%s, %s)' % (set, self.class_names['_p_ZString'])
         shown = self.signatures.types.shown(self.member_type(getter),
-                                            self.member_python_type(getter))
+                                            self.member_python_type(target, getter))
         text = '%s: %s\n\n%s' % (name, shown, self.member_text(target, name))
         if is_borrowed(getter) and not self.is_embedded(getter):
             set = '_proxy.pointer_setter(%s, %r)' % (set, name)
@@ -343,7 +345,8 @@ class Generator(object):
         return '\n'.join(blocks)
 
     def stub_class(self, target):
-        lines = ['%s: int' % name for name in target.constants]
+        lines = [docstring(self.class_text(target))]
+        lines += ['%s: int' % name for name in target.constants]
         if target.disown:
             lines.append('def __init__(self) -> None: ...')
             lines.append('def __disown__(self) -> %s: ...' % target.name)
@@ -375,13 +378,17 @@ class Generator(object):
             if function['kind'] != 'static':
                 parameters.insert(0, 'self')
             result = 'None' if name == '__init__' else signature.result
-            lines.append('def %s(%s) -> %s: ...' % (name, ', '.join(parameters), result))
+            # Editors show the text of the first overload.
+            text = self.signatures.text(function) if signature is signatures[0] else ''
+            lines.append('def %s(%s) -> %s:%s' % (name, ', '.join(parameters), result,
+                                                  stub_body(text)))
         return lines
 
     def stub_property(self, target, name):
         getter = target.getters[name]
-        python = self.member_python_type(getter)
-        lines = ['@property', 'def %s(self) -> %s: ...' % (name, python)]
+        python = self.member_python_type(target, getter)
+        lines = ['@property', 'def %s(self) -> %s:%s' % (
+            name, python, stub_body(self.member_text(target, name)))]
         if name in target.setters:
             given = 'Union[%s, Text]' % python if self.is_text(getter) else python
             lines += ['@%s.setter' % name, 'def %s(self, value: %s) -> None: ...' % (name, given)]
@@ -390,6 +397,10 @@ class Generator(object):
 
 def docstring(text):
     return '"""%s"""' % text.strip().replace('\\', '\\\\').replace('"""', '\\"\\"\\"')
+
+
+def stub_body(text):
+    return '\n' + indented(docstring(text)) if text else ' ...'
 
 
 def indented(text):

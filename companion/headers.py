@@ -253,6 +253,8 @@ def declaration_of_line(line):
     doc = '%s of %s.' % (entry or member, source if source != since else 'GL_' + since)
     if kind == 'GL_WITH_OUTCOME':
         doc += ' True when it succeeded.'
+    if result.endswith('*'):
+        doc += ' Null when it failed.'
     parameters = ', '.join(re.sub(r'^\((.*)\) *', r'\1 ', field) for field in fields)
     return '/// %s\n%s %s(%s);' % (doc, result, member, parameters)
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "companion/native_method.h"
 
+#include "companion/native_call.h"
 #include "companion/part.h"
 #include "runtime/object_holder.h"
 
@@ -136,24 +137,17 @@ PyObject *all_arguments(const Method *self, PyObject *arguments, PyObject *named
 
 // Calls
 
-/// Calls the flat function with a tuple. What it leaves pending beside its result (it goes on with
-/// an empty text where it got none) is raised.
+/// Calls the flat function with a tuple.
 PyObject *call_function(PyObject *function, PyObject *arguments) {
     const int flags = PyCFunction_GET_FLAGS(function);
-    const PyCFunction native = PyCFunction_GET_FUNCTION(function);
-    PyObject *self = PyCFunction_GET_SELF(function);
-    PyObject *result;
+    const Py_ssize_t count = PyTuple_GET_SIZE(arguments);
     if (flags == METH_VARARGS)
-        result = native(self, arguments);
-    else if (flags == METH_O && PyTuple_GET_SIZE(arguments) == 1)
-        result = native(self, PyTuple_GET_ITEM(arguments, 0));
-    else if (flags == METH_NOARGS && PyTuple_GET_SIZE(arguments) == 0)
-        result = native(self, nullptr);
-    else
-        return PyObject_Call(function, arguments, nullptr); // which says what is wrong
-    if (result && PyErr_Occurred()) [[unlikely]]
-        Py_CLEAR(result);
-    return result;
+        return call_native(function, arguments);
+    if (flags == METH_O && count == 1)
+        return call_native(function, PyTuple_GET_ITEM(arguments, 0));
+    if (flags == METH_NOARGS && count == 0)
+        return call_native(function, nullptr);
+    return PyObject_Call(function, arguments, nullptr); // which says what is wrong
 }
 
 /// Gives the instance its pointer object: at once where it is new, else as "swiginit" does.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "companion/native_property.h"
 
+#include "companion/native_call.h"
 #include "companion/part.h"
 #include "runtime/object_holder.h"
 
@@ -43,7 +44,7 @@ PyObject *property_get(PyObject *self, PyObject *instance, PyObject *type) {
     PyObject *get = functions_of(self).get;
     if (!get || !instance || instance == Py_None)
         return PyProperty_Type.tp_descr_get(self, instance, type);
-    PyObject *result = PyCFunction_GET_FUNCTION(get)(PyCFunction_GET_SELF(get), instance);
+    PyObject *result = call_native(get, instance);
     return is_part ? keep_whole(instance, result) : result;
 }
 
@@ -52,8 +53,7 @@ int property_set(PyObject *self, PyObject *instance, PyObject *value) {
     if (!set || !value)
         return PyProperty_Type.tp_descr_set(self, instance, value);
     const Reference both(PyTuple_Pack(2, instance, value));
-    const Reference none(both ? PyCFunction_GET_FUNCTION(set)(PyCFunction_GET_SELF(set), both.get())
-                              : nullptr);
+    const Reference none(both ? call_native(set, both.get()) : nullptr);
     return none ? 0 : -1;
 }
 

@@ -22,6 +22,9 @@ OPERATORS = {
     '__gt__': 'operator>', '__ge__': 'operator>=', '__call__': 'operator()', '__len__': 'length',
     '__rmul__': 'operator*', '__truediv__': 'operator/', 'assign': 'operator=',
 }
+# Classes whose pointer objects have another one chained behind them, and so stand for it.
+STANDS_FOR = {'RV_PIXEL': 'OpenQuil.PixelBuffer', 'RV_AOV': 'OpenQuil.LayerBuffer'}
+
 # ... and what Python itself says about them: parameter names, result and meaning.
 SPECIAL_METHODS = {
     '__getitem__': (['index'], None, 'Returns the element at the index; negative ones count from '
@@ -69,9 +72,18 @@ class Types(object):
             return 'Text'
         if bare == 'NameList':
             return 'List[Text]'
-        return self.common(bare) or self.pointer(bare)
+        python = self.common(bare) or self.pointer(bare)
+        target = optional_target(python)
+        return 'Union[%s, %s, None]' % (target, STANDS_FOR[target]) if target in STANDS_FOR \
+            else python
 
-    def result(self, native):
+    def result(self, native, doc=''):
+        """A pointer is always there where the documentation does not speak of null."""
+        python = self.optional_result(native)
+        never_null = doc and not re.search(r'\bnull\b', doc, re.IGNORECASE)
+        return optional_target(python) or python if never_null else python
+
+    def optional_result(self, native):
         bare = self.bare(native)
         if bare in ('void', 'ZStatus'):
             return 'None'
@@ -108,6 +120,12 @@ class Types(object):
         if not found:
             return 'Any'
         return 'Optional[%s]' % found if is_pointer else found
+
+
+def optional_target(python):
+    """What is optional, or None where nothing is."""
+    match = re.fullmatch(r'Optional\[(.*)\]', python)
+    return match and match.group(1)
 
 
 def mangled(target):
@@ -226,7 +244,7 @@ class Signatures(object):
         first_default = overload['min'] - has_object
         declaration = self.declaration_of(function, overload)
         names = [p.name for p in declaration.parameters] if declaration else []
-        python_result = self.types.result(result)
+        python_result = self.types.result(result, declaration.doc if declaration else '')
         if function['member'] in SPECIAL_METHODS:
             special_names, special_result, _ = SPECIAL_METHODS[function['member']]
             names = names or special_names

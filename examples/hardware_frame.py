@@ -102,8 +102,8 @@ RENDERER = ctypes.CFUNCTYPE(ctypes.c_bool, ctypes.c_int, ctypes.c_int)
 # The library holds their addresses only.
 kept = [RENDERER(sky)]
 library.add_viewport_renderer('sky', kept[0])
-for name, place, function in (('sky', ZHardwareRenderer.kPreRendering, sky),
-                              ('floor', ZHardwareRenderer.kPreExposure, floor),
-                              ('mark', ZHardwareRenderer.kPostExposure, mark)):
-    kept.append(PROCEDURE(function))
-    library.add_draw_procedure(name, place, kept[-1])
+for name, place, procedure in (('sky', ZHardwareRenderer.kPreRendering, PROCEDURE(sky)),
+                               ('floor', ZHardwareRenderer.kPreExposure, PROCEDURE(floor)),
+                               ('mark', ZHardwareRenderer.kPostExposure, PROCEDURE(mark))):
+    kept.append(procedure)
+    library.add_draw_procedure(name, place, procedure)

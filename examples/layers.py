@@ -9,6 +9,8 @@
 writes defaultRenderLayer.png, hero.png and background.png. The layers, passes and light links are
 those of examples/scenes/layers.layers.json; docs/layers.md tells the form of such files.
 """
+from __future__ import print_function
+
 from OpenQuil import ZDagPath, ZDagPathArray, ZObject, ZObjectArray, ZPlug, ZSelectionList, ZString
 from OpenQuilRender import (ZCommonRenderSettingsData, ZFnImageSource, ZFnRenderLayer,
                             ZFnRenderPass, ZLightLinks)
@@ -44,14 +46,14 @@ def name_of(node):
 def tell_members(layer):
     members = ZObjectArray()
     layer.listMembers(members)
-    print "members:", ", ".join(name_of(node) for node in members)
+    print("members:", ", ".join(name_of(node) for node in members))
     for node, attribute in [(node, "diffuse") for node in nodes_of("material")] + [
             (node, "intensity") for node in nodes_of("light")]:
         plug = ZPlug(node, attribute)
         if layer.isPlugAdjusted(plug):
             adjusted = layer.adjustmentPlug(plug)
             value = adjusted.asVector() if attribute == "diffuse" else adjusted.asDouble()
-            print "adjusts:", plug.name(), "to", value
+            print("adjusts:", plug.name(), "to", value)
 
 
 def tell_passes(layer):
@@ -61,9 +63,9 @@ def tell_passes(layer):
         render_pass = ZFnRenderPass(node)
         shown = [name_of(mesh) for mesh in nodes_of("mesh")
                  if layer.passHasObject(node, path_to(mesh))]
-        print "pass %s: %d channels of %s, shows %s" % (
+        print("pass %s: %d channels of %s, shows %s" % (
             render_pass.passID(), render_pass.frameBufferChannels(),
-            FORMATS[render_pass.frameBufferType()[0]], ", ".join(shown))
+            FORMATS[render_pass.frameBufferType()[0]], ", ".join(shown)))
 
 
 def tell_links():
@@ -77,9 +79,9 @@ def tell_links():
         lights, casts = ZDagPathArray(), ZDagPathArray()
         links.getLinkedLights(path, none, lights)
         links.getShadowLinkedLights(path, none, casts)
-        print "%s: lit by %s; casts shadows from %s" % (
+        print("%s: lit by %s; casts shadows from %s" % (
             path.fullPathName(), " ".join(each.fullPathName() for each in lights) or "nothing",
-            " ".join(each.fullPathName() for each in casts) or "nothing")
+            " ".join(each.fullPathName() for each in casts) or "nothing"))
 
 
 def tell_images():
@@ -87,7 +89,7 @@ def tell_images():
         extension = ZString()
         name = ZFnImageSource(node).getImageName(
             ZCommonRenderSettingsData.kRelativePath, 1, "", ZObject(), ZObject(), extension)
-        print "image source: %s (%s)" % (name, extension)
+        print("image source: %s (%s)" % (name, extension))
 
 
 def main():

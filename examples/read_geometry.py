@@ -81,10 +81,10 @@ def add_mesh(output, path):
     for vertex in indices(geometry):
         place = ZPoint(*positions[vertex]) * to_world
         normal = ZVector(*normals[vertex]).transformAsNormal(to_world)
-        place, normal = (place.x, place.y, place.z), (normal.x, normal.y, normal.z)
-        point = output.number('v', place, points[vertex])
+        point = output.number('v', (place.x, place.y, place.z), points[vertex])
         uv = output.number('vt', uvs[vertex], uvs[vertex]) if uvs else ''
-        corners.append('%d/%s/%d' % (point, uv, output.number('vn', normal, normal)))
+        direction = normal.x, normal.y, normal.z
+        corners.append('%d/%s/%d' % (point, uv, output.number('vn', direction, direction)))
     for i in range(0, len(corners), 3):
         output.lines.append('f ' + ' '.join(corners[i:i + 3]))
 

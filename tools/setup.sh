@@ -10,9 +10,9 @@
 #   5. Debian 11's python2.7-dev, on Debian 12
 #   6. one that pyenv builds, which takes minutes and a network
 #
-# Usage: setup.sh [--tests] [--bench] [--package] [--checks]
-#   Each installs also what the tests, the benchmark, packaging or the checking targets of the
-#   Makefile need.
+# Usage: setup.sh [--tests] [--bench] [--package] [--checks] [--farm]
+#   Each installs also what the tests, the benchmark, packaging, the checking targets of the Makefile
+#   or the check with a real Slurm need.
 #
 # Environment:
 #   PYTHON2      the python2.7 program to use; an error when it does not fit
@@ -34,8 +34,9 @@ readonly build_packages=(
 readonly test_packages=(libgtest-dev binutils help2man)
 readonly package_packages=(help2man dpkg-dev file)
 readonly bench_packages=(cython3 valgrind binutils)
+readonly farm_packages=(slurm-wlm munge)
 readonly check_packages=(
-    "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git shellcheck valgrind
+    "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git mypy shellcheck valgrind
 )
 readonly python_build_packages=(
     gcc make patch git curl ca-certificates xz-utils
@@ -262,7 +263,8 @@ for option in "$@"; do
     --bench) packages+=("${bench_packages[@]}") ;;
     --package) packages+=("${package_packages[@]}") ;;
     --checks) packages+=("${check_packages[@]}") ;;
-    *) die "usage: setup.sh [--tests] [--bench] [--package] [--checks]" ;;
+    --farm) packages+=("${farm_packages[@]}") ;;
+    *) die "usage: setup.sh [--tests] [--bench] [--package] [--checks] [--farm]" ;;
     esac
 done
 if have dpkg-query && have apt-get; then

@@ -232,6 +232,10 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                    "The file to write a timeline to, in the Chrome trace format");
     app.add_flag("--stats", options.stats,
                  "Tell at the end how often what was called, and how long it took");
+    app.add_flag(
+        "--guard", options.guard,
+        "Stop a script at the access where it leaves memory that it is lent, or comes back "
+        "to it too late, and tell whose it was");
     app.add_flag("--strict", options.strict,
                  "Whatever the scene or script asks for and is not honoured is an error");
     auto *quiet = app.add_flag("--quiet", options.quiet, "Tell errors only");

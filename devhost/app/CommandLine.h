@@ -48,6 +48,7 @@ struct Options {
     bool strict = false;
     std::string trace;
     bool stats = false;
+    bool guard = false;
     bool quiet = false;
     bool verbose = false;
     std::string progress = "auto";

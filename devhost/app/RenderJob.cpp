@@ -14,6 +14,7 @@
 #include "devhost/session/RenderSession.h"
 #include "devhost/session/UnmetSettings.h"
 #include "devhost/util/Notices.h"
+#include "devhost/util/Statuses.h"
 #include "devhost/util/Terminal.h"
 #include "devhost/util/Timeline.h"
 
@@ -26,11 +27,7 @@
 namespace quilhost {
 namespace {
 
-/// The text of a failed status, "(kFailure): the text", without its code's name.
-std::string withoutCode(const std::string &text) {
-    const size_t end = text.find("): ");
-    return end == std::string::npos ? text : text.substr(end + 3);
-}
+using devhost::withoutCode;
 
 std::string callOf(int frame) {
     return "render(" + std::to_string(frame) + ")";

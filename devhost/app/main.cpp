@@ -9,6 +9,7 @@
 #include "devhost/app/RenderJob.h"
 #include "devhost/app/TraceFile.h"
 #include "devhost/process/CrashReport.h"
+#include "devhost/util/GuardedMemory.h"
 #include "devhost/util/TemporaryName.h"
 #include "devhost/util/Terminal.h"
 #include "devhost/util/Timeline.h"
@@ -70,7 +71,7 @@ bool tellLeaks() {
 
 int main(int argc, char **argv) {
     using namespace quilhost;
-    devhost::startCrashReports(devhost::removeTemporaryFiles);
+    devhost::startCrashReports(devhost::explainAddress, devhost::removeTemporaryFiles);
     const SignalScope signals;
     int code = kOk;
     std::optional<Options> options;
@@ -79,6 +80,8 @@ int main(int argc, char **argv) {
         options = readCommandLine(argc, argv);
         if (!options)
             return kOk;
+        if (options->guard)
+            devhost::startGuard();
         if (options->stats || !options->trace.empty())
             devhost::startTimeline(!options->trace.empty());
         code = run(*options);

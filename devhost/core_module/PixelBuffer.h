@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "devhost/util/GuardedMemory.h"
 #include "devhost/util/KnownMemory.h"
 #include "host/render/ZRenderView.h"
-
-#include <vector>
 
 /// A fixed number of pixels for the render view, filled in bulk.
 class PixelBuffer {
@@ -16,6 +15,7 @@ class PixelBuffer {
     RV_PIXEL *data() { return pixels_.data(); }
 
   private:
-    std::vector<RV_PIXEL> pixels_;
+    static constexpr char kWhat[] = "the pixels of a PixelBuffer";
+    devhost::LentVector<RV_PIXEL, kWhat> pixels_;
     devhost::KnownMemory known_;
 };

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "devhost/core_module/blocks.h"
 
+#include "devhost/util/GuardedMemory.h"
 #include "devhost/util/KnownMemory.h"
 
 #include <Python.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
@@ -23,11 +25,25 @@ std::unordered_set<const void *> &blocks() {
     return *addresses;
 }
 
+constexpr char kBuffer[] = "a buffer that a script made";
+
+/// Only texts have an end behind the guarded ones.
+void *zeros(size_t size, size_t item_size) {
+    void *const guarded = devhost::openGuarded(item_size == 1 ? size + 1 : size,
+                                               std::min(item_size, kGuard), kBuffer);
+    return guarded ? guarded : std::calloc(size + kGuard, 1);
+}
+
+void release(void *address) {
+    if (!devhost::closeGuarded(address, "the buffer was deleted"))
+        std::free(address);
+}
+
 } // namespace
 
 void *make_block(size_t count, size_t item_size) {
     const bool too_long = count > (PTRDIFF_MAX - kGuard) / item_size;
-    void *address = too_long ? nullptr : std::calloc(count * item_size + kGuard, 1);
+    void *address = too_long ? nullptr : zeros(count * item_size, item_size);
     try {
         if (!address)
             throw std::bad_alloc();
@@ -35,7 +51,7 @@ void *make_block(size_t count, size_t item_size) {
         devhost::knowMemory(address, count * item_size);
     } catch (const std::bad_alloc &) {
         blocks().erase(address);
-        std::free(address);
+        release(address);
         PyErr_NoMemory();
         return nullptr;
     }
@@ -46,7 +62,7 @@ bool free_block(void *address) {
     if (!blocks().erase(address))
         return false;
     devhost::forgetMemory(address);
-    std::free(address);
+    release(address);
     return true;
 }
 

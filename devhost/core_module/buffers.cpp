@@ -146,6 +146,24 @@ long buffer_length(T &buffer) {
     return length_of(buffer);
 }
 
+/// "<FloatBuffer [1.0, 2.0]>", with the first items of a long one.
+template <class T>
+PyObject *buffer_representation(T &buffer, const char *name) {
+    constexpr long kMostShown = 8;
+    const long length = length_of(buffer);
+    if (length < 0)
+        return PyString_FromFormat("<%s of unknown length>", name);
+    const swig::SwigPtr_PyObject items(
+        make_list(std::min(length, kMostShown), [&](Py_ssize_t i) { return T((&buffer)[i]); }));
+    const swig::SwigPtr_PyObject text(items ? PyObject_Repr(items.get()) : nullptr);
+    if (!text)
+        return nullptr;
+    if (length <= kMostShown)
+        return PyString_FromFormat("<%s %s>", name, PyString_AS_STRING(text.get()));
+    return PyString_FromFormat("<%s of %ld items, the first are %s>", name, length,
+                               PyString_AS_STRING(text.get()));
+}
+
 /// The length, where something would need it that was not given; -1 with an exception set.
 template <class T>
 long known_length(const T &buffer) {

@@ -3,6 +3,7 @@
 
 #include "devhost/core_module/items.h"
 #include "devhost/core_module/raw_items.h"
+#include "devhost/core_module/scene_values.h"
 #include "devhost/util/KnownMemory.h"
 #include "host/core/ZImage.h"
 #include "host/core/ZImageFileInfo.h"

@@ -2,6 +2,7 @@
 // Extra layers for the render view.
 
 #include "devhost/core_module/element_buffer.h"
+#include "devhost/util/GuardedMemory.h"
 #include "devhost/util/KnownMemory.h"
 #include "host/render/ZRenderView.h"
 
@@ -27,13 +28,15 @@ class LayerBuffer {
     }
 
   private:
+    static constexpr char kLayers[] = "the layers of a LayerBuffer";
+    static constexpr char kValues[] = "the values of a layer in a LayerBuffer";
     struct Values {
-        std::vector<float> numbers;
+        devhost::LentVector<float, kValues> numbers;
         devhost::KnownMemory known;
         Values(const float *values, size_t count)
             : numbers(values, values + count), known(numbers.data(), count * sizeof(float)) {}
     };
-    std::vector<RV_AOV> layers_;
+    devhost::LentVector<RV_AOV, kLayers> layers_;
     std::vector<std::unique_ptr<Values>> values_;
 };
 

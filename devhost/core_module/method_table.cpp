@@ -19,6 +19,7 @@
     X(swatch_rows)       \
     X(viewport_rows)     \
     X(frame_rows)        \
+    X(node_type_rows)    \
     X(layer_buffer_rows)
 
 #define DECLARATION(family) extern const binding::Rows family;

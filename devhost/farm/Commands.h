@@ -14,6 +14,7 @@ int submit(const Arguments &arguments);
 int task(const Arguments &arguments);
 int check(const Arguments &arguments);
 int status(const Arguments &arguments);
+int assemble(const Arguments &arguments);
 int writeTemplate(const Arguments &arguments);
 
 } // namespace quilfarm

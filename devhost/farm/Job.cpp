@@ -76,9 +76,13 @@ std::string Pictures::tileOutput(unsigned tile) const {
     if (!tiles)
         return output;
     const fs::path path = output;
+    const auto pair = [](unsigned x, const std::string &between, unsigned y) {
+        return std::to_string(x) + between + std::to_string(y);
+    };
     return path.parent_path() /
-           (path.stem().string() + ".tile-" + std::to_string(tile % tiles->columns) + "-" +
-            std::to_string(tile / tiles->columns) + path.extension().string());
+           (path.stem().string() + ".tile-" +
+            pair(tile % tiles->columns, "-", tile / tiles->columns) + "-of-" +
+            pair(tiles->columns, "x", tiles->rows) + path.extension().string());
 }
 
 std::vector<std::string> Pictures::filesOf(int frame) const {

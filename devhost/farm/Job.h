@@ -35,6 +35,7 @@ struct Pictures {
 
     unsigned tileCount() const { return tiles ? tiles->count() : 1; }
     /// The name of a tile's files, with the places of the frame number; the output without tiles.
+    /// Tiles of another grid have other names.
     std::string tileOutput(unsigned tile) const;
     std::vector<std::string> filesOf(int frame) const;
 };

@@ -21,6 +21,7 @@ const struct {
     {"submit", submit, "submit frames as one job of many tasks"},
     {"status", status, "tell how far a job is"},
     {"check", check, "tell which pictures are there and whole"},
+    {"assemble", assemble, "put the tiles of pictures together"},
     {"template", writeTemplate, "write an Open Job Description template"},
     {"task", task, "render one task; engines call it"},
 };

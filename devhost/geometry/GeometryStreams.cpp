@@ -2,8 +2,10 @@
 #include "devhost/geometry/GeometryStreams.h"
 
 #include "devhost/geometry/VertexFrames.h"
+#include "devhost/util/GuardedMemory.h"
 
 #include <atomic>
+#include <cstring>
 #include <optional>
 #include <tuple>
 
@@ -47,6 +49,21 @@ constexpr ZGeometryData::ElementType elementType() {
     return std::is_same_v<T, float> ? ZGeometryData::kFloat : ZGeometryData::kUnsignedInt32;
 }
 
+constexpr char kStream[] = "a stream of a geometry";
+
+/// With the guard, scripts get a copy, which is closed when nobody uses the stream any more.
+void guardCopy(GeometryStream &stream, size_t bytes) {
+    void *const copy = bytes ? openGuarded(bytes, sizeof(float), kStream) : nullptr;
+    if (!copy)
+        return;
+    std::memcpy(copy, stream.data, bytes);
+    stream.data = copy;
+    // The mesh stays as well: streams are found by it.
+    stream.keeper = std::shared_ptr<const void>(copy, [of = stream.keeper](const void *address) {
+        closeGuarded(address, "the last handle to the stream was gone");
+    });
+}
+
 template <class T>
 StreamHandle streamOf(const std::vector<T> &values, std::shared_ptr<const void> keeper, int size) {
     auto stream = std::make_shared<GeometryStream>();
@@ -55,6 +72,7 @@ StreamHandle streamOf(const std::vector<T> &values, std::shared_ptr<const void> 
     stream->elementCount = unsigned(values.size() / size);
     stream->data = const_cast<T *>(values.data());
     stream->keeper = std::move(keeper);
+    guardCopy(*stream, values.size() * sizeof(T));
     return stream;
 }
 

@@ -2,6 +2,7 @@
 // Reading and writing of picture files with libpng and OpenEXR.
 #include "devhost/image/ImageIo.h"
 
+#include "devhost/image/ExrStream.h"
 #include "devhost/image/PngEncoder.h"
 #include "devhost/util/AtomicFile.h"
 
@@ -10,7 +11,6 @@
 #include <OpenEXR/ImfFloatAttribute.h>
 #include <OpenEXR/ImfFrameBuffer.h>
 #include <OpenEXR/ImfHeader.h>
-#include <OpenEXR/ImfIO.h>
 #include <OpenEXR/ImfInputFile.h>
 #include <OpenEXR/ImfOutputFile.h>
 #include <OpenEXR/ImfStringAttribute.h>
@@ -73,27 +73,6 @@ ZStatus checkReadable(const std::string &path) {
 struct PngImage : png_image {
     PngImage() : png_image() { version = PNG_IMAGE_VERSION; }
     ~PngImage() { png_image_free(this); }
-};
-
-/// Lets the EXR library write into the temporary.
-class ExrStream : public Imf::OStream {
-  public:
-    ExrStream(const std::string &path, std::FILE *stream)
-        : Imf::OStream(path.c_str()), stream_(stream) {}
-
-    void write(const char bytes[], int count) override {
-        if (std::fwrite(bytes, 1, static_cast<std::size_t>(count), stream_) !=
-            static_cast<std::size_t>(count))
-            throw std::runtime_error(std::strerror(errno));
-    }
-    uint64_t tellp() override { return static_cast<uint64_t>(ftello(stream_)); }
-    void seekp(uint64_t position) override {
-        if (fseeko(stream_, static_cast<off_t>(position), SEEK_SET) != 0)
-            throw std::runtime_error(std::strerror(errno));
-    }
-
-  private:
-    std::FILE *stream_;
 };
 
 half toHalf(float value) {

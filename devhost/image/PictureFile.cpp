@@ -22,13 +22,16 @@ constexpr auto kPngStart = "\x89PNG\r\n\x1a\n\0\0\0\rIHDR"sv;
 constexpr auto kPngEnd = "\0\0\0\0IEND\xae\x42\x60\x82"sv;
 constexpr auto kExrStart = "\x76\x2f\x31\x01"sv;
 
-/// A file that is read in places.
+/// A file that is read in places. Each call of the system counts, as there are many files.
 class Reader {
   public:
     explicit Reader(const std::string &path)
         : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
+        constexpr size_t kStart = 1024; // the header of an OpenEXR file of this host
         if (descriptor_ < 0 || fstat(descriptor_, &status_) != 0)
             error_ = errno;
+        else if (isRegular())
+            start_ = read(0, kStart);
     }
     ~Reader() {
         if (descriptor_ >= 0)
@@ -39,9 +42,12 @@ class Reader {
     int error() const { return error_; }
     bool isRegular() const { return S_ISREG(status_.st_mode); }
     uint64_t size() const { return static_cast<uint64_t>(status_.st_size); }
+    const std::string &start() const { return start_; }
 
     /// The bytes from a place on; fewer where the file ends.
-    std::string read(uint64_t place, size_t count) {
+    std::string read(uint64_t place, size_t count) const {
+        if (place + count <= start_.size())
+            return start_.substr(place, count);
         std::string bytes(place < size() ? std::min<uint64_t>(count, size() - place) : 0, '\0');
         const ssize_t got =
             pread(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(place));
@@ -53,6 +59,7 @@ class Reader {
     int descriptor_;
     int error_ = 0;
     struct stat status_ = {};
+    std::string start_;
 };
 
 uint32_t bigEndian(const char *bytes) {
@@ -71,7 +78,7 @@ Number littleEndian(std::string_view bytes) {
     return value;
 }
 
-PictureFile inspectPng(Reader &file, std::string_view start) {
+PictureFile inspectPng(const Reader &file, std::string_view start) {
     constexpr size_t kSizePlace = kPngStart.size();
     PictureFile picture;
     if (file.size() < kSizePlace + 8 + kPngEnd.size() ||
@@ -124,7 +131,7 @@ ExrExtent readExtent(std::string_view bytes) {
 }
 
 /// Where the file should end: behind the block that begins last. Zero where a block is missing.
-uint64_t expectedEnd(Reader &file, const ExrExtent &extent, size_t blocks) {
+uint64_t expectedEnd(const Reader &file, const ExrExtent &extent, size_t blocks) {
     const std::string table = file.read(extent.tablePlace, 8 * blocks);
     if (table.size() != 8 * blocks)
         return 0;
@@ -140,7 +147,7 @@ uint64_t expectedEnd(Reader &file, const ExrExtent &extent, size_t blocks) {
                              : 0;
 }
 
-PictureFile inspectExr(Reader &file, std::string_view start) {
+PictureFile inspectExr(const Reader &file, std::string_view start) {
     constexpr uint32_t kVersion = 2, kLongNames = 0x400;
     constexpr size_t kLargestHeader = 1 << 20;
     PictureFile picture;
@@ -165,14 +172,12 @@ PictureFile inspectExr(Reader &file, std::string_view start) {
 } // namespace
 
 PictureFile inspectPicture(const std::string &path) {
-    constexpr size_t kStart =
-        1024; // an OpenEXR header of this host, and its table where it is small
-    Reader file(path);
+    const Reader file(path);
     if (file.error())
         return {std::strerror(file.error())};
     if (!file.isRegular())
         return {"it is no regular file"};
-    const std::string start = file.read(0, kStart);
+    const std::string &start = file.start();
     if (start.starts_with(kPngStart))
         return inspectPng(file, start);
     if (start.starts_with(kExrStart) && start.size() >= kExrStart.size() + 4)

@@ -3,7 +3,7 @@
 
 #include "devhost/process/NativeSymbol.h"
 #include "devhost/process/PythonStack.h"
-#include "devhost/process/SafeText.h"
+#include "devhost/util/SafeText.h"
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -12,6 +12,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <iterator>
 
 namespace devhost {
 namespace {
@@ -30,42 +31,67 @@ constexpr struct {
                 {SIGABRT, "SIGABRT", false}};
 
 int output = STDERR_FILENO;
+ExplainAddress explainAccess = nullptr;
 void (*lastWork)() noexcept = nullptr;
+uintptr_t accessed = 0;            ///< what the processor could not access; 0 where that is not it
 std::atomic<pthread_t> reporter{}; ///< the thread that reports, once there is one
 
-void writeReport(int signal, const siginfo_t &info) {
+void writeSignal(int signal, const siginfo_t &info) {
     SafeText line;
     line << "quilhost: fatal signal ";
     for (const auto &each : kSignals)
         if (each.signal == signal) {
             line << each.name;
-            if (each.tellsAddress && info.si_code > 0) // from the processor, not from a process
-                line << " at address ", line.address(reinterpret_cast<uintptr_t>(info.si_addr));
+            if (each.tellsAddress && info.si_code > 0) { // from the processor, not from a process
+                accessed = reinterpret_cast<uintptr_t>(info.si_addr);
+                line << " at address ", line.address(accessed);
+            }
         }
     line.writeLine(output);
+}
+
+void writeAccess() {
+    SafeText line;
+    line << "  that is ";
+    if (accessed && explainAccess(line, accessed))
+        line.writeLine(output);
+}
+
+void writeFunction() {
+    SafeText line;
     line << "  in ";
     if (addRunningFunction(line))
         line.writeLine(output);
-    writePythonStack(output);
 }
+
+/// What is told behind the signal. A part that crashes itself, over a broken stack, ends with that,
+/// and the next one has its turn.
+void (*const kParts[])() = {writeAccess, writeFunction, [] { writePythonStack(output); },
+                            [] { lastWork(); }};
+volatile size_t nextPart = 0;
 
 extern "C" void reportAndEnd(int signal, siginfo_t *info, void *) {
     pthread_t none{};
     if (reporter.compare_exchange_strong(none, pthread_self())) {
-        writeReport(signal, *info);
-        lastWork();
-    } else if (none != pthread_self()) {
-        while (true) // the other thread's report ends this one
+        writeSignal(signal, *info);
+    } else {
+        while (none != pthread_self()) // the other thread's report ends this one
             pause();
     }
+    while (nextPart < std::size(kParts)) {
+        const size_t part = nextPart;
+        nextPart = part + 1;
+        kParts[part]();
+    }
     std::signal(signal, SIG_DFL);
-    raise(signal); // takes effect when the handler returns
+    raise(signal);
 }
 
 } // namespace
 
-void startCrashReports(void (*last)() noexcept) {
+void startCrashReports(ExplainAddress explain, void (*last)() noexcept) {
     static const AlternateStack stack;
+    explainAccess = explain;
     lastWork = last;
     const int copy = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3); // scripts may redirect it
     output = copy < 0 ? STDERR_FILENO : copy;
@@ -76,8 +102,10 @@ void startCrashReports(void (*last)() noexcept) {
         if ((earlier.sa_flags & SA_SIGINFO) || earlier.sa_handler != SIG_DFL)
             continue;
         action.sa_sigaction = reportAndEnd;
-        action.sa_flags = SA_SIGINFO | SA_ONSTACK;
+        action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_NODEFER;
         sigfillset(&action.sa_mask);
+        for (const auto &fatal : kSignals)
+            sigdelset(&action.sa_mask, fatal.signal);
         sigaction(each.signal, &action, nullptr);
     }
 }

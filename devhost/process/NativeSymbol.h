@@ -5,7 +5,7 @@
 // symbols is kept: the one that is wanted is read out of the library's file, with open, lseek and
 // read, and the loader is asked by the one function of its that takes no lock.
 
-#include "devhost/process/SafeText.h"
+#include "devhost/util/SafeText.h"
 
 namespace devhost {
 

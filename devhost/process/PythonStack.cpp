@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "devhost/process/PythonStack.h"
 
-#include "devhost/process/SafeText.h"
+#include "devhost/util/SafeText.h"
 
 #include <Python.h>
 #include <frameobject.h>

@@ -4,6 +4,7 @@
 // The depth maps that tell render callbacks about a light's shadows.
 
 #include "devhost/raytrace/Shading.h"
+#include "devhost/util/GuardedMemory.h"
 #include "host/core/ZMatrix.h"
 #include "host/core/ZPoint.h"
 #include "host/render/ZRenderShadowData.h"
@@ -12,10 +13,12 @@
 
 namespace devhost {
 
+inline constexpr char kShadowDepths[] = "the maps that shadow callbacks are lent (depthMaps)";
+
 /// Shadow data with the maps that its depthMaps points to.
 struct ShadowMaps {
     ZRenderShadowData data;
-    std::vector<float> depths;
+    LentVector<float, kShadowDepths> depths;
 };
 
 /// The size of one map in pixels, both ways.

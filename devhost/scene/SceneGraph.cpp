@@ -2,6 +2,8 @@
 // The scene graph: nodes, names, handles and attributes.
 #include "devhost/scene/SceneGraph.h"
 
+#include "devhost/scene/Attributes.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cmath>
@@ -33,65 +35,6 @@ unsigned nextGeneration() {
 unsigned long nextRevision() {
     static std::atomic<unsigned long> last{0};
     return ++last;
-}
-
-using FieldRef =
-    std::variant<std::monostate, bool *, int *, double *, std::string *, ZVector *, ZMatrix *>;
-
-/// The part of a node that an attribute name stands for.
-FieldRef builtInField(Node &node, const std::string &name) {
-    if (node.inHierarchy()) {
-        if (name == "visibility")
-            return &node.visible;
-        if (name == "matrix")
-            return &node.local;
-    }
-    if (auto camera = std::get_if<Camera>(&node.payload)) {
-        if (name == "verticalFieldOfView")
-            return &camera->verticalFieldOfView;
-        if (name == "horizontalFieldOfView")
-            return &camera->horizontalFieldOfView;
-        if (name == "filmAspect")
-            return &camera->filmAspect;
-        if (name == "nearClip")
-            return &camera->nearClip;
-        if (name == "farClip")
-            return &camera->farClip;
-        if (name == "orthographic")
-            return &camera->orthographic;
-        if (name == "orthographicWidth")
-            return &camera->orthographicWidth;
-        if (name == "imageName")
-            return &camera->imageName;
-    } else if (auto light = std::get_if<Light>(&node.payload)) {
-        if (name == "color")
-            return &light->color;
-        if (name == "intensity")
-            return &light->intensity;
-        if (name == "decay")
-            return &light->decay;
-        if (name == "innerCone")
-            return &light->innerCone;
-        if (name == "outerCone")
-            return &light->outerCone;
-    } else if (auto material = std::get_if<Material>(&node.payload)) {
-        if (name == "diffuse")
-            return &material->diffuse;
-        if (name == "specular")
-            return &material->specular;
-        if (name == "shininess")
-            return &material->shininess;
-        if (name == "emission")
-            return &material->emission;
-        if (name == "reflectivity")
-            return &material->reflectivity;
-        if (name == "opacity")
-            return &material->opacity;
-    } else if (auto texture = std::get_if<Texture>(&node.payload)) {
-        if (name == "fileTextureName")
-            return &texture->fileName;
-    }
-    return {};
 }
 
 /// Stores a value where the kinds agree; numbers and truth values convert to each other.

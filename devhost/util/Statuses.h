@@ -5,6 +5,8 @@
 
 #include "host/core/ZStatus.h"
 
+#include <string>
+
 namespace devhost {
 
 /// Hands a status to a caller who asked for it.
@@ -16,6 +18,12 @@ inline void report(ZStatus *ReturnStatus, const ZStatus &status) {
 /// The status for an argument that will not do.
 inline ZStatus invalid(const char *text) {
     return ZStatus(ZStatus::kInvalidParameter, text);
+}
+
+/// The text of a failed status, "(kFailure): the text", without its code's name.
+inline std::string withoutCode(const std::string &text) {
+    const size_t end = text.find("): ");
+    return end == std::string::npos ? text : text.substr(end + 3);
 }
 
 } // namespace devhost

@@ -35,7 +35,8 @@ struct OPENQUIL_API RV_AOV {
     /// The layer's name.
     ZString name;
     /// The layer's values for the block of pixels it comes with, in the same order,
-    /// numberOfChannels values per pixel. The memory stays the caller's: a layer never frees it.
+    /// numberOfChannels values per pixel; null until it is set. The memory stays the caller's: a
+    /// layer never frees it.
     float *pPixels = nullptr;
 };
 

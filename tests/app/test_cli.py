@@ -4,16 +4,15 @@ import ast
 import json
 import math
 import os
-import pty
+import shlex
 import shutil
-import signal
 import subprocess
 import sys
-import time
 import unittest
 
 from host import HostCase, LIMIT, TRIANGLE
 
+HERE = os.path.dirname(os.path.abspath(__file__))
 QUILHOST = os.path.abspath(sys.argv.pop(1))
 PYTHON2 = sys.argv.pop(1)
 
@@ -64,7 +63,7 @@ class Case(HostCase):
 
     def copy(self, name):
         """A scene that lies beside this file."""
-        shutil.copy(os.path.join(os.path.dirname(os.path.abspath(__file__)), name), self.folder)
+        shutil.copy(os.path.join(HERE, name), self.folder)
 
     def png(self, name):
         width, height, rows = ast.literal_eval(self.run_host("--python-expr", SHOW % name)[0])
@@ -84,44 +83,15 @@ class BadInput(Case):
             self.assertIn(word, err)
         self.assertEqual(self.files(), before)
 
-    def test_options(self):
-        png = ("--output", "a.png")
-        for words, arguments in [
-                ("nothing to do", ("tri.obj",)),
-                ("needs a scene", png),
-                ("--wrong", ("tri.obj", "--wrong") + png),
-                ("--resolution", ("tri.obj", "--resolution", "10", "99999") + png),
-                ("--threads", ("tri.obj", "--threads", "0") + png),
-                ("--quiet", ("tri.obj", "--quiet", "--verbose") + png),
-                ("--python", ("--python", "a.py", "--python-expr", "1")),
-                ("'5-1x0'|step", ("tri.obj", "--frames", "5-1x0") + png),
-                ("--region|640 x 480", ("tri.obj", "--region", "0", "640", "0", "9") + png),
-                ("--region", ("tri.obj", "--region", "5", "4", "0", "9") + png),
-                ("--samples", ("tri.obj", "--samples", "0") + png),
-                ("'width=5'|renumberStart", ("tri.obj", "--setting", "width=5") + png),
-                ("'renumberBy=x'|fit", ("tri.obj", "--setting", "renumberBy=x") + png),
-                ("--exr", ("tri.obj", "--exr", "double") + png),
-                ("viewport:NAME", ("tri.obj", "--renderer", "viewport:") + png),
-                ("a.png|####|3 frames", ("tri.obj", "--frames", "1-3") + png),
-                ("a.jpg|.png", ("tri.obj", "--output", "a.jpg")),
-        ]:
-            with self.subTest(arguments=arguments):
-                self.refuses(2, words, *arguments)
-
-    def test_files_and_names(self):
+    def test_mistakes(self):
         os.mkdir(os.path.join(self.folder, "folder.obj"))
         self.write("scene.abc", "?")
-        for words, arguments in [
-                ("scene 'no.obj' does not exist", ("no.obj", "--output", "a.png")),
-                ("folder.obj|folder", ("folder.obj", "--output", "a.png")),
-                ("scene.abc|.gltf", ("scene.abc", "--output", "a.png")),
-                ("script 'no.py' does not exist", ("--python", "no.py")),
-                ("script '.' is a folder", ("--python", ".")),
-                ("output folder 'no' does not exist", ("tri.obj", "--output", "no/a.png")),
-                ("'nobody'|persp", ("tri.obj", "--camera", "nobody", "--output", "a.png")),
-        ]:
+        with open(os.path.join(HERE, "refused.tsv"), encoding="utf-8") as table:
+            rows = [line.rstrip("\n").split("\t") for line in table if line[0] != "#"]
+        self.assertGreater(len(rows), 20)
+        for words, arguments in rows:
             with self.subTest(arguments=arguments):
-                self.refuses(2, words, *arguments)
+                self.refuses(2, words, *shlex.split(arguments))
 
     def test_damaged_scene(self):
         self.write("cut.gltf", '{"asset": {"version"')
@@ -180,6 +150,12 @@ print(sys.path[1])
                 self.assertEqual("Traceback" in err or "SyntaxError" in err,
                                  source.startswith(("raise", "this")), err)
 
+    def test_interrupt_while_python_starts(self):
+        self.write("sitecustomize.py", "import os, signal; os.kill(os.getpid(), signal.SIGINT)")
+        child = self.start("--python-expr", "print('on')", environment={"PYTHONPATH": self.folder})
+        self.assertEqual(child.communicate(timeout=LIMIT), ("", "quilhost: interrupted\n"))
+        self.assertEqual(child.returncode, 130)
+
     def test_render_function_is_called_for_every_frame(self):
         self.write("a.py", PICTURE + """
 import OpenQuilRender
@@ -232,13 +208,6 @@ ZRenderView.endRender()
         self.assertEqual(self.png("a.1.png"), (1, 1, [[255, 0, 0, 255]]))
         self.assertGreater(self.png("a.2.png")[2][1][7], 0)
         self.assertEqual(self.png("a.3.png"), (3, 3, [[0] * 12] * 3))
-
-    def test_names(self):
-        for name in ("a.%02d.png", "b.$F2.png", "c.##.png"):
-            self.run_host("tri.obj", "--resolution", "2", "2", "--output", name,
-                          "--frames", "8-10x2")
-        self.assertEqual(self.files(), ["%s.%s.png" % (a, b) for a in "abc" for b in ("08", "10")] +
-                         ["tri.obj"])
 
     def test_settings_are_obeyed_or_told(self):
         out, err = self.run_host(
@@ -310,28 +279,8 @@ def render(frame):
                 for name in pictures:
                     os.remove(os.path.join(self.folder, name))
 
-    def test_callbacks_that_nothing_calls_are_told(self):
-        script = ("--python", self.write("a.py", CALLBACK.format(body="pass")))
-        warning = "quilhost: nothing calls the render callbacks"
-        for told, arguments in [(True, ()), (False, ("--quiet",)), (False, ("--output", "a.png"))]:
-            out, err = self.run_host("tri.obj", "--resolution", "2", "2", *script + arguments)
-            self.assertEqual(warning in err, told, err)
-
 
 class HostRenders(Case):
-    def test_a_region(self):
-        self.write("a.py", CALLBACK.format(
-            body="print([getattr(data, name) for name in ('left', 'right', 'bottom', 'top', "
-                 "'xsize', 'ysize', 'resX', 'resY')])") + """
-from OpenQuil import UnsignedIntBuffer
-cells = [UnsignedIntBuffer(1) for _ in range(4)]
-r.ZRenderView.getRenderRegion(*cells)
-print([int(cell[0]) for cell in cells])
-""")
-        out, err = self.run_host("tri.obj", "--python", "a.py", "--resolution", "9", "9",
-                                 "--region", "3", "4", "2", "6", "--output", "a.png")
-        self.assertEqual(out, "[3, 4, 2, 6]\n[3, 4, 2, 6, 2, 5, 9, 9]\n")
-
     def test_lux_over_pi_times_exposure(self):
         # A square of the factor 0.5 squarely under 3 lux.
         self.copy("lit.gltf")
@@ -377,7 +326,8 @@ def render(frame):
 
     def test_threads_do_not_change_the_picture(self):
         for threads in ("1", "7"):
-            self.run_host("tri.obj", "--output", threads + ".png", "--threads", threads)
+            self.run_host("tri.obj", "--output", threads + ".png", "--threads", threads,
+                          "--resolution", "64", "48")
         self.assertEqual(self.png("1.png"), self.png("7.png"))
 
     @unittest.skipUnless("NO_THREADS" in os.environ, "cannot be preloaded")
@@ -400,6 +350,8 @@ def render(frame):
         self.assertEqual(limited(memory, "tri.obj", "--output", "b.png", "--resolution", "16000",
                                  "16000"), (3, "quilhost: not enough memory for the image\n"))
 
+
+class Told(Case):
     def test_frames_and_progress(self):
         out, err = self.run_host("tri.obj", "--frames", "8-10x2", "--output", "<Scene>.###.png",
                                  "--resolution", "16", "16", "--progress", "json")
@@ -430,24 +382,6 @@ def render(frame):
         self.assertEqual(err.splitlines()[-1],
                          "openjd_fail: with --strict, the notice is an error")
 
-    def test_bar_on_a_terminal(self):
-        try:
-            master, slave = pty.openpty()
-        except OSError as error:
-            self.skipTest("no terminal to be had: %s" % error)
-        child = subprocess.Popen([QUILHOST, "tri.obj", "--output", "a.png"], cwd=self.folder,
-                                 stderr=slave, stdin=subprocess.DEVNULL)
-        os.close(slave)
-        text = b""
-        try:
-            while True:
-                text += os.read(master, 65536)
-        except OSError:  # the other end is closed
-            os.close(master)
-        self.assertEqual(child.wait(LIMIT), 0)
-        self.assertIn(b"\r\x1b[K[", text)
-        self.assertTrue(text.rstrip().endswith(b"a.png"), text)
-
     def test_texts_of_others_do_not_steer_the_terminal(self):
         title, shown = "\\x1b]0;a\\x07\\nquilhost: b", "\\u001b]0;a\\u0007\\u000aquilhost: b"
         send = "import OpenQuilRender as r; r.ZRenderUtil.sendRenderProgressInfo('%s', 7)" % title
@@ -461,6 +395,8 @@ def render(frame):
                                  "r.ZFnRenderLayer.findLayerByName('%s')" % title, code=1)
         self.assertIn(shown, err)
 
+
+class Callbacks(Case):
     def test_failing_callback(self):
         both, raising = ["a.1.png", "a.2.png"], "raise %s('in the callback')"
         for body, error, code, reports, pictures in [
@@ -571,41 +507,6 @@ class Moving(Case):
         script += "; q.Frames.render('b.png'); q.Frames.render('b.png')"
         out, err = self.run_host("tri.obj", "--python-expr", script + "; raise ValueError", code=1)
         self.assertEqual(err.count(notice), 1)
-
-
-class Interrupts(Case):
-    def interrupts(self, script, *arguments):
-        self.write("a.py", script)
-        child = self.start("tri.obj", "--python", "a.py", "--output", "a.png", *arguments)
-        try:
-            # The script tells when it is time.
-            self.assertEqual(child.stdout.readline(), "now\n")
-            time.sleep(0.2)
-            child.send_signal(signal.SIGINT)
-            out, err = child.communicate(timeout=LIMIT)
-        finally:
-            child.kill()
-            child.wait()
-        self.assertEqual(child.returncode, 130, err)
-        self.assertEqual(err.splitlines()[-1], "quilhost: interrupted")
-        self.assertEqual(self.files(), ["a.py", "tri.obj"])
-
-    def test_in_the_render(self):
-        self.interrupts("import sys\nprint('now')\nsys.stdout.flush()", "--resolution", "16000",
-                        "16000", "--threads", "1")
-
-    def test_while_python_starts(self):
-        self.write("sitecustomize.py", "import os, signal; os.kill(os.getpid(), signal.SIGINT)")
-        child = self.start("--python-expr", "print('on')", environment={"PYTHONPATH": self.folder})
-        self.assertEqual(child.communicate(timeout=LIMIT), ("", "quilhost: interrupted\n"))
-        self.assertEqual(child.returncode, 130)
-
-    def test_in_a_callback(self):
-        self.interrupts(CALLBACK.format(body="""
-        import sys, time
-        print('now')
-        sys.stdout.flush()
-        time.sleep(60)"""), "--resolution", "9", "9")
 
 
 if __name__ == "__main__":

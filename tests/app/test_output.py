@@ -77,14 +77,20 @@ sys.stderr.write(u"\\u4e2d\\n")
 
 
 class TerminationTest(HostCase):
-    def terminates(self, source, *arguments):
+    def ends(self, number, code, source, *arguments):
         child = self.start("tri.obj", "--output", "a.png", "--quiet", "--python",
                            self.write("a.py", WAIT + source), *arguments)
         self.assertEqual(child.stdout.readline(), "now\n")
-        child.send_signal(signal.SIGTERM)
+        child.send_signal(number)
         out, err = child.communicate(timeout=LIMIT)
-        self.assertEqual((child.returncode, err), (143, "quilhost: terminated\n"))
-        self.assertEqual(self.files(), ["a.py", "tri.obj"])
+        self.assertEqual((child.returncode, self.files()), (code, ["a.py", "tri.obj"]), err)
+        return out, err
+
+    def terminates(self, *arguments):
+        out, err = self.ends(signal.SIGINT, 130, *arguments)
+        self.assertEqual(err.splitlines()[-1], "quilhost: interrupted")
+        out, err = self.ends(signal.SIGTERM, 143, *arguments)
+        self.assertEqual(err, "quilhost: terminated\n")
         return out
 
     def test_in_a_script(self):

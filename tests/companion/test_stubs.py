@@ -24,10 +24,15 @@ LINES = {
                               'def pPixels(self) -> Optional[OpenQuil.FloatBuffer]:'],
     'OpenQuilRender.ZRenderView': [
         'def updatePixels(left: int, right: int, bottom: int, top: int, '
-        'pPixels: Optional[RV_PIXEL], isHdr: bool=False, numberOfAOVs: int=0, '
-        'pAOVs: Optional[RV_AOV]=None) -> None:', 'def className() -> str:'],
+        'pPixels: Union[RV_PIXEL, OpenQuil.PixelBuffer, None], isHdr: bool=False, '
+        'numberOfAOVs: int=0, pAOVs: Union[RV_AOV, OpenQuil.LayerBuffer, None]=None) -> None:',
+        'def className() -> str:'],
     'OpenQuilRender.ZRenderShadowData': ['kSpot: int', 'def lightType(self, value: int) -> None:',
-                                         'def internalData(self) -> Any:'],
+                                         'def internalData(self) -> Any:',
+                                         'def depthMaps(self) -> OpenQuil.FloatBuffer:',
+                                         'def midDistMaps(self) -> '
+                                         'Optional[OpenQuil.FloatBuffer]:'],
+    'OpenQuilRender.ZHardwareRenderer': ['def theRenderer() -> ZHardwareRenderer:'],
 }
 
 

@@ -10,7 +10,6 @@ for name in sorted(['_OpenQuil', '_OpenQuilRender'], key=lambda n: n != FIRST):
     importlib.import_module(name)
 
 import _OpenQuil
-import _OpenQuilRender
 import OpenQuil
 import OpenQuilRender
 

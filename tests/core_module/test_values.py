@@ -83,6 +83,48 @@ class Arithmetic(unittest.TestCase):
             for wrong in range(15), [[1, 2, 3]] * 4:
                 self.assertRaises(ValueError, cls, wrong)
 
+    def test_lengths_and_normals(self):
+        for cls in VECTORS:
+            self.assertEqual((cls(2, 3, 6).length(), cls().normal()), (7, cls()))
+            self.assertTrue(cls(0, 3, 4).normal().isEquivalent(cls(0, 0.6, 0.8)))
+            for size in 1e-30, 1e30:  # their squares are out of range of floats
+                self.assertAlmostEqual(cls(0, 3 * size, 4 * size).length() / size, 5, 5)
+                self.assertAlmostEqual(cls(0, 3 * size, 4 * size).normal()[1], 0.6, 6)
+
+    def test_inverses_and_weights(self):
+        for cls, (point, vector) in zip(MATRICES, POINTS):
+            move = cls([2, 0, 0, 0, 0, 4, 0, 0, 0, 0, 8, 0, 1, 2, 3, 1])
+            back = cls([.5, 0, 0, 0, 0, .25, 0, 0, 0, 0, .125, 0, -.5, -.5, -.375, 1])
+            lens = cls([1, 0, 0, 0, 0, 1, 0, 0, 0, 0, -1, -1, 0, 0, -2, 0])
+            flat = cls([1, 2, 0, 0, 2, 4, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1])
+            self.assertTrue(move.inverse().isEquivalent(back))
+            self.assertTrue((lens * lens.inverse()).isEquivalent(cls()))
+            self.assertEqual((move.det4x4(), lens.det3x3(), move.transpose()(0, 3)), (64, -1, 1))
+            self.assertTrue(flat.isSingular() and flat.inverse() == cls())
+            self.assertEqual(vector(1, 1, 1) * move, vector(2, 4, 8))  # a direction does not move
+            self.assertTrue(vector(1, 1, 0).transformAsNormal(move).isEquivalent(
+                vector(2, 1, 0).normal()))
+            seen = point(1, 2, -2) * lens
+            self.assertEqual(tuple(seen), (1, 2, 0, 2))
+            self.assertEqual(seen - point(0, 0, 0), vector(0.5, 1, 0))
+            self.assertEqual(seen + vector(1, 1, 1), point(1.5, 2, 1))
+            seen.cartesianize()
+            self.assertEqual(tuple(seen), (0.5, 1, 0, 1))
+
+    def test_boxes(self):
+        box = ZBoundingBox()
+        box.expand(ZBoundingBox())
+        self.assertTrue(box.isEmpty())
+        for corner in (1, 5, 2), (3, 2, 8):
+            box.expand(ZPoint(*corner))
+        self.assertEqual((box.min(), box.max()), (ZPoint(1, 2, 2), ZPoint(3, 5, 8)))
+        self.assertEqual([box.contains(ZPoint(3, 5, z)) for z in (8, 8.01)], [True, False])
+        beside = ZBoundingBox(ZPoint(4, 2, 2), ZPoint(5, 5, 5))
+        self.assertEqual([box.intersects(beside, gap) for gap in (0.5, 1)], [False, True])
+        box.transformUsing(ZQuaternion(math.pi / 2, ZVector(0, 0, 1)).asMatrix())
+        self.assertTrue(box.min().isEquivalent(ZPoint(-5, 1, 2)))
+        self.assertTrue(box.max().isEquivalent(ZPoint(-2, 3, 8)))
+
     def test_colors_and_times(self):
         a, b = ZColor(0.5, 0.25, 1, 0.5), ZColor(0.5, 0.5, 0.5)
         self.assertEqual(map(list, (a + b, a * b, 2 * a)),
@@ -97,6 +139,17 @@ class Arithmetic(unittest.TestCase):
 
 
 class Rotations(unittest.TestCase):
+    def test_quaternions(self):
+        around_z, around_x = [ZQuaternion(math.pi / 2, ZVector(*axis))
+                              for axis in ((0, 0, 2), (1, 0, 0))]
+        turn = ZMatrix([0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1])
+        self.assertTrue(around_z.asMatrix().isEquivalent(turn))
+        # x to y around z, then y to z around x.
+        self.assertTrue(ZVector(1, 0, 0).rotateBy(around_z * around_x).isEquivalent(
+            ZVector(0, 0, 1)))
+        self.assertTrue(ZQuaternion(around_x.asMatrix()).isEquivalent(around_x))
+        self.assertTrue((around_x * around_x.inverse()).isEquivalent(ZQuaternion()))
+
     def test_euler_is_a_product_of_axis_rotations(self):
         def about(axis, angle):
             c, s = math.cos(angle), math.sin(angle)

@@ -17,7 +17,8 @@ class Case(unittest.TestCase):
     def setUp(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="quilfarm_")).resolve()
         self.addCleanup(shutil.rmtree, self.folder)
-        shutil.copy(ROOT / "examples/scenes/reed.gltf", self.folder / "reed.gltf")
+        for name in ("reed.gltf", "layers.gltf"):
+            shutil.copy(ROOT / "examples/scenes" / name, self.folder)
 
     def run_program(self, *words, code=0, folder=None, **environment):
         child = subprocess.run([str(word) for word in words], cwd=folder or self.folder,

@@ -130,7 +130,7 @@ class Local(Case):
                          ({b"local-1\n", b"local-2\n"}, [0, 0]))
         self.farm("check", "--frames", "1-6", "--output", "#.exr", *SMALL)
         self.assertEqual(self.files(), ["%d.exr" % frame for frame in range(1, 7)] +
-                         ["quilfarm.jobs", "reed.gltf"])
+                         ["layers.gltf", "quilfarm.jobs", "reed.gltf"])
 
 
 class Checks(Case):
@@ -148,6 +148,53 @@ class Checks(Case):
         self.farm("check", "--frames", "1-2,5-7", *name, *SMALL)
         out, err = self.farm("check", *name, "--resolution", "24", "32", code=3)
         self.assertIn("32 x 24", out)
+
+
+class Tiles(Case):
+    def setUp(self):
+        super().setUp()
+        for folder in ("one", "farm"):
+            (self.folder / folder).mkdir()
+
+    def render(self, name, tiles, *words):
+        self.host("layers.gltf", "--output", "one/" + name, *words)
+        self.farm("submit", "layers.gltf", "--engine", "local", "--jobs", "2", "--chunk", "2",
+                  "--tiles", tiles, "--output", "farm/" + name, *words)
+
+    def test_tiles_make_the_same_picture(self):
+        # No side is a multiple of its tiles; EXR pictures have the layers of colours and depths.
+        for name, tiles, words in [
+                ("##.exr", "3x4", ("--frames", "1-3", "--resolution", "101", "67")),
+                ("a.exr", "2x3", ("--resolution", "90", "80", "--region", "3", "60", "9", "75")),
+                ("a.png", "4x1", ("--resolution", "53", "34"))]:
+            with self.subTest(name=name):
+                self.render(name, tiles, *words)
+                job = ("--tiles", tiles, "--output", "farm/" + name) + words[:2] * ("#" in name)
+                self.farm("check", *job)
+                self.farm("assemble", *job)
+        for tile in (self.folder / "farm").glob("*tile*"):
+            tile.unlink()
+        self.assert_same_pictures("farm", "one", 5)
+
+    def test_tiles_that_do_not_fit(self):
+        self.render("a.exr", "2x2", *SMALL)
+        job = ("assemble", "--output", "farm/a.exr", "--tiles")
+        tile = self.folder / "farm/a.tile-1-0-of-2x2.exr"
+        whole = tile.read_bytes()
+        left = (self.folder / "farm/a.tile-0-0-of-2x2.exr").read_bytes()
+        other = whole.replace(b"Z\0\2", b"z\0\2")  # another channel
+        for words, contents in [("missing (1)", None), ("damaged (1)", whole[:-1]),
+                                ("channels", other),
+                                ("not beside", left)]:
+            tile.unlink(missing_ok=True)
+            if contents is not None:
+                tile.write_bytes(contents)
+            out, err = self.farm(*job, "2x2", code=3)
+            self.assertIn(words, err)
+            self.assertNotIn("a.exr", self.files("farm"))
+        tile.write_bytes(whole)
+        self.farm(*job, "1x2", code=3)
+        self.farm(*job, "2x2")
 
 
 class Slurm(Case):

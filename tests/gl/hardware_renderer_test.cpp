@@ -93,18 +93,6 @@ TEST_F(HardwareRenderer, AFailingProcedureIsReportedAndTheFrameGoesOn) {
     EXPECT_EQ(executed, 1);
 }
 
-TEST_F(HardwareRenderer, DefaultShapesAreCounted) {
-    unsigned streams = 0, count = 0, cell = 0, *indices = &cell;
-    const auto cube = ZHardwareRenderer::kDefaultCube;
-    ZGeometryData *data = renderer().referenceDefaultGeometry(cube, streams, indices, count);
-    ASSERT_TRUE(data && indices);
-    EXPECT_EQ(std::pair(streams, count), std::pair(3u, 36u));
-    EXPECT_EQ(data[2].elementCount(), 24u);
-    EXPECT_EQ(renderer().referenceDefaultGeometry(cube, streams, indices, count), data);
-    for (const bool error : {false, false, true})
-        EXPECT_EQ(renderer().dereferenceGeometry(data, streams).error(), error);
-}
-
 TEST_F(HardwareBuffers, ProceduresDrawIntoTheFrame) {
     Procedure green([] { return clear(0, 1, 0), true; });
     Procedure left([] { // turns to a swatch and leaves it current

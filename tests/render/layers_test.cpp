@@ -63,37 +63,6 @@ class LayersTest : public SceneTest {
 
 } // namespace
 
-TEST_F(LayersTest, WrongFilesAreToldWithTheirPlace) {
-    const std::pair<const char *, const char *> cases[] = {
-        {R"({"layers": [)", "line 1, column 13"},
-        {R"({"layer": []})", "there is nothing called 'layer' here"},
-        {R"({"layers": [{"name": 5}]})", "layers[0].name: a text is expected"},
-        {R"({"layers": [{"name": "roof"}]})", "there is a node 'roof' already"},
-        {R"({"layers": [{"name": "a", "members": ["floor", "cup"]}]})",
-         "layers[0].members[1]: there is no node 'cup'"},
-        {R"({"layers": [{"name": "a", "parent": "roof"}]})",
-         "layers[0].parent: 'roof' is no render"},
-        {R"({"layers": [{"name": "a", "adjustments": {"roof.matrix": 1}}]})",
-         "cannot have this value"},
-        {R"({"layers": [{"name": "defaultRenderLayer", "members": []}]})", "passes only"},
-        {R"({"passes": [{"name": "p", "implementation": "sound"}]})",
-         "passes[0].implementation: there is no implementation 'sound'"},
-        {R"({"passes": [{"name": "p", "objects": {}}]})", "one of 'only' and 'except'"},
-        {R"({"imageSources": [{"name": "i", "camera": "roof"}]})", "'roof' is no camera"},
-        {R"({"lightLinks": [{"light": "roof"}]})", "lightLinks[0].light: 'roof' is no light"},
-    };
-    ASSERT_TRUE(open("{}"));
-    const unsigned long before = scene().revision();
-    for (const auto &[file, wrong] : cases) {
-        const ZStatus status = open(file);
-        const std::string text = status.errorString().asChar();
-        EXPECT_EQ(status.statusCode(), ZStatus::kFailure) << file;
-        EXPECT_NE(text.find("room.layers.json: "), std::string::npos) << text;
-        EXPECT_NE(text.find(wrong), std::string::npos) << text;
-        EXPECT_EQ(scene().revision(), before) << "the scene stays";
-    }
-}
-
 TEST(FreshProcess, HasTheDefaultLayerBeforeAnySceneIsMade) {
     testing::FLAGS_gtest_death_test_style = "threadsafe"; // in a process of its own
     EXPECT_EXIT(std::exit(ZFnRenderLayer::defaultRenderLayer().isNull()),

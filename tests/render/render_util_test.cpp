@@ -163,7 +163,6 @@ TEST_F(UtilTest, LayeredPicturesAreConverted) {
 TEST_F(UtilTest, ShadingNetworksAreSampledByName) {
     ZFloatArray u, v;
     ZFloatPointArray points;
-    ZFloatVectorArray normals(4, ZFloatVector(0, 1, 0));
     for (int at = 0; at < 4; ++at) {
         u.append(0.25f + float(at % 2) * 0.5f);
         v.append(at < 2 ? 0.25f : 1.25f);
@@ -172,43 +171,24 @@ TEST_F(UtilTest, ShadingNetworksAreSampledByName) {
     ZFloatMatrix camera;
     camera.matrix[3][1] = -5;
     ZFloatVectorArray colors, clear;
-    const auto sample = [&](const char *name, ZFloatPointArray *at, ZFloatArray *us,
-                            ZFloatVectorArray *ns) {
-        return ZRenderUtil::sampleShadingNetwork(name, 4, false, false, camera, at, us, &v, ns,
+    const auto sample = [&](const char *name, ZFloatPointArray *at, ZFloatArray *us) {
+        return ZRenderUtil::sampleShadingNetwork(name, 4, false, false, camera, at, us, &v, nullptr,
                                                  nullptr, nullptr, nullptr, nullptr, colors, clear);
     };
-    ASSERT_TRUE(sample("four", nullptr, &u, nullptr));
+    ASSERT_TRUE(sample("four", nullptr, &u));
     EXPECT_TRUE(near(clear[0], ZVector(0, 0, 0)));
-    ASSERT_TRUE(sample("paint", nullptr, &u, nullptr)) << "not lit: the colour times the texture";
+    ASSERT_TRUE(sample("paint", nullptr, &u)) << "not lit: the colour times the texture";
     EXPECT_TRUE(near(colors[1], ZVector(0, 0.5, 0)));
     EXPECT_TRUE(near(clear[1], ZVector(0.25, 0.25, 0.25)));
-    ASSERT_TRUE(sample("checker", nullptr, &u, nullptr));
+    ASSERT_TRUE(sample("checker", nullptr, &u));
     EXPECT_TRUE(near(colors[0], ZVector(1, 1, 1)));
     EXPECT_TRUE(near(colors[2], ZVector(0, 0, 0))) << "one square further up";
-    ASSERT_TRUE(sample("noise", &points, nullptr, nullptr));
+    ASSERT_TRUE(sample("noise", &points, nullptr));
     EXPECT_EQ(colors[2].x, ZRenderUtil::noise3(0.6f, 5, 0));
 
-    // Lit from the side at 60 degrees.
-    newScene();
-    scene().clear();
-    Light sun;
-    sun.intensity = std::numbers::pi;
-    const NodeId lamp = scene().add("light", "lamp", sun);
-    Material matte;
-    matte.diffuse = ZVector(0.5, 0.25, 1);
-    scene().add("material", "matte", matte);
-    scene().edit(lamp)->local[2][0] = -std::sqrt(0.75);
-    scene().edit(lamp)->local[2][1] = 0.5;
-    scene().edit(lamp)->local[2][2] = 0;
-    camera.matrix[3][1] = 5; // the camera is above the points
-    for (unsigned at = 0; at < 4; ++at)
-        points[at] = ZFloatPoint(float(at), -5, 0);
-    ASSERT_TRUE(sample("matte", &points, nullptr, &normals));
-    EXPECT_TRUE(near(colors[2], matte.diffuse * 0.5));
-
-    EXPECT_EQ(sample("noise", nullptr, &u, nullptr).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(sample("noise", nullptr, &u).statusCode(), ZStatus::kInvalidParameter);
     u.remove(3);
-    EXPECT_EQ(sample("checker", nullptr, &u, nullptr).statusCode(), ZStatus::kInvalidParameter);
+    EXPECT_EQ(sample("checker", nullptr, &u).statusCode(), ZStatus::kInvalidParameter);
     EXPECT_EQ(colors.length(), 4u) << "untouched by failures";
 }
 

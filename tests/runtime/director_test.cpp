@@ -2,14 +2,12 @@
 // Python classes that override the host's callbacks.
 
 #include "devhost/process/InterpreterGate.h"
-#include "devhost/process/ReportedExceptions.h"
 #include "runtime/module_types.h"
 #include "tests/runtime/python_fixture.h"
 #include "wrappers/render/render_callback_director.h"
 
 #include <memory>
 #include <thread>
-#include <vector>
 
 using namespace binding;
 
@@ -35,9 +33,6 @@ def make(action):
     callback = Callback()
     callback.action = action
     return callback
-def throw(exception): raise exception
-class Untrue(object):
-    def __nonzero__(self): raise ValueError('no truth')
 )");
     }
 };
@@ -49,31 +44,11 @@ ZRenderCallback *native(const char *expression) {
     return static_cast<ZRenderCallback *>(pointer);
 }
 
-/// One of the three callbacks, on data of its own.
-bool call(ZRenderCallback &callback, int which) {
-    static ZRenderData data;
-    static ZRenderShadowData shadow;
-    return which == 0   ? callback.shadowCastCallback(shadow)
-           : which == 1 ? callback.renderCallback(data)
-                        : callback.postProcessCallback(data);
+bool call(ZRenderCallback &callback) {
+    return callback.renderCallback(ZRenderData());
 }
 
 } // namespace
-
-TEST_F(Director, ForwardsCallsAndReportsExceptions) {
-    run("good, bad = make(lambda d: 'no'), make(lambda d: throw(SystemExit(3)))");
-    for (int which : {0, 1, 2}) {
-        const Py_ssize_t count = eval("good").count();
-        EXPECT_TRUE(call(*native("good"), which));
-        EXPECT_EQ(eval("good").count(), count);
-        const unsigned reported = devhost::reportedExceptions();
-        testing::internal::CaptureStderr();
-        EXPECT_FALSE(call(*native("bad"), which));
-        EXPECT_NE(testing::internal::GetCapturedStderr().find("SystemExit"), std::string::npos);
-        EXPECT_EQ(devhost::reportedExceptions(), reported + 1);
-    }
-    run("sys.exc_clear(); sys.last_traceback = None");
-}
 
 TEST_F(Director, MethodsAreFoundAsTheInstanceFindsThem) {
     run(R"(
@@ -90,13 +65,13 @@ hidden.renderCallback = lambda d: True
 found = [CallableObject(), Intercepted(), hidden]
 )");
     for (const char *callback : {"found[0]", "found[1]", "found[2]"})
-        EXPECT_TRUE(call(*native(callback), 1)) << callback;
+        EXPECT_TRUE(call(*native(callback))) << callback;
     run("del found, hidden");
 }
 
 TEST_F(Director, FailsWithoutAnInstance) {
     SwigDirector_ZRenderCallback none(nullptr);
-    EXPECT_THROW(call(none, 1), Swig::DirectorException);
+    EXPECT_THROW(call(none), Swig::DirectorException);
     EXPECT_EQ(pending(), "RuntimeError: 'self' uninitialized, maybe you forgot to call "
                          "ZRenderCallback.__init__.");
     const KeepsEarlierException earlier;
@@ -116,7 +91,7 @@ TEST_F(Director, AnInstanceWithoutWeakReferencesIsHeld) {
             director->swig_disown();
         bare.drop();
         expect({{"Bare.died", "[]"}});
-        EXPECT_TRUE(call(*director, 1));
+        EXPECT_TRUE(call(*director));
         director.reset();
         expect({{"Bare.died", "[1]"}});
         run("del Bare.died[:]");
@@ -143,35 +118,4 @@ TEST_F(Director, NothingIsLetGoOfOnceTheInterpreterEnds) {
         EXPECT_GT(before, 0);
         EXPECT_EQ(after, before);
     });
-}
-
-TEST_F(Director, NativeThreadsCallWhileTheMainThreadHasReleasedTheLock) {
-    run(R"(
-seen = []
-good = make(lambda d: seen.append(captured()) or True)
-untrue = make(lambda d: Untrue())
-kept = make(lambda d: True)
-kept.this.disown()
-_r.disown_ZRenderCallback(kept)
-watch = weakref.ref(kept)
-)");
-    ZRenderCallback *good = native("good"), *untrue = native("untrue"), *kept = native("kept");
-    run("del kept");
-    PyThreadState *state = PyEval_SaveThread();
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&, i] {
-            for (int round = 0; round < 25; ++round) {
-                EXPECT_TRUE(call(*good, (i + round) % 3));
-                EXPECT_THROW(call(*untrue, 1), Swig::DirectorTypeMismatchException);
-            }
-        });
-    for (std::thread &thread : threads)
-        thread.join();
-    std::thread([&] { delete kept; }).join();
-    EXPECT_EQ(getLockCaptureCount(), 0);
-    PyEval_RestoreThread(state);
-    expect({{"(seen[0], len(seen))", "(1, 100)"}, {"watch()", "None"}});
-    run("del good, untrue");
 }

@@ -21,16 +21,6 @@ namespace {
 class Edges : public pytest::Test {};
 } // namespace
 
-TEST_F(Edges, ResultCodesChooseExceptions) {
-    PyObject *const types[] = {PyExc_RuntimeError,      PyExc_RuntimeError,  PyExc_IOError,
-                               PyExc_RuntimeError,      PyExc_IndexError,    PyExc_TypeError,
-                               PyExc_ZeroDivisionError, PyExc_OverflowError, PyExc_SyntaxError,
-                               PyExc_ValueError,        PyExc_SystemError,   PyExc_AttributeError,
-                               PyExc_MemoryError,       PyExc_RuntimeError};
-    for (int code = 0; code < 14; ++code)
-        EXPECT_EQ(SWIG_Python_ErrorType(-code), types[code]) << code;
-}
-
 TEST_F(Edges, ArgumentsThatAreNoTuple) {
     PyObject *objects[3];
     EXPECT_EQ(SWIG_Python_UnpackTuple(nullptr, "f", 0, 0, objects), 1);

@@ -18,7 +18,7 @@
 //   expect WHAT: numbers    as `look` of loading_test.cpp finds them
 //   notice TEXT             what is told, in this order
 //   refused WORDS           the reason for which it is not loaded
-//   define NAME             before the cases: lines up to the next empty one
+//   define NAME             what to use: the lines up to the next empty one
 //   use NAME                puts them in
 
 #include "tests/scene/gltf_file.h"

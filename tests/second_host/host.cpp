@@ -11,7 +11,6 @@
 #include "host/core/ZStringArray.h"
 #include "host/render/ZHardwareRenderer.h"
 #include "host/render/ZRenderCallback.h"
-#include "host/render/ZRenderProfile.h"
 #include "host/render/ZRenderUtil.h"
 #include "host/render/ZRenderView.h"
 
@@ -210,23 +209,6 @@ ZStatus ZRenderView::startRender(unsigned width, unsigned height, bool, bool) {
 
 ZStatus ZRenderView::endRender() {
     return {ZStatus::kUnknownParameter, "nobody sees this"};
-}
-
-struct ZRenderProfile::Entries : std::map<std::string, float> {};
-
-ZRenderProfile::ZRenderProfile() : entries_(new Entries) {}
-
-ZRenderProfile::~ZRenderProfile() {
-    delete entries_;
-}
-
-void ZRenderProfile::addRenderer(ZString const &name, float version) {
-    (*entries_)[name.asChar()] = version;
-}
-
-bool ZRenderProfile::hasRenderer(ZString const &name, float version) const {
-    const auto found = entries_->find(name.asChar());
-    return found != entries_->end() && found->second == version;
 }
 
 ZHardwareRenderer::ZHardwareRenderer() {}

@@ -75,14 +75,6 @@ class SecondHost(unittest.TestCase):
         self.assert_raises(RuntimeError, 'no file “missing”', relative, u'missing')
         self.assertEqual(m.ZRenderView_endRender(), 'unknown')
 
-    def test_objects(self):
-        profile = m.new_ZRenderProfile()
-        m.ZRenderProfile_addRenderer(profile, u'r\xe9el', 2)
-        self.assertEqual([m.ZRenderProfile_hasRenderer(profile, name, 2.0)
-                          for name in (u'r\xe9el', 'r\xc3\xa9el', u'reel')], [True, True, False])
-        m.delete_ZRenderProfile(profile)
-        self.assertFalse(profile.own())
-
     def test_callbacks(self):
         made = [Callback(answer) for answer in (lambda *_: 'yes', lambda *_: None, upcall, fail)]
         for priority, callback in enumerate(made):

@@ -16,7 +16,7 @@ class Buffer {
     Buffer(PyObject *memory, unsigned int count);
     /// Returns the number of items; -1 where it is not known.
     long length() const;
-    /// Returns the item at the index. Raises IndexError when there is none.
+    /// Returns the item at the index; a null pointer is None. Raises IndexError when there is none.
     Item get(long index) const;
     /// Replaces the item at the index. Raises IndexError when there is none.
     void set(long index, PyObject *value);
@@ -29,8 +29,8 @@ class Buffer {
     void write(long start, PyObject *data);
     /// Returns the number of items. Raises TypeError where it is not known.
     long __len__() const;
-    /// Returns the item at the index, or the items of a slice as read() does. Raises IndexError
-    /// when there is no such item.
+    /// Returns the item at the index, or the items of a slice as read() does; a null pointer is
+    /// None. Raises IndexError when there is no such item.
     Item __getitem__(PyObject *index) const;
     /// Replaces the item at the index, or the items of a slice by as many as write() takes. Raises
     /// IndexError when there is no such item, and ValueError where a slice has another length.
@@ -130,6 +130,24 @@ class LayerBuffer {
     /// those that the buffer has from its first one on. Raises IndexError when there is no such
     /// layer, and ValueError for memory whose length is not known.
     void set(long index, ZString const &name, unsigned int channels, float *values);
+};
+
+/// A node, for scripts that explore a scene.
+class ZObject {
+    /// Returns the names of the node's attributes, which ZPlug takes; none for a null handle.
+    ZStringArray attributeNames() const;
+};
+
+/// What nodes there can be in a scene.
+class NodeTypes {
+    /// Returns the types of nodes, as ZObject.apiTypeStr and ZSelectionList.addNodesOfType have
+    /// them.
+    static ZStringArray names();
+    /// Returns a list of what all nodes of the type have: for each attribute a dictionary with
+    /// "name", "type" (bool, int, double, string, vector or matrix, as the members of ZPlug),
+    /// "unit" (may be empty), "default" (the value), "settable" and "meaning". Raises ValueError
+    /// for a type that there is not.
+    static PyObject *attributes(ZString const &type);
 };
 
 /// The frames that the host renders.

@@ -4,6 +4,7 @@
 
 #include "devhost/image/ImageIo.h"
 #include "devhost/util/Guarded.h"
+#include "devhost/util/GuardedMemory.h"
 #include "devhost/util/Hidden.h"
 #include "devhost/util/Statuses.h"
 #include "host/core/ZStatus.h"
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -26,8 +28,8 @@ ZStatus noPixels() {
     return ZStatus(ZStatus::kFailure, "the image has no pixels");
 }
 
-template <class Value>
-void flipRows(std::vector<Value> &values, std::size_t rowLength) {
+template <class Values>
+void flipRows(Values &values, std::size_t rowLength) {
     const std::size_t rows = rowLength ? values.size() / rowLength : 0;
     for (std::size_t row = 0; row < rows / 2; ++row)
         std::swap_ranges(values.begin() + row * rowLength, values.begin() + (row + 1) * rowLength,
@@ -55,7 +57,7 @@ void resample(const float *from, std::size_t oldCount, float *to, std::size_t ne
     }
 }
 
-std::vector<float> scaled(const std::vector<float> &pixels, std::size_t oldWidth,
+std::vector<float> scaled(std::span<const float> pixels, std::size_t oldWidth,
                           std::size_t oldHeight, std::size_t width, std::size_t height,
                           std::size_t channels) {
     std::vector<float> wide(width * oldHeight * channels);
@@ -70,7 +72,7 @@ std::vector<float> scaled(const std::vector<float> &pixels, std::size_t oldWidth
 }
 
 /// Spreads 1 to 4 channels to four: grey fills the colours, an absent opacity is one.
-std::vector<float> asRgba(const std::vector<float> &pixels, unsigned channels) {
+std::vector<float> asRgba(std::span<const float> pixels, unsigned channels) {
     std::vector<float> rgba;
     rgba.reserve(pixels.size() / channels * 4);
     for (std::size_t i = 0; i < pixels.size(); i += channels) {
@@ -86,9 +88,11 @@ std::vector<float> asRgba(const std::vector<float> &pixels, unsigned channels) {
 } // namespace
 
 struct ZImage::Contents {
-    std::vector<unsigned char> bytes;
-    std::vector<float> floats;
-    std::vector<float> depths;
+    static constexpr char kPixels[] = "the pixels of an image";
+    static constexpr char kDepths[] = "the depth map of an image";
+    devhost::LentVector<unsigned char, kPixels> bytes;
+    devhost::LentVector<float, kPixels> floats;
+    devhost::LentVector<float, kDepths> depths;
     unsigned width = 0;
     unsigned height = 0;
     unsigned channels = 0;
@@ -206,11 +210,13 @@ ZStatus ZImage::convertPixelFormat(ZPixelType type) {
     return guarded([&] {
         Contents &c = *contents_;
         if (type == kByte) {
-            c.bytes = devhost::toBytes(c.floats.data(), c.floats.size());
-            c.floats.clear();
+            const auto bytes = devhost::toBytes(c.floats.data(), c.floats.size());
+            c.bytes.assign(bytes.begin(), bytes.end());
+            c.floats = {};
         } else {
-            c.floats = devhost::toFloats(c.bytes.data(), c.bytes.size());
-            c.bytes.clear();
+            const auto floats = devhost::toFloats(c.bytes.data(), c.bytes.size());
+            c.floats.assign(floats.begin(), floats.end());
+            c.bytes = {};
         }
         c.type = type;
     });
@@ -228,7 +234,7 @@ ZStatus ZImage::setDepthMap(const float *depths, unsigned width, unsigned height
 }
 
 const float *ZImage::depthMap() const {
-    const std::vector<float> &depths = contents(contents_).depths;
+    const auto &depths = contents(contents_).depths;
     return depths.empty() ? nullptr : depths.data();
 }
 
@@ -275,8 +281,9 @@ ZStatus ZImage::writeToFile(const ZString &path, const ZString &format) const {
         if (png && c.type == kByte && c.channels == 4)
             return devhost::writePng(name, c.width, c.height, c.bytes.data());
         const std::vector<float> rgba =
-            asRgba(c.type == kFloat ? c.floats : devhost::toFloats(c.bytes.data(), c.bytes.size()),
-                   c.channels);
+            c.type == kFloat
+                ? asRgba(c.floats, c.channels)
+                : asRgba(devhost::toFloats(c.bytes.data(), c.bytes.size()), c.channels);
         if (!png)
             return devhost::writeExr(name, c.width, c.height, rgba.data());
         return devhost::writePng(name, c.width, c.height,

@@ -2,6 +2,7 @@
 // Attributes of nodes.
 #include "host/core/ZPlug.h"
 
+#include "devhost/scene/Attributes.h"
 #include "devhost/scene/SceneGraph.h"
 #include "devhost/util/Statuses.h"
 
@@ -63,8 +64,8 @@ ZPlug::ZPlug(const ZObject &node, const ZString &attribute, ZStatus *ReturnStatu
     if (node.isNull()) {
         report(ReturnStatus, ZStatus(ZStatus::kInvalidParameter, "a plug needs a node"));
     } else if (!valueOf(node, attribute)) {
-        const std::string name = scene().node(node)->name + "." + attribute.asChar();
-        report(ReturnStatus, ZStatus(ZStatus::kNotFound, ("no such attribute: " + name).c_str()));
+        const std::string text = devhost::noSuchAttribute(*scene().node(node), attribute.asChar());
+        report(ReturnStatus, ZStatus(ZStatus::kNotFound, text.c_str()));
     } else {
         node_ = node;
         attribute_ = attribute;

@@ -68,9 +68,12 @@ ZStatus ZSelectionList::add(const ZString &name) {
         return add(scene().object(id));
     if (const size_t dot = text.rfind('.'); dot != std::string::npos) {
         const NodeId id = scene().find(text.substr(0, dot));
-        const ZPlug plug(scene().object(id), ZString(text.c_str() + dot + 1));
+        ZStatus status;
+        const ZPlug plug(scene().object(id), ZString(text.c_str() + dot + 1), &status);
         if (!plug.isNull())
             return add(plug);
+        if (id != kNoNode)
+            return status;
     }
     return ZStatus(ZStatus::kNotFound, ("no such node or attribute: " + text).c_str());
 }

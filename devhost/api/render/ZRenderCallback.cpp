@@ -3,7 +3,10 @@
 
 #include "devhost/session/CallbackRegistry.h"
 #include "devhost/session/RenderCallbacks.h"
+#include "devhost/util/GuardedMemory.h"
 #include "devhost/util/Terminal.h"
+
+#include <memory>
 
 namespace {
 
@@ -28,23 +31,41 @@ bool hasRenderCallbacks() {
     return !registry().isEmpty();
 }
 
-// Each callback gets a record of its own: scripts can write to them.
+namespace {
+
+constexpr char kRecord[] = "the record that a render callback is given (data)";
+
+/// Calls with a record of the callback's own: scripts can write to them.
+template <class Record, class Call>
+void withOwn(const Record &data, Call call) {
+    void *const guarded = openGuarded(sizeof(Record), alignof(Record), kRecord);
+    if (!guarded) {
+        Record own = data;
+        return call(own);
+    }
+    constexpr auto close = [](Record *record) {
+        record->~Record();
+        closeGuarded(record, "the callback had returned");
+    };
+    const std::unique_ptr<Record, decltype(close)> own(new (guarded) Record(data));
+    call(*own);
+}
+
+} // namespace
+
 void runShadowCastCallbacks(const ZRenderShadowData &data) {
     registry().run("shadowCastCallback", [&](ZRenderCallback &callback) {
-        ZRenderShadowData own = data;
-        callback.shadowCastCallback(own);
+        withOwn(data, [&](auto &own) { callback.shadowCastCallback(own); });
     });
 }
 void runRenderCallbacks(const ZRenderData &data) {
     registry().run("renderCallback", [&](ZRenderCallback &callback) {
-        ZRenderData own = data;
-        callback.renderCallback(own);
+        withOwn(data, [&](auto &own) { callback.renderCallback(own); });
     });
 }
 void runPostProcessCallbacks(const ZRenderData &data) {
     registry().run("postProcessCallback", [&](ZRenderCallback &callback) {
-        ZRenderData own = data;
-        callback.postProcessCallback(own);
+        withOwn(data, [&](auto &own) { callback.postProcessCallback(own); });
     });
 }
 

@@ -15,34 +15,24 @@ EXPECTED = ('module', 'MemoryError', 'RuntimeError', 'SystemError', 'ImportError
             'MemoryError with a result')
 
 
-def start(after_core):
-    """The core module, and what of it must survive."""
-    gc.disable()
-    if not after_core:
-        return lambda render: None
-    import OpenQuil
-
-    def check(render):
-        settings = render.new_ZCommonRenderSettingsData()
-        render.ZCommonRenderSettingsData_name_set(settings, OpenQuil.ZString('a'))
-        name = render.ZCommonRenderSettingsData_name_get(settings)
-        assert type(name) is OpenQuil.ZString and name == 'a', name
-        render.delete_ZCommonRenderSettingsData(settings)
-    return check
-
-
 def attempt(after_core, nth, persistent):
     """What came of it, the number of allocations, and of the next import: names in the module."""
-    check = start(after_core)
+    gc.disable()
+    if after_core:
+        import OpenQuil
     call = fault_host.call(__import__, ('_OpenQuilRender',), nth, persistent)
     found, seen = outcome(call), call[-1]
     del call
     import _OpenQuilRender as render
-    pixel = render.new_RV_PIXEL()
+    pixel, settings = render.new_RV_PIXEL(), render.new_ZCommonRenderSettingsData()
     render.RV_PIXEL_g_set(pixel, 0.5)
     assert render.RV_PIXEL_g_get(pixel) == 0.5
+    if after_core:  # its types are shared
+        render.ZCommonRenderSettingsData_name_set(settings, OpenQuil.ZString('a'))
+        name = render.ZCommonRenderSettingsData_name_get(settings)
+        assert type(name) is OpenQuil.ZString and name == 'a', name
     render.delete_RV_PIXEL(pixel)
-    check(render)
+    render.delete_ZCommonRenderSettingsData(settings)
     return found, seen, len(vars(render))
 
 

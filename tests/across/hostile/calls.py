@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Calls that are judged, and the process that they are made in."""
 import ctypes
-import mmap
 import os
 import resource
 import subprocess
@@ -41,23 +40,19 @@ class Journal(object):
     SLOTS, WIDTH = 40, 500
 
     def __init__(self, path):
-        with open(path, 'wb') as room:
-            room.write(' ' * self.SLOTS * self.WIDTH)
-        with open(path, 'r+b') as room:
-            self.room = mmap.mmap(room.fileno(), 0)
+        self.file = open(path, 'wb', 0)
         self.count = 0
 
     def write(self, text):
-        start = self.count % self.SLOTS * self.WIDTH
+        self.file.seek(self.count % self.SLOTS * self.WIDTH)
         line = '%d: %s' % (self.count, text)
-        self.room[start:start + self.WIDTH] = line[:self.WIDTH - 1].ljust(self.WIDTH - 1) + '\n'
+        self.file.write(line[:self.WIDTH - 1].ljust(self.WIDTH - 1) + '\n')
         self.count += 1
 
     @staticmethod
     def tail(path, count=12):
-        with open(path, 'rb') as room:
-            lines = [line.strip() for line in room.read().split('\n') if line.strip()]
-        return sorted(lines, key=lambda line: int(line.split(':')[0]))[-count:]
+        with open(path, 'rb') as lines:
+            return sorted(lines, key=lambda line: int(line.split(':')[0]))[-count:]
 
 
 def judge(row, expected, result, error):
@@ -104,7 +99,7 @@ def supervise(script, arguments, null_host):
         if status in (0, CALLBACK_FAILED):
             return 0
         sys.stderr.write('status %d; the last calls:\n%s\n' % (
-            status, '\n'.join(Journal.tail(journal))))
+            status, ''.join(Journal.tail(journal))))
         return 1
     finally:
         os.remove(journal)

@@ -26,6 +26,22 @@ class Item(object):
         self.truth, self.text, self.dangling, self.good = truth, text, dangling, good
 
 
+class BufferItem(Item):
+    """Memory: its text is that of its bytes, which calls change, or own from then on."""
+
+    @property
+    def text(self):
+        try:
+            self.value.readBytes(0, len(self.value)).decode('utf-8')
+            return self.value.thisown
+        except UnicodeDecodeError:
+            return False
+
+    @text.setter
+    def text(self, _):
+        pass
+
+
 kept = []  # what a weak proxy refers to
 
 
@@ -104,7 +120,7 @@ def pointer_items():
     for record in ('double', 'float', 'int', 'unsigned int', 'short', 'unsigned short', 'char',
                    'unsigned char', 'signed char', 'long'):
         buffer_class = getattr(OpenQuil, record.title().replace(' ', '') + 'Buffer')
-        yield Item(record, buffer_class(64), record=record)
+        yield BufferItem(record, buffer_class(64), record=record)
     yield Item('circular chain', circle[0], record='ZImage', dangling=True)
     yield Item('its own this', looping)
     yield Item('this in a circle', knot)

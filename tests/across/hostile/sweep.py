@@ -27,12 +27,14 @@ class Sweep(object):
         self.journal = calls.Journal(options.journal)
         self.goods = Goods()
         self.items = corpus.corpus()[::options.stride]
+        self.part, self.parts = options.part
         self.made = self.held_back = 0
         self.faults = []
         self.suited = {}
 
     def run(self):
         table = sorted(rows.read_rows(), key=lambda row: row.is_protocol)
+        table = table[self.part::self.parts]
         for row in table:
             self.wrong_counts(row)
             for least, most, types in row.cases:
@@ -115,11 +117,14 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument('--null-host', action='store_true', help='the host does nothing')
     parser.add_argument('--stride', type=int, default=1, help='use every n-th odd object')
+    parser.add_argument('--part', type=int, nargs=2, default=(0, 1), metavar=('I', 'N'),
+                        help='every N-th function, from the I-th on')
     parser.add_argument('--journal', help='of the child process')
     options = parser.parse_args()
     if options.journal:
         return child(options)
-    return calls.supervise(__file__, ['--stride', str(options.stride)], options.null_host)
+    chosen = ['--stride', options.stride, '--part'] + list(options.part)
+    return calls.supervise(__file__, map(str, chosen), options.null_host)
 
 
 if __name__ == '__main__':

@@ -4,7 +4,6 @@
 
 #include "devhost/session/RenderCallbacks.h"
 #include "host/base/TpythonLock.h"
-#include "host/render/ZRenderCallback.h"
 #include "host/render/ZRenderData.h"
 #include "tests/child_process.h"
 
@@ -135,19 +134,6 @@ sys.late = late = Late(); loop = c.ZVector(); loop.loop = loop, late)"})
                      Py_Finalize());
 }
 
-TEST(Interpreters, TheHostDropsADirectorAfterTheEnd) {
-    IN_CHILD({
-        start();
-        run(kUse + "callback.__disown__()\naddress = int(callback.this)\n"
-                   "r.ZRenderCallback._registered.clear()\n");
-        PyObject *const names = PyModule_GetDict(PyImport_AddModule("__main__"));
-        auto *const callback = static_cast<ZRenderCallback *>(
-            PyLong_AsVoidPtr(PyDict_GetItemString(names, "address")));
-        Py_Finalize();
-        delete callback;
-    });
-}
-
 TEST(Interpreters, SeveralSideBySide) {
     for (const Code first : kFirst)
         for (const bool main_too : {true, false})
@@ -206,36 +192,4 @@ assert callback.calls == 201, callback.calls
         end_second(second, main);
         Py_Finalize();
     });
-}
-
-/// A script may keep the native callback and drop the instance whose methods it calls.
-TEST(Interpreters, DirectorsOutliveTheirInstance) {
-    const Code declare = R"(
-import gc, _OpenQuilRender as m
-class Classic: pass
-class New(object): pass
-class Slots(object): __slots__ = 'this', '__weakref__'
-def orphan(base):
-    class Callback(base):
-        def renderCallback(self, data): return True
-    callback = Callback()
-    callback.this = this = m.new_ZRenderCallback(callback)
-    data = m.new_ZRenderData()
-    assert m.ZRenderCallback_renderCallback(this, data) is True
-    del callback, Callback
-    gc.collect()
-    others = [base() for _ in range(100)]
-    return this, data
-def uninitialised(this, data):
-    try:
-        m.ZRenderCallback_renderCallback(this, data)
-    except RuntimeError as error:
-        return 'uninitialized' in str(error)
-)";
-    for (const Code base : {"Classic", "New", "Slots"})
-        IN_CHILD(start(); run(declare); run("this, data = orphan(" + base + ")");
-                 run("assert uninitialised(this, data)"); run("m.disown_ZRenderCallback(this)");
-                 run("assert uninitialised(this, data)");
-                 run("m.ZRenderCallback_addCallback(this, 0)"); call_from_native_thread();
-                 run("m.delete_ZRenderCallback(this)"); Py_Finalize());
 }

@@ -4,13 +4,15 @@
 // A text that a signal handler may compose and write: no memory is asked for, no lock taken, and
 // what does not fit is left out.
 
+#include "host/base/HostApi.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 namespace devhost {
 
-class SafeText {
+class OPENQUIL_API SafeText {
   public:
     /// Control characters become question marks, so that foreign names do not steer a terminal.
     SafeText &operator<<(std::string_view text);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "devhost/process/SafeText.h"
+#include "devhost/util/SafeText.h"
 
 #include <unistd.h>
 

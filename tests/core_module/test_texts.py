@@ -1,6 +1,6 @@
 # -*- coding: utf-8 -*-
 # SPDX-License-Identifier: MIT
-"""Texts, images, and the scene's nodes, paths and plugs as scripts see them."""
+"""Texts, images and what a scene consists of, as scripts see them."""
 
 import os
 import shutil
@@ -63,22 +63,26 @@ class Scene(unittest.TestCase):
         _OpenQuil.ZFileIO_newScene()
         shutil.rmtree(self.folder)
 
-    def test_paths_and_nodes(self):
-        self.assertEqual(_OpenQuil.ZFileIO_currentFile(), os.path.realpath(self.file))
-        selection, path, node = ZSelectionList(), ZDagPath(), ZObject()
+    def test_what_there_is(self):
+        selection, node, plug = ZSelectionList(), ZObject(), ZPlug()
         selection.add('shape')
-        selection.getDagPath(0, path)
         selection.getDependNode(0, node)
-        self.assertTrue(path.isValid() and path.fullPathName().endswith(u'|shape'))
-        self.assertTrue(path.node() == node and not node.isNull())
-        again = ZDagPath()
-        _OpenQuil.ZDagPath_getAPathTo(node, again)
-        self.assertEqual(again, path)
-        self.assertRaisesRegexp(RuntimeError, 'kNotFound', selection.add, 'nothing')
-        # A handle outlives its node and then reads as null.
-        _OpenQuil.ZFileIO_newScene()
-        self.assertTrue(node.isNull() and not path.isValid())
-        self.assertRaisesRegexp(RuntimeError, 'kNotFound', _OpenQuil.ZFileIO_open, '/no/such.obj')
+        names = [u'visibility', u'matrix', u'worldMatrix']
+        self.assertEqual(list(node.attributeNames()), names)
+        self.assertEqual([each['name'] for each in _OpenQuil.NodeTypes_attributes('mesh')], names)
+        self.assertRaises(ValueError, _OpenQuil.NodeTypes_attributes, 'meshes')
+        visible = ZPlug(node, 'visibility')
+        self.assertEqual([str(each) for each in (
+            node, ZObject(), visible, plug, selection, ZDagPath(), ZImage(), FloatBuffer([1, 2]),
+            UnsignedCharBuffer(9), PixelBuffer(3))], [
+                "<ZObject mesh u'shape'>", '<ZObject: null>', "<ZPlug u'shape.visibility': True>",
+                '<ZPlug: no attribute>', "<ZSelectionList [u'|shape']>", '<ZDagPath: no node>',
+                '<ZImage: no pixels>', '<FloatBuffer [1.0, 2.0]>',
+                '<UnsignedCharBuffer of 9 items, the first are [0, 0, 0, 0, 0, 0, 0, 0]>',
+                '<PixelBuffer of 3 pixels>'])
+        self.assertRaisesRegexp(
+            RuntimeError, 'shape.size; it is a mesh and has visibility, matrix, worldMatrix$',
+            ZPlug, node, 'size')
 
 
 if __name__ == '__main__':

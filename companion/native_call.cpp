@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "companion/native_call.h"
+
+namespace companion {
+namespace {
+
+PyObject *call_unseen(PyObject *function, PyObject *argument) {
+    return PyCFunction_GET_FUNCTION(function)(PyCFunction_GET_SELF(function), argument);
+}
+
+/// Tells the profile function, which is not itself profiled; false with its exception set.
+bool tell(PyThreadState *state, int event, PyObject *function) {
+    if (!state->c_profilefunc || state->tracing)
+        return true;
+    ++state->tracing;
+    state->use_tracing = 0;
+    const int failed = state->c_profilefunc(state->c_profileobj, state->frame, event, function);
+    state->use_tracing = state->c_tracefunc || state->c_profilefunc;
+    --state->tracing;
+    return !failed;
+}
+
+PyObject *call_seen(PyThreadState *state, PyObject *function, PyObject *argument) {
+    if (!tell(state, PyTrace_C_CALL, function))
+        return nullptr;
+    PyObject *result = call_unseen(function, argument);
+    if (result) {
+        if (!tell(state, PyTrace_C_RETURN, function))
+            Py_CLEAR(result);
+        return result;
+    }
+    PyObject *type, *value, *traceback;
+    PyErr_Fetch(&type, &value, &traceback);
+    if (tell(state, PyTrace_C_EXCEPTION, function)) {
+        PyErr_Restore(type, value, traceback);
+        return nullptr;
+    }
+    Py_XDECREF(type);
+    Py_XDECREF(value);
+    Py_XDECREF(traceback);
+    return nullptr;
+}
+
+} // namespace
+
+PyObject *call_native(PyObject *function, PyObject *argument) {
+    PyThreadState *state = PyThreadState_GET();
+    PyObject *result =
+        state->use_tracing ? call_seen(state, function, argument) : call_unseen(function, argument);
+    if (result && state->curexc_type) [[unlikely]]
+        Py_CLEAR(result);
+    return result;
+}
+
+} // namespace companion
