@@ -3,6 +3,7 @@
 #include "devhost/image/ImageIo.h"
 
 #include "devhost/image/ExrStream.h"
+#include "devhost/image/PngEncoder.h"
 #include "devhost/util/AtomicFile.h"
 
 #include <Imath/half.h>
@@ -28,6 +29,8 @@ namespace devhost {
 namespace {
 
 constexpr std::size_t kRgba = 4;
+/// docs/performance.md has what it was chosen by.
+constexpr int kExrLevel = 3;
 constexpr unsigned kMaximumSide = 1u << 20;
 
 ZStatus failure(const char *action, const std::string &path, const std::string &reason) {
@@ -103,6 +106,7 @@ Imf::Header makeHeader(unsigned width, unsigned height, const ExrHeader &about) 
             : data;
     Imf::Header header(display, data, about.pixelAspectRatio);
     header.compression() = Imf::ZIP_COMPRESSION;
+    header.zipCompressionLevel() = kExrLevel;
     for (const auto &[name, number] : about.numbers)
         header.insert(name, Imf::FloatAttribute(number));
     for (const auto &[name, text] : about.texts)
@@ -174,14 +178,8 @@ ZStatus writePng(const std::string &path, unsigned width, unsigned height,
     AtomicFile file(path);
     if (!file.stream())
         return file.status();
-    PngImage image;
-    image.width = width;
-    image.height = height;
-    image.format = PNG_FORMAT_RGBA;
-    const auto bottomUp = -static_cast<png_int_32>(width * kRgba);
-    if (!png_image_write_to_stdio(&image, file.stream(), 0, rgba, bottomUp, nullptr))
-        return failure("write", path, image.message);
-    return file.commit();
+    const std::string wrong = encodePng(file.stream(), width, height, rgba);
+    return wrong.empty() ? file.commit() : failure("write", path, wrong);
 }
 
 ZStatus writeExr(const std::string &path, unsigned width, unsigned height, const float *rgba) {

@@ -137,6 +137,8 @@ struct RayTracer::Impl {
     std::vector<WorldMesh> meshes;
     float size = 0; // of the scene
 
+    /// Has the library look for the nearest hits.
+    void follow(std::span<const Ray> rays, RTCRayHit16 &packet) const;
     /// Fills in all but the distance and what depends on it.
     void describe(const RTCHit &found, Hit &hit) const;
 
@@ -240,6 +242,16 @@ struct QueryContext {
 
 } // namespace
 
+void RayTracer::Impl::follow(std::span<const Ray> rays, RTCRayHit16 &packet) const {
+    alignas(64) int active[kRaysTogether];
+    setRays(packet.ray, rays, active);
+    std::fill_n(packet.hit.geomID, kRaysTogether, RTC_INVALID_GEOMETRY_ID);
+    std::fill_n(packet.hit.instID[0], kRaysTogether, RTC_INVALID_GEOMETRY_ID);
+    QueryContext context(*this, nullptr);
+    context.base.flags = RTC_INTERSECT_CONTEXT_FLAG_COHERENT;
+    rtcIntersect16(active, scene, &context.base, &packet);
+}
+
 RayTracer::RayTracer(const Scene &scene) : impl_(std::make_unique<Impl>()) {
     impl_->scene = rtcNewScene(device());
     // Rays that graze an edge must not slip between the two triangles.
@@ -283,13 +295,7 @@ void RayTracer::intersect(std::span<const Ray> rays, Hit *hits) const {
         return;
     }
     alignas(64) RTCRayHit16 packet;
-    alignas(64) int active[kRaysTogether];
-    setRays(packet.ray, rays, active);
-    std::fill_n(packet.hit.geomID, kRaysTogether, RTC_INVALID_GEOMETRY_ID);
-    std::fill_n(packet.hit.instID[0], kRaysTogether, RTC_INVALID_GEOMETRY_ID);
-    QueryContext context(*impl_, nullptr);
-    context.base.flags = RTC_INTERSECT_CONTEXT_FLAG_COHERENT;
-    rtcIntersect16(active, impl_->scene, &context.base, &packet);
+    impl_->follow(rays, packet);
     for (size_t i = 0; i < rays.size(); ++i) {
         Hit &hit = hits[i];
         hit.hit = packet.hit.geomID[i] != RTC_INVALID_GEOMETRY_ID;
@@ -302,6 +308,26 @@ void RayTracer::intersect(std::span<const Ray> rays, Hit *hits) const {
                                           static_cast<unsigned>(i)),
                         hit);
     }
+}
+
+void RayTracer::reach(std::span<const Ray> rays, float *multiples,
+                      const PassThrough *through) const {
+    constexpr float nothing = std::numeric_limits<float>::infinity();
+    if (through || rays.size() == 1) {
+        for (size_t i = 0; i < rays.size(); ++i) {
+            const float length = rays[i].direction.length();
+            Hit hit;
+            const bool found =
+                intersect(rays[i].origin, rays[i].direction, hit, rays[i].span * length, through);
+            multiples[i] = found ? hit.distance / length : nothing;
+        }
+        return;
+    }
+    alignas(64) RTCRayHit16 packet;
+    impl_->follow(rays, packet);
+    for (size_t i = 0; i < rays.size(); ++i)
+        multiples[i] =
+            packet.hit.geomID[i] == RTC_INVALID_GEOMETRY_ID ? nothing : packet.ray.tfar[i];
 }
 
 void RayTracer::occluded(std::span<const Ray> rays, bool *results,

@@ -72,6 +72,10 @@ class OPENQUIL_API RayTracer {
     /// The nearest hits of up to kRaysTogether rays; those that lie close together take less time
     /// than one by one. Of a ray that hits nothing only Hit::hit is set.
     void intersect(std::span<const Ray> rays, Hit *hits) const;
+    /// How far up to kRaysTogether rays reach, in multiples of their directions; infinitely where
+    /// they hit nothing.
+    void reach(std::span<const Ray> rays, float *multiples,
+               const PassThrough *through = nullptr) const;
     /// Whether anything lies in the spans of up to kRaysTogether rays.
     void occluded(std::span<const Ray> rays, bool *results,
                   const PassThrough *through = nullptr) const;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace devhost {
@@ -142,6 +143,18 @@ void Shader::intersect(std::span<const Ray> rays, Hit *hits) const {
     for (size_t i = 0; masked_ && i < rays.size(); ++i)
         if (hits[i].hit)
             passHoles(rays[i], hits[i]);
+}
+
+void Shader::reach(std::span<const Ray> rays, float *multiples) const {
+    if (!masked_) {
+        tracer_.reach(rays, multiples);
+        return;
+    }
+    Hit hits[kRaysTogether];
+    intersect(rays, hits);
+    for (size_t i = 0; i < rays.size(); ++i)
+        multiples[i] = hits[i].hit ? hits[i].distance / rays[i].direction.length()
+                                   : std::numeric_limits<float>::infinity();
 }
 
 Ray Shader::shadowRay(const WorldLight &light, const ZFloatVector &point,

@@ -100,10 +100,12 @@ class OPENQUIL_API Shader {
     /// A triangle's material, or the default grey.
     const Material &materialOf(NodeId id) const;
     const SurfaceLooks &looks() const { return looks_; }
-    /// The nearest hits of up to kRaysTogether rays that are no holes of masked surfaces.
-    void intersect(std::span<const Ray> rays, Hit *hits) const;
+    /// As RayTracer's, through the holes of masked surfaces.
+    void reach(std::span<const Ray> rays, float *multiples) const;
 
   private:
+    /// The nearest hits of up to kRaysTogether rays that are no holes of masked surfaces.
+    void intersect(std::span<const Ray> rays, Hit *hits) const;
     bool isHole(const Hit &hit) const;
     /// What is attached to a hit, as far as its material shows it.
     SurfaceCoordinates where(const Material &material, const Hit &hit) const;

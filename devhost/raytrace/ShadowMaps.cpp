@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace devhost {
 namespace {
@@ -34,17 +33,17 @@ const ZVector kUp(0, 1, 0);
 
 void fillMap(float *depths, const ViewRays &rays, const RayTracer &tracer,
              const PassThrough *through) {
+    static_assert(kShadowMapSize % kRaysTogether == 0);
     forBlocks(kShadowMapSize, 8, [&](size_t begin, size_t end) {
-        for (size_t i = begin * kShadowMapSize; i < end * kShadowMapSize; ++i) {
-            const size_t column = i % kShadowMapSize, row = i / kShadowMapSize;
-            const double x = (double(column) + 0.5) * 2 / kShadowMapSize - 1;
-            const double y = (double(row) + 0.5) * 2 / kShadowMapSize - 1;
-            const ZFloatVector direction = rays.direction(x, y);
-            Hit hit;
-            constexpr float nothing = std::numeric_limits<float>::infinity();
-            depths[i] = tracer.intersect(rays.origin(x, y), direction, hit, {}, through)
-                            ? hit.distance / direction.length()
-                            : nothing;
+        Ray packet[kRaysTogether];
+        for (size_t i = begin * kShadowMapSize; i < end * kShadowMapSize; i += kRaysTogether) {
+            for (size_t k = 0; k < kRaysTogether; ++k) {
+                const size_t column = (i + k) % kShadowMapSize, row = i / kShadowMapSize;
+                const double x = (double(column) + 0.5) * 2 / kShadowMapSize - 1;
+                const double y = (double(row) + 0.5) * 2 / kShadowMapSize - 1;
+                packet[k] = {rays.origin(x, y), rays.direction(x, y), {}};
+            }
+            tracer.reach(packet, depths + i, through);
         }
     });
 }

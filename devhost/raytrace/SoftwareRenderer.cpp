@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <new>
 #include <numbers>
 #include <optional>
@@ -94,14 +93,9 @@ class PixelRenderer {
     }
     void renderDepths(size_t begin, size_t end) const {
         Ray rays[kRaysTogether];
-        Hit hits[kRaysTogether];
         size_t count = 0, first = begin;
         const auto take = [&] {
-            shader_.intersect({rays, count}, hits);
-            for (size_t i = 0; i < count; ++i)
-                frame_.depth[first + i] = hits[i].hit
-                                              ? hits[i].distance / rays[i].direction.length()
-                                              : std::numeric_limits<float>::infinity();
+            shader_.reach({rays, count}, &frame_.depth[first]);
             first += std::exchange(count, 0);
         };
         forPixels(begin, end, {{0.5, 0.5}}, [&](size_t, const Ray &ray) {

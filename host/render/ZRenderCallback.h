@@ -8,8 +8,9 @@
 #include "host/render/ZRenderShadowData.h"
 
 /// The base of render callbacks: derive from it, override what you need and register an instance
-/// with addCallback. The software renderer calls all registered callbacks at three points of every
-/// frame, on the thread that renders. A callback that fails is reported; the render goes on.
+/// with addCallback. The software renderer, and no other, calls all registered callbacks at three
+/// points of every frame, on the thread that renders. A callback that fails is reported; the render
+/// goes on.
 class OPENQUIL_API ZRenderCallback {
   public:
     /// Makes a callback that is not registered yet.

@@ -93,7 +93,8 @@ class OPENQUIL_API ZRenderUtil {
     /// of textures are decoded from sRGB. `useShadowMaps` tells whether lights are blocked
     /// by meshes. The other arrays may be null; they and `reuseMaps` change nothing. Fails with
     /// kInvalidParameter for an unknown name, a negative count, or a needed array that is null or
-    /// shorter than `numSamples`, with kNotFound when a texture's file does not exist.
+    /// shorter than `numSamples`; where a texture node is named, with kNotFound when its file does
+    /// not exist and with kFailure when that cannot be read.
     static ZStatus sampleShadingNetwork(ZString shadingNodeName, int numSamples, bool useShadowMaps,
                                         bool reuseMaps, ZFloatMatrix &cameraMatrix,
                                         ZFloatPointArray *points, ZFloatArray *uCoords,

@@ -57,7 +57,8 @@ class OPENQUIL_API ZRenderView {
     /// path is not that of a camera.
     static ZStatus setCurrentCamera(ZDagPath &cameraDagPath);
     /// Tells the part of the picture that is to be rendered: the open picture's region, or else
-    /// the whole picture of the current resolution.
+    /// the one that was asked for (quilhost's --region), or else the whole picture of the current
+    /// resolution. Fails with kFailure when that is zero.
     static ZStatus getRenderRegion(unsigned int &left, unsigned int &right, unsigned int &bottom,
                                    unsigned int &top);
     /// Opens a picture of the given size. It starts transparent black, or with the previous

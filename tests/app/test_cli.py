@@ -229,7 +229,8 @@ print(settings.renderAll, settings.deviceAspectRatio, settings.preKos.asUnicode(
                                  "preKos=a=b", "--setting", "dotPerInch=300", "--progress", "json")
         self.assertEqual(out, "(False, 1.0, u'a=b')\n")
         self.assertEqual([(each.get("kind"), each.get("place", each.get("count")))
-                          for each in map(json.loads, err.splitlines())], [
+                          for each in map(json.loads, err.splitlines())
+                          if "notice" in each["event"]], [
             ("setting", "setting renderAll"), ("setting", "setting dotPerInch"),
             ("setting", "setting preKos"), (None, 3)])
         self.run_host("tri.obj", "--strict", "--setting", "preKos=a", "--output", "strict.png",

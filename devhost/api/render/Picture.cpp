@@ -154,6 +154,8 @@ ZStatus renderToFile(const std::string &path) {
     if (!isPictureFileName(path))
         return noFormat(path);
     return guarded([&] {
+        const RenderStateScope rendering(renderSession().isBatch ? ZRenderUtil::kBatchRender
+                                                                 : ZRenderUtil::kInteractiveRender);
         Frame frame;
         const ZStatus status = renderSessionFrame(frame, holdsDepth(path));
         return status.error() || renderSession().cancelled ? status : writeFrame(frame, path);
