@@ -3,6 +3,7 @@
 
 // How the OpenEXR library writes into files of ours.
 
+#include <OpenEXR/ImfHeader.h>
 #include <OpenEXR/ImfIO.h>
 
 #include <cerrno>
@@ -12,6 +13,13 @@
 #include <string>
 
 namespace devhost {
+
+/// The level is no part of a file, so that whoever copies a header has to ask for it again.
+/// docs/performance.md has what it was chosen by.
+inline void setExrCompression(Imf::Header &header) {
+    header.compression() = Imf::ZIP_COMPRESSION;
+    header.zipCompressionLevel() = 3;
+}
 
 /// Writes to an open file, which may have no name yet; the path is for messages.
 class ExrStream : public Imf::OStream {

@@ -29,8 +29,6 @@ namespace devhost {
 namespace {
 
 constexpr std::size_t kRgba = 4;
-/// docs/performance.md has what it was chosen by.
-constexpr int kExrLevel = 3;
 constexpr unsigned kMaximumSide = 1u << 20;
 
 ZStatus failure(const char *action, const std::string &path, const std::string &reason) {
@@ -105,8 +103,7 @@ Imf::Header makeHeader(unsigned width, unsigned height, const ExrHeader &about) 
             ? Imath::Box2i({0, 0}, {static_cast<int>(about.imageWidth) - 1, imageHeight - 1})
             : data;
     Imf::Header header(display, data, about.pixelAspectRatio);
-    header.compression() = Imf::ZIP_COMPRESSION;
-    header.zipCompressionLevel() = kExrLevel;
+    setExrCompression(header);
     for (const auto &[name, number] : about.numbers)
         header.insert(name, Imf::FloatAttribute(number));
     for (const auto &[name, text] : about.texts)

@@ -15,7 +15,7 @@
 #include <new>
 #include <numbers>
 #include <optional>
-#include <utility>
+#include <span>
 
 namespace devhost {
 namespace {
@@ -65,67 +65,73 @@ class PixelRenderer {
   private:
     /// The pixels' samples, as many at once as rays are followed together.
     void renderColors(size_t begin, size_t end) const {
-        Ray rays[kRaysTogether];
         Hit hits[kRaysTogether];
         Sight sights[kRaysTogether];
-        float *sums[kRaysTogether]; // of the rays' pixels
-        size_t count = 0;
-        const auto take = [&] {
-            shader_.trace({rays, count}, kRayDepth, hits, sights);
-            for (size_t i = 0; i < count; ++i) {
+        forPackets(begin, end, samples_, [&](std::span<const Ray> rays, const size_t *pixels) {
+            shader_.trace(rays, kRayDepth, hits, sights);
+            for (size_t i = 0; i < rays.size(); ++i) {
+                if (pixels[i] == kOutside)
+                    continue;
+                float *sum = &frame_.pixels[pixels[i] * 4];
                 for (unsigned channel = 0; channel < 3; ++channel)
-                    sums[i][channel] += sights[i].color[channel];
-                sums[i][3] += sights[i].opacity;
+                    sum[channel] += sights[i].color[channel];
+                sum[3] += sights[i].opacity;
             }
-            count = 0;
-        };
-        forPixels(begin, end, samples_, [&](size_t pixel, const Ray &ray) {
-            rays[count] = ray;
-            sums[count] = &frame_.pixels[pixel * 4];
-            if (++count == kRaysTogether)
-                take();
         });
-        if (count > 0)
-            take();
         const float share = 1 / float(samples_.size());
         for (size_t i = begin * 4; i < end * 4; ++i)
             frame_.pixels[i] *= share;
     }
     void renderDepths(size_t begin, size_t end) const {
-        Ray rays[kRaysTogether];
-        size_t count = 0, first = begin;
-        const auto take = [&] {
-            shader_.reach({rays, count}, &frame_.depth[first]);
-            first += std::exchange(count, 0);
-        };
-        forPixels(begin, end, {{0.5, 0.5}}, [&](size_t, const Ray &ray) {
-            rays[count] = ray;
-            if (++count == kRaysTogether)
-                take();
+        float depths[kRaysTogether];
+        forPackets(begin, end, {{0.5, 0.5}}, [&](std::span<const Ray> rays, const size_t *pixels) {
+            shader_.reach(rays, depths);
+            for (size_t i = 0; i < rays.size(); ++i)
+                if (pixels[i] != kOutside)
+                    frame_.depth[pixels[i]] = depths[i];
         });
-        if (count > 0)
-            take();
     }
-    /// Calls work(pixel, ray) for each pixel and place in it. Directions are a unit of depth long.
+    /// Calls work(rays, pixels) for the rays through each place in the pixels, at most
+    /// kRaysTogether at once. Directions are a unit of depth long. The ray library's rounding
+    /// depends on the company that a ray is in, so that packets are those of the whole picture,
+    /// whatever part of it is rendered: the pixel of a ray that is not asked for is kOutside.
     template <class Work>
-    void forPixels(size_t begin, size_t end, const std::vector<PixelSample> &places,
-                   Work work) const {
+    void forPackets(size_t begin, size_t end, const std::vector<PixelSample> &places,
+                    Work work) const {
         const ZRenderData &data = frame_.data;
+        const size_t together = std::max<size_t>(1, kRaysTogether / places.size());
         const double width = 2.0 / data.resX, height = 2.0 / data.resY;
-        size_t column = begin % data.xsize, row = begin / data.xsize;
-        for (size_t pixel = begin; pixel < end; ++pixel) {
-            for (const PixelSample &place : places) {
-                const double x = (double(data.left + column) + place.right) * width - 1;
-                const double y = (double(data.bottom + row) + place.up) * height - 1;
-                work(pixel, Ray{rays_.origin(x, y), rays_.direction(x, y), clip_});
+        Ray rays[kRaysTogether];
+        size_t pixels[kRaysTogether], count = 0;
+        const auto take = [&] {
+            if (count > 0)
+                work(std::span<const Ray>(rays, count), pixels);
+            count = 0;
+        };
+        for (size_t pixel = begin; pixel < end;) {
+            const size_t row = pixel / data.xsize, rowBegin = row * data.xsize;
+            const size_t rowEnd = std::min(rowBegin + data.xsize, end);
+            const size_t column = data.left + pixel - rowBegin; // in the picture
+            const size_t first = column - column % together;
+            const size_t last = std::min<size_t>(first + together, data.resX);
+            for (size_t at = first; at < last; ++at) {
+                const size_t place = rowBegin + at - data.left; // wraps left of the region
+                const bool asked = at >= column && place < rowEnd;
+                for (const PixelSample &sample : places) {
+                    const double x = (double(at) + sample.right) * width - 1;
+                    const double y = (double(data.bottom + row) + sample.up) * height - 1;
+                    rays[count] = Ray{rays_.origin(x, y), rays_.direction(x, y), clip_};
+                    pixels[count] = asked ? place : kOutside;
+                    if (++count == kRaysTogether)
+                        take();
+                }
             }
-            if (++column == data.xsize) {
-                column = 0;
-                ++row;
-            }
+            take();
+            pixel = std::min(rowBegin + last - data.left, rowEnd);
         }
     }
 
+    static constexpr size_t kOutside = size_t(-1);
     Frame &frame_;
     const ViewRays &rays_;
     RaySpan clip_;
