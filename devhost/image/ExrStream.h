@@ -13,6 +13,10 @@
 
 namespace devhost {
 
+/// How much all files are compressed, which none of them tells; docs/performance.md has what it was
+/// chosen by.
+inline constexpr int kExrLevel = 3;
+
 /// Writes to an open file, which may have no name yet; the path is for messages.
 class ExrStream : public Imf::OStream {
   public:

@@ -29,8 +29,6 @@ namespace devhost {
 namespace {
 
 constexpr std::size_t kRgba = 4;
-/// docs/performance.md has what it was chosen by.
-constexpr int kExrLevel = 3;
 constexpr unsigned kMaximumSide = 1u << 20;
 
 ZStatus failure(const char *action, const std::string &path, const std::string &reason) {

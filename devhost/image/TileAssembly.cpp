@@ -109,7 +109,8 @@ class Lines {
 };
 
 ZStatus assembleExr(std::vector<Tile> tiles, const std::string &path) {
-    const Imf::Header header = readHeaders(tiles);
+    Imf::Header header = readHeaders(tiles);
+    header.zipCompressionLevel() = kExrLevel;
     const std::vector<Row> rows = rowsOf(tiles, header.dataWindow());
     AtomicFile file(path);
     if (!file.stream())

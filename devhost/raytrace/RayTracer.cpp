@@ -289,11 +289,7 @@ bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direct
 }
 
 void RayTracer::intersect(std::span<const Ray> rays, Hit *hits) const {
-    if (rays.size() == 1) { // a packet of one would take longer
-        intersect(rays[0].origin, rays[0].direction, hits[0],
-                  rays[0].span * rays[0].direction.length());
-        return;
-    }
+    // Also one alone: a picture must not depend on which rays happen to be together.
     alignas(64) RTCRayHit16 packet;
     impl_->follow(rays, packet);
     for (size_t i = 0; i < rays.size(); ++i) {
@@ -313,7 +309,7 @@ void RayTracer::intersect(std::span<const Ray> rays, Hit *hits) const {
 void RayTracer::reach(std::span<const Ray> rays, float *multiples,
                       const PassThrough *through) const {
     constexpr float nothing = std::numeric_limits<float>::infinity();
-    if (through || rays.size() == 1) {
+    if (through) {
         for (size_t i = 0; i < rays.size(); ++i) {
             const float length = rays[i].direction.length();
             Hit hit;
@@ -332,7 +328,7 @@ void RayTracer::reach(std::span<const Ray> rays, float *multiples,
 
 void RayTracer::occluded(std::span<const Ray> rays, bool *results,
                          const PassThrough *through) const {
-    if (through || rays.size() == 1) { // what rays pass through is looked up one by one
+    if (through) { // what rays pass through is looked up one by one
         for (size_t i = 0; i < rays.size(); ++i)
             results[i] = occluded(rays[i].origin, rays[i].direction,
                                   rays[i].span * rays[i].direction.length(), through);
