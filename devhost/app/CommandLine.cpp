@@ -14,7 +14,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -125,6 +127,11 @@ void check(const Options &options) {
         checkTarget("--trace", options.trace);
 }
 
+/// Ranges of the parser let "nan" pass.
+std::string refuseNan(const std::string &text) {
+    return std::isnan(std::strtod(text.c_str(), nullptr)) ? "'" + text + "' is no number" : "";
+}
+
 std::string oneLine(std::string text) {
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
@@ -186,6 +193,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
     app.add_option("--fps", options.framesPerSecond,
                    "Frames a second of what moves in the scene (default 24); frame 0 is its time 0")
+        ->check(refuseNan)
         ->check(CLI::Range(1e-3, 1e6));
     app.add_option("--output", options.output, "The picture to write, such as out.####.png");
     app.add_option("--resolution", resolution, "Width and height in pixels (default 640 480)")
@@ -212,6 +220,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                    "Samples in each pixel, or exposures of a hardware frame (default 4)")
         ->check(CLI::Range(1u, 4096u));
     app.add_option("--exposure", options.exposure, "Stops: each one doubles all light (default 0)")
+        ->check(refuseNan)
         ->check(CLI::Range(-64.0f, 64.0f));
     std::string exr = "half";
     app.add_option("--exr", exr, "The colours of .exr files: half or float (default half)")
