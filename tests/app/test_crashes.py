@@ -60,6 +60,9 @@ ZRenderCallback.addCallback(callback, 0)
                 (signal.SIGBUS, cut, 7, ADDRESS), (signal.SIGFPE, send % signal.SIGFPE, 3, ""),
                 (signal.SIGILL, send % signal.SIGILL, 3, ""),
                 (signal.SIGSEGV, send % signal.SIGSEGV, 3, ""),
+                # The processor does not say at which address that has no canonical form.
+                (signal.SIGSEGV, "import ctypes\ndef fall():\n"
+                 "    ctypes.c_char.from_address(1 << 62).value\nfall()", 3, ""),
                 (signal.SIGABRT, "import os\ndef fall():\n    os.abort()\nfall()", 3, "")]:
             with self.subTest(signal=ending):
                 self.crashes(ending, source, address, STACK,
