@@ -286,6 +286,7 @@ class Slurm(Case):
         log = (self.folder / "dry-run/0.log").read_text()
         self.assertIn("File too large", log)
         self.assertIn("'disk' does not exist", log)
+        self.assertEqual(log.count('"code":3,"event":"end"'), 2)
         out, err = self.farm("check", "--output", "disk/#.exr", code=3)
         self.assertIn("1 missing (1)", out)
 
