@@ -69,6 +69,14 @@ ZRenderCallback.addCallback(callback, 0)
                              '  File "a.py", line %d, in fall' % line,
                              '  File "a.py", line %d, in <module>' % (line + 1))
 
+    def test_a_thread_renders_when_the_program_ends(self):
+        self.write("a.py", "import threading, quilhost\nbegun = threading.Event()\n"
+                   "def render_on():\n    begun.set()\n    while True:\n"
+                   "        quilhost.render('a.png', 640, 480)\n"
+                   "thread = threading.Thread(target=render_on)\nthread.daemon = True\n"
+                   "thread.start()\nbegun.wait()")
+        self.assertEqual(self.run_host("--quiet", "--python", "a.py", "tri.obj"), ("", ""))
+
     def test_jump_to_nowhere(self):
         # Nobody can follow such a stack; the script's is told all the same.
         self.crashes(signal.SIGSEGV, "import ctypes\ndef fall():\n"
