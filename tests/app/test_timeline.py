@@ -78,7 +78,7 @@ class TimelineTest(HostCase):
         self.assertEqual(len([name for name in threads.values() if name.startswith("thread ")]), 1)
 
     def test_two_crews_at_once(self):
-        # A script's thread traces rays while the host renders, each with threads of the same places.
+        # A script's thread traces rays while the host renders, both with threads of their own.
         self.write("c.py", """
 import threading, quilhost
 from OpenQuil import ZFloatVector, ZFloatVectorArray
@@ -99,7 +99,8 @@ for _ in range(3):
 ended.append(True)
 thread.join()
 """)
-        self.run_host("tri.obj", "--quiet", "--python", "c.py", "--threads", "3", "--trace", "c.json")
+        self.run_host("tri.obj", "--quiet", "--python", "c.py", "--threads", "3",
+                      "--trace", "c.json")
         stacks = collections.defaultdict(list)
         for event in json.loads(self.read("c.json"))["traceEvents"]:
             if event["ph"] == "B":
