@@ -42,7 +42,8 @@ What follows -- goes to the script as sys.argv[1:].
 Exit codes:
     0  success
     1  the script failed (or the number that it gave to sys.exit); a test failed
-    2  a mistake on the command line, or a file, folder, camera or layer that it names is not there
+    2  a mistake on the command line, or a file, folder, camera or layer that it names is not there,
+       or a plug-in cannot be used
     3  the scene could not be read, rendered or written; with --strict also: something in it is not
        honoured
     4  a render callback failed; the pictures were rendered all the same
