@@ -11,7 +11,7 @@ readonly root=${DESTDIR:-}$prefix
 readonly home=$root/lib/openquil
 readonly version_file=$home/version files=$home/files
 
-die() { printf '%s: %s\n' "$action" "$*" >&2; exit 1; }
+die() { printf '%s: %s\n' "${action:-install.sh}" "$*" >&2; exit 1; }
 
 remove() {
     local file folder
@@ -24,7 +24,7 @@ remove() {
     rmdir -p --ignore-fail-on-non-empty -- "$home" 2>/dev/null || true
 }
 
-[[ $action == install || $action == uninstall ]] || { action=usage die "install.sh install|uninstall PREFIX"; }
+[[ $action == install || $action == uninstall ]] || die "usage: install.sh install|uninstall PREFIX"
 [[ $prefix == /* ]] || die "PREFIX is to be an absolute path, not '$prefix'"
 
 # The innermost folder on the way that is there has to let files be made in it.

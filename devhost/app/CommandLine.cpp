@@ -14,7 +14,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -40,7 +42,8 @@ What follows -- goes to the script as sys.argv[1:].
 Exit codes:
     0  success
     1  the script failed (or the number that it gave to sys.exit); a test failed
-    2  a mistake on the command line, or a file, folder, camera or layer that it names is not there
+    2  a mistake on the command line, or a file, folder, camera or layer that it names is not there,
+       or a plug-in cannot be used
     3  the scene could not be read, rendered or written; with --strict also: something in it is not
        honoured
     4  a render callback failed; the pictures were rendered all the same
@@ -125,6 +128,11 @@ void check(const Options &options) {
         checkTarget("--trace", options.trace);
 }
 
+/// Ranges of the parser let "nan" pass.
+std::string refuseNan(const std::string &text) {
+    return std::isnan(std::strtod(text.c_str(), nullptr)) ? "'" + text + "' is no number" : "";
+}
+
 std::string oneLine(std::string text) {
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
@@ -186,6 +194,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
     app.add_option("--fps", options.framesPerSecond,
                    "Frames a second of what moves in the scene (default 24); frame 0 is its time 0")
+        ->check(refuseNan)
         ->check(CLI::Range(1e-3, 1e6));
     app.add_option("--output", options.output, "The picture to write, such as out.####.png");
     app.add_option("--resolution", resolution, "Width and height in pixels (default 640 480)")
@@ -212,6 +221,7 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                    "Samples in each pixel, or exposures of a hardware frame (default 4)")
         ->check(CLI::Range(1u, 4096u));
     app.add_option("--exposure", options.exposure, "Stops: each one doubles all light (default 0)")
+        ->check(refuseNan)
         ->check(CLI::Range(-64.0f, 64.0f));
     std::string exr = "half";
     app.add_option("--exr", exr, "The colours of .exr files: half or float (default half)")

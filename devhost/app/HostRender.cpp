@@ -9,12 +9,29 @@
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Timeline.h"
 
+#include <atomic>
 #include <optional>
 
 namespace quilhost {
+namespace {
+
+std::atomic<int> renders = 0;
+
+/// A render, from before it gives the interpreter lock away to before it asks for it again.
+struct RunningRender {
+    RunningRender() { ++renders; }
+    ~RunningRender() {
+        --renders;
+        renders.notify_all();
+    }
+    RunningRender(const RunningRender &) = delete;
+};
+
+} // namespace
 
 ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
     std::optional<NativeSection> unlocked;
+    const RunningRender running;
     std::optional<InterruptScope> interrupts;
     if (hasInterpreterLock) {
         unlocked.emplace();
@@ -26,6 +43,13 @@ ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
     if (status.error() || devhost::renderSession().cancelled || Script::wasInterrupted())
         return status;
     return devhost::writeFrame(image, file);
+}
+
+void endRenders() {
+    for (int count = renders; count > 0; count = renders) {
+        devhost::renderSession().cancelled = true;
+        renders.wait(count);
+    }
 }
 
 } // namespace quilhost

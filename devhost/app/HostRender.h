@@ -14,4 +14,8 @@ namespace quilhost {
 /// when the session is cancelled, or a callback was interrupted.
 ZStatus renderToFile(const std::string &file, bool hasInterpreterLock);
 
+/// Stops what threads of a script render still, and waits for it. Called when the interpreter has
+/// ended, so that none begins anew.
+void endRenders();
+
 } // namespace quilhost

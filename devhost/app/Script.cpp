@@ -2,6 +2,7 @@
 #include "devhost/app/Script.h"
 
 #include "devhost/app/Errors.h"
+#include "devhost/app/HostRender.h"
 #include "devhost/app/Interrupt.h"
 #include "devhost/app/ObjectCensus.h"
 #include "devhost/app/ProgramModule.h"
@@ -227,6 +228,7 @@ Script::~Script() {
     if (options_.leakCheck)
         endScript();
     devhost::endInterpreter();
+    endRenders();
     devhost::renderSession().onCallbackError = nullptr;
     devhost::renderSession().callbackGuard = nullptr;
 }

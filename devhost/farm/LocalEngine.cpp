@@ -18,14 +18,21 @@ Words taskWords(const Job &job, const std::string &logs, size_t index) {
     return words;
 }
 
+bool isIgnored(int signal) {
+    struct sigaction action;
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 /// Runs tasks, so many at once. Signals are taken one by one here and not by handlers, so that none
 /// comes between.
 class LocalRun {
   public:
     LocalRun(const Job &job, const JobFolder &folder) : job_(job), folder_(folder) {
         sigemptyset(&signals_);
-        for (const int signal : {SIGCHLD, SIGINT, SIGTERM, SIGHUP})
-            sigaddset(&signals_, signal);
+        sigaddset(&signals_, SIGCHLD);
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+            if (!isIgnored(signal)) // else waiting would take it, as under nohup
+                sigaddset(&signals_, signal);
         sigprocmask(SIG_BLOCK, &signals_, &earlier_);
     }
     ~LocalRun() { sigprocmask(SIG_SETMASK, &earlier_, nullptr); }

@@ -74,7 +74,9 @@ int submit(const Arguments &arguments) {
     checkJob(*job);
     if (options.dryRun) {
         auto &words = job->arguments; // the tasks are to run
-        words.erase(std::find(words.begin(), words.end(), "--dry-run"));
+        const auto isThis = [](const std::string &word) { return word.starts_with("--dry-run"); };
+        const auto dashes = std::find(words.begin(), words.end(), "--");
+        words.erase(std::remove_if(words.begin(), dashes, isThis), dashes);
         const std::string logs = fs::absolute(options.farm) / "dry-run";
         const bool isLocal = options.engine == "local";
         const auto script = isLocal ? localScript(*job, logs) : slurmScript(*job, logs);

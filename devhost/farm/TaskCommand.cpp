@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // One task: what the engines start.
 #include "devhost/app/Errors.h"
+#include "devhost/app/Progress.h"
 #include "devhost/farm/Commands.h"
 #include "devhost/farm/Engines.h"
 #include "devhost/farm/Processes.h"
@@ -28,8 +29,16 @@ void openLog(const std::string &file, const std::string &firstLine) {
     dup2(log, STDERR_FILENO);
 }
 
-/// What the job's submission has checked, and is wrong now, is no mistake of the command line.
-void checkAgain(const Job &job) try { checkJob(job); } catch (const Failure &failure) {
+/// Becomes quilhost. What the job's submission has checked, and is wrong now, is no mistake of the
+/// command line.
+[[noreturn]] void becomeHost(const Job &job, const Task &task) try {
+    checkJob(job);
+    Words words = job.hostArguments(task);
+    words.insert(words.begin(), programBeside("quilhost"));
+    become(words);
+    throw Failure(kRenderError, "cannot start '" + words.front() + "': " + std::strerror(errno));
+} catch (const Failure &failure) {
+    quilhost::tellEnd("json", kRenderError, failure.what()); // as quilhost itself would
     throw Failure(kRenderError, failure.what());
 }
 
@@ -51,11 +60,7 @@ int task(const Arguments &arguments) {
                       "the job has only " + std::to_string(job->taskCount()) + " tasks");
     const Task task = job->task(index);
     openLog(logFile(logs, index), beginEvent(task, index));
-    checkAgain(*job);
-    Words words = job->hostArguments(task);
-    words.insert(words.begin(), programBeside("quilhost"));
-    become(words);
-    throw Failure(kRenderError, "cannot start '" + words.front() + "': " + std::strerror(errno));
+    becomeHost(*job, task);
 }
 
 } // namespace quilfarm

@@ -6,6 +6,7 @@
 #include "devhost/util/Version.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 
@@ -59,6 +60,8 @@ int runCommand(const Arguments &words) {
 } // namespace
 
 int main(int argc, char **argv) {
+    // Whoever started us may ignore it: then nobody could ask how programs ended.
+    std::signal(SIGCHLD, SIG_DFL);
     try {
         return runCommand(Arguments(argv + std::min(argc, 1), argv + argc));
     } catch (const quilhost::Failure &failure) {

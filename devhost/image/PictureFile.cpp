@@ -46,7 +46,7 @@ class Reader {
 
     /// The bytes from a place on; fewer where the file ends.
     std::string read(uint64_t place, size_t count) const {
-        if (place + count <= start_.size())
+        if (place <= start_.size() && count <= start_.size() - place)
             return start_.substr(place, count);
         std::string bytes(place < size() ? std::min<uint64_t>(count, size() - place) : 0, '\0');
         const ssize_t got =
@@ -164,8 +164,12 @@ PictureFile inspectExr(const Reader &file, std::string_view start) {
         picture.damage = "its header is damaged";
     else if (blocks > file.size() || expectedEnd(file, extent, blocks) != file.size())
         picture.damage = "its end is missing";
-    picture.width = static_cast<unsigned>(extent.displayWindow[2] - extent.displayWindow[0] + 1);
-    picture.height = static_cast<unsigned>(extent.displayWindow[3] - extent.displayWindow[1] + 1);
+    const auto extentOf = [&](int axis) { // of a damaged file, it may be anything
+        return static_cast<unsigned>(int64_t{extent.displayWindow[axis + 2]} -
+                                     extent.displayWindow[axis] + 1);
+    };
+    picture.width = extentOf(0);
+    picture.height = extentOf(1);
     return picture;
 }
 

@@ -42,7 +42,8 @@ void writeSignal(int signal, const siginfo_t &info) {
     for (const auto &each : kSignals)
         if (each.signal == signal) {
             line << each.name;
-            if (each.tellsAddress && info.si_code > 0) { // from the processor, not from a process
+            // From the processor, not from a process; SI_KERNEL is an access without an address.
+            if (each.tellsAddress && info.si_code > 0 && info.si_code != SI_KERNEL) {
                 accessed = reinterpret_cast<uintptr_t>(info.si_addr);
                 line << " at address ", line.address(accessed);
             }

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <mutex>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -387,8 +388,10 @@ float RayTracer::offset(const ZFloatVector &point) const {
 }
 
 const RayTracer &rayTracer() {
+    static std::mutex mutex; // a script's threads may ask while the host renders
     static std::unique_ptr<RayTracer> current;
     static unsigned long revision = 0;
+    const std::lock_guard lock(mutex);
     scene().deformMeshes();
     if (!current || revision != scene().revision()) {
         tellUnreadableTextures();

@@ -99,7 +99,7 @@ class OPENQUIL_API RayTracer {
 };
 
 /// The tracer of the process's scene, rebuilt first when the scene changed; textures that cannot be
-/// read are then told of. Call it on one thread, then share the result.
+/// read are then told of. Any thread may ask; the result lasts until one asks after a change.
 OPENQUIL_API const RayTracer &rayTracer();
 
 } // namespace devhost

@@ -11,6 +11,7 @@
 #include "devhost/util/KnownMemory.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <new>
 #include <numbers>
@@ -173,6 +174,21 @@ ZStatus tellShadows() {
     return {};
 }
 
+/// The frame that is being rendered: callbacks and a script's threads may ask for another.
+struct OnlyFrame {
+    OnlyFrame() : isFirst(!isTaken.exchange(true)) {}
+    ~OnlyFrame() {
+        if (isFirst)
+            isTaken = false;
+    }
+    OnlyFrame(const OnlyFrame &) = delete;
+
+    const bool isFirst;
+
+  private:
+    static inline std::atomic<bool> isTaken = false;
+};
+
 } // namespace
 
 ZStatus describeFrame(const CameraView &view, Frame &frame) {
@@ -185,6 +201,9 @@ ZStatus describeFrame(const CameraView &view, Frame &frame) {
 }
 
 ZStatus renderFrame(Frame &frame, bool withDepth) try {
+    const OnlyFrame only;
+    if (!only.isFirst)
+        return {ZStatus::kFailure, "a frame is being rendered already"};
     auto &session = renderSession();
     const bool withCallbacks = hasRenderCallbacks();
     // First: a callback may change the scene.

@@ -35,7 +35,8 @@ ZStatus describeFrame(const CameraView &view, Frame &frame);
 
 /// Renders the scene as the render session says: camera, size, region, samples, exposure and
 /// threads. Callbacks run on the calling thread, which must not have the interpreter lock. Fails
-/// with kNotFound when the scene has no camera, and with kFailure when the session was cancelled.
+/// with kNotFound when the scene has no camera, and with kFailure when the session was cancelled or
+/// a frame is being rendered already.
 OPENQUIL_API ZStatus renderFrame(Frame &frame, bool withDepth = true);
 
 } // namespace devhost

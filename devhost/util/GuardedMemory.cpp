@@ -55,9 +55,9 @@ uintptr_t roundedUp(uintptr_t value, uintptr_t unit) {
 /// Room for one more; null when the list is full. Called under the lock.
 Block *newBlock() {
     const size_t index = blocks().count;
-    auto &part = blocks().parts[index / kPartSize];
     if (index / kPartSize == kMostParts)
         return nullptr;
+    auto &part = blocks().parts[index / kPartSize];
     if (!part)
         part = new Block[kPartSize]();
     return &part.load()[index % kPartSize];

@@ -22,7 +22,8 @@ struct Timeline {
     std::map<std::pair<std::string, std::string>, TimelineName> numbers;
     std::deque<TimelineLabel> labels;
     std::deque<TimelineTrack> tracks;
-    std::map<size_t, TimelineTrack *> crew;
+    /// Of the places in crews, those that nobody has now: two crews may work at once.
+    std::map<size_t, std::vector<TimelineTrack *>> free;
     Clock::time_point start;
     bool withEvents = false;
     std::atomic<uint64_t> events = 0, leftOut = 0;
@@ -151,18 +152,23 @@ void Stage::begin(const char *name) {
     beginOnTimeline(name_);
 }
 
-CrewMember::CrewMember(size_t place) : earlier_(ownTrack) {
+CrewMember::CrewMember(size_t place) : earlier_(ownTrack), place_(place) {
     if (!timelineRuns)
         return;
     const std::lock_guard lock(timeline().mutex);
-    TimelineTrack *&found = timeline().crew[place];
-    if (!found)
-        found = &addTrack("render thread " + std::to_string(place));
-    ownTrack = found;
+    auto &free = timeline().free[place];
+    if (free.empty())
+        free.push_back(&addTrack("render thread " + std::to_string(place)));
+    taken_ = ownTrack = free.back();
+    free.pop_back();
 }
 
 CrewMember::~CrewMember() {
     ownTrack = earlier_;
+    if (!taken_)
+        return;
+    const std::lock_guard lock(timeline().mutex);
+    timeline().free[place_].push_back(taken_);
 }
 
 } // namespace devhost

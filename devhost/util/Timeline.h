@@ -93,7 +93,8 @@ class Stage {
     bool isOpen_ = false;
 };
 
-/// The calling thread is one of a crew that comes and goes; it goes on with the track of its place.
+/// The calling thread is one of a crew that comes and goes; it goes on with a track of its place
+/// that no other has.
 class OPENQUIL_API CrewMember {
   public:
     explicit CrewMember(size_t place);
@@ -102,7 +103,8 @@ class OPENQUIL_API CrewMember {
     CrewMember &operator=(const CrewMember &) = delete;
 
   private:
-    TimelineTrack *earlier_ = nullptr;
+    TimelineTrack *earlier_ = nullptr, *taken_ = nullptr;
+    size_t place_;
 };
 
 } // namespace devhost

@@ -403,6 +403,8 @@ class Callbacks(Case):
                 (raising % "ValueError", "ValueError: in the callback", 4, 2, both),
                 ("return r._native.ZRenderUtil_relativeFileName(None) is None",
                  "TypeError: Expected", 4, 2, both),
+                ("__import__('OpenQuil').Frames.render('b.png')",
+                 "a frame is being rendered already", 4, 2, both),
                 (raising % "KeyboardInterrupt", "KeyboardInterrupt: in the callback", 130, 1, [])]:
             with self.subTest(error=error):
                 self.write("a.py", CALLBACK.format(body=body))

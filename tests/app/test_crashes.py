@@ -60,11 +60,22 @@ ZRenderCallback.addCallback(callback, 0)
                 (signal.SIGBUS, cut, 7, ADDRESS), (signal.SIGFPE, send % signal.SIGFPE, 3, ""),
                 (signal.SIGILL, send % signal.SIGILL, 3, ""),
                 (signal.SIGSEGV, send % signal.SIGSEGV, 3, ""),
+                # The processor does not say at which address that has no canonical form.
+                (signal.SIGSEGV, "import ctypes\ndef fall():\n"
+                 "    ctypes.c_char.from_address(1 << 62).value\nfall()", 3, ""),
                 (signal.SIGABRT, "import os\ndef fall():\n    os.abort()\nfall()", 3, "")]:
             with self.subTest(signal=ending):
                 self.crashes(ending, source, address, STACK,
                              '  File "a.py", line %d, in fall' % line,
                              '  File "a.py", line %d, in <module>' % (line + 1))
+
+    def test_a_thread_renders_when_the_program_ends(self):
+        self.write("a.py", "import threading, quilhost\nbegun = threading.Event()\n"
+                   "def render_on():\n    begun.set()\n    while True:\n"
+                   "        quilhost.render('a.png', 640, 480)\n"
+                   "thread = threading.Thread(target=render_on)\nthread.daemon = True\n"
+                   "thread.start()\nbegun.wait()")
+        self.assertEqual(self.run_host("--quiet", "--python", "a.py", "tri.obj"), ("", ""))
 
     def test_jump_to_nowhere(self):
         # Nobody can follow such a stack; the script's is told all the same.

@@ -211,6 +211,13 @@ TEST_F(Images, AFileIsWholeOnlyWithAllItsBytes) {
             EXPECT_NE(devhost::inspectPicture(path("other")).damage, "") << name << " " << length;
         }
     }
+    // A block that begins near the end of all numbers; the table ends where the first one begins.
+    std::string lost = contents(path("a.exr"));
+    size_t table = 0;
+    for (uint64_t first = 0; first != table + 24;)
+        std::memcpy(&first, &lost.at(++table), sizeof first);
+    folder_.write("other", lost.replace(table, 8, "\xfa" + std::string(7, '\xff')));
+    EXPECT_EQ(devhost::inspectPicture(path("other")).damage, "its end is missing");
     EXPECT_EQ(devhost::inspectPicture(folder_.path).damage, "it is no regular file");
     EXPECT_EQ(devhost::inspectPicture(path("none")).damage, "No such file or directory");
 }

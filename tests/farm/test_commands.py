@@ -113,13 +113,26 @@ class Local(Case):
                          ("", ""))
 
     def test_a_script_that_fails(self):
-        (self.folder / "a.py").write_text(SCRIPT.format("print('line\\n' * 9); sys.exit(7)"))
+        # What looks like an event is the script's own.
+        events = """print('{"event": 3}'); print('{"event": "end", "code": "x"}'); """
+        (self.folder / "a.py").write_text(SCRIPT.format(
+            events + "print('line\\n' * 9); sys.exit(7)"))
         out, err = self.submit("reed.gltf", "--python", "a.py", "--frames", "4-6", "--chunk", "9",
                                "--output", "#.png", code=7)
         out, err = self.farm("status", "local-1", code=3)
         self.assertEqual(out.splitlines()[1:], [
             "task 0 (frames 4-6) ended with exit code 7; %s begins:" %
-            (self.folder / "quilfarm.jobs/local-1/0.log")] + ["    line"] * 5)
+            (self.folder / "quilfarm.jobs/local-1/0.log")] +
+            ['    {"event": 3}'] + ["    line"] * 4)
+
+    def test_signals_that_are_ignored(self):
+        # As nohup does, and as some supervisors leave the ends of children.
+        (self.folder / "a.py").write_text(SCRIPT.format("os.kill(os.getppid(), signal.SIGHUP)"))
+        self.run_program(
+            "sh", "-c", "trap '' HUP CHLD; exec \"$@\"", "sh", self.quilfarm, "submit", "reed.gltf",
+            "--engine", "local", "--python", "a.py", "--frames", "5-6", "--output", "#.png", *SMALL)
+        self.assertEqual(self.farm("check", "--frames", "5-6", "--output", "#.png")[0],
+                         "2 frames: 2 whole\n")
 
     def test_two_jobs_with_the_same_pictures(self):
         words = [self.quilfarm, "submit", "reed.gltf", "--engine", "local", "--frames", "1-6",
@@ -244,8 +257,8 @@ class Slurm(Case):
         folder.mkdir()
         words = ("submit", "reed.gltf", "--frames", "1-5", "--chunk", "2", "--output",
                  ODD + "/#.exr", "--farm", ODD, "--setting", "preKos=" + ODD, *SMALL)
-        script, err = self.farm(*words, "--dry-run")
-        self.assertNotIn("dry-run'\n", script)
+        script, err = self.farm(*words, "--dry-run=true")
+        self.assertNotIn("--dry-run", script)
         (folder / "dry-run").mkdir()
         for index, frames in (("2", ["5"]), ("1", ["3", "4", "5"])):
             self.run_program("sh", "-c", script, folder="/", SLURM_ARRAY_TASK_ID=index)
@@ -273,6 +286,7 @@ class Slurm(Case):
         log = (self.folder / "dry-run/0.log").read_text()
         self.assertIn("File too large", log)
         self.assertIn("'disk' does not exist", log)
+        self.assertEqual(log.count('"code":3,"event":"end"'), 2)
         out, err = self.farm("check", "--output", "disk/#.exr", code=3)
         self.assertIn("1 missing (1)", out)
 

@@ -123,6 +123,7 @@ class InstallerTest(unittest.TestCase):
 
     def test_prefixes(self):
         with tempfile.TemporaryDirectory() as prefix:
+            self.assertIn("usage: install.sh", self.refused("fly", prefix))
             self.assertIn("absolute path, not 'here'", self.refused("install", "here"))
             self.assertIn("nothing that make install has put there",
                           self.refused("uninstall", prefix))

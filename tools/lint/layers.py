@@ -77,6 +77,7 @@ LAYERS = {
                     ' runtime/pointer_object.h',  # counts objects by what modules return
                     'tests/app'),
     'devhost/farm': ('devhost/app/CommandLine.h devhost/app/Errors.h'  # quilhost's own reading
+                     ' devhost/app/Progress.h'                         # and its log's last event
                      ' devhost/image/PictureFile.h devhost/image/TileAssembly.h'
                      ' devhost/session/Parallel.h devhost/session/PixelRegion.h devhost/util'
                      ' host/core',
