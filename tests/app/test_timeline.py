@@ -77,6 +77,18 @@ class TimelineTest(HostCase):
                          ["frame 1", "frame 2"])
         self.assertEqual(len([name for name in threads.values() if name.startswith("thread ")]), 1)
 
+    def test_a_profile_function_outlives_the_script(self):
+        self.write("a.py", SCRIPT + """
+def heard(frame, event, argument):
+    if event == "call":
+        print(frame.f_code.co_name)
+import sys
+sys.setprofile(heard)
+""")
+        out, err = self.run_host(*self.arguments)
+        self.assertEqual((out.split()[:10], err),
+                         (["renderCallback", "outer", "inner", "inner", "inner"] * 2, ""))
+
     def test_stats(self):
         out, err = self.run_host(*self.arguments, "--stats")
         rows = {}
