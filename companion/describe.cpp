@@ -81,7 +81,7 @@ static Json describe_functions() {
     Json functions = Json::array();
     for (const Rows *rows : method_tables)
         for (const Function &function : *rows)
-            if (!function.is_case())
+            if (!function.is_case)
                 functions.push_back(describe_row(function));
     return functions;
 }

@@ -169,9 +169,9 @@ struct Texts {
 
 /// A description. The parameters are those that Python sees, the object first, and the hidden
 /// status; a case of an overloaded function has probes.
-template <class... A, size_t default_count = 0>
+template <class... A, class Probes = std::nullptr_t, size_t default_count = 0>
 consteval Function describe(Kind kind, Texts texts, PyCFunction native, Pack<A...>,
-                            const Probe *probes = nullptr,
+                            Probes probes = nullptr,
                             std::array<signed char, default_count> defaults = {}) {
     constexpr int count = parameter_count<A...>;
     static_assert(default_count <= kMaxDefaults);
@@ -179,6 +179,7 @@ consteval Function describe(Kind kind, Texts texts, PyCFunction native, Pack<A..
     function.name = texts.name;
     function.native = native;
     function.probes = probes;
+    function.is_case = !std::is_null_pointer_v<Probes>;
     function.kind = kind;
     function.owner_size = static_cast<unsigned char>(texts.owner_size);
     function.max = count;

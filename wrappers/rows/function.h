@@ -43,6 +43,7 @@ struct Function {
     unsigned char max;                  ///< all parameters, but not a hidden status
     unsigned char flags;                ///< METH_NOARGS, METH_O or METH_VARARGS
     unsigned char case_count;           ///< how many records before this one are its cases
+    bool is_case;                       ///< scripts reach it through the overloaded function only
     signed char defaults[kMaxDefaults]; ///< of the last max - min parameters
 
     /// The type, as in the row: "ZStatus(unsigned int, bool) const". It is told in messages only,
@@ -56,8 +57,6 @@ struct Function {
     bool has_object() const {
         return kind == Kind::kMethod || kind == Kind::kSetter || kind == Kind::kGetter;
     }
-    /// True for a case, which scripts reach through the overloaded function only.
-    constexpr bool is_case() const { return probes; }
     /// The cases of an overloaded function, in declaration order; none for others.
     constexpr std::span<const Function> cases() const { return {this - case_count, case_count}; }
     /// Of a parameter that has a default.
@@ -122,7 +121,7 @@ constexpr std::string_view Function::member() const {
 constexpr bool is_well_formed(Rows rows) {
     int waiting = 0;
     for (const Function &function : rows) {
-        if (function.is_case()) {
+        if (function.is_case) {
             ++waiting;
             continue;
         }

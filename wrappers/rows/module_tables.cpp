@@ -30,7 +30,7 @@ PyMethodDef *make_method_array() {
     *end++ = instance_method_row;
     for (const Rows *rows : method_tables)
         for (const Function &function : *rows)
-            if (!function.is_case())
+            if (!function.is_case)
                 *end++ = {function.name, function.native, function.flags, nullptr};
     *end = end_of_methods;
     return methods;
