@@ -4,22 +4,11 @@
 #include "companion/native_method.h"
 #include "companion/native_property.h"
 #include "companion/native_slots.h"
-#include "companion/part.h"
 #include "host/base/HostApi.h"
 
 namespace {
 
-PyObject *part(PyObject *, PyObject *arguments) {
-    PyObject *whole, *result;
-    if (!PyArg_UnpackTuple(arguments, "part", 2, 2, &whole, &result))
-        return nullptr;
-    Py_INCREF(result);
-    return companion::keep_whole(whole, result);
-}
-
 PyMethodDef functions[] = {
-    {"part", part, METH_VARARGS,
-     "part(whole, result): makes the proxy of a part keep the whole, and returns it."},
     {"install", companion::install_slots, METH_O,
      "install(cls): gives a class operators that call its native methods directly; returns it."},
     {nullptr, nullptr, 0, nullptr}};

@@ -4,9 +4,10 @@
 namespace companion {
 namespace {
 
-/// Tells the profile function, which is not itself profiled; false with its exception set.
+/// Tells the profile function, which is not itself profiled; false with its exception set. Profile
+/// functions rely on a frame, and there is none where the host calls a callback's own method.
 bool tell(PyThreadState *state, int event, PyObject *function) {
-    if (!state->c_profilefunc || state->tracing)
+    if (!state->c_profilefunc || state->tracing || !state->frame)
         return true;
     ++state->tracing;
     state->use_tracing = 0;

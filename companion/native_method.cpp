@@ -287,7 +287,7 @@ PyObject *names_in(const char *text, bool &takes_rest) {
     while (list && !rest.empty()) {
         const std::string_view name = rest.substr(0, rest.find(','));
         rest.remove_prefix(std::min(rest.size(), name.size() + 2));
-        takes_rest = name.front() == '*';
+        takes_rest = name.starts_with('*');
         if (takes_rest)
             break;
         const Reference item(PyString_FromStringAndSize(name.data(), Py_ssize_t(name.size())));
@@ -324,7 +324,10 @@ PyObject *method_new(PyTypeObject *type, PyObject *arguments, PyObject *named) {
     self->init = kept(init);
     self->is_part = is_part;
     self->checks_this = checks_this;
-    if (self->parameters && self->defaults)
+    const bool needs_object = is_part || checks_this || init;
+    if (self->parameters && self->defaults && needs_object && !PyTuple_GET_SIZE(self->parameters))
+        PyErr_SetString(PyExc_ValueError, "a method of an object has the object as a parameter");
+    else if (self->parameters && self->defaults)
         return reinterpret_cast<PyObject *>(self);
     Py_DECREF(self);
     return nullptr;

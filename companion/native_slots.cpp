@@ -36,21 +36,29 @@ PyObject *name_of(Special special) {
     return names[special];
 }
 
-/// The class's native method of a name (borrowed), or null.
+/// The class's native method of a name, or null. It is a new reference: what a call runs may
+/// replace the method in its class.
 PyObject *native_method(PyTypeObject *type, PyObject *name) {
     PyObject *found = name ? _PyType_Lookup(type, name) : nullptr;
-    return found && is_native_method(found) ? found : nullptr;
+    if (!found || !is_native_method(found))
+        return nullptr;
+    Py_INCREF(found);
+    return found;
+}
+
+bool has_native_method(PyTypeObject *type, Special special) {
+    return static_cast<bool>(Reference(native_method(type, name_of(special))));
 }
 
 /// Calls a special method, which the class has, with the instance and further arguments.
 template <class... Argument>
 PyObject *call_special(Special special, PyObject *self, Argument *...arguments) {
     PyObject *name = name_of(special);
-    PyObject *method = native_method(Py_TYPE(self), name);
+    const Reference method(native_method(Py_TYPE(self), name));
     if (!method)
         return name ? PyObject_CallMethodObjArgs(self, name, arguments..., nullptr) : nullptr;
     const Reference all(PyTuple_Pack(1 + sizeof...(arguments), self, arguments...));
-    return all ? call_native_method(method, all.get(), nullptr) : nullptr;
+    return all ? call_native_method(method.get(), all.get(), nullptr) : nullptr;
 }
 
 int status_of(PyObject *result) {
@@ -59,9 +67,9 @@ int status_of(PyObject *result) {
 }
 
 int initialise(PyObject *self, PyObject *arguments, PyObject *named) {
-    PyObject *method = native_method(Py_TYPE(self), name_of(kInit));
+    const Reference method(native_method(Py_TYPE(self), name_of(kInit)));
     if (method)
-        return construct(method, self, arguments, named) ? 0 : -1;
+        return construct(method.get(), self, arguments, named) ? 0 : -1;
     const Reference found(PyObject_GetAttr(self, name_of(kInit)));
     return found ? status_of(PyObject_Call(found.get(), arguments, named)) : -1;
 }
@@ -97,7 +105,7 @@ PyObject *binary(PyObject *left, PyObject *right) {
 
 template <Special special, binaryfunc PyNumberMethods::*slot>
 void install_binary(PyTypeObject *type) {
-    if (native_method(type, name_of(special)))
+    if (has_native_method(type, special))
         type->tp_as_number->*slot = binary<special, slot>;
 }
 
@@ -107,17 +115,17 @@ PyObject *install_slots(PyObject *, PyObject *klass) {
     auto *type = reinterpret_cast<PyTypeObject *>(klass);
     if (!PyType_Check(klass) || !PyType_HasFeature(type, Py_TPFLAGS_HEAPTYPE))
         return PyErr_Format(PyExc_TypeError, "install() takes a class");
-    if (native_method(type, name_of(kInit)))
+    if (has_native_method(type, kInit))
         type->tp_init = initialise;
-    if (native_method(type, name_of(kGetItem)))
+    if (has_native_method(type, kGetItem))
         type->tp_as_mapping->mp_subscript = item;
-    if (native_method(type, name_of(kSetItem)))
+    if (has_native_method(type, kSetItem))
         type->tp_as_mapping->mp_ass_subscript = set_item;
-    if (native_method(type, name_of(kLen)))
+    if (has_native_method(type, kLen))
         type->tp_as_mapping->mp_length = type->tp_as_sequence->sq_length = length;
-    if (native_method(type, name_of(kNeg)))
+    if (has_native_method(type, kNeg))
         type->tp_as_number->nb_negative = negative;
-    if (native_method(type, name_of(kMemory)))
+    if (has_native_method(type, kMemory))
         install_memory(type);
     install_binary<kAdd, &PyNumberMethods::nb_add>(type);
     install_binary<kSub, &PyNumberMethods::nb_subtract>(type);

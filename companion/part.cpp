@@ -10,8 +10,15 @@ PyObject *dictionary_of(PyObject *object) {
     return dictionary ? *dictionary : nullptr;
 }
 
+/// A name, made on first use; null with an exception set when memory is short.
+PyObject *interned(PyObject *&name, const char *text) {
+    if (!name)
+        name = PyString_InternFromString(text);
+    return name;
+}
+
 bool note(PyObject *dictionary, PyObject *name, PyObject *value) {
-    return name && PyDict_SetItem(dictionary, name, value) == 0;
+    return PyDict_SetItem(dictionary, name, value) == 0;
 }
 
 } // namespace
@@ -20,13 +27,14 @@ PyObject *keep_whole(PyObject *whole, PyObject *result) {
     PyObject *kept = result && whole ? dictionary_of(result) : nullptr;
     if (!kept)
         return result;
-    static PyObject *const this_name = PyString_InternFromString("this");
-    static PyObject *const whole_name = PyString_InternFromString("_whole");
-    static PyObject *const pointer_name = PyString_InternFromString("_whole_this");
-    PyObject *names = dictionary_of(whole);
-    PyObject *pointer = names && this_name ? PyDict_GetItem(names, this_name) : nullptr;
-    if (note(kept, whole_name, whole) && (!pointer || note(kept, pointer_name, pointer)))
-        return result;
+    static PyObject *this_name, *whole_name, *pointer_name;
+    if (interned(this_name, "this") && interned(whole_name, "_whole") &&
+        interned(pointer_name, "_whole_this")) {
+        PyObject *names = dictionary_of(whole);
+        PyObject *pointer = names ? PyDict_GetItem(names, this_name) : nullptr;
+        if (note(kept, whole_name, whole) && (!pointer || note(kept, pointer_name, pointer)))
+            return result;
+    }
     Py_DECREF(result);
     return nullptr;
 }

@@ -69,10 +69,12 @@ void fillSettings(const Options &options, ZCommonRenderSettingsData &settings) {
     const size_t hashes = file.find('#');
     const size_t behind = file.find_first_not_of('#', hashes);
     // What names of the schemes 1 to 3 look like: "name.####.ext", "name_####.ext", "name####.ext".
-    const bool isPlain = hashes != std::string::npos && "." + extension == file.substr(behind);
-    const bool hasMark = hashes > 0 && (file[hashes - 1] == '.' || file[hashes - 1] == '_');
+    const bool hasHashes = hashes != std::string::npos;
+    const bool isPlain = hasHashes && "." + extension == file.substr(behind);
+    const bool hasMark =
+        hasHashes && hashes > 0 && (file[hashes - 1] == '.' || file[hashes - 1] == '_');
     const std::string name = file.substr(0, hasMark ? hashes - 1 : hashes);
-    if (hashes == std::string::npos) {
+    if (!hasHashes) {
         settings.namingScheme = 0;
         settings.name = path.stem().c_str();
     } else if (isPlain && !name.empty()) {

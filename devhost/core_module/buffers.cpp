@@ -87,9 +87,41 @@ PyObject *buffer_of_length(unsigned int count) {
     return new_buffer<T>(nullptr, count);
 }
 
-/// Reads bytes as they are, or a sequence of items; false with an exception set.
+/// The number of items; -1 where it is not known.
+template <class T>
+long length_of(const T &buffer) {
+    const auto size = devhost::knownBytes(&buffer);
+    return size ? static_cast<long>(*size / sizeof(T)) : -1;
+}
+
+/// The length, where something would need it that was not given; -1 with an exception set.
+template <class T>
+long known_length(const T &buffer) {
+    const long length = length_of(buffer);
+    if (length < 0)
+        PyErr_SetString(PyExc_TypeError, "the length of memory that the host made is not known");
+    return length;
+}
+
+/// The items of another buffer of the same class (borrowed), or null.
+template <class T>
+const T *same_buffer(PyObject *data) {
+    void *address = nullptr;
+    return SWIG_Python_ConvertPtrAndOwn(data, &address, type_of<T>(), 0) < 0
+               ? nullptr
+               : static_cast<const T *>(address);
+}
+
+/// Reads the items of such a buffer, bytes as they are, or a sequence of items; false with an
+/// exception set.
 template <class T>
 bool read_data(PyObject *data, std::vector<T> &items) {
+    if (const T *buffer = same_buffer<T>(data)) {
+        const long length = known_length(*buffer);
+        if (length >= 0)
+            items.assign(buffer, buffer + length);
+        return length >= 0;
+    }
     if constexpr (!std::is_pointer_v<T>) {
         const RawItems raw(data, format_of<T>());
         size_t count;
@@ -134,13 +166,6 @@ PyObject *buffer_from_memory(PyObject *memory, unsigned int count) {
     return new_buffer(static_cast<const T *>(address), count);
 }
 
-/// The number of items; -1 where it is not known.
-template <class T>
-long length_of(const T &buffer) {
-    const auto size = devhost::knownBytes(&buffer);
-    return size ? static_cast<long>(*size / sizeof(T)) : -1;
-}
-
 template <class T>
 long buffer_length(T &buffer) {
     return length_of(buffer);
@@ -162,15 +187,6 @@ PyObject *buffer_representation(T &buffer, const char *name) {
         return PyString_FromFormat("<%s %s>", name, PyString_AS_STRING(text.get()));
     return PyString_FromFormat("<%s of %ld items, the first are %s>", name, length,
                                PyString_AS_STRING(text.get()));
-}
-
-/// The length, where something would need it that was not given; -1 with an exception set.
-template <class T>
-long known_length(const T &buffer) {
-    const long length = length_of(buffer);
-    if (length < 0)
-        PyErr_SetString(PyExc_TypeError, "the length of memory that the host made is not known");
-    return length;
 }
 
 /// Checks that the items lie inside the buffer, as far as its length is known.
@@ -202,7 +218,7 @@ bool read_buffer_item(PyObject *object, T &value) {
 template <class T>
 PyObject *set_buffer_item(T &buffer, long index, PyObject *object) {
     T value;
-    if (!check_range(buffer, index, 1) || !read_buffer_item(object, value))
+    if (!read_buffer_item(object, value) || !check_range(buffer, index, 1))
         return nullptr;
     (&buffer)[index] = value;
     Py_RETURN_NONE;
@@ -289,7 +305,7 @@ PyObject *set_subscript(T &buffer, PyObject *key, PyObject *value) {
         return read_index(key, index) ? set_buffer_item(buffer, index, value) : nullptr;
     Slice slice;
     std::vector<T> items;
-    if (!read_slice(buffer, key, slice) || !read_data(value, items))
+    if (!read_data(value, items) || !read_slice(buffer, key, slice))
         return nullptr;
     if (static_cast<size_t>(slice.count) != items.size())
         return PyErr_Format(PyExc_ValueError, "%zd items do not fit a slice of %zd",

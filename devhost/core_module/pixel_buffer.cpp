@@ -58,7 +58,8 @@ PyObject *write(PixelBuffer &self, long start, PyObject *data) {
         return PyErr_Format(PyExc_TypeError, "pixels are bytes, or the memory of floats");
     if (!check_range(self, start, static_cast<long>(count)))
         return nullptr;
-    std::memcpy(self.data() + start, raw.data(), raw.size());
+    if (count) // the pixels given may be the buffer's own
+        std::memmove(self.data() + start, raw.data(), raw.size());
     Py_RETURN_NONE;
 }
 

@@ -31,12 +31,12 @@ bool fits(const Py_buffer &view, char format) {
 RawItems::RawItems(PyObject *object, char format) {
     if (PyString_Check(object) || PyByteArray_Check(object) || PyBuffer_Check(object) ||
         is_array_of(object, format))
-        readBytes(object);
+        read_bytes(object);
     else if (PyObject_CheckBuffer(object))
-        readView(object, format);
+        read_view(object, format);
 }
 
-void RawItems::readBytes(PyObject *object) {
+void RawItems::read_bytes(PyObject *object) {
     const void *start;
     Py_ssize_t length;
     failed_ = PyObject_AsReadBuffer(object, &start, &length) < 0;
@@ -46,7 +46,7 @@ void RawItems::readBytes(PyObject *object) {
     size_ = static_cast<size_t>(length);
 }
 
-void RawItems::readView(PyObject *object, char format) {
+void RawItems::read_view(PyObject *object, char format) {
     failed_ = PyObject_GetBuffer(object, &view_, PyBUF_CONTIG_RO | PyBUF_FORMAT) < 0;
     if (failed_)
         return;

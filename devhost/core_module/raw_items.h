@@ -59,8 +59,8 @@ class RawItems {
     size_t size() const { return size_; }
 
   private:
-    void readBytes(PyObject *object);
-    void readView(PyObject *object, char format);
+    void read_bytes(PyObject *object);
+    void read_view(PyObject *object, char format);
 
     const char *data_ = nullptr;
     size_t size_ = 0;

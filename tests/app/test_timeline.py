@@ -108,6 +108,18 @@ thread.join()
             elif event["ph"] == "E":
                 self.assertEqual(stacks[event["tid"]].pop(), event["name"])
 
+    def test_a_profile_function_outlives_the_script(self):
+        self.write("a.py", SCRIPT + """
+def heard(frame, event, argument):
+    if event == "call":
+        print(frame.f_code.co_name)
+import sys
+sys.setprofile(heard)
+""")
+        out, err = self.run_host(*self.arguments)
+        self.assertEqual((out.split()[:10], err),
+                         (["renderCallback", "outer", "inner", "inner", "inner"] * 2, ""))
+
     def test_stats(self):
         out, err = self.run_host(*self.arguments, "--stats")
         rows = {}

@@ -284,6 +284,8 @@ class MemoryTest(unittest.TestCase):
         lent.thisown = False
         seen = buffer(lent)
         self.assertRaisesRegexp(BufferError, 'lends', memoryview, lent)
+        self.assertRaisesRegexp(BufferError, 'lends', OpenQuil.FloatBuffer, lent)
+        self.assertEqual(list(OpenQuil.IntBuffer(lent)), [7])
         self.assertEqual(str(seen), struct.pack('i', 7))
         lent.thisown = True
         OpenQuil._native.delete_IntBuffer(lent)

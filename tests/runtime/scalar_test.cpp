@@ -40,7 +40,7 @@ const std::map<std::string, void (*)(const std::string &, int)> kTypes = {
 
 } // namespace
 
-std::vector<std::string> parts(const std::string &text) {
+static std::vector<std::string> parts(const std::string &text) {
     std::vector<std::string> result;
     for (size_t begin = 0, end = 0; end != std::string::npos; begin = end + 3) {
         end = text.find(" | ", begin);

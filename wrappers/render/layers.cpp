@@ -6,6 +6,8 @@
 #include "host/render/ZFnRenderLayer.h"
 #include "host/render/ZFnRenderPass.h"
 
+#include <new>
+
 #define ROW_LIST "wrappers/render/layers.def"
 #define ROW_TABLE layer_rows
 #include "wrappers/rows/make_rows.h"
@@ -18,8 +20,10 @@ PyObject *_wrap_ZFnRenderPass_frameBufferType(PyObject *, PyObject *argument) {
     return with_arguments<METH_O, ZFnRenderPass *, ZStatus *>(
         row_table[at_ZFnRenderPass_frameBufferType], argument,
         [](Argument<ZFnRenderPass *> &self, Argument<ZStatus *> &status) {
-            auto *copy =
-                new ZPxRenderPassImpl::PassTypeBit(self.get()->frameBufferType(status.get()));
+            auto *copy = new (std::nothrow)
+                ZPxRenderPassImpl::PassTypeBit(self.get()->frameBufferType(status.get()));
+            if (!copy)
+                return PyErr_NoMemory();
             PyObject *object = SWIG_Python_NewPointerObj(
                 copy, type_of<OpaqueType<k_p_ZPxRenderPassImpl__PassTypeBit>>(), kOwned);
             if (!object)

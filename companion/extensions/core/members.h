@@ -8,7 +8,8 @@ class Buffer {
     /// Makes a buffer of the given number of zeros.
     Buffer(unsigned int count);
     /// Makes a buffer from a sequence of items, from the bytes of a str, bytearray or buffer, or
-    /// from the memory of an array.array or memoryview of the same items.
+    /// from the memory of an array.array or memoryview of the same items. Raises BufferError for
+    /// memory of another class that the host lends.
     Buffer(PyObject *data);
     /// Makes a buffer as a copy of the first `count` items of native memory: untyped, as the host
     /// hands it out (`void *`), or another buffer. The memory must hold that many: where its length
