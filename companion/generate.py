@@ -94,8 +94,9 @@ class Module(object):
 
 
 class Generator(object):
-    def __init__(self, module, used_modules, header_classes, aliases, extensions):
+    def __init__(self, module, version, used_modules, header_classes, aliases, extensions):
         self.module = module
+        self.version = version
         self.used_modules = used_modules
         self.header_classes = header_classes
         self.extensions = extensions
@@ -187,7 +188,8 @@ class Generator(object):
         return ('# -*- coding: utf-8 -*-\n'
                 '"""The classes of the native module %s, with their documentation.\n\n'
                 'Generated from the module\'s own tables."""\n\n'
-                '%s\n\n__all__ = [\n%s,\n]\n' % (self.module.native, '\n'.join(imports), exported))
+                '%s\n\n__version__ = %r\n__all__ = [\n%s,\n]\n' % (
+                    self.module.native, '\n'.join(imports), self.version, exported))
 
     def proxy_class(self, target):
         replaced = self.extended_names(target)
@@ -339,6 +341,7 @@ class Generator(object):
                   '                    overload)\n']
         blocks[0] += ''.join('import %s\n' % used.name for used in self.used_modules)
         blocks[0] += 'from openquil_proxy import Proxy\n'
+        blocks.append('__version__: str\n')
         if self.module.constants:
             blocks.append(''.join('%s: int\n' % name for name in self.module.constants))
         blocks += [self.stub_class(target) for target in self.ordered_classes()]
@@ -415,13 +418,14 @@ def named_module(text):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split('\n\n')[0])
     parser.add_argument('--module', type=named_module, required=True, metavar='NAME=DESCRIPTION')
+    parser.add_argument('--version', required=True)
     parser.add_argument('--uses', type=named_module, action='append', default=[],
                         metavar='NAME=DESCRIPTION', help='a module whose classes this one uses')
     parser.add_argument('--headers', type=pathlib.Path, required=True, help='the host\'s headers')
     parser.add_argument('--extensions', type=pathlib.Path, required=True)
     parser.add_argument('--output', type=pathlib.Path, required=True)
     arguments = parser.parse_args()
-    generator = Generator(arguments.module, arguments.uses,
+    generator = Generator(arguments.module, arguments.version, arguments.uses,
                           read_headers([arguments.headers, arguments.extensions]),
                           read_aliases([arguments.headers]), arguments.extensions)
     name = arguments.module.name

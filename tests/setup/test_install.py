@@ -72,6 +72,12 @@ class InstalledTest(unittest.TestCase):
                 pictures.append(file.read())
         self.assertEqual(*pictures)
 
+    def test_one_version(self):
+        told = run(self.quilhost, "--version").stdout.split()[-1]
+        child = run(self.quilhost, "--python-expr", "import OpenQuil, OpenQuilRender\n"
+                    "print(OpenQuil.__version__, OpenQuilRender.__version__)")
+        self.assertEqual(child.stdout, "('%s', '%s')\n" % (told, told))
+
     def test_manual_pages(self):
         for program, text in (("quilhost", "\\-\\-plugin"), ("quilfarm", "submit")):
             with open(os.path.join(self.prefix, "share", "man", "man1", program + ".1")) as file:
