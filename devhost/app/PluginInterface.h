@@ -19,7 +19,7 @@
 extern "C" {
 
 /// The QUILHOST_PLUGIN_VERSION that the plug-in was compiled with: `QUILHOST_PLUGIN` defines it.
-extern OPENQUIL_API const int quilhostPluginVersion;
+extern OPENQUIL_API const int quilhostPluginVersion; // NOLINT(readability-identifier-naming)
 
 /// Called once, before the scene is loaded. Returns null, or why the plug-in cannot be used: a text
 /// in UTF-8 that stays. quilhost tells it and ends with exit code 2.

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <ranges>
 #include <sstream>
 #include <system_error>
 
@@ -86,8 +85,8 @@ void Plugins::start(const std::string &file) {
 }
 
 void Plugins::end() {
-    for (const auto end : ends_ | std::views::reverse)
-        end();
+    for (auto end = ends_.rbegin(); end != ends_.rend(); ++end)
+        (*end)();
     ends_.clear();
 }
 

@@ -17,6 +17,7 @@
 #include "wrappers/rows/call.h"
 #include "wrappers/rows/row_language.h"
 
+// A source file includes this once. NOLINTBEGIN(misc-definitions-in-headers)
 namespace {
 
 using namespace binding; // NOLINT(google-build-using-namespace): the family's own file
@@ -60,6 +61,7 @@ static_assert(is_well_formed(row_table), "an overloaded function stands right be
 } // namespace
 
 extern constinit const binding::Rows ROW_TABLE = row_table;
+// NOLINTEND(misc-definitions-in-headers)
 
 #undef ROW_LIST
 #undef ROW_TABLE
