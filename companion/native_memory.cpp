@@ -2,6 +2,7 @@
 #include "companion/native_memory.h"
 
 #include "runtime/object_holder.h"
+#include "runtime/static_type.h"
 
 namespace companion {
 namespace {
@@ -100,13 +101,10 @@ PyTypeObject *exported_type() {
     static PyBufferProcs slots{};
     slots.bf_getbuffer = exported_get_buffer;
     static PyTypeObject type = [] {
-        PyTypeObject made{};
-        made.ob_refcnt = 1;
-        made.tp_name = "_openquil_proxy.Exported";
-        made.tp_basicsize = sizeof(Exported);
+        PyTypeObject made = binding::static_type("_openquil_proxy.Exported", sizeof(Exported));
         made.tp_dealloc = exported_dealloc;
         made.tp_as_buffer = &slots;
-        made.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_NEWBUFFER;
+        made.tp_flags |= Py_TPFLAGS_HAVE_NEWBUFFER;
         return made;
     }();
     return PyType_Ready(&type) == 0 ? &type : nullptr;

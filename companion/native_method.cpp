@@ -4,6 +4,7 @@
 #include "companion/native_call.h"
 #include "companion/part.h"
 #include "runtime/object_holder.h"
+#include "runtime/static_type.h"
 
 #include <structmember.h>
 
@@ -334,15 +335,10 @@ PyObject *method_new(PyTypeObject *type, PyObject *arguments, PyObject *named) {
 }
 
 constexpr PyTypeObject make_type() {
-    PyTypeObject made{};
-    made.ob_refcnt = 1;
-    made.tp_name = "_openquil_proxy.Method";
-    made.tp_basicsize = sizeof(Method);
+    PyTypeObject made = binding::static_type("_openquil_proxy.Method", sizeof(Method));
     made.tp_dealloc = method_dealloc;
     made.tp_repr = method_repr;
     made.tp_call = call_native_method;
-    made.tp_getattro = PyObject_GenericGetAttr;
-    made.tp_flags = Py_TPFLAGS_DEFAULT;
     made.tp_weaklistoffset = offsetof(Method, weak_references);
     made.tp_members = members;
     made.tp_getset = computed;

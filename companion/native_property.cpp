@@ -4,6 +4,7 @@
 #include "companion/native_call.h"
 #include "companion/part.h"
 #include "runtime/object_holder.h"
+#include "runtime/static_type.h"
 
 namespace companion {
 namespace {
@@ -60,12 +61,10 @@ int property_set(PyObject *self, PyObject *instance, PyObject *value) {
 template <bool is_part>
 PyTypeObject *make_type(const char *name) {
     static PyTypeObject type = [=] {
-        PyTypeObject made{};
-        made.ob_refcnt = 1;
-        made.tp_name = name;
+        PyTypeObject made = binding::static_type(name, PyProperty_Type.tp_basicsize +
+                                                           Py_ssize_t(sizeof(Functions)));
         made.tp_base = &PyProperty_Type;
-        made.tp_basicsize = PyProperty_Type.tp_basicsize + Py_ssize_t(sizeof(Functions));
-        made.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC;
+        made.tp_flags |= Py_TPFLAGS_HAVE_GC;
         made.tp_traverse = PyProperty_Type.tp_traverse;
         made.tp_clear = PyProperty_Type.tp_clear;
         made.tp_init = property_init;

@@ -68,7 +68,7 @@ void SwigPyPacked_dealloc(PyObject *object) {
 }
 
 constexpr PyTypeObject type_object() {
-    PyTypeObject type = static_type("SwigPyPacked", sizeof(SwigPyPacked));
+    PyTypeObject type = static_type("SwigPyPacked", sizeof(SwigPyPacked), kPointerDoc);
     type.tp_dealloc = SwigPyPacked_dealloc;
     type.tp_print = SwigPyPacked_print;
     type.tp_compare = SwigPyPacked_compare;

@@ -216,7 +216,7 @@ constexpr PyNumberMethods number_methods() {
 constinit PyNumberMethods SwigPyObject_as_number = number_methods();
 
 constexpr PyTypeObject type_object() {
-    PyTypeObject type = static_type("SwigPyObject", sizeof(SwigPyObject));
+    PyTypeObject type = static_type("SwigPyObject", sizeof(SwigPyObject), kPointerDoc);
     type.tp_dealloc = SwigPyObject_dealloc;
     type.tp_print = SwigPyObject_print;
     type.tp_compare = SwigPyObject_compare;
