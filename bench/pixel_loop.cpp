@@ -111,8 +111,8 @@ class HandWritten {
         alignas(64) int active[kPacket];
         for (unsigned i = 0; i < kPacket; ++i) {
             const PixelSample &sample = samples[i % kSamples];
-            const float across =
-                (float(x + i / kSamples) + float(sample.right)) * (2.0f / kWidth) - 1;
+            const unsigned column = x + i / kSamples;
+            const float across = (float(column) + float(sample.right)) * (2.0f / kWidth) - 1;
             const float height = (float(y) + float(sample.up)) * (2.0f / kHeight) - 1;
             setRay(packet.ray, i, eye, ahead + right * across + up * height, view_->clip().to);
             packet.hit.geomID[i] = RTC_INVALID_GEOMETRY_ID;

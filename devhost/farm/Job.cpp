@@ -130,7 +130,7 @@ std::vector<std::string> Job::hostArguments(const Task &task) const {
     }
     appendNumbers(list, "--region", part);
     if (!scriptArguments.empty()) {
-        list.push_back("--");
+        list.emplace_back("--");
         append(list, scriptArguments);
     }
     return list;
@@ -140,6 +140,7 @@ quilhost::Options Job::readHostOptions(const Task &task) const {
     std::vector<std::string> words = hostArguments(task);
     words.insert(words.begin(), "quilhost");
     std::vector<char *> pointers;
+    pointers.reserve(words.size());
     for (std::string &word : words)
         pointers.push_back(word.data());
     const auto options =

@@ -108,7 +108,7 @@ bool isInstalled(const std::string &program) {
     const char *const path = std::getenv("PATH");
     std::istringstream folders(path ? path : "/usr/bin:/bin");
     for (std::string folder; std::getline(folders, folder, ':');)
-        if (access((folder + "/" + program).c_str(), X_OK) == 0)
+        if (access(folder.append("/").append(program).c_str(), X_OK) == 0)
             return true;
     return false;
 }

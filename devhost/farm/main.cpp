@@ -18,7 +18,7 @@ const struct {
     const char *name;
     int (*run)(const Arguments &);
     const char *about;
-} commands[] = {
+} kCommands[] = {
     {"submit", submit, "submit frames as one job of many tasks"},
     {"status", status, "tell how far a job is"},
     {"check", check, "tell which pictures are there and whole"},
@@ -29,7 +29,7 @@ const struct {
 
 void printHelp() {
     std::puts("Usage: quilfarm COMMAND [options]    (quilfarm COMMAND --help tells them)\n");
-    for (const auto &each : commands)
+    for (const auto &each : kCommands)
         std::printf("  %-10s %s\n", each.name, each.about);
     std::puts(
         "\nExit codes: 0 success; 2 a mistake on the command line, nothing is submitted; 3 not "
@@ -48,9 +48,9 @@ int runCommand(const Arguments &words) {
         std::printf("quilfarm %s\n", devhost::version());
         return quilhost::kOk;
     }
-    const auto *const command = std::find_if(std::begin(commands), std::end(commands),
+    const auto *const command = std::find_if(std::begin(kCommands), std::end(kCommands),
                                              [&](const auto &each) { return each.name == name; });
-    if (command == std::end(commands))
+    if (command == std::end(kCommands))
         throw quilhost::Failure(quilhost::kUsageError, "'" + name +
                                                            "' is no command of quilfarm "
                                                            "(quilfarm --help tells them)");

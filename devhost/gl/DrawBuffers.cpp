@@ -77,7 +77,7 @@ ZStatus DrawBuffers::read(ZImage &image) const {
     const GlPrivateFramebuffer scope({GL_TEXTURE_2D, textures_.color}, {});
     glFunctionTable()->glReadPixels(0, 0, textures_.width, textures_.height, GL_RGBA,
                                     GL_UNSIGNED_BYTE, image.pixels());
-    return scope.check();
+    return GlPrivateFramebuffer::check();
 }
 
 } // namespace devhost

@@ -155,6 +155,7 @@ ZStatus assemblePng(const std::vector<Tile> &tiles, const std::string &path) {
 
 ZStatus assembleTiles(const std::vector<std::string> &tiles, const std::string &path) {
     std::vector<Tile> list;
+    list.reserve(tiles.size());
     for (const std::string &tile : tiles)
         list.push_back({tile, {}});
     try {

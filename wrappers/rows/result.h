@@ -41,7 +41,7 @@ PyObject *owned(T *object, int flags) {
 /// The same for a heap copy of a result.
 template <class T>
 PyObject *copied(T &&value) {
-    SwigValueWrapper<T> copy(std::move(value));
+    SwigValueWrapper<T> copy(std::forward<T>(value));
     if (!copy.get())
         return PyErr_NoMemory();
     PyObject *result = SWIG_Python_NewPointerObj(copy.get(), type_of<T>(), kOwned);

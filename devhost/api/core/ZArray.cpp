@@ -69,7 +69,8 @@ ZArrayOf<T>::~ZArrayOf() {
 
 template <class T>
 ZArrayOf<T> &ZArrayOf<T>::operator=(const ZArrayOf &other) {
-    return *this = ZArrayOf(other);
+    *this = ZArrayOf(other);
+    return *this;
 }
 
 template <class T>
