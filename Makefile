@@ -5,7 +5,7 @@ SCENE ?= /usr/share/glmark2/models/bunny.obj
 export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 
 PREFIX ?= /usr/local
-.PHONY: programs install uninstall package
+.PHONY: programs install uninstall package docs check-docs
 .PHONY: build setup demo test stress bench format clean
 .PHONY: check-asan check-tsan check-valgrind check-bare check-farm coverage lint lint-fast strength
 
@@ -34,6 +34,15 @@ uninstall:
 # A Debian package, in build/package.
 package: programs
 	cpack --config build/CPackConfig.cmake -B build/package
+
+# The documentation as a site of static pages, in build/docs/html.
+docs: programs setup-docs
+	python3 docs/site/build.py build
+
+# The site's links, and its pages in a browser without a window; screenshots in build/docs/screenshots.
+# Debian's Python has Selenium.
+check-docs: docs setup-docs-checks
+	/usr/bin/python3 tools/check_docs.py build
 
 test: build
 	ctest --test-dir build --output-on-failure

@@ -10,9 +10,9 @@
 #   5. Debian 11's python2.7-dev, on Debian 12
 #   6. one that pyenv builds, which takes minutes and a network
 #
-# Usage: setup.sh [--tests] [--bench] [--package] [--checks] [--farm]
-#   Each installs also what the tests, the benchmark, packaging, the checking targets of the Makefile
-#   or the check with a real Slurm need.
+# Usage: setup.sh [--tests] [--bench] [--package] [--checks] [--farm] [--docs] [--docs-checks]
+#   Each installs also what the tests, the benchmark, packaging, the checking targets of the Makefile,
+#   the check with a real Slurm, the documentation's site or its check in a browser need.
 #
 # Environment:
 #   PYTHON2      the python2.7 program to use; an error when it does not fit
@@ -34,6 +34,8 @@ readonly build_packages=(
 readonly test_packages=(libgtest-dev binutils help2man)
 readonly package_packages=(help2man dpkg-dev file)
 readonly bench_packages=(cython3 valgrind binutils)
+readonly docs_packages=(python3-sphinx python3-myst-parser furo)
+readonly docs_check_packages=(chromium chromium-driver python3-selenium fonts-dejavu-core)
 readonly farm_packages=(slurm-wlm munge)
 readonly check_packages=(
     "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git mypy shellcheck valgrind
@@ -264,7 +266,9 @@ for option in "$@"; do
     --package) packages+=("${package_packages[@]}") ;;
     --checks) packages+=("${check_packages[@]}") ;;
     --farm) packages+=("${farm_packages[@]}") ;;
-    *) die "usage: setup.sh [--tests] [--bench] [--package] [--checks] [--farm]" ;;
+    --docs) packages+=("${docs_packages[@]}") ;;
+    --docs-checks) packages+=("${docs_packages[@]}" "${docs_check_packages[@]}") ;;
+    *) die "usage: $(sed -n 's/^# Usage: //p' "$0")" ;;
     esac
 done
 if have dpkg-query && have apt-get; then

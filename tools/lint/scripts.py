@@ -11,7 +11,7 @@ import subprocess
 import sys
 
 # Run by Python 3; the rest is for Python 2.
-PYTHON3 = ('tools/*', 'bench/run.py', 'companion/generate.py', 'companion/headers.py',
+PYTHON3 = ('tools/*', 'docs/site/*', 'bench/run.py', 'companion/generate.py', 'companion/headers.py',
            'companion/signatures.py', 'tests/app/*', 'tests/farm/*', 'tests/house/*',
            'tests/setup/*', 'tests/companion/test_stubs.py', 'tests/across/hostile/null_host.py',
            'tests/across/lifetimes/test_leak_check.py')
