@@ -123,7 +123,8 @@ class Copy(object):
                                        self.jobs, '--stop-on-failure', '--timeout', '60', *choice)
         if not result.returncode:
             return None
-        found = re.search(r'^\s*\d+ - (\S+) \((?!Not Run)', result.stdout, re.MULTILINE)
+        # A parameter may follow the name: "# GetParam() = ...".
+        found = re.search(r'^\s*\d+ - (\S+) .*\((?!Not Run)\w', result.stdout, re.MULTILINE)
         return found.group(1) if found else 'a time limit'
 
     def catcher(self, fault):
