@@ -91,14 +91,14 @@ lint-fast: setup-checks
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++) --changed
 
 # The same, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp) on everything, whether the
-# faults of `make strength` fit the sources, mypy on the stubs, which are built for that, and the
-# ratio of test lines to code lines.
-lint: lint-fast
+# faults of `make strength` fit the sources, mypy and pyright on the stubs, which are built for that,
+# and the ratio of test lines to code lines.
+lint: lint-fast setup-stubs
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++)
 	python3 tools/strength/plant_faults.py --check
 	cmake --preset release
 	cmake --build --preset release --target stubs
-	python3 tools/lint/stubs.py build/python
+	python3 tools/lint/stubs.py build
 	python3 tools/test_ratio.py
 
 # What the tests catch: faults planted and operators flipped, one at a time (hours); writes
