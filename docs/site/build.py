@@ -48,7 +48,8 @@ def version():
 
 
 class Pages(object):
-    """The written pages, moved to their places in the site, with their links and pictures."""
+    """The written pages, moved to their places in the site, with their links and pictures, and with
+    what only the site has, `<!-- site: TEXT -->`."""
 
     def __init__(self, source):
         self.source = source
@@ -59,6 +60,7 @@ class Pages(object):
             if path.suffix in ('.py', '.cpp'):
                 name = str(path.relative_to(ROOT))
                 self.places[name] = name + '.md'
+        self.places['docs'] = 'index.md'
         self.places['examples/plugin'] = 'examples/plugin/sample_plugin.cpp.md'
         self.places['examples/scenes/layers.layers.json'] = 'guides/layers.md'
         self.places['LICENSE'] = 'project/license.md'
@@ -67,7 +69,7 @@ class Pages(object):
         for origin, place in self.places.items():
             if origin.endswith('.md'):
                 text = (ROOT / origin).read_text(encoding='utf-8')
-                self.put(place, self.pictured(self.linked(text, origin, place)))
+                self.put(place, self.completed(self.linked(text, origin, place)))
             elif (ROOT / origin).is_file() and not origin.endswith('.json'):
                 self.put(place, self.listing(origin))
 
@@ -77,19 +79,21 @@ class Pages(object):
         path.write_text(text, encoding='utf-8')
 
     def linked(self, text, origin, place):
-        """Links between files become links between pages."""
+        """Links between files become links between pages; those by a page's name have its title."""
         def moved(match):
-            target, _, anchor = match[1].partition('#')
+            target, _, anchor = match[2].partition('#')
             name = os.path.normpath(os.path.join(os.path.dirname(origin), target))
             if name not in self.places:
                 raise SystemExit('docs: %s links to %s, which has no page' % (origin, name))
             there = os.path.relpath(self.places[name], os.path.dirname(place))
-            return '](%s%s)' % (there, anchor and '#' + anchor)
-        return re.sub(r'\]\((?!https?:|#)([^)\s]+)\)', moved, text)
+            shown = '' if match[1].endswith('.md') else match[1]
+            return '[%s](%s%s)' % (shown, there, anchor and '#' + anchor)
+        return re.sub(r'\[([^]]*)\]\((?!https?:|#)([^)\s]+)\)', moved, text)
 
     @staticmethod
-    def pictured(text):
-        return guides.PICTURE.sub(r'```{figure} /pictures/\1\n\2\n```', text)
+    def completed(text):
+        text = re.sub(r'^<!-- site: (.*) -->$', r'\1', text, flags=re.MULTILINE)
+        return guides.PICTURE.sub(r'```{figure} /pictures/\1\n:alt: \2\n\n\2\n```', text)
 
     def listing(self, origin):
         """The page of an example, or of another file that is shown whole."""
@@ -131,8 +135,8 @@ def write_stub_pages(build, folder):
     """The pages of the program's own modules, from their stubs."""
     for module in 'quilhost', 'quilhost_testing':
         tree = ast.parse((build / 'python' / (module + '.pyi')).read_text())
-        parts = ['%s\n%s' % (module, '=' * len(module)), '.. py:module:: ' + module,
-                 ast.get_docstring(tree)]
+        parts = ['Module %s\n%s' % (module, '=' * (7 + len(module))),
+                 '.. py:module:: ' + module, ast.get_docstring(tree)]
         parts += [stub_entry(node) for node in tree.body
                   if isinstance(node, (ast.FunctionDef, ast.ClassDef))]
         (folder / (module + '.rst')).write_text('\n\n'.join(parts) + '\n')
@@ -168,10 +172,11 @@ def development_host(generators, linker):
             for member, text in texts:
                 said = [s for s in re.split(r'(?<=[.])\s+', ' '.join(text.split()))
                         if 'development host' in s]
-                name = '.'.join(filter(None, [companion.module.name, target.name, member]))
+                name = '.'.join(filter(None, [target.name, member]))
                 if said:
-                    rows.append('   * - :py:obj:`~%s`\n     - %s' % (
-                        name, linker.prose(' '.join(said), target.name)))
+                    rows.append('   * - :py:obj:`%s <%s.%s>`\n     - %s' % (
+                        name, companion.module.name, name,
+                        linker.prose(' '.join(said), target.name)))
     return DEVELOPMENT_HOST + '\n'.join(rows) + '\n'
 
 

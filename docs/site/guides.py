@@ -13,7 +13,7 @@ import subprocess
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BLOCK = re.compile(r'(?:`([\w.-]+\.\w+)`[^`]*)?^```(\w+)\n(.*?)^```\n', re.DOTALL | re.MULTILINE)
-PICTURE = re.compile(r'<!-- picture: (\S+), (.*?) -->', re.DOTALL)
+PICTURE = re.compile(r'^<!-- picture: (\S+), (.*) -->$', re.MULTILINE)
 SCENE = 'examples/scenes/layers.gltf'
 
 Step = collections.namedtuple('Step', 'command code expected')

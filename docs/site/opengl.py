@@ -86,8 +86,8 @@ OpenGL; the tokens have ``ZGL_`` for ``GL_`` and are listed in :doc:`constants`.
 
 - **Numbers** (``ZGLenum``, ``ZGLint``, ``ZGLfloat`` and the like) are plain numbers. None raises
   TypeError, and what the type cannot hold OverflowError.
-- **Memory** is a buffer of :doc:`OpenQuil`, ``memory`` one of any numbers. None is a null pointer,
-  as OpenGL wants it for memory that is to be set up, say.
+- **Memory** is a buffer of :py:mod:`OpenQuil`, ``memory`` one of any numbers. None is a null
+  pointer, as OpenGL wants it for memory that is to be set up, say.
 - What the driver does not have does nothing and records an error for ``glGetError``.
 
 Whether the **software driver** has a function was asked when these pages were built. It is Mesa's,

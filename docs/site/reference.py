@@ -110,16 +110,18 @@ class Linker(object):
     def enumeration(scope, name):
         return ':ref:`%s <%s.%s>`' % (name, scope, name)
 
-    def prose(self, text, owner):
+    def prose(self, text, owner, parameters=()):
+        """Of the class `owner`; parameters of the function are no members."""
         paragraphs = [' '.join(part.split()) for part in re.split(r'\n\s*\n', text.strip())]
-        return '\n\n'.join(self.paragraph(part, owner) for part in paragraphs if part)
+        return '\n\n'.join(self.paragraph(part, owner, parameters) for part in paragraphs if part)
 
-    def paragraph(self, text, owner):
+    def paragraph(self, text, owner, parameters):
         pieces, at = [], 0
         for match in self.WORD.finditer(text):
             literal, word, call = match.groups()
-            target = self.target((literal or word).replace('()', ''), owner,
-                                 bool(call) or (literal or '').endswith('()'))
+            name = (literal or word).replace('()', '')
+            is_call = bool(call) or (literal or '').endswith('()')
+            target = '' if name in parameters else self.target(name, owner, is_call)
             if not target and not literal:
                 continue
             pieces += [escaped(text[at:match.start()]), self.bounded(
@@ -174,7 +176,7 @@ class ClassPage(object):
             body.append('Derived from %s.' % ', '.join(map(self.linker.python_type, bases)))
         if len(self.functions) < len(self.target.functions):
             body.append('Its OpenGL functions are listed in :doc:`/reference/opengl`.')
-        body += self.constructors() + self.constants()
+        body += self.constructors()
         statics = [f for f in self.functions if f['kind'] == 'static']
         methods = [f for f in self.functions if f['kind'] == 'method']
         specials = [f for f in methods if f['member'].startswith('__')]
@@ -188,6 +190,7 @@ class ClassPage(object):
             parts = list(parts)
             if parts:
                 body += ['.. rubric:: %s' % title] + parts
+        body += self.constants()
         return '%s.. py:module:: %s\n   :noindex:\n\n.. py:class:: %s\n\n%s\n' % (
             head, module, name, indented('\n\n'.join(filter(None, body))))
 
@@ -254,7 +257,8 @@ class ClassPage(object):
             result = '' if is_made else ' -> ' + annotation(signature.result)
             shown = ', '.join(p.name if p.default is None else '%s=%s' % (p.name, p.default)
                               for p in signature.parameters)
-            body = [self.linker.prose(texts[i], self.target.name),
+            body = [self.linker.prose(texts[i], self.target.name,
+                                      {parameter.name for parameter in signature.parameters}),
                     self.parameters(function, overload, signature),
                     self.facts(function, overload, signature)]
             options = '   :noindex:\n' if i else ''
