@@ -8,6 +8,7 @@ and examples are run for their pictures. With --reference only the reference's s
 into the folder."""
 import argparse
 import ast
+import json
 import os
 import pathlib
 import re
@@ -93,7 +94,8 @@ class Pages(object):
     @staticmethod
     def completed(text):
         text = re.sub(r'^<!-- site: (.*) -->$', r'\1', text, flags=re.MULTILINE)
-        return guides.PICTURE.sub(r'```{figure} /pictures/\1\n:alt: \2\n\n\2\n```', text)
+        return guides.PICTURE.sub(lambda found: '```{figure} /pictures/%s\n:alt: %s\n\n%s\n```' % (
+            found[1], json.dumps(found[2]), found[2]), text)
 
     def listing(self, origin):
         """The page of an example, or of another file that is shown whole."""
