@@ -14,6 +14,7 @@ html_title = 'OpenQuilRender'
 html_static_path = ['_static']
 html_css_files = ['site.css']
 html_copy_source = False
+html_use_index = False  # the search has it all
 html_show_search_summary = False  # read from pages, which browsers forbid for local files
 html_show_sphinx = False
 html_last_updated_fmt = None
