@@ -19,7 +19,7 @@ import tempfile
 import guides
 from opengl import Driver, write_constants, write_opengl
 from options import write_quilfarm, write_quilhost
-from reference import ROOT, Linker, companions, write_classes
+from reference import ROOT, Linker, companions, status_codes, write_classes
 
 HERE = pathlib.Path(__file__).resolve().parent
 # Pages about the project, by where they are in the site; the others of docs/ are guides.
@@ -206,6 +206,8 @@ def write_reference(build, source, driver):
     write_stub_pages(build, folder)
     write_quilhost(str(build / 'bin/quilhost'), folder)
     write_quilfarm(str(build / 'bin/quilfarm'), folder)
+    text = (HERE / 'arguments.rst').read_text().format(status_codes=status_codes())
+    (folder / 'arguments.rst').write_text(text)
     (folder / 'development_host.rst').write_text(development_host(generators, linker))
 
 
@@ -237,9 +239,8 @@ def main():
     write_reference(build, source, driver)
     Pages(source).write()
     render_pictures(build, source / 'pictures')
-    for name in 'index.md', 'arguments.rst', '_static':
-        place = source / ('reference' if name == 'arguments.rst' else '') / name
-        (shutil.copytree if (HERE / name).is_dir() else shutil.copy)(HERE / name, place)
+    shutil.copy(HERE / 'index.md', source)
+    shutil.copytree(HERE / '_static', source / '_static')
     html = build / 'docs/html'
     shutil.rmtree(html, ignore_errors=True)
     subprocess.run(['sphinx-build', '-n', '-W', '--keep-going', '-q', '-j', 'auto', '-b', 'html',

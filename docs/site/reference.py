@@ -10,13 +10,15 @@ import textwrap
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / 'companion'))
-from generate import Generator, Module  # noqa: E402
+from generate import DISOWNING, KEPT_BUFFER, Generator, Module  # noqa: E402
 from headers import read_aliases, read_headers  # noqa: E402
 from signatures import is_borrowed, optional_target, split_declaration  # noqa: E402
 
 from arguments import Arguments  # noqa: E402
 
-STATUS_CODES = re.findall(r'^ +(k\w+) = \d+', (ROOT / 'host/core/ZStatus.h').read_text(), re.M)
+# The host's names and general texts.
+STATUS_CODES = dict(re.findall(r'^ +\{"(k\w+)", "(.*)"\},$',
+                               (ROOT / 'devhost/api/core/ZStatus.cpp').read_text(), re.M))
 
 
 class Companion(Generator):
@@ -203,7 +205,7 @@ class ClassPage(object):
         elif self.target.disown:
             made = 'Scripts derive their own class from it.'
         elif not self.target.destructor:
-            made = 'The host keeps the objects that scripts make.'
+            made = 'An object that a script makes is not destroyed with its proxy.'
         else:
             return ''
         return '*Ownership:* %s See :ref:`ownership`.' % made
@@ -218,9 +220,7 @@ class ClassPage(object):
             text = self.linker.prose(self.companion.signatures.text(constructor), self.target.name)
             return ['.. rubric:: Construction', '.. py:method:: %s()\n\n%s' % (
                 self.target.name, indented(text)),
-                    '.. py:method:: __disown__()\n\n' + indented(
-                        'Passes the native object to the host, which keeps this instance alive '
-                        'from now on. Returns a weak proxy of the instance.')]
+                    '.. py:method:: __disown__()\n\n' + indented(DISOWNING)]
         return ['.. rubric:: Construction', self.function(constructor)]
 
     def constants(self):
@@ -348,12 +348,13 @@ class ClassPage(object):
             effect = companion.arguments.effect(
                 setter, setter['overloads'][0], 0,
                 lambda o: split_declaration(o['declaration'])[1], is_embedded=embedded)
+            if companion.is_text(getter):
+                facts.append('It can be set to a text.')
             facts.append('As a new value, None %s.' % effect)
         else:
             facts.append('It cannot be set.')
         if is_borrowed(getter) and not companion.is_embedded(getter):
-            facts.append('A buffer that is set here belongs to this object\'s proxy, which keeps '
-                         'it, until another one is set or the proxy dies.')
+            facts.append(' '.join(KEPT_BUFFER.split()))
         return self.property_entry(member, python, companion.member_text(target, member), facts)
 
     def extension_property(self, member, python):
@@ -387,6 +388,11 @@ def write_classes(generators, linker, folder):
                 title, '=' * len(title), module, MODULE_TEXTS[module], '\n'.join(rows),
                 ''.join('   %s/%s\n' % (module, name) for name in companion.module.classes)),
             encoding='utf-8')
+
+
+def status_codes():
+    """The rows of a table of them."""
+    return '\n'.join('   * - %s\n     - %s' % entry for entry in STATUS_CODES.items())
 
 
 MODULE_TEXTS = {
