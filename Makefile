@@ -54,7 +54,7 @@ stress: build
 setup-%:
 	@tools/setup.sh --$*
 
-# `make demo` and `make test` from a clone of HEAD, in a Debian root with nothing but make and git.
+# `make demo`, `make test` and the package from a clone of HEAD, in Debian roots with nothing else.
 check-bare:
 	@tools/check_bare.sh
 

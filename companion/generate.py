@@ -21,8 +21,8 @@ from signatures import (Signatures, Types, is_borrowed, mangled, optional_target
 # What is said of all that are made alike.
 DISOWNING = '''Passes the native object to the host, which keeps this instance alive
 from now on. Returns a weak proxy of the instance.'''
-KEPT_BUFFER = '''A buffer that is set here belongs to this object's proxy, which keeps it, until another
-one is set or the proxy dies; then it is its own owner again.'''
+KEPT_BUFFER = '''A buffer that is set here belongs to this object's proxy, which keeps it, until
+another one is set or the proxy dies; then it is its own owner again.'''
 DIVISIONS = {'__div__': '__truediv__', '__idiv__': '__itruediv__', '__rdiv__': '__rtruediv__'}
 
 
