@@ -21,6 +21,7 @@ SHOWN = {'start': 'index.html', 'class': 'reference/OpenQuilRender/ZRenderView.h
          'options': 'reference/quilhost_options.html', 'nodes': 'guides/nodes.html',
          'constants': 'reference/constants.html', 'overview': 'reference/OpenQuil.html',
          'values': 'reference/OpenQuil/ZVector.html', 'search': 'search.html?q=updatePixels'}
+DARK = {'features': [{'name': 'prefers-color-scheme', 'value': 'dark'}]}
 # What is wider than there is room for: the page, and the parts of it that would scroll for
 # themselves. Code and tables may.
 WIDER = '''
@@ -93,6 +94,9 @@ def browser_faults(driver, site, folder):
                 if not any(link.endswith(FOUND) for link in found):
                     yield 'the search for updatePixels finds %s' % found
             driver.save_screenshot(str(folder / ('%s_%s.png' % (name, word))))
+    driver.execute_cdp_cmd('Emulation.setEmulatedMedia', DARK)
+    show(driver, (site / SHOWN['class']).as_uri(), WIDE)
+    driver.save_screenshot(str(folder / 'class_dark.png'))
     for path in sorted(site.rglob('*.html')):
         show(driver, path.as_uri(), NARROW)
         over = driver.execute_script(WIDER)

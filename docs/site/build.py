@@ -47,11 +47,15 @@ def write_reference(build, source, driver):
 
 def complete_theme(static):
     """Debian's theme takes a style sheet from a web server's folder, and its script another one as
-    a module, which browsers forbid for local files: both become part of the site."""
+    a module, which browsers forbid for local files: both become part of the site. It has dark
+    colours for those who click for them only; the browser's wish is added."""
     styles, script = static / 'styles/furo.css', static / 'scripts/furo.js'
     normal = pathlib.Path('/usr/share/javascript/normalize.css/normalize.css').read_text()
-    styles.write_text(re.sub(r'@import url\(/javascript/normalize.css/normalize.css\);',
-                             lambda _: normal, styles.read_text()))
+    text = re.sub(r'@import url\(/javascript/normalize.css/normalize.css\);', lambda _: normal,
+                  styles.read_text())
+    colors = re.search(r'body\[data-theme="dark"\] \{(.*?)\}', text, re.DOTALL)[1]
+    styles.write_text('%s\n@media not print { @media (prefers-color-scheme: dark) {\n'
+                      'body:not([data-theme="light"]) {%s} } }\n' % (text, colors))
     part = (static / 'scripts/gumshoe-patched.js').read_text()
     part = part.replace('if (isAtBottom()', 'if (item && isAtBottom()')  # a page has no headings
     script.write_text(re.sub(r'^import Gumshoe from .*', lambda _: part, script.read_text()))
