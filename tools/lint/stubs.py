@@ -12,7 +12,8 @@ import subprocess
 import sys
 import tempfile
 
-PAGES = 'README.md', 'docs/testing.md', 'docs/nodes.md'
+PAGES = ['README.md'] + ['docs/%s.md' % page for page in (
+    'callbacks', 'first_script', 'frames', 'nodes', 'renderers', 'testing', 'tiles')]
 # They read Python 3 only.
 PYTHON2 = 'xrange = range\nunicode = basestring = str\n'
 
