@@ -58,7 +58,7 @@ TEST_F(Scalars, NumbersHaveTheCodesOfTheTable) {
         const size_t code = line.find('\t'), expressions = line.find('\t', code + 1);
         for (const std::string &type : parts(line.substr(0, code)))
             for (const std::string &expression : parts(line.substr(expressions + 1))) {
-                SCOPED_TRACE(type + ": " + expression);
+                SCOPED_TRACE(testing::Message() << type << ": " << expression);
                 kTypes.at(type)(expression, std::stoi(line.substr(code)));
                 ++count;
             }
