@@ -21,6 +21,8 @@
 #include "host/core/ZUintArray.h"
 #include "host/core/ZVectorArray.h"
 
+#include <memory>
+
 namespace {
 
 using namespace binding;
@@ -74,14 +76,15 @@ bool read_array_data(PyObject *data, std::vector<ItemOf<Array>> &items) {
 
 template <class Array>
 PyObject *array_from_data(PyObject *data) {
-    std::vector<ItemOf<Array>> items;
-    if (refuse_length(data) || !read_data(data, items))
+    std::unique_ptr<Array> array;
+    const auto place = [&](size_t count, ItemOf<Array> *&destination) {
+        array.reset(array_of_length<Array>(count));
+        destination = array ? items_of(*array) : nullptr;
+        return array != nullptr;
+    };
+    if (refuse_length(data) || !write_data<ItemOf<Array>>(data, place))
         return nullptr;
-    Array *array = array_of_length<Array>(items.size());
-    if (!array)
-        return nullptr;
-    std::move(items.begin(), items.end(), items_of(*array));
-    return constructed(array);
+    return constructed(array.release());
 }
 
 template <class Array>
@@ -228,11 +231,22 @@ PyObject *read_bytes(Array &self, long start, long count) {
 
 template <class Array>
 PyObject *write(Array &self, long start, PyObject *data) {
-    std::vector<ItemOf<Array>> items;
-    if (!read_array_data<Array>(data, items) ||
-        !check_range(self, start, static_cast<long>(items.size())))
+    const auto place = [&](size_t count, ItemOf<Array> *&destination) {
+        if (!check_range(self, start, static_cast<long>(count)))
+            return false;
+        destination = items_of(self) + start;
+        return true;
+    };
+    if (const Array *other = comparable<Array>(data)) {
+        ItemOf<Array> *destination = nullptr;
+        if (!place(other->length(), destination))
+            return nullptr;
+        const Array items(*other); // which may be this one
+        for (unsigned i = 0; i < items.length(); ++i)
+            destination[i] = items[i];
+    } else if (!write_data<ItemOf<Array>>(data, place)) {
         return nullptr;
-    std::move(items.begin(), items.end(), items_of(self) + start);
+    }
     Py_RETURN_NONE;
 }
 

@@ -216,12 +216,22 @@ PyObject *read_buffer(T &buffer, long start, long count) {
 
 template <class T>
 PyObject *write_buffer(T &buffer, long start, PyObject *data) {
-    std::vector<T> items;
-    if (!read_buffer_data(data, items) ||
-        !check_range(buffer, start, static_cast<long>(items.size())))
+    const auto place = [&](size_t count, T *&destination) {
+        if (!check_range(buffer, start, static_cast<long>(count)))
+            return false;
+        destination = &buffer + start;
+        return true;
+    };
+    if (const T *other = same_buffer<T>(data)) {
+        const long length = known_length(*other);
+        T *destination = nullptr;
+        if (length < 0 || !place(static_cast<size_t>(length), destination))
+            return nullptr;
+        if (length)
+            std::memmove(destination, other, static_cast<size_t>(length) * sizeof(T));
+    } else if (!write_data<T>(data, place)) {
         return nullptr;
-    if (!items.empty())
-        std::memcpy(&buffer + start, items.data(), items.size() * sizeof(T));
+    }
     Py_RETURN_NONE;
 }
 

@@ -7,6 +7,7 @@
 #include "devhost/core_module/items.h"
 #include "devhost/core_module/numbers.h"
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -87,27 +88,44 @@ PyObject *tell_memory(const T *items, size_t count) {
 
 // Writing
 
-/// Reads the memory of numbers of the items' type, bytes as they are, or a sequence of items; false
-/// with an exception set. What this runs may change where the items go.
-template <class T>
-bool read_data(PyObject *data, std::vector<T> &items) {
+/// Writes the memory of numbers of the items' type, bytes as they are, or a sequence of items, to
+/// where place(count, destination) tells, which returns false with an exception set where there is
+/// no place for them. It is asked when no script can change the place any more. False with an
+/// exception set.
+template <class T, class Place>
+bool write_data(PyObject *data, Place place) {
+    T *destination = nullptr;
     if constexpr (HasNumbers<T>) {
         const RawItems raw(data, format_of<NumberOf<T>>(), numbers_in_item<T>);
         size_t count;
         if (raw.failed() || (raw && !whole_items(raw.size(), sizeof(T), count)))
             return false;
         if (raw) {
-            items.resize(count);
-            if (count)
-                std::memcpy(static_cast<void *>(items.data()), raw.data(), raw.size());
+            if (!place(count, destination))
+                return false;
+            if (count) // the memory may be the destination's own
+                std::memmove(static_cast<void *>(destination), raw.data(), raw.size());
             return true;
         }
     }
     const swig::SwigPtr_PyObject tuple(PySequence_Tuple(data));
     if (!tuple)
         return false;
-    items.resize(static_cast<size_t>(PyTuple_GET_SIZE(tuple.get())));
-    return read_items(tuple.get(), items);
+    std::vector<T> items(static_cast<size_t>(PyTuple_GET_SIZE(tuple.get())));
+    if (!read_items(tuple.get(), items) || !place(items.size(), destination))
+        return false;
+    std::move(items.begin(), items.end(), destination);
+    return true;
+}
+
+/// Reads the same; false with an exception set.
+template <class T>
+bool read_data(PyObject *data, std::vector<T> &items) {
+    return write_data<T>(data, [&](size_t count, T *&destination) {
+        items.resize(count);
+        destination = items.data();
+        return true;
+    });
 }
 
 // Places

@@ -102,10 +102,14 @@ PyObject *read_bytes(PixelBuffer &self, long start, long count) {
 }
 
 PyObject *write(PixelBuffer &self, long start, PyObject *data) {
-    std::vector<RV_PIXEL> pixels;
-    if (!read_data(data, pixels) || !check_range(self, start, static_cast<long>(pixels.size())))
+    const auto place = [&](size_t count, RV_PIXEL *&destination) {
+        if (!check_range(self, start, static_cast<long>(count)))
+            return false;
+        destination = self.data() + start;
+        return true;
+    };
+    if (!write_data<RV_PIXEL>(data, place))
         return nullptr;
-    std::copy(pixels.begin(), pixels.end(), self.data() + start);
     Py_RETURN_NONE;
 }
 
