@@ -5,7 +5,7 @@ SCENE ?= /usr/share/glmark2/models/bunny.obj
 export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 
 PREFIX ?= /usr/local
-.PHONY: programs install uninstall package
+.PHONY: programs install uninstall package docs check-docs
 .PHONY: build setup demo test stress bench format clean
 .PHONY: check-asan check-tsan check-valgrind check-bare check-farm coverage lint lint-fast strength
 
@@ -35,6 +35,15 @@ uninstall:
 package: programs
 	cpack --config build/CPackConfig.cmake -B build/package
 
+# The documentation as a site of static pages, in build/docs/html.
+docs: programs setup-docs
+	python3 docs/site/build.py build
+
+# The site's links, and its pages in a browser without a window; screenshots in build/docs/screenshots.
+# Debian's Python has Selenium.
+check-docs: docs setup-docs-checks
+	/usr/bin/python3 tools/check_docs.py build
+
 test: build
 	ctest --test-dir build --output-on-failure
 
@@ -45,7 +54,7 @@ stress: build
 setup-%:
 	@tools/setup.sh --$*
 
-# `make demo` and `make test` from a clone of HEAD, in a Debian root with nothing but make and git.
+# `make demo`, `make test` and the package from a clone of HEAD, in Debian roots with nothing else.
 check-bare:
 	@tools/check_bare.sh
 
@@ -82,14 +91,14 @@ lint-fast: setup-checks
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++) --changed
 
 # The same, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp) on everything, whether the
-# faults of `make strength` fit the sources, mypy on the stubs, which are built for that, and the
-# ratio of test lines to code lines.
-lint: lint-fast
+# faults of `make strength` fit the sources, mypy and pyright on the stubs, which are built for that,
+# and the ratio of test lines to code lines.
+lint: lint-fast setup-stubs
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++)
 	python3 tools/strength/plant_faults.py --check
 	cmake --preset release
 	cmake --build --preset release --target stubs
-	python3 tools/lint/stubs.py build/python
+	python3 tools/lint/stubs.py build
 	python3 tools/test_ratio.py
 
 # What the tests catch: faults planted and operators flipped, one at a time (hours); writes

@@ -82,7 +82,9 @@ install(DIRECTORY "${CMAKE_BINARY_DIR}/completions/"
   DESTINATION share/bash-completion/completions)
 
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION share/doc/openquil)
-install(DIRECTORY docs/ DESTINATION share/doc/openquil/docs)
+install(DIRECTORY docs/ DESTINATION share/doc/openquil/docs PATTERN site EXCLUDE)
+# The site, where `make docs` has made it.
+install(DIRECTORY "${CMAKE_BINARY_DIR}/docs/html" DESTINATION share/doc/openquil OPTIONAL)
 install(DIRECTORY examples DESTINATION share/openquil)
 
 # The Debian package.

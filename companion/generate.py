@@ -18,6 +18,11 @@ from headers import find_declarations, read_aliases, read_headers
 from signatures import (Signatures, Types, is_borrowed, mangled, optional_target,
                         split_declaration, wrapped)
 
+# What is said of all that are made alike.
+DISOWNING = '''Passes the native object to the host, which keeps this instance alive
+from now on. Returns a weak proxy of the instance.'''
+KEPT_BUFFER = '''A buffer that is set here belongs to this object's proxy, which keeps it, until
+another one is set or the proxy dies; then it is its own owner again.'''
 DIVISIONS = {'__div__': '__truediv__', '__idiv__': '__itruediv__', '__rdiv__': '__rtruediv__'}
 
 
@@ -279,10 +284,8 @@ class Generator(object):
         return '%s = %s' % (member, self.method(member, function, True, text, options))
 
     def disown(self, target):
-        return ('def __disown__(self):\n'
-                '    """Passes the native object to the host, which keeps this instance alive\n'
-                '    from now on. Returns a weak proxy of the instance."""\n'
-                '    return _proxy.disown(_native.%s, self)' % target.disown['name'])
+        return 'def __disown__(self):\n%s\n    return _proxy.disown(_native.%s, self)' % (
+            indented(docstring(DISOWNING)), target.disown['name'])
 
     def property(self, target, name):
         getter, setter = target.getters[name], target.setters.get(name)
@@ -295,9 +298,7 @@ class Generator(object):
         text = '%s: %s\n\n%s' % (name, shown, self.member_text(target, name))
         if is_borrowed(getter) and not self.is_embedded(getter):
             set = '_proxy.pointer_setter(%s, %r)' % (set, name)
-            text += ('\n\nA buffer that is set here belongs to this object\'s proxy, which keeps '
-                     'it, until another\none is set or the proxy dies; then it is its own owner '
-                     'again.')
+            text += '\n\n' + KEPT_BUFFER
         lines = ['%s,' % accessor for accessor in (get, set) if accessor]
         lines.append('doc=%s)' % docstring(text))
         return '%s = _proxy.%s(\n%s' % (name, kind, indented('\n'.join(lines)))

@@ -21,7 +21,7 @@ def elements(stream):
     if not count:
         return []
     values = BUFFERS[stream.elementType()](stream.data(), width * count)
-    return zip(*[iter(values)] * width)
+    return list(zip(*[iter(values)] * width))
 
 
 def indices(geometry):
@@ -37,8 +37,8 @@ def shortest(value):
     for digits in range(6, 10):
         text = '%.*g' % (digits, value)
         if struct.pack('f', float(text)) == struct.pack('f', value):
-            break
-    return text
+            return text
+    return repr(value)
 
 
 class ObjFile(object):

@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 # Does what README.md tells a newcomer to do, where nothing is prepared: in a new Debian 12 with
 # nothing but make and git, in a temporary folder, a clean clone of HEAD is set up, built, run and
-# tested. It needs root, debootstrap and the machine's Debian mirror.
+# tested, and its Debian package is installed in a second such Debian and used there. It needs root,
+# debootstrap and the machine's Debian mirror.
 #
 # Usage: check_bare.sh
 set -euo pipefail
@@ -30,7 +31,7 @@ mirror=$(sed -n "s/^$release //p" <<<"$sources" | head -n 1)
 [[ -n $mirror ]] || die "needs Debian 12's package sources in apt's configuration"
 
 work=$(mktemp -d --tmpdir openquil-bare.XXXXXX)
-readonly work root=$work/root
+readonly work root=$work/root second=$work/second
 apart= # the process that runs apart
 
 clean_up() {
@@ -55,9 +56,9 @@ run_apart() {
     return "$status"
 }
 
-# Runs a command line in the clone, as a user: with /proc, /sys and terminals, and no variable of this
-# shell but proxies.
-in_root() { # in_root USER COMMAND
+# Runs a command line as a user: with /proc, /sys and terminals, and no variable of this shell but
+# proxies.
+run_in() { # run_in ROOT USER COMMAND
     local proxies
     mapfile -t proxies < <(env | grep -iE '^(https?|ftp|no)_proxy=' || true)
     # shellcheck disable=SC2016 # the variables are the inner shell's
@@ -71,8 +72,9 @@ in_root() { # in_root USER COMMAND
         exec chroot --userspec="$user" "$root" env -i HOME=/root LANG=C.UTF-8 \
             PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin "$@" \
             sh -e -c "$command"
-    ' sh "$root" "$1" "cd $clone && $2" "${proxies[@]}"
+    ' sh "$1" "$2" "$3" "${proxies[@]}"
 }
+in_root() { run_in "$root" "$1" "cd $clone && $2"; } # in_root USER COMMAND: in the clone
 
 apt_files() { find "$root/etc/apt" -type f -exec sha256sum {} + | sort; }
 
@@ -86,6 +88,11 @@ for path in auth.conf auth.conf.d mirrors; do
     [[ ! -e /etc/apt/$path ]] || cp -rL "/etc/apt/$path" "$root/etc/apt/"
 done
 sed -E 's/^(\S+) (.*)/deb \2 \1 main/' <<<"$sources" >"$root/etc/apt/sources.list"
+# The one where the package goes, whose users have Python 2.7 from Debian 11.
+cp -a "$root" "$second"
+printf 'deb %s bullseye main\n' "$mirror" >>"$second/etc/apt/sources.list"
+printf 'Package: *\nPin: release n=bullseye\nPin-Priority: 100\n' \
+    >"$second/etc/apt/preferences.d/bullseye"
 
 head=$(git -C "$source_dir" rev-parse HEAD)
 [[ -z $(git -C "$source_dir" status --porcelain) ]] || say "what is not committed is not looked at"
@@ -103,4 +110,21 @@ for picture in raytrace depth_fog; do
 done
 in_root nobody 'build/bin/quilhost --quiet --python-expr "import OpenQuilRender"' ||
     die "another user cannot start what was built"
-say "make demo and make test work on a bare Debian 12"
+
+say "make package"
+in_root root "make package" >"$work/log" 2>&1 || { tail -n 5 "$work/log" >&2; die "make package failed"; }
+cp "$root$clone"/build/package/*.deb "$second/srv/openquil.deb"
+run_in "$second" root "apt-get update -qq && apt-get install -y -qq --no-install-recommends \
+    /srv/openquil.deb libgl1-mesa-dri" >"$work/log" 2>&1 ||
+    { tail -n 5 "$work/log" >&2; die "the package could not be installed"; }
+# shellcheck disable=SC2016 # the variables are the inner shell's
+run_in "$second" nobody 'cd /tmp && share=/usr/share/openquil/examples &&
+    quilhost --version && quilfarm --version &&
+    quilhost "$share/scenes/materials.obj" --quiet --resolution 64 48 \
+        --python "$share/depth_fog.py" --output software.png &&
+    quilhost "$share/scenes/materials.obj" --quiet --resolution 64 48 \
+        --renderer hardware --output hardware.png' || die "what the package has does not run"
+for picture in software hardware; do
+    [[ -s $second/tmp/$picture.png ]] || die "the installed quilhost left no $picture.png"
+done
+say "make demo, make test and the package work on a bare Debian 12"

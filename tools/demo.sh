@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Builds the programs and what they load, renders a scene with the two example scripts and one that
+# Builds what scripts need to run, renders a scene with the two example scripts and one that
 # moves, and says how long that took and where the pictures are. Set-up comes first (tools/setup.sh).
 set -euo pipefail
 
@@ -9,7 +9,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # A folder that was configured stays so, with its tests.
 [[ -e build/build.ninja ]] || cmake --preset release -DOPENQUIL_TESTS=OFF
-cmake --build --preset release --target programs
+cmake --build --preset release --target scripting
 mkdir -p build/demo
 for example in raytrace depth_fog; do
     build/bin/quilhost "$scene" --python "examples/$example.py" \

@@ -10,9 +10,10 @@
 #   5. Debian 11's python2.7-dev, on Debian 12
 #   6. one that pyenv builds, which takes minutes and a network
 #
-# Usage: setup.sh [--tests] [--bench] [--package] [--checks] [--farm]
-#   Each installs also what the tests, the benchmark, packaging, the checking targets of the Makefile
-#   or the check with a real Slurm need.
+# Usage: setup.sh [--tests] [--bench] [--package] [--checks] [--stubs] [--farm] [--docs[-checks]]
+#   Each installs also what the tests, the benchmark, packaging, the checking targets of the Makefile,
+#   the check of the stubs, the check with a real Slurm, the documentation's site or its check in a
+#   browser need.
 #
 # Environment:
 #   PYTHON2      the python2.7 program to use; an error when it does not fit
@@ -24,6 +25,8 @@ readonly source_dir
 readonly python_path_file=$source_dir/build/python2.path
 readonly cache_dir=${XDG_CACHE_HOME:-${HOME:-/root}/.cache}/openquil-render
 readonly python_version=2.7.18
+readonly pyright=pyright@1.1.414
+readonly pyright_dir=$source_dir/build/pyright
 
 readonly build_packages=(
     g++ make cmake ninja-build python3 pkg-config
@@ -34,9 +37,11 @@ readonly build_packages=(
 readonly test_packages=(libgtest-dev binutils help2man)
 readonly package_packages=(help2man dpkg-dev file)
 readonly bench_packages=(cython3 valgrind binutils)
+readonly docs_packages=(python3-sphinx python3-myst-parser furo)
+readonly docs_check_packages=(chromium chromium-driver python3-selenium fonts-dejavu-core)
 readonly farm_packages=(slurm-wlm munge)
 readonly check_packages=(
-    "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git mypy shellcheck valgrind
+    "${test_packages[@]}" clang-format clang-tidy cppcheck flake8 gcovr git shellcheck valgrind
 )
 readonly python_build_packages=(
     gcc make patch git curl ca-certificates xz-utils
@@ -79,6 +84,15 @@ install_packages() {
     as_root "${install[@]}" >/dev/null 2>&1 && return
     as_root apt-get update -qq >&2 || die "apt-get update failed; missing: ${missing[*]}"
     as_root "${install[@]}" >&2 || die "apt-get could not install: ${missing[*]}"
+}
+
+# Debian has no package of it. It is kept with the build, away from the user's own.
+install_pyright() {
+    [[ "$(cat "$pyright_dir/version" 2>/dev/null)" == "$pyright" ]] && return
+    say "installing $pyright into $pyright_dir"
+    npm install --silent --no-fund --no-audit --prefix "$pyright_dir" "$pyright" >&2 ||
+        die "npm could not install $pyright, which checks the stubs"
+    printf '%s\n' "$pyright" >"$pyright_dir/version"
 }
 
 # ---- the interpreter ------------------------------------------------------------------------
@@ -263,8 +277,14 @@ for option in "$@"; do
     --bench) packages+=("${bench_packages[@]}") ;;
     --package) packages+=("${package_packages[@]}") ;;
     --checks) packages+=("${check_packages[@]}") ;;
+    --stubs)
+        packages+=(mypy)
+        have npm || packages+=(npm) # one that is not Debian's serves too
+        ;;
     --farm) packages+=("${farm_packages[@]}") ;;
-    *) die "usage: setup.sh [--tests] [--bench] [--package] [--checks] [--farm]" ;;
+    --docs) packages+=("${docs_packages[@]}") ;;
+    --docs-checks) packages+=("${docs_packages[@]}" "${docs_check_packages[@]}") ;;
+    *) die "usage: $(sed -n 's/^# Usage: //p' "$0")" ;;
     esac
 done
 if have dpkg-query && have apt-get; then
@@ -273,6 +293,7 @@ else
     say "not a Debian system: install the equivalents of ${packages[*]} yourself"
 fi
 
+[[ " $* " != *" --stubs "* ]] || install_pyright
 find_python
 mkdir -p "$(dirname "$python_path_file")"
 if [[ "$(cat "$python_path_file" 2>/dev/null)" != "$python" ]]; then

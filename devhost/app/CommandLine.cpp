@@ -191,12 +191,14 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
     app.add_option("--plugin", options.plugins,
                    "A native plug-in to load, after those in the folders of QUILHOST_PLUGINS")
         ->allow_extra_args(false);
-    app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)");
+    app.add_option("--frames", frames, "The frames to render, such as 1-10x2,20 (default 1)")
+        ->excludes(tests);
     app.add_option("--fps", options.framesPerSecond,
                    "Frames a second of what moves in the scene (default 24); frame 0 is its time 0")
         ->check(refuseNan)
         ->check(CLI::Range(1e-3, 1e6));
-    app.add_option("--output", options.output, "The picture to write, such as out.####.png");
+    app.add_option("--output", options.output, "The picture to write, such as out.####.png")
+        ->excludes(tests);
     app.add_option("--resolution", resolution, "Width and height in pixels (default 640 480)")
         ->expected(2)
         ->allow_extra_args(false)
@@ -232,9 +234,11 @@ std::optional<Options> readCommandLine(int argc, char **argv) {
                    "NAME=VALUE: a common render setting, one of " + settingNames())
         ->allow_extra_args(false);
     app.add_flag("--skip-existing", options.skipExisting,
-                 "Do not render frames whose picture is there and whole");
+                 "Do not render frames whose picture is there and whole")
+        ->excludes(tests);
     app.add_flag("--keep-going", options.keepGoing,
-                 "Go on with the other frames after one that failed");
+                 "Go on with the other frames after one that failed")
+        ->excludes(tests);
     app.add_flag("--no-gl", options.noGl, "Do not use OpenGL");
     app.add_flag("--leak-check", options.leakCheck,
                  "Tell which host objects are left over when the script and Python have ended");

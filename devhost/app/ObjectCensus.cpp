@@ -41,7 +41,7 @@ SwigPyObject *pointerIn(PyObject *object) {
 
 std::string className(const SwigPyObject &pointer) {
     const std::string name = pointer.ty ? pointer.ty->name + std::strlen("_p_") : "";
-    return census().classes.count(name) ? name : "buffer";
+    return census().classes.contains(name) ? name : "buffer";
 }
 
 PyObject *callOriginal(PyObject *original, PyObject *arguments) {

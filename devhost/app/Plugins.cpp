@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <ranges>
 #include <sstream>
 #include <system_error>
 
@@ -85,8 +86,8 @@ void Plugins::start(const std::string &file) {
 }
 
 void Plugins::end() {
-    for (auto end = ends_.rbegin(); end != ends_.rend(); ++end)
-        (*end)();
+    for (const auto end : std::views::reverse(ends_))
+        end();
     ends_.clear();
 }
 

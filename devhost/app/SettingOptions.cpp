@@ -19,7 +19,7 @@ struct Field {
     std::variant<bool Settings::*, float Settings::*, ZString Settings::*> member;
 };
 
-constexpr Field fields[] = {
+constexpr Field kFields[] = {
     {"renumberFrames", &Settings::renumberFrames},
     {"renumberStart", &Settings::renumberStart},
     {"renumberBy", &Settings::renumberBy},
@@ -51,7 +51,7 @@ bool read(const std::string &text, ZString &value) {
 
 std::string settingNames() {
     std::string names;
-    for (const Field &field : fields)
+    for (const Field &field : kFields)
         names += (names.empty() ? "" : ", ") + std::string(field.name);
     return names;
 }
@@ -59,9 +59,9 @@ std::string settingNames() {
 void applySetting(const std::string &assignment, ZCommonRenderSettingsData &settings) {
     const size_t equals = std::min(assignment.find('='), assignment.size());
     const std::string name = assignment.substr(0, equals);
-    const auto *const field = std::find_if(std::begin(fields), std::end(fields),
+    const auto *const field = std::find_if(std::begin(kFields), std::end(kFields),
                                            [&](const Field &each) { return each.name == name; });
-    if (field == std::end(fields) || equals == assignment.size())
+    if (field == std::end(kFields) || equals == assignment.size())
         throw std::invalid_argument("--setting '" + assignment +
                                     "' is no NAME=VALUE with one of the names " + settingNames());
     const std::string text = assignment.substr(equals + 1);

@@ -122,17 +122,14 @@ bool Shader::isHole(const Hit &hit) const {
 
 void Shader::passHoles(const Ray &ray, Hit &hit) const {
     const ZFloatVector unit = ray.direction.normal();
-    RaySpan span = ray.span * ray.direction.length();
-    float passed = 0;
+    const RaySpan whole = ray.span * ray.direction.length();
     for (int holes = 0; holes < kMostHoles && isHole(hit); ++holes) {
-        span = {0, span.to - (hit.distance - passed)};
-        passed = hit.distance;
         const float offset = tracer_.offset(hit.point);
         const ZFloatVector from =
             hit.point + hit.geometricNormal * (hit.geometricNormal * unit > 0 ? offset : -offset);
-        if (!tracer_.intersect(from, unit, hit, span))
+        if (!tracer_.intersect(from, unit, hit, {0, whole.to - hit.distance}))
             return;
-        hit.distance += passed;
+        hit.distance = (hit.point - ray.origin) * unit;
     }
     if (isHole(hit))
         hit = Hit();

@@ -24,6 +24,7 @@ T load(const unsigned char *from) {
 template <class Use>
 bool withComponent(int type, Use use) {
     switch (type) {
+    // Each value has another type. NOLINTNEXTLINE(bugprone-branch-clone)
     case TINYGLTF_COMPONENT_TYPE_BYTE:
         return use(int8_t()), true;
     case TINYGLTF_COMPONENT_TYPE_UNSIGNED_BYTE:

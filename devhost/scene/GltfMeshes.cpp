@@ -273,7 +273,7 @@ class MeshReader {
         for (size_t vertex = 0; vertex < vertices; ++vertex) {
             const size_t source = order.empty() ? vertex : order[vertex];
             for (unsigned k = 0; k < 4; ++k) {
-                const size_t target = begin + vertex * result_.influences + set * 4 + k;
+                const size_t target = begin + vertex * result_.influences + size_t(set) * 4 + k;
                 result_.joints[target] = uint16_t(indices[source * 4 + k]);
                 result_.shares[target] = shares[source * 4 + k];
             }

@@ -79,11 +79,11 @@ class Reader {
             text_.fail("there are " + std::to_string(values.size()) + " numbers");
         if (colored) {
             fillColors(pools_.positions.size());
-            pools_.colors.insert(pools_.colors.end(), &values[3], &values[3] + 3);
+            pools_.colors.insert(pools_.colors.end(), values.begin() + 3, values.begin() + 6);
         }
         if ((values.size() == 4 && values[3] != 1) || values.size() == 7)
             tellOnce("vertex weight", "a vertex has a weight or alpha");
-        pools_.positions.insert(pools_.positions.end(), &values[0], &values[0] + 3);
+        pools_.positions.insert(pools_.positions.end(), values.begin(), values.begin() + 3);
     }
 
     /// The vertices before the first with a colour are white.
@@ -190,8 +190,9 @@ class Reader {
                 continue;
             if (dropped++ == 0) {
                 place = "line " + std::to_string(faceLines_[number]);
-                found = what + " index " + std::to_string(int64_t((*bad).*index) + 1) +
-                        " is out of range (there are " + std::to_string(count) + ")";
+                found = what;
+                found += " index " + std::to_string(int64_t((*bad).*index) + 1) +
+                         " is out of range (there are " + std::to_string(count) + ")";
             }
             if (index == &Corner::position)
                 throw BadFile(place + ": " + found);

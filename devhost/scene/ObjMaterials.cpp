@@ -40,7 +40,7 @@ class LibraryReader {
         Material material;
         bool hasDiffuse = false, hasEmission = false, hasDissolve = false;
         std::optional<int> illumination;
-        float refraction = 1;
+        double refraction = 1;
     };
 
     void tell(const std::string &kind, const std::string &found, const std::string &instead) {

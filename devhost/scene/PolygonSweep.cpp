@@ -40,6 +40,7 @@ class Sweep {
     };
     /// Orders intervals, and corners among them. What is open changes, but never its order.
     struct Leftmost {
+        // NOLINTNEXTLINE(readability-identifier-naming): sets look for this name
         using is_transparent = void;
         const Sweep *self;
         bool operator()(const Interval *a, const Interval *b) const {

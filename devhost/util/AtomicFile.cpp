@@ -60,7 +60,7 @@ AtomicFile::AtomicFile(const std::string &path, Kind kind) : target_(linkTarget(
         return;
     fail("create");
     if (descriptor >= 0)
-        close(descriptor);
+        ::close(descriptor);
 }
 
 int AtomicFile::open(Kind kind) {
@@ -73,7 +73,7 @@ int AtomicFile::open(Kind kind) {
 }
 
 AtomicFile::~AtomicFile() {
-    discard();
+    close();
 }
 
 ZStatus AtomicFile::commit() {
@@ -83,7 +83,7 @@ ZStatus AtomicFile::commit() {
         fail("write");
     else if (temporary_.renameTo(target_) < 0)
         fail("name");
-    discard();
+    close();
     return status_;
 }
 
@@ -105,10 +105,9 @@ void AtomicFile::fail(const char *action) {
         (std::string("cannot ") + action + " '" + target_ + "': " + std::strerror(errno)).c_str());
 }
 
-void AtomicFile::discard() {
+void AtomicFile::close() {
     if (stream_)
         std::fclose(std::exchange(stream_, nullptr));
-    temporary_.remove();
 }
 
 } // namespace devhost

@@ -36,7 +36,7 @@ class OPENQUIL_API AtomicFile {
     int open(Kind kind);
     bool finish();
     void fail(const char *action);
-    void discard();
+    void close();
 
     std::string target_;
     TemporaryName temporary_; // none as long as the file has no name

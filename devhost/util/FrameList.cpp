@@ -161,11 +161,11 @@ std::vector<FrameList> chunksOf(const FrameList &frames, size_t size) {
     return chunks;
 }
 
-FrameList unite(const FrameList &first, const FrameList &second) {
-    FrameList frames = first;
-    const FrameList added = subtract(second, first);
-    frames.insert(frames.end(), added.begin(), added.end());
-    return frames;
+FrameList unite(const FrameList &frames, const FrameList &more) {
+    FrameList united = frames;
+    const FrameList added = subtract(more, frames);
+    united.insert(united.end(), added.begin(), added.end());
+    return united;
 }
 
 FrameList subtract(const FrameList &first, const FrameList &second) {

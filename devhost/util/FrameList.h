@@ -28,8 +28,8 @@ OPENQUIL_API std::string printFrames(const FrameList &frames, char stepMark = 'x
 /// is left.
 OPENQUIL_API std::vector<FrameList> chunksOf(const FrameList &frames, size_t size);
 
-/// The first list, and behind it what only the second has.
-OPENQUIL_API FrameList unite(const FrameList &first, const FrameList &second);
+/// The frames, and behind them those of `more` that they lack.
+OPENQUIL_API FrameList unite(const FrameList &frames, const FrameList &more);
 
 /// The first list without what is in the second.
 OPENQUIL_API FrameList subtract(const FrameList &first, const FrameList &second);

@@ -24,8 +24,10 @@ std::string hashPlaces(const std::string &name) {
 std::string frameText(double number, unsigned padding) {
     double whole = std::floor(std::abs(number));
     long thousandths = std::lround((std::abs(number) - whole) * 1000);
-    whole += double(thousandths / 1000);
-    thousandths %= 1000;
+    if (thousandths == 1000) {
+        whole += 1;
+        thousandths = 0;
+    }
     char digits[64];
     std::snprintf(digits, sizeof digits, "%0*.0f", static_cast<int>(std::min(padding, 16u)), whole);
     const bool isNegative = number < 0 && (whole > 0 || thousandths);

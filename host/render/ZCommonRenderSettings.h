@@ -12,7 +12,9 @@ class ZStatus;
 
 /// The settings that all renderers share: image name and format, frame range, resolution and
 /// pre- and post-render commands. A new record holds the defaults of a still 640 x 480 PNG image;
-/// ZRenderUtil.getCommonRenderSettings fills one with the settings of the current render.
+/// ZRenderUtil.getCommonRenderSettings fills one with the settings of the current render. The
+/// development host runs no commands, renders all objects and writes no resolution into pictures;
+/// settings that ask for it are told as notices.
 class OPENQUIL_API ZCommonRenderSettingsData {
   public:
     /// How much of the path getImageName returns.
@@ -121,7 +123,7 @@ class OPENQUIL_API ZCommonRenderSettingsData {
     float pixelAspectRatio;
     /// The resolution in dots per inch.
     float dotPerInch;
-    /// True when a scene without lights is lit by a default light.
+    /// True when a scene without lights is lit by the host's own, which scenes do not list.
     bool enableDefaultLight;
     /// The command to run before all frames.
     ZString preKos;

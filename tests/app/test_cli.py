@@ -138,7 +138,7 @@ print(sys.path[1])
                 ("this is no python", 1, "SyntaxError: invalid syntax"),
                 ("import _OpenQuilRender as r; r.ZRenderUtil_relativeFileName(None)", 1,
                  "TypeError: Expected a String or Unicode object for argument 1"),
-                ("import sys; sys.exit(7)", 7, None),
+                ("import sys; sys.exit(200)", 200, None),
                 ("import sys; sys.exit('so long')", 1, "so long"),
                 ("raise KeyboardInterrupt", 130, "quilhost: interrupted"),
                 ("import atexit, sys\ndef bye(): sys.stderr.write('bye')\natexit.register(bye)",

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""README's programs as printed, and every example, on scenes with names of all languages."""
+"""The programs of README and the guides as printed, and every example, on scenes with names of all
+languages."""
 import glob
 import os
 import re
@@ -9,6 +10,9 @@ import sys
 import unittest
 
 from host import HostCase, LIMIT, ROOT
+
+sys.path.insert(0, os.path.join(ROOT, "docs", "site"))
+import guides  # noqa: E402
 
 C = {"LC_ALL": "C", "PYTHONIOENCODING": ""}
 READ = "import quilhost_testing as t\nw, h, p = t.read_picture(%r)\n" \
@@ -91,6 +95,37 @@ class NodesTest(DocumentedCase):
         for block in blocks("docs/nodes.md", "python"):
             out, err = self.run_host("tri.obj", "--python-expr", block)
             self.assertIn("intensity", out)
+
+
+class GuideTest(DocumentedCase):
+    """Each guide's programs and commands do what the page says."""
+    OWN_TESTS = {"nodes.md", "testing.md"}
+
+    def test_programs(self):
+        pages = [path for path in glob.glob(os.path.join(ROOT, "docs", "*.md"))
+                 if re.search("```python|^<!-- picture", self.read(path), re.MULTILINE)
+                 and os.path.basename(path) not in self.OWN_TESTS]
+        self.assertGreaterEqual(len(pages), 7)
+        for page in pages:
+            with self.subTest(page=page):
+                faults = guides.run(page, self.folder, os.path.dirname(self.QUILHOST), LIMIT)
+                self.assertEqual(faults, [])
+        # The sky's lowest row, and the one halfway up; tiles 156 and 3 of 0 to 159.
+        for name, expected in [("first", "640 400 [(217, 235, 255, 255), (140, 177, 223, 255)]\n"),
+                               ("tiles", "640 400 [(42, 66, 127, 255), (238, 189, 77, 255)]\n")]:
+            self.assertEqual(self.picture(name + ".png"), expected)
+        turned, texture = map(self.picture, ("negative.png", "examples/scenes/tile_pattern.png"))
+        sums = [a + b for a, b in zip(*(map(int, re.findall(r"\d+", text)) for text in (
+            turned, texture)))]
+        self.assertEqual(sums[2:], [255, 255, 255, 510] * 2)
+
+    def test_plugin(self):
+        block, = blocks("docs/plugins.md", "cpp")
+        self.write("plugin.cpp", block)
+        subprocess.run(["c++", "-std=c++20", "-shared", "-fPIC", "-I", ROOT, "plugin.cpp", "-o",
+                        "plugin.so"], cwd=self.folder, check=True, timeout=LIMIT)
+        out, _ = self.run_host("--plugin", "./plugin.so", "--python-expr", "print 'loaded'")
+        self.assertEqual(out, "loaded\n")
 
 
 class ExampleTest(DocumentedCase):

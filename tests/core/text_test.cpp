@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Texts: storage, Unicode, searching, numbers; statuses and their texts.
+#include "devhost/util/Terminal.h"
 #include "host/base/TapiCast.h"
 #include "host/core/ZStatus.h"
 #include "host/core/ZString.h"
@@ -90,6 +91,17 @@ TEST(Text, NullsCountAndNullPointersAreEmpty) {
     EXPECT_EQ(ZString(static_cast<const char *>(nullptr)).length(), 0u);
     EXPECT_EQ(ZString(static_cast<const wchar_t *>(nullptr)).length(), 0u);
     EXPECT_LT(ZString(L"\uFFFF"), ZString(L"\U00010000"));
+}
+
+TEST(Text, ATerminalGetsNothingThatItObeys) {
+    const std::pair<const char *, const char *> cases[] = {
+        {"plain \u00e4 \u200d\u2030", "plain \u00e4 \u200d\u2030"},
+        {"\x1b]0;title\x07", "\\u001b]0;title\\u0007"},
+        {"a\nb\x7f\u0085\u009f\u00a0", "a\\u000ab\\u007f\\u0085\\u009f\u00a0"},
+        {"\u200e\u2027\u2028\u2029\u202e\u202f", "\\u200e\u2027\\u2028\\u2029\\u202e\u202f"},
+        {"\u2065\u2066\u2069\u206a", "\u2065\\u2066\\u2069\u206a"}};
+    for (const auto &[text, shown] : cases)
+        EXPECT_EQ(devhost::harmless(text), shown);
 }
 
 TEST(ZString, SearchesAndCuts) {

@@ -122,7 +122,7 @@ TEST_F(HardwareBuffers, ExposuresAddUpBetweenTheProcedures) {
     view.drawMeshes = [&](devhost::ViewportImage &image, const auto &place) {
         order += place[0] == 1 ? "B" : "A";
         image.depth[0] = place[0] == 1 ? 4 : 2;
-        std::fill_n(&image.rgba[0], 4, 255); // a white pixel in the corner
+        std::fill_n(image.rgba.data(), 4, 255); // a white pixel in the corner
     };
     const auto shift = [&](unsigned axis) { // of what is drawn, in pixels of 64 x 48
         double projection[16];
@@ -215,9 +215,10 @@ TEST_F(HardwareBuffers, SwatchesKeepTheirPixelsAndNest) {
     unsigned width = 0, height = 8;
     ASSERT_FALSE(renderer().makeSwatchContextCurrent("", width, height).error());
     EXPECT_EQ(std::pair(width, height), std::pair(128u, 8u));
+    auto &gl = *devhost::glFunctionTable();
+    gl.glViewport(1, 2, 3, 4);
     width = 8;
     ASSERT_FALSE(renderer().makeSwatchContextCurrent("OpenGL", width, height).error());
-    auto &gl = *devhost::glFunctionTable();
     gl.glEnable(0x0C11); // the scissor
     renderer().drawSwatchBackGroundQuads(ZColor(1, 0.5f, 0, 1), true, 4);
     EXPECT_TRUE(gl.glIsEnabled(0x0C11));
@@ -229,6 +230,10 @@ TEST_F(HardwareBuffers, SwatchesKeepTheirPixelsAndNest) {
         for (unsigned x = 0; x < 8; ++x)
             for (int i = 0; i < 4; ++i)
                 EXPECT_NEAR(pixel(image, x, y)[i], ((x / 2 + y / 2) % 2 ? dark : light)[i], 1);
+    ASSERT_FALSE(renderer().restoreCurrent("").error());
+    std::array<int, 4> viewport{};
+    gl.glGetIntegerv(GL_VIEWPORT, viewport.data());
+    EXPECT_EQ(viewport, (std::array{1, 2, 3, 4}));
     for (int i = 0; i < 5; ++i) // more often than made current
         EXPECT_FALSE(renderer().restoreCurrent("").error());
     EXPECT_TRUE(renderer().readSwatchContextPixels("", image).error());

@@ -18,9 +18,10 @@ FLOOR_AND_ROOF = '''v -9 0 9\nv 9 0 9\nv 9 0 -9\nv -1 1 1\nv 1 1 1\nv 1 1 -1
 o floor\nf 1 2 3\no roof\nf 4 5 6\n'''
 LAYERS = {
     'passes': [{'name': 'depths', 'implementation': 'depth', 'id': 'DEPTH', 'tokens': 'V=2',
-                'objects': {'except': ['floor']}, 'lights': {'only': []}},
+                'objects': {'except': ['floor']}, 'lights': {'only': ['headlight']}},
                {'name': 'colors'}],
-    'layers': [{'name': 'top', 'members': ['roof', 'floor'], 'passes': ['depths'],
+    'layers': [{'name': 'top', 'members': ['roof', 'floor', 'headlight', 'fillLight'],
+                'passes': ['depths'],
                 'adjustments': {'roof.visibility': False}},
                {'name': 'inner', 'parent': 'top'}],
     'imageSources': [{'name': 'fixed', 'layer': 'top', 'camera': 'persp',
@@ -83,6 +84,8 @@ class LayersTest(unittest.TestCase):
         has_object = module.ZFnRenderLayer_passHasObject
         self.assertEqual([has_object(top, node('depths'), path(name)) for name in
                           ('roof', 'floor', 'persp')], [True, False, False])
+        self.assertEqual([module.ZFnRenderLayer_passHasLight(top, node('depths'), node(name))
+                          for name in ('headlight', 'fillLight')], [True, False])
         depths = module.new_ZFnRenderPass(node('depths'))
         self.assertEqual(module.ZFnRenderPass_passID(depths), u'DEPTH')
         self.assertEqual(module.ZFnRenderPass_customTokenString(depths), u'V=2')

@@ -95,6 +95,7 @@ TEST_F(Callbacks, ChangedPixelsBecomeTheLightOfTheirBytesAndOthersKeepTheirs) {
         unsigned char *pixel = data.rgbaArr + centre * 4;
         EXPECT_EQ(std::vector(pixel, pixel + 4), (std::vector<unsigned char>{255, 188, 3, 255}));
         std::copy_n(std::array<unsigned char, 4>{188, 0, 255, 51}.begin(), 4, data.rgbaArr);
+        data.rgbaArr[7] = 51; // the opacity of a black pixel alone
         data.depthArr[0] = 3;
         // What a callback does to its record is its own.
         auto &record = const_cast<ZRenderData &>(data);
@@ -112,9 +113,9 @@ TEST_F(Callbacks, ChangedPixelsBecomeTheLightOfTheirBytesAndOthersKeepTheirs) {
     ZRenderCallback::addCallback(&looker);
     ASSERT_TRUE(render());
     // The code 188 is 0.5029 of light; all of it times the opacity 51 / 255.
-    const float painted[] = {0.10058f, 0, 0.2f, 0.2f};
+    const float painted[] = {0.10058f, 0, 0.2f, 0.2f, 0, 0, 0, 0.2f};
     for (size_t at = 0; at < before.size(); ++at)
-        if (at < 4)
+        if (at < 8)
             EXPECT_NEAR(frame().pixels[at], painted[at], 1e-5);
         else
             ASSERT_EQ(frame().pixels[at], before[at]) << at;

@@ -58,8 +58,9 @@ TEST_F(ImageNames, NumberFramesWithPaddingAndRenumbering) {
     settings.namingScheme = 1;
     settings.framePadding = 3;
     const std::pair<double, const char *> plain[] = {
-        {5, "p.005.png"},      {-5, "p.-005.png"}, {12345, "p.12345.png"}, {2.5, "p.002.5.png"},
-        {2.9999, "p.003.png"}, {0, "p.000.png"},   {-0.0004, "p.000.png"}, {-0.9996, "p.-001.png"}};
+        {5, "p.005.png"},       {-5, "p.-005.png"},      {12345, "p.12345.png"},
+        {2.5, "p.002.5.png"},   {2.9999, "p.003.png"},   {0, "p.000.png"},
+        {-0.0004, "p.000.png"}, {-0.9996, "p.-001.png"}, {-0.25, "p.-000.25.png"}};
     for (const auto &[frame, name] : plain)
         EXPECT_EQ(relative(settings, frame), name);
 

@@ -87,6 +87,17 @@ TEST_F(LayersTest, RaysSeeTheCurrentLayerOnly) {
     }
 }
 
+TEST_F(LayersTest, AHiddenGroupHidesWhatItHolds) {
+    ASSERT_TRUE(open("{}"));
+    scene().edit(scene().find("roof"))->parent = scene().find("floor");
+    ZSelectionList drawn;
+    EXPECT_TRUE(ZRenderUtil::renderObjectItem(nullptr, drawn));
+    EXPECT_EQ(names(drawn), "|floor |floor|roof ");
+    scene().edit(scene().find("floor"))->visible = false;
+    EXPECT_EQ(ZRenderUtil::renderObjectItem(nullptr, drawn), ZStatus::kNotFound);
+    EXPECT_EQ(look(0, 5), std::pair(0.0f, 0.0f)) << "nothing at all";
+}
+
 TEST_F(LayersTest, MembersOfChildLayersBelongToTheParent) {
     ASSERT_TRUE(open(R"({"layers": [{"name": "all", "members": ["floor"]},
                         {"name": "part", "parent": "all", "members": ["roof"]},
@@ -108,6 +119,8 @@ TEST_F(LayersTest, AdjustmentsComeAndGoWithTheirLayer) {
     ZObject layer = object("dim");
     ZFnRenderLayer dim(layer);
     ZPlug intensity(object("headlight"), "intensity");
+    EXPECT_NE(intensity.asDouble(), 0.25) << "another layer is current";
+    EXPECT_TRUE(ZPlug(object("roof"), "visibility").asBool());
     EXPECT_TRUE(intensity.setDouble(1));
     EXPECT_TRUE(dim.isPlugAdjusted(intensity));
     ZPlug adjusted = dim.adjustmentPlug(intensity);

@@ -129,6 +129,19 @@ TEST_F(LightTest, WhatIsSeenThroughLetsTheBackgroundShow) {
     EXPECT_EQ(centre(), (std::array<float, 4>{0.875, 0.4375, 0, 0.4375}));
 }
 
+TEST_F(LightTest, DepthsReachThroughHoles) {
+    const Node plain = *scene().node(scene().find("square"));
+    Material holes;
+    holes.alpha = Material::kMasked;
+    holes.opacity = 0.25; // below the cut at 0.5, so that nothing is left
+    paint(holes);
+    const Node open = *scene().node(scene().find("square"));
+    place(scene().add("mesh", "behind", open.payload), 0, 0, -1);
+    place(scene().add("mesh", "last", plain.payload), 0, 0, -2);
+    EXPECT_TRUE(renderFrame(frame, true));
+    EXPECT_NEAR(frame.depth.at(24 * 64 + 32), 7, 1e-5);
+}
+
 TEST_F(LightTest, ExposureMultipliesAllLight) {
     Material material = matte(0.5);
     material.emission = ZVector(0.1, 0.1, 0.1);
@@ -143,6 +156,9 @@ TEST_F(LightTest, ExposureMultipliesAllLight) {
         ZRenderUtil::raytrace({0, 0, 4}, {0, 0, -1}, nullptr, nullptr, 1, point, color);
         EXPECT_NEAR(color.x, 0.6 * factor, 1e-5) << "scripts get what is rendered";
     }
+    material.unlit = true;
+    paint(material);
+    EXPECT_NEAR(centre()[0], 0.25, 1e-5) << "its colour, at -1 stops";
 }
 
 TEST_F(LightTest, ShadingFunctionsMultiplyToWhatIsRendered) {

@@ -196,6 +196,7 @@ TEST_F(UtilTest, LightQueriesFollowTheirFormulas) {
     const ZFloatVector up(0, 2, 0), tilted(3, 4, 0), down(0, -1, 0), at(0, 0, 0);
     EXPECT_FLOAT_EQ(ZRenderUtil::diffuseReflectance(nullptr, tilted, at, up, false), 0.8f);
     EXPECT_FLOAT_EQ(ZRenderUtil::diffuseReflectance(this, tilted, at, down, true), 0.8f);
+    EXPECT_EQ(ZRenderUtil::diffuseReflectance(nullptr, tilted, at, down, false), 0);
     EXPECT_FLOAT_EQ(ZRenderUtil::hemisphereCoverage(nullptr, tilted, at, down, true), 0.9f);
     // Light from above, looking along +x: halfway between up and -x.
     EXPECT_TRUE(near(ZRenderUtil::maximumSpecularReflection(nullptr, up, at, up, {1, 0, 0}),

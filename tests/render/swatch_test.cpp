@@ -75,6 +75,15 @@ TEST(SwatchTest, MaterialBallShowsTheMaterialAlone) {
     const unsigned char black[] = {0, 0, 0, 255};
     EXPECT_EQ(std::memcmp(image.pixels() + 4 * (4 * 9 + 4), black, 4), 0);
 
+    const auto ofQuality = [&](int quality) {
+        EXPECT_TRUE(renderSwatch(kMaterialBall, material, 9, image, quality));
+        return std::vector(image.pixels(), image.pixels() + 4 * 9 * 9);
+    };
+    EXPECT_EQ(ofQuality(-1), ofQuality(0));
+    EXPECT_NE(ofQuality(0), ofQuality(1));
+    EXPECT_NE(ofQuality(2), ofQuality(3));
+    EXPECT_EQ(ofQuality(3), ofQuality(9));
+
     std::unique_ptr<ZSwatchRenderBase> steps, threads;
     ASSERT_TRUE(beginSwatch(kMaterialBall, material, 50, steps));
     ASSERT_TRUE(beginSwatch(kMaterialBall, material, 50, threads));

@@ -35,7 +35,7 @@ class GltfFile {
         const size_t begin = bytes_.size();
         bytes_.resize(begin + values.size() * sizeof(T));
         std::memcpy(&bytes_[begin], values.data(), values.size() * sizeof(T));
-        views_ += (viewCount_ ? "," : "") + std::string("{\"buffer\": 0, \"byteOffset\": ") +
+        views_ += (viewCount_ ? "," : "") + std::string(R"({"buffer": 0, "byteOffset": )") +
                   std::to_string(begin) +
                   ", \"byteLength\": " + std::to_string(values.size() * sizeof(T)) +
                   (stride ? ", \"byteStride\": " + std::to_string(stride) : "") + "}";
@@ -43,7 +43,7 @@ class GltfFile {
     }
     /// The whole file, with further members.
     std::string text(const std::string &members) const {
-        return header() + ", \"uri\": \"data:application/octet-stream;base64," + base64() +
+        return header() + R"(, "uri": "data:application/octet-stream;base64,)" + base64() +
                "\"}], " + members + "}";
     }
     /// As text, in the binary form.
@@ -65,16 +65,15 @@ class GltfFile {
 
     int addAccessor(const std::string &component, const char *type, size_t count,
                     const std::string &more) {
-        accessors_ += (accessorCount_ ? "," : "") + std::string("{\"componentType\": ") +
-                      component + ", \"type\": \"" + type +
-                      "\", \"count\": " + std::to_string(count) +
-                      (more.empty() ? "" : ", " + more) + "}";
+        accessors_ += (accessorCount_ ? "," : "") + std::string(R"({"componentType": )") +
+                      component + R"(, "type": ")" + type + R"(", "count": )" +
+                      std::to_string(count) + (more.empty() ? "" : ", " + more) + "}";
         return accessorCount_++;
     }
     std::string header() const {
         return R"({"asset": {"version": "2.0"}, "bufferViews": [)" + views_ +
-               "], \"accessors\": [" + accessors_ +
-               "], \"buffers\": [{\"byteLength\": " + std::to_string(bytes_.size());
+               R"(], "accessors": [)" + accessors_ + R"(], "buffers": [{"byteLength": )" +
+               std::to_string(bytes_.size());
     }
     static std::string word(size_t value) {
         const auto number = uint32_t(value);

@@ -57,6 +57,8 @@ Values look(const std::string &what) {
         const auto three = [](const ZVector &v) { return Values{v.x, v.y, v.z}; };
         if (part == "diffuse" || part == "specular" || part == "emission")
             return three(part[0] == 'd' ? m->diffuse : part[0] == 's' ? m->specular : m->emission);
+        if (part == "mirror")
+            return {m->shininess, m->reflectivity.x, m->reflectivity.y, m->reflectivity.z};
         if (part == "alpha")
             return {double(m->alpha), m->alphaCutoff, m->opacity};
         if (part == "unlit")

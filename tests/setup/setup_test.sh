@@ -227,6 +227,8 @@ done <<'CASES'
 --tests libgtest-dev
 --bench cython3
 --checks cppcheck
+--docs furo
+--docs-checks chromium
 CASES
 options=(--nonsense)
 run 1 PYTHON2="$good"

@@ -123,7 +123,8 @@ class Copy(object):
                                        self.jobs, '--stop-on-failure', '--timeout', '60', *choice)
         if not result.returncode:
             return None
-        found = re.search(r'^\s*\d+ - (\S+) \((?!Not Run)', result.stdout, re.MULTILINE)
+        # A parameter may follow the name: "# GetParam() = ...".
+        found = re.search(r'^\s*\d+ - (\S+) .*\((?!Not Run)\w', result.stdout, re.MULTILINE)
         return found.group(1) if found else 'a time limit'
 
     def catcher(self, fault):
@@ -131,7 +132,8 @@ class Copy(object):
         need the least to be built, and slow ones last."""
         area = area_of(fault.file)
         tests = '^%s[.]' % os.path.basename(area)
-        if not self.compiles(area + '/all', *PROGRAMS):
+        programs = PROGRAMS if any((self.tree / area).glob('test_*.py')) else []
+        if not self.compiles(area + '/all', *programs):
             raise ValueError(self.output.stdout[-3000:])
         failed = self.failed_test(AREA_LIMIT, '-R', tests)
         if failed:
@@ -266,11 +268,13 @@ def main():
     copy.prepare(not options.no_baseline)
     keep = (options.only or options.resume) and options.output and options.output.exists()
     run = Run(options, copy, earlier_outcomes(options.output) if keep else {})
+    broken = []
     for fault in faults:
         try:
             run.take(fault)
         except ValueError as error:
-            raise SystemExit('%s: does not compile\n%s' % (fault.name, error))
+            broken.append(fault.name)
+            print('%s: does not compile\n%s' % (fault.name, error), flush=True)
         run.write()
     last = len(run.tried) + options.flips
     for flip in candidates:
@@ -281,7 +285,8 @@ def main():
         except ValueError:
             continue
         run.write()
-    weak = False
+    print(''.join('does not compile: %s\n' % name for name in broken), end='')
+    weak = bool(broken)
     for group, members in in_groups(run.tried).items():
         print(summary(GROUPS[group], members))
         weak |= sum(1 for fault, caught_by in members if caught_by) < LEAST_CAUGHT * len(members)

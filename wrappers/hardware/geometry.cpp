@@ -18,12 +18,13 @@
 namespace {
 
 PyObject *_wrap_ZGeometryList_addLast(PyObject *self, PyObject *arguments) {
-    const Function &overloaded = row_table[at_ZGeometryList_addLast];
+    constexpr auto at = at_ZGeometryList_addLast;
+    const Function &overloaded = row_table[at];
     // A single path has no rival of its length, and is still probed: what is none fits no overload.
     if (arguments && PyTuple_Check(arguments) && PyTuple_GET_SIZE(arguments) == 2 &&
         !Argument<ZDagPath const &>::probe(PyTuple_GET_ITEM(arguments, 1)))
         return raise_no_overload(overloaded);
-    return dispatch(overloaded, self, arguments);
+    return dispatch(overloaded, probes_of_cases<row_descriptions, at>.data(), self, arguments);
 }
 
 } // namespace

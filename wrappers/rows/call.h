@@ -169,17 +169,16 @@ struct Texts {
 
 /// A description. The parameters are those that Python sees, the object first, and the hidden
 /// status; a case of an overloaded function has probes.
-template <class... A, class Probes = std::nullptr_t, size_t default_count = 0>
-consteval Function describe(Kind kind, Texts texts, PyCFunction native, Pack<A...>,
-                            Probes probes = nullptr,
-                            std::array<signed char, default_count> defaults = {}) {
+template <class... A, class Probed = std::nullptr_t, size_t default_count = 0>
+consteval Description describe(Kind kind, Texts texts, PyCFunction native, Pack<A...>,
+                               Probed probes = nullptr,
+                               std::array<signed char, default_count> defaults = {}) {
     constexpr int count = parameter_count<A...>;
     static_assert(default_count <= kMaxDefaults);
     Function function{};
     function.name = texts.name;
     function.native = native;
-    function.probes = probes;
-    function.is_case = !std::is_null_pointer_v<Probes>;
+    function.is_case = !std::is_null_pointer_v<Probed>;
     function.kind = kind;
     function.owner_size = static_cast<unsigned char>(texts.owner_size);
     function.max = count;
@@ -188,15 +187,15 @@ consteval Function describe(Kind kind, Texts texts, PyCFunction native, Pack<A..
                      : count == 1 && default_count == 0 ? METH_O
                                                         : METH_VARARGS;
     std::ranges::copy(defaults, function.defaults);
-    return function;
+    return {function, probes};
 }
 
 /// A description of the function in front of so many cases, or of one of the proxy protocol.
-consteval Function describe(Kind kind, Texts texts, PyCFunction native, int case_count = 0) {
-    Function function = describe(kind, texts, native, Pack<>());
-    function.flags = METH_VARARGS;
-    function.case_count = static_cast<unsigned char>(case_count);
-    return function;
+consteval Description describe(Kind kind, Texts texts, PyCFunction native, int case_count = 0) {
+    Description description = describe(kind, texts, native, Pack<>());
+    description.function.flags = METH_VARARGS;
+    description.function.case_count = static_cast<unsigned char>(case_count);
+    return description;
 }
 
 template <class Signature>

@@ -111,23 +111,27 @@ bool takes(const Function &function, Py_ssize_t count) {
 
 /// Cases that take a number of arguments, in declaration order.
 struct Candidates {
-    const Function *functions[kMaxCases];
+    struct Candidate {
+        const Function *function;
+        Probes probes;
+    };
+    Candidate candidates[kMaxCases];
     int count = 0;
 
-    std::span<const Function *const> all() const { return {functions, size_t(count)}; }
+    std::span<const Candidate> all() const { return {candidates, size_t(count)}; }
     /// True when the candidates do not all look at this argument the same way.
     bool differ_at(Py_ssize_t i) const {
-        for (const Function *function : all())
-            if (function->probes[i] != functions[0]->probes[i])
+        for (const Candidate &candidate : all())
+            if (candidate.probes[i] != candidates[0].probes[i])
                 return true;
         return false;
     }
 };
 
 /// Arguments that all candidates look at the same way do not tell them apart, and are not probed.
-bool fits(const Candidates &candidates, const Function &function, PyObject *arguments) {
+bool fits(const Candidates &candidates, Probes probes, PyObject *arguments) {
     for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(arguments); ++i)
-        if (candidates.differ_at(i) && !function.probes[i](PyTuple_GET_ITEM(arguments, i)))
+        if (candidates.differ_at(i) && !probes[i](PyTuple_GET_ITEM(arguments, i)))
             return false;
     return true;
 }
@@ -170,20 +174,23 @@ PyObject *raise_no_overload(const Function &overloaded) {
     return nullptr;
 }
 
-PyObject *dispatch(const Function &overloaded, PyObject *self, PyObject *arguments) {
+PyObject *dispatch(const Function &overloaded, const Probes *probes, PyObject *self,
+                   PyObject *arguments) {
     if (!arguments || !PyTuple_Check(arguments))
         return raise_no_overload(overloaded);
     Candidates candidates;
-    for (const Function &function : overloaded.cases())
+    for (const Function &function : overloaded.cases()) {
         if (takes(function, PyTuple_GET_SIZE(arguments)))
-            candidates.functions[candidates.count++] = &function;
+            candidates.candidates[candidates.count++] = {&function, *probes};
+        ++probes;
+    }
     if (candidates.count == 0)
         return raise_no_overload(overloaded);
     const auto all = candidates.all();
-    for (const Function *function : all.first(all.size() - 1))
-        if (fits(candidates, *function, arguments))
+    for (const auto &[function, its_probes] : all.first(all.size() - 1))
+        if (fits(candidates, its_probes, arguments))
             return call_case(*function, self, arguments);
-    return call_case(*all.back(), self, arguments);
+    return call_case(*all.back().function, self, arguments);
 }
 
 } // namespace binding

@@ -6,6 +6,7 @@
 
 #include <Python.h>
 
+#include <array>
 #include <span>
 #include <string_view>
 
@@ -34,9 +35,8 @@ inline constexpr int kMaxCases = 8;
 
 /// One native function: a row of the method table, or a case of an overloaded one.
 struct Function {
-    const char *name;    ///< the Python name, used in every message; the declaration follows it
-    PyCFunction native;  ///< "_wrap_" and the Python name
-    const Probe *probes; ///< one per parameter of a case; null for everything else
+    const char *name;   ///< the Python name, used in every message; the declaration follows it
+    PyCFunction native; ///< "_wrap_" and the Python name
     Kind kind;
     unsigned char owner_size;           ///< characters of the class's name
     unsigned char min;                  ///< parameters without a default, the object included
@@ -65,6 +65,34 @@ struct Function {
 
 /// A family's functions, each overloaded one behind its cases.
 using Rows = std::span<const Function>;
+
+/// One probe per parameter of a case.
+using Probes = const Probe *;
+
+/// A row as the compiler sees it. Few functions are cases, so that the records have no room for
+/// probes: the overloaded function alone knows those of its cases.
+struct Description {
+    Function function;
+    Probes probes; ///< null for what is no case
+};
+
+template <size_t count>
+consteval std::array<Function, count> functions_of(const Description (&rows)[count]) {
+    std::array<Function, count> functions{};
+    for (size_t i = 0; i < count; ++i)
+        functions[i] = rows[i].function;
+    return functions;
+}
+
+/// The probes of the cases of the overloaded function at a place of its family, case by case.
+template <const auto &rows, size_t place>
+inline constexpr auto probes_of_cases = [] {
+    constexpr size_t count = rows[place].function.case_count;
+    std::array<Probes, count> probes{};
+    for (size_t i = 0; i < count; ++i)
+        probes[i] = rows[place - count + i].probes;
+    return probes;
+}();
 
 // Failures. Each sets the exception and returns what its caller is to return.
 
@@ -95,8 +123,9 @@ PyObject *raise_no_overload(const Function &overloaded);
 
 /// Calls the first case whose arguments fit: by their number alone where that decides, else by
 /// probing the arguments that tell the candidates apart. The last candidate is not probed; it
-/// reports its own conversion errors.
-PyObject *dispatch(const Function &overloaded, PyObject *self, PyObject *arguments);
+/// reports its own conversion errors. The probes are those of its cases, case by case.
+PyObject *dispatch(const Function &overloaded, const Probes *probes, PyObject *self,
+                   PyObject *arguments);
 
 /// What stands before the class in the names of constructors and the like.
 constexpr std::string_view prefix_of(std::string_view name) {

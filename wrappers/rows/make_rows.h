@@ -41,9 +41,10 @@ enum RowPlace {
 // The table.
 #define ROW(native, function, description, ...) description,
 #define BY_HAND(function, description) description,
-constexpr Function row_table[] = {
+constexpr Description row_descriptions[] = {
 #include ROW_LIST
 };
+constexpr auto row_table = functions_of(row_descriptions);
 static_assert(is_well_formed(row_table), "an overloaded function stands right behind its cases");
 #undef ROW
 #undef BY_HAND
@@ -69,6 +70,7 @@ extern constinit const binding::Rows ROW_TABLE = row_table;
 // The row language.
 #undef TEXTS
 #undef RECORD
+#undef CASE_PROBES
 #undef STATIC_ROW
 #undef METHOD_ROW
 #undef CONSTRUCTOR_ROW

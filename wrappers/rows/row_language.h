@@ -46,6 +46,7 @@
 // clang-format off
 #define TEXTS(Class, name, declared) Texts{name "\0" declared, sizeof(#Class) - 1}
 #define RECORD(function) row_table[at_##function]
+#define CASE_PROBES(function) probes_of_cases<row_descriptions, at_##function>.data()
 
 // Rows with one function.
 
@@ -146,11 +147,11 @@
     ROW(_wrap_##Class##_##member, Class##_##member, \
         describe(Kind::kOverloads, TEXTS(Class, #Class "_" #member, ""), \
                  _wrap_##Class##_##member, count), \
-        return dispatch(RECORD(Class##_##member), self, arguments);)
+        return dispatch(RECORD(Class##_##member), CASE_PROBES(Class##_##member), self, arguments);)
 #define CONSTRUCTOR_OVERLOADS(Class, count) \
     ROW(_wrap_new_##Class, new_##Class, \
         describe(Kind::kOverloads, TEXTS(Class, "new_" #Class, ""), _wrap_new_##Class, count), \
-        return dispatch(RECORD(new_##Class), self, arguments);)
+        return dispatch(RECORD(new_##Class), CASE_PROBES(new_##Class), self, arguments);)
 
 // The proxy protocol: registration for every class, the initialiser for those that are constructed.
 

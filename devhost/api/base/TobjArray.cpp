@@ -30,7 +30,8 @@ TobjArray<T>::~TobjArray() {
 
 template <class T>
 TobjArray<T> &TobjArray<T>::operator=(const TobjArray &other) {
-    return *this = TobjArray(other);
+    *this = TobjArray(other);
+    return *this;
 }
 
 template <class T>

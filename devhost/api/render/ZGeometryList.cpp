@@ -21,7 +21,8 @@ struct ZGeometryList::Elements : devhost::GeometryElements {};
 ZGeometryList::ZGeometryList() : ZSetupFlags(kMatrices), elements_(new Elements) {}
 
 ZGeometryList::ZGeometryList(ZRenderingInfo const &renderInfo, int setupFlags) : ZGeometryList() {
-    ZSetupFlags = setupFlags;
+    // After the other constructor, so that the list is destroyed when what follows throws.
+    ZSetupFlags = setupFlags; // NOLINT(cppcoreguidelines-prefer-member-initializer)
     elements_->projection = renderInfo.projectionMatrix();
     elements_->view = renderInfo.viewMatrix();
     const devhost::Scene &scene = devhost::scene();

@@ -72,8 +72,8 @@ NodeId textureOf(const ZPlug &plug) {
     return plug.isNull() || isOtherPlug ? devhost::kNoNode : textureOf(plug.node());
 }
 
-ZStatus bind(const PixelsPointer &pixels, ZImageFileInfo::ZHwTextureType &type,
-             ZImageFileInfo::ZImageType imageType) {
+ZStatus bindTexture(const PixelsPointer &pixels, ZImageFileInfo::ZHwTextureType &type,
+                    ZImageFileInfo::ZImageType imageType) {
     if (imageType < ZImageFileInfo::kImageTypeUnknown || imageType > ZImageFileInfo::kImageTypeBump)
         return {ZStatus::kInvalidParameter, "the image type is unknown"};
     type = ZImageFileInfo::kHwTexture2D;
@@ -87,7 +87,7 @@ ZStatus bindNode(NodeId texture, ZImageFileInfo::ZHwTextureType &type,
     PixelsPointer pixels;
     if (const ZStatus status = devhost::texturePixels(texture, pixels); status.error())
         return status;
-    return bind(pixels, type, imageType);
+    return bindTexture(pixels, type, imageType);
 }
 
 } // namespace
@@ -115,7 +115,7 @@ ZStatus ZHwTextureManager::glBind(ZHwTextureFileHandle const &handle,
     return guarded([&]() -> ZStatus {
         const auto found = files().byHandle.find(handle);
         return found == files().byHandle.end() ? unknownHandle(handle)
-                                               : bind(found->second.pixels, type, imageType);
+                                               : bindTexture(found->second.pixels, type, imageType);
     });
 }
 
