@@ -2,20 +2,18 @@
 // CPU seconds for the pixels of a picture, beside a loop that is written by hand for the ray
 // library and this picture: the same samples and shadow rays, in packets, with nothing but
 // lambertian shading. The least of nine runs each; both make the same picture, which is looked at.
+#include "bench/bumpy_ball.h"
 #include "devhost/raytrace/CameraView.h"
 #include "devhost/raytrace/SamplePattern.h"
 #include "devhost/raytrace/Shading.h"
 #include "devhost/raytrace/SoftwareRenderer.h"
-#include "devhost/scene/SceneGraph.h"
 #include "devhost/session/RenderSession.h"
 
 #include <embree3/rtcore.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <functional>
 #include <limits>
 #include <numbers>
 #include <optional>
@@ -24,48 +22,9 @@
 namespace {
 
 using namespace devhost;
+using bench::ball, bench::seconds;
 
 constexpr unsigned kWidth = 640, kHeight = 480, kSamples = 4, kPacket = 16;
-constexpr unsigned kRings = 300, kSegments = 600;
-
-/// A ball with bumps that shadow each other.
-std::shared_ptr<const Mesh> ball() {
-    auto mesh = std::make_shared<Mesh>();
-    for (unsigned ring = 0; ring <= kRings; ++ring)
-        for (unsigned segment = 0; segment < kSegments; ++segment) {
-            const double down = ring * std::numbers::pi / kRings;
-            const double round = segment * 2 * std::numbers::pi / kSegments;
-            const double size = 1 + 0.1 * std::sin(12 * down) * std::sin(12 * round);
-            const float unit[] = {float(std::sin(down) * std::cos(round)), float(std::cos(down)),
-                                  float(std::sin(down) * std::sin(round))};
-            for (const float each : unit) {
-                mesh->positions.push_back(each * float(size));
-                mesh->normals.push_back(each);
-            }
-        }
-    for (unsigned ring = 0; ring < kRings; ++ring)
-        for (unsigned segment = 0; segment < kSegments; ++segment) {
-            const unsigned a = ring * kSegments + segment;
-            const unsigned b = ring * kSegments + (segment + 1) % kSegments;
-            mesh->triangles.insert(mesh->triangles.end(), {a, b, b + kSegments});
-            mesh->triangles.insert(mesh->triangles.end(), {a, b + kSegments, a + kSegments});
-        }
-    mesh->materials.assign(mesh->triangleCount(), kNoNode);
-    return mesh;
-}
-
-double cpuSeconds() {
-    rusage used{};
-    getrusage(RUSAGE_SELF, &used);
-    return double(used.ru_utime.tv_sec + used.ru_stime.tv_sec) +
-           1e-6 * double(used.ru_utime.tv_usec + used.ru_stime.tv_usec);
-}
-
-double seconds(const std::function<void()> &work) {
-    const double start = cpuSeconds();
-    work();
-    return cpuSeconds() - start;
-}
 
 class HandWritten {
   public:

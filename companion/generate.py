@@ -372,6 +372,8 @@ class Generator(object):
 
     def stub_function(self, function, name):
         signatures = self.signatures.signatures(function)
+        if name == '__getitem__' and signatures[0].parameters[0].python == 'Any':
+            return self.stub_subscript(function, signatures[0].result)
         lines = []
         for signature in signatures:
             if len(signatures) > 1:
@@ -387,6 +389,13 @@ class Generator(object):
             lines.append('def %s(%s) -> %s:%s' % (name, ', '.join(parameters), result,
                                                   stub_body(text)))
         return lines
+
+    def stub_subscript(self, function, item):
+        """What takes any object has items and slices; a slice is a list, of bytes a str."""
+        return ['@overload',
+                'def __getitem__(self, index: int) -> %s:%s' % (
+                    item, stub_body(self.signatures.text(function))),
+                '@overload', 'def __getitem__(self, index: slice) -> Any: ...']
 
     def stub_property(self, target, name):
         getter = target.getters[name]

@@ -14,9 +14,8 @@ INFINITE = float("inf")
 
 class DepthFog(ZRenderCallback):
     def postProcessCallback(self, data):
-        count = data.xsize * data.ysize
-        depths = data.depthArr.read(0, count)
-        colors = bytearray(data.rgbaArr.read(0, 4 * count))
+        depths = data.depthArr[:]
+        colors = bytearray(data.rgbaArr[:])
         seen = [depth for depth in depths if depth < INFINITE]
         if not seen:
             return False
@@ -29,7 +28,7 @@ class DepthFog(ZRenderCallback):
                 color = colors[pixel + channel]
                 colors[pixel + channel] = int(color + (FOG[channel] - color) * amount)
             colors[pixel + 3] = 255
-        data.rgbaArr.write(0, bytes(colors))
+        data.rgbaArr[:] = colors
         return True
 
 

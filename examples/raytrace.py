@@ -15,6 +15,7 @@ from OpenQuilRender import ZCommonRenderSettingsData, ZRenderUtil, ZRenderView
 
 TILE = 64
 REFLECTIONS = 2
+NOTHING = (0.0, 0.0, 0.0)
 
 
 class Camera(object):
@@ -62,7 +63,7 @@ class Surroundings(object):
         ZRenderUtil.raytraceFirstGeometryIntersections(
             ZFloatVectorArray(len(directions), camera.origin), ZFloatVectorArray(directions),
             None, None, points, numbers)
-        return min([point.y for point in points] or [camera.origin.y - 1])
+        return min([y for _, y, _ in points[:]] or [camera.origin.y - 1])
 
     def color(self, direction):
         if direction[1] < 0 and self.height > 0:
@@ -72,7 +73,7 @@ class Surroundings(object):
     def sky(self, direction):
         height = direction[1] / math.sqrt(sum(d * d for d in direction))
         shade = 0.5 + 0.5 * max(height, 0.0)
-        return ZFloatVector(0.95 - 0.55 * shade, 0.97 - 0.38 * shade, 1.0 - 0.16 * shade)
+        return 0.95 - 0.55 * shade, 0.97 - 0.38 * shade, 1.0 - 0.16 * shade
 
     def floor(self, direction):
         """A plane with soft marble veins, lit by the scene's first light; far off it fades."""
@@ -82,8 +83,7 @@ class Surroundings(object):
         veins = 0.72 + 0.16 * ZRenderUtil.noise2(x + 90, z + 90)
         light = 0.45 + 0.55 * ZRenderUtil.lightAttenuation(None, point, self.UP, True)
         near = math.exp(-0.02 * (x * x + z * z) ** 0.5)
-        sky = self.sky(direction)
-        return ZFloatVector(*[near * veins * light + (1 - near) * c for c in (sky.x, sky.y, sky.z)])
+        return tuple(near * veins * light + (1 - near) * c for c in self.sky(direction))
 
 
 def render_tile(camera, surroundings, left, right, bottom, top):
@@ -92,10 +92,12 @@ def render_tile(camera, surroundings, left, right, bottom, top):
     points, colors = ZFloatVectorArray(), ZFloatVectorArray()
     ZRenderUtil.raytrace(origins, ZFloatVectorArray(directions), None, None, REFLECTIONS,
                          points, colors)
-    nothing = ZFloatVector()
-    for i, direction in enumerate(directions):
-        if colors[i] == nothing and points[i] == nothing:
-            colors[i] = surroundings.color(direction)
+    # Slices have tuples, which are faster than an object for each ray.
+    seen = colors[:]
+    for i, point in enumerate(points[:]):
+        if seen[i] == point == NOTHING:
+            seen[i] = surroundings.color(directions[i])
+    colors[:] = seen
     pixels = PixelBuffer(len(directions))
     pixels.setColors(0, colors)
     ZRenderView.updatePixels(left, right, bottom, top, pixels, True)

@@ -2,7 +2,8 @@
 // The arrays of the core library. Items are copied out and in: a script that keeps one is not
 // touched by what happens to the array, and a changed item has to be stored again.
 
-#include "devhost/core_module/items.h"
+#include "devhost/core_module/item_memory.h"
+#include "devhost/util/ViewedMemory.h"
 #include "host/core/ZColorArray.h"
 #include "host/core/ZDagPathArray.h"
 #include "host/core/ZDoubleArray.h"
@@ -19,6 +20,8 @@
 #include "host/core/ZUint64Array.h"
 #include "host/core/ZUintArray.h"
 #include "host/core/ZVectorArray.h"
+
+#include <memory>
 
 namespace {
 
@@ -52,20 +55,36 @@ PyObject *array_of_copies(unsigned int count, Item value) {
     return array ? constructed(array) : nullptr;
 }
 
+/// The first item, null where there is none.
 template <class Array>
-PyObject *array_from_sequence(PyObject *sequence) {
-    if (refuse_length(sequence))
+ItemOf<Array> *items_of(Array &array) {
+    return array.length() ? &array[0] : nullptr;
+}
+
+/// Reads the items of an array of the same class, or whatever read_data() takes; false with an
+/// exception set.
+template <class Array>
+bool read_array_data(PyObject *data, std::vector<ItemOf<Array>> &items) {
+    const Array *other = comparable<Array>(data);
+    if (!other)
+        return read_data(data, items);
+    items.reserve(other->length());
+    for (unsigned i = 0; i < other->length(); ++i)
+        items.push_back((*other)[i]);
+    return true;
+}
+
+template <class Array>
+PyObject *array_from_data(PyObject *data) {
+    std::unique_ptr<Array> array;
+    const auto place = [&](size_t count, ItemOf<Array> *&destination) {
+        array.reset(array_of_length<Array>(count));
+        destination = array ? items_of(*array) : nullptr;
+        return array != nullptr;
+    };
+    if (refuse_length(data) || !write_data<ItemOf<Array>>(data, place))
         return nullptr;
-    const swig::SwigPtr_PyObject items(PySequence_Tuple(sequence));
-    if (!items)
-        return nullptr;
-    Array *array = array_of_length<Array>(static_cast<size_t>(PyTuple_GET_SIZE(items.get())));
-    if (!array)
-        return nullptr;
-    if (read_items(items.get(), *array))
-        return constructed(array);
-    delete array;
-    return nullptr;
+    return constructed(array.release());
 }
 
 template <class Array>
@@ -78,19 +97,34 @@ unsigned int array_length(Array &self) {
     return self.length();
 }
 
+/// True, with an exception set, where views see the items, which keep their places then. Only
+/// numbers are seen so.
 template <class Array>
-ZStatus set_array_length(Array &self, unsigned int count) {
-    return self.setLength(count);
+bool refuse_viewed(Array &self) {
+    if constexpr (HasNumbers<ItemOf<Array>>)
+        if (devhost::isViewed(self.data())) {
+            PyErr_SetString(PyExc_BufferError,
+                            "the length cannot change while a view sees the array's memory");
+            return true;
+        }
+    return false;
+}
+
+template <class Array>
+PyObject *set_array_length(Array &self, unsigned int count) {
+    if (count != self.length() && refuse_viewed(self))
+        return nullptr;
+    return status_result(self.setLength(count));
 }
 
 template <class Array, class Item>
-ZStatus append(Array &self, Item value) {
-    return self.append(value);
+PyObject *append(Array &self, Item value) {
+    return refuse_viewed(self) ? nullptr : status_result(self.append(value));
 }
 
 template <class Array, class Item>
-ZStatus insert(Array &self, Item value, unsigned int index) {
-    return self.insert(value, index);
+PyObject *insert(Array &self, Item value, unsigned int index) {
+    return refuse_viewed(self) ? nullptr : status_result(self.insert(value, index));
 }
 
 template <class Array, class Item>
@@ -99,41 +133,133 @@ ZStatus set_at(Array &self, Item value, unsigned int index) {
 }
 
 template <class Array>
-ZStatus remove_at(Array &self, unsigned int index) {
-    return self.remove(index);
+PyObject *remove_at(Array &self, unsigned int index) {
+    return refuse_viewed(self) ? nullptr : status_result(self.remove(index));
 }
 
 template <class Array>
-ZStatus clear(Array &self) {
-    return self.clear();
+PyObject *clear(Array &self) {
+    return refuse_viewed(self) ? nullptr : status_result(self.clear());
 }
 
 template <class Array>
-ZStatus copy_from(Array &self, Array const &other) {
-    return self.copy(other);
-}
-
-template <class Array>
-PyObject *item(Array &self, long index) {
-    if (!find_index(index, self.length()))
+PyObject *copy_from(Array &self, Array const &other) {
+    if (self.length() != other.length() && refuse_viewed(self))
         return nullptr;
-    return make_item(ItemOf<Array>(self[static_cast<unsigned>(index)]));
+    return status_result(self.copy(other));
 }
 
-template <class Array, class Item>
-PyObject *set_item(Array &self, long index, Item value) {
-    if (!find_index(index, self.length()))
+template <class Array>
+bool find_position(Array &self, PyObject *key, long &index) {
+    return read_index(key, index, "index out of range") && find_index(index, self.length());
+}
+
+/// Items `step` apart. Those that are no plain numbers are copied first: making an object may run a
+/// script that changes the array.
+template <class Array>
+PyObject *read_array(Array &self, const Slice &slice) {
+    const ItemOf<Array> *const items = items_of(self) + slice.start;
+    if constexpr (IsPlain<ItemOf<Array>>)
+        return read_many(items, slice.count, slice.step);
+    std::vector<ItemOf<Array>> copies;
+    copies.reserve(static_cast<size_t>(slice.count));
+    for (Py_ssize_t i = 0; i < slice.count; ++i)
+        copies.push_back(items[i * slice.step]);
+    return read_many(copies.data(), slice.count, 1);
+}
+
+/// The item at an index, or those of a slice as read() returns them.
+template <class Array>
+PyObject *subscript(Array &self, PyObject *key) {
+    long index;
+    if (!PySlice_Check(key))
+        return find_position(self, key, index)
+                   ? make_item(ItemOf<Array>(self[static_cast<unsigned>(index)]))
+                   : nullptr;
+    Slice slice;
+    if (!read_slice(
+            key, [&] { return self.length(); }, slice))
         return nullptr;
-    self[static_cast<unsigned>(index)] = value;
+    return read_array(self, slice);
+}
+
+/// `wrong_value` is the text for an item of another type.
+template <class Array>
+PyObject *set_item(Array &self, PyObject *key, PyObject *value, const char *wrong_value) {
+    ItemOf<Array> item{};
+    long index;
+    if (const ReadResult result = read_item(value, item); result.failed())
+        raise_value(result, wrong_value);
+    else if (find_position(self, key, index)) {
+        self[static_cast<unsigned>(index)] = item;
+        Py_RETURN_NONE;
+    }
+    return nullptr;
+}
+
+template <class Array>
+PyObject *set_subscript(Array &self, PyObject *key, PyObject *value, const char *wrong_value) {
+    if (!PySlice_Check(key))
+        return set_item(self, key, value, wrong_value);
+    Slice slice;
+    std::vector<ItemOf<Array>> items;
+    if (!read_array_data<Array>(value, items) || !read_slice(
+                                                     key, [&] { return self.length(); }, slice))
+        return nullptr;
+    return write_many(items_of(self), slice, items);
+}
+
+template <class Array>
+bool check_range(Array &self, long start, long count) {
+    const long length = self.length();
+    if (start >= 0 && count >= 0 && start <= length && count <= length - start)
+        return true;
+    PyErr_SetString(PyExc_IndexError, "index out of range");
+    return false;
+}
+
+template <class Array>
+PyObject *read(Array &self, long start, long count) {
+    return check_range(self, start, count) ? read_array(self, {start, start + count, 1, count})
+                                           : nullptr;
+}
+
+template <class Array>
+PyObject *read_bytes(Array &self, long start, long count) {
+    return check_range(self, start, count) ? bytes_of(items_of(self) + start, count) : nullptr;
+}
+
+template <class Array>
+PyObject *write(Array &self, long start, PyObject *data) {
+    const auto place = [&](size_t count, ItemOf<Array> *&destination) {
+        if (!check_range(self, start, static_cast<long>(count)))
+            return false;
+        destination = items_of(self) + start;
+        return true;
+    };
+    if (const Array *other = comparable<Array>(data)) {
+        ItemOf<Array> *destination = nullptr;
+        if (!place(other->length(), destination))
+            return nullptr;
+        const Array items(*other); // which may be this one
+        for (unsigned i = 0; i < items.length(); ++i)
+            destination[i] = items[i];
+    } else if (!write_data<ItemOf<Array>>(data, place)) {
+        return nullptr;
+    }
     Py_RETURN_NONE;
+}
+
+template <class Array>
+PyObject *memory(Array &self) {
+    return tell_memory(items_of(self), self.length());
 }
 
 template <class Array>
 PyObject *delete_item(Array &self, long index) {
-    if (!find_index(index, self.length()))
+    if (!find_index(index, self.length()) || refuse_viewed(self))
         return nullptr;
-    self.remove(static_cast<unsigned>(index));
-    Py_RETURN_NONE;
+    return status_result(self.remove(static_cast<unsigned>(index)));
 }
 
 template <class Array>

@@ -3,6 +3,7 @@
 
 #include "devhost/util/GuardedMemory.h"
 #include "devhost/util/KnownMemory.h"
+#include "devhost/util/ViewedMemory.h"
 
 #include <Python.h>
 
@@ -62,7 +63,8 @@ bool free_block(void *address) {
     if (!blocks().erase(address))
         return false;
     devhost::forgetMemory(address);
-    release(address);
+    if (!devhost::leaveToViews(address, address, release))
+        release(address);
     return true;
 }
 

@@ -13,7 +13,7 @@ namespace binding {
 /// exception set when memory is short.
 void *make_block(size_t count, size_t item_size);
 
-/// Frees a block; false, and nothing done, for any other address.
+/// Frees a block, or leaves it to its views; false, and nothing done, for any other address.
 bool free_block(void *address);
 
 } // namespace binding

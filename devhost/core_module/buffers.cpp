@@ -7,8 +7,7 @@
 // a buffer is made as a copy of so many items of it.
 
 #include "devhost/core_module/blocks.h"
-#include "devhost/core_module/items.h"
-#include "devhost/core_module/raw_items.h"
+#include "devhost/core_module/item_memory.h"
 #include "devhost/util/KnownMemory.h"
 #include "host/core/ZImageFileInfo.h"
 #include "host/render/ZHardwareRenderer.h"
@@ -112,33 +111,16 @@ const T *same_buffer(PyObject *data) {
                : static_cast<const T *>(address);
 }
 
-/// Reads the items of such a buffer, bytes as they are, or a sequence of items; false with an
-/// exception set.
+/// Reads the items of such a buffer, or whatever read_data() takes; false with an exception set.
 template <class T>
-bool read_data(PyObject *data, std::vector<T> &items) {
-    if (const T *buffer = same_buffer<T>(data)) {
-        const long length = known_length(*buffer);
-        if (length >= 0)
-            items.assign(buffer, buffer + length);
-        return length >= 0;
-    }
-    if constexpr (!std::is_pointer_v<T>) {
-        const RawItems raw(data, format_of<T>());
-        size_t count;
-        if (raw.failed() || (raw && !whole_items(raw.size(), sizeof(T), count)))
-            return false;
-        if (raw) {
-            items.resize(count);
-            if (count)
-                std::memcpy(items.data(), raw.data(), raw.size());
-            return true;
-        }
-    }
-    const swig::SwigPtr_PyObject tuple(PySequence_Tuple(data));
-    if (!tuple)
-        return false;
-    items.resize(static_cast<size_t>(PyTuple_GET_SIZE(tuple.get())));
-    return read_items(tuple.get(), items);
+bool read_buffer_data(PyObject *data, std::vector<T> &items) {
+    const T *buffer = same_buffer<T>(data);
+    if (!buffer)
+        return read_data(data, items);
+    const long length = known_length(*buffer);
+    if (length >= 0)
+        items.assign(buffer, buffer + length);
+    return length >= 0;
 }
 
 template <class T>
@@ -146,7 +128,7 @@ PyObject *buffer_from_data(PyObject *data) {
     if (refuse_length(data))
         return nullptr;
     std::vector<T> items;
-    return read_data(data, items) ? new_buffer(items.data(), items.size()) : nullptr;
+    return read_buffer_data(data, items) ? new_buffer(items.data(), items.size()) : nullptr;
 }
 
 /// A copy of so many items of native memory, untyped or of the buffer's own type.
@@ -189,13 +171,15 @@ PyObject *buffer_representation(T &buffer, const char *name) {
                                PyString_AS_STRING(text.get()));
 }
 
+constexpr char kOutOfRange[] = "buffer index out of range";
+
 /// Checks that the items lie inside the buffer, as far as its length is known.
 template <class T>
 bool check_range(const T &buffer, long start, long count) {
     const long length = length_of(buffer);
     if (start >= 0 && count >= 0 && (length < 0 || (start <= length && count <= length - start)))
         return true;
-    PyErr_SetString(PyExc_IndexError, "buffer index out of range");
+    PyErr_SetString(PyExc_IndexError, kOutOfRange);
     return false;
 }
 
@@ -208,16 +192,12 @@ PyObject *buffer_item(T &buffer, long index) {
 template <class T>
 bool read_buffer_item(PyObject *object, T &value) {
     const ReadResult result = read_item(object, value);
-    if (result.failed())
-        PyErr_SetString(
-            SWIG_Python_ErrorType(result.code == SWIG_ERROR ? SWIG_TypeError : result.code),
-            "the value does not fit the buffer's type");
-    return !result.failed();
+    return !result.failed() || raise_value(result, "the value does not fit the buffer's type");
 }
 
 template <class T>
 PyObject *set_buffer_item(T &buffer, long index, PyObject *object) {
-    T value;
+    T value{};
     if (!read_buffer_item(object, value) || !check_range(buffer, index, 1))
         return nullptr;
     (&buffer)[index] = value;
@@ -226,64 +206,43 @@ PyObject *set_buffer_item(T &buffer, long index, PyObject *object) {
 
 template <class T>
 PyObject *read_bytes(T &buffer, long start, long count) {
-    if (!check_range(buffer, start, count))
-        return nullptr;
-    if (count > PY_SSIZE_T_MAX / static_cast<long>(sizeof(T)))
-        return PyErr_NoMemory();
-    return PyString_FromStringAndSize(reinterpret_cast<const char *>(&buffer + start),
-                                      count * static_cast<Py_ssize_t>(sizeof(T)));
-}
-
-/// Items `step` apart: characters and bytes as a str, everything else as a list.
-template <class T>
-PyObject *items_from(const T *items, Py_ssize_t count, Py_ssize_t step) {
-    if constexpr (std::is_same_v<T, char> || std::is_same_v<T, unsigned char>) {
-        const auto *bytes = reinterpret_cast<const char *>(items);
-        PyObject *text = PyString_FromStringAndSize(step == 1 ? bytes : nullptr, count);
-        for (Py_ssize_t i = 0; text && step != 1 && i < count; ++i)
-            PyString_AS_STRING(text)[i] = bytes[i * step];
-        return text;
-    } else {
-        return make_list(count, [=](Py_ssize_t i) { return items[i * step]; });
-    }
+    return check_range(buffer, start, count) ? bytes_of(&buffer + start, count) : nullptr;
 }
 
 template <class T>
 PyObject *read_buffer(T &buffer, long start, long count) {
-    return check_range(buffer, start, count) ? items_from(&buffer + start, count, 1) : nullptr;
+    return check_range(buffer, start, count) ? read_many(&buffer + start, count, 1) : nullptr;
 }
 
 template <class T>
 PyObject *write_buffer(T &buffer, long start, PyObject *data) {
-    std::vector<T> items;
-    if (!read_data(data, items) || !check_range(buffer, start, static_cast<long>(items.size())))
+    const auto place = [&](size_t count, T *&destination) {
+        if (!check_range(buffer, start, static_cast<long>(count)))
+            return false;
+        destination = &buffer + start;
+        return true;
+    };
+    if (const T *other = same_buffer<T>(data)) {
+        const long length = known_length(*other);
+        T *destination = nullptr;
+        if (length < 0 || !place(static_cast<size_t>(length), destination))
+            return nullptr;
+        if (length)
+            std::memmove(destination, other, static_cast<size_t>(length) * sizeof(T));
+    } else if (!write_data<T>(data, place)) {
         return nullptr;
-    if (!items.empty())
-        std::memcpy(&buffer + start, items.data(), items.size() * sizeof(T));
+    }
     Py_RETURN_NONE;
 }
 
-/// An index as a number; false with an exception set.
-bool read_index(PyObject *object, long &index) {
-    if (SWIG_AsVal_long(object, &index) >= 0)
-        return true;
-    const bool is_number = PyLong_Check(object);
-    PyErr_SetString(is_number ? PyExc_IndexError : PyExc_TypeError,
-                    is_number ? "buffer index out of range" : "indices are integers or slices");
-    return false;
-}
-
-/// The items that a slice means.
-struct Slice {
-    Py_ssize_t start, stop, step, count;
-};
-
+/// An index as in Python: negative ones count from the end, where the length is known.
 template <class T>
-bool read_slice(const T &buffer, PyObject *object, Slice &slice) {
-    const long length = known_length(buffer);
-    return length >= 0 &&
-           PySlice_GetIndicesEx(reinterpret_cast<PySliceObject *>(object), length, &slice.start,
-                                &slice.stop, &slice.step, &slice.count) == 0;
+bool read_position(const T &buffer, PyObject *key, long &index) {
+    if (!read_index(key, index, kOutOfRange))
+        return false;
+    if (index < 0)
+        index += std::max(length_of(buffer), 0L);
+    return true;
 }
 
 /// The item at an index, or those of a slice as read() returns them.
@@ -291,41 +250,36 @@ template <class T>
 PyObject *subscript(T &buffer, PyObject *key) {
     long index;
     if (!PySlice_Check(key))
-        return read_index(key, index) ? buffer_item(buffer, index) : nullptr;
+        return read_position(buffer, key, index) ? buffer_item(buffer, index) : nullptr;
     Slice slice;
-    if (!read_slice(buffer, key, slice))
+    if (!read_slice(
+            key, [&] { return known_length(buffer); }, slice))
         return nullptr;
-    return items_from(&buffer + slice.start, slice.count, slice.step);
+    return read_many(&buffer + slice.start, slice.count, slice.step);
 }
 
 template <class T>
 PyObject *set_subscript(T &buffer, PyObject *key, PyObject *value) {
     long index;
     if (!PySlice_Check(key))
-        return read_index(key, index) ? set_buffer_item(buffer, index, value) : nullptr;
+        return read_position(buffer, key, index) ? set_buffer_item(buffer, index, value) : nullptr;
     Slice slice;
     std::vector<T> items;
-    if (!read_data(value, items) || !read_slice(buffer, key, slice))
+    if (!read_buffer_data(value, items) || !read_slice(
+                                               key, [&] { return known_length(buffer); }, slice))
         return nullptr;
-    if (static_cast<size_t>(slice.count) != items.size())
-        return PyErr_Format(PyExc_ValueError, "%zd items do not fit a slice of %zd",
-                            static_cast<Py_ssize_t>(items.size()), slice.count);
-    for (Py_ssize_t i = 0; i < slice.count; ++i)
-        (&buffer)[slice.start + i * slice.step] = items[static_cast<size_t>(i)];
-    Py_RETURN_NONE;
+    return write_many(&buffer, slice, items);
 }
 
 /// Where the items are: what the buffer protocol needs.
 template <class T>
 PyObject *memory(T &buffer) {
-    const char format = format_of<T>();
     const long length = known_length(buffer);
     if (length < 0)
         return nullptr;
-    if (!format)
-        return PyErr_Format(PyExc_BufferError, "pointers cannot be seen as memory");
-    return Py_BuildValue("(Nlci)", PyLong_FromVoidPtr(&buffer),
-                         length * static_cast<long>(sizeof(T)), format, 1);
+    if constexpr (HasNumbers<T>)
+        return tell_memory(&buffer, static_cast<size_t>(length));
+    return PyErr_Format(PyExc_BufferError, "pointers cannot be seen as memory");
 }
 
 template <class T>

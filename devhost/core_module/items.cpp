@@ -57,6 +57,15 @@ ReadResult read_item(PyObject *object, void *&value) {
     return SWIG_Python_ConvertPtrAndOwn(object, &value, nullptr, 0);
 }
 
+bool raise_value(ReadResult result, const char *text) {
+    const bool is_null = result.remark == ReadResult::kNullReference;
+    if (result.remark != ReadResult::kRaised)
+        PyErr_Format(
+            SWIG_Python_ErrorType(result.code == SWIG_ERROR ? SWIG_TypeError : result.code), "%s%s",
+            is_null ? "invalid null reference " : "", text);
+    return false;
+}
+
 bool raise_item(Py_ssize_t index, ReadResult result) {
     const bool is_type_error =
         result.remark == ReadResult::kNullReference || result.code == SWIG_ERROR;

@@ -73,6 +73,9 @@ ReadResult read_item(PyObject *object, T &value) {
     return SWIG_OK;
 }
 
+/// Raises what belongs to a value that did not convert, with a text that says so; returns false.
+bool raise_value(ReadResult result, const char *text);
+
 template <class T>
 PyObject *make_item(T value) {
     return to_python<T>(std::move(value));

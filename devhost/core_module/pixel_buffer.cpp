@@ -3,71 +3,114 @@
 
 #include "devhost/core_module/PixelBuffer.h"
 #include "devhost/core_module/element_buffer.h"
-#include "devhost/core_module/raw_items.h"
+#include "devhost/core_module/item_memory.h"
 #include "host/core/ZColorArray.h"
 #include "host/core/ZFloatVectorArray.h"
 
 #include <algorithm>
-#include <cstring>
+
+namespace binding {
+
+template <>
+struct Components<RV_PIXEL> {
+    static constexpr float RV_PIXEL::*members[] = {&RV_PIXEL::r, &RV_PIXEL::g, &RV_PIXEL::b,
+                                                   &RV_PIXEL::a};
+    static constexpr int minimum = 3;
+};
+
+} // namespace binding
+
+static RV_PIXEL pixel_of(const ZColor &color) {
+    return {color.r, color.g, color.b, color.a};
+}
+
+/// A pixel is whatever is a colour.
+static binding::ReadResult read_item(PyObject *object, RV_PIXEL &pixel) {
+    ZColor color;
+    const binding::ReadResult result = binding::read_item(object, color);
+    pixel = pixel_of(color);
+    return result;
+}
 
 namespace {
 
 using namespace binding;
 
+constexpr char kOutOfRange[] = "pixel index out of range";
+
 bool check_range(const PixelBuffer &buffer, long start, long count) {
     const long length = buffer.length();
     if (start >= 0 && count >= 0 && start <= length && count <= length - start)
         return true;
-    PyErr_SetString(PyExc_IndexError, "pixel index out of range");
+    PyErr_SetString(PyExc_IndexError, kOutOfRange);
     return false;
-}
-
-RV_PIXEL pixel_of(const ZColor &color) {
-    return {color.r, color.g, color.b, color.a};
 }
 
 PyObject *pixels_from(PixelBuffer &self, long start) {
     return check_range(self, start, 1) ? borrowed(self.data() + start) : nullptr;
 }
 
-PyObject *color_at(PixelBuffer &self, long index) {
-    if (!find_index(index, self.length()))
+bool find_position(PixelBuffer &self, PyObject *key, long &index) {
+    return read_index(key, index, kOutOfRange) && find_index(index, self.length());
+}
+
+/// The colour at an index, or the pixels of a slice as read() returns them.
+PyObject *subscript(PixelBuffer &self, PyObject *key) {
+    Slice slice;
+    if (PySlice_Check(key))
+        return read_slice(
+                   key, [&] { return self.length(); }, slice)
+                   ? read_many(self.data() + slice.start, slice.count, slice.step)
+                   : nullptr;
+    long index;
+    if (!find_position(self, key, index))
         return nullptr;
     const RV_PIXEL &pixel = self.data()[index];
     return make_item(ZColor(pixel.r, pixel.g, pixel.b, pixel.a));
 }
 
-PyObject *set_color_at(PixelBuffer &self, long index, ZColor const &color) {
-    if (!find_index(index, self.length()))
+PyObject *set_subscript(PixelBuffer &self, PyObject *key, PyObject *value) {
+    std::vector<RV_PIXEL> pixels(1);
+    Slice slice;
+    if (PySlice_Check(key))
+        return read_data(value, pixels) && read_slice(
+                                               key, [&] { return self.length(); }, slice)
+                   ? write_many(self.data(), slice, pixels)
+                   : nullptr;
+    long index;
+    if (const ReadResult result = read_item(value, pixels[0]); result.failed()) {
+        raise_value(result, "in method 'PixelBuffer___setitem__', argument 3 of type "
+                            "'ZColor const &'");
         return nullptr;
-    self.data()[index] = pixel_of(color);
+    }
+    if (!find_position(self, key, index))
+        return nullptr;
+    self.data()[index] = pixels[0];
     Py_RETURN_NONE;
 }
 
 PyObject *memory(PixelBuffer &self) {
-    return Py_BuildValue("(Nlci)", PyLong_FromVoidPtr(self.data()),
-                         self.length() * static_cast<long>(sizeof(RV_PIXEL)), 'f', 4);
+    return tell_memory(self.data(), self.length());
 }
 
-PyObject *write(PixelBuffer &self, long start, PyObject *data) {
-    const RawItems raw(data, 'f');
-    size_t count;
-    if (raw.failed() || (raw && !whole_items(raw.size(), sizeof(RV_PIXEL), count)))
-        return nullptr;
-    if (!raw)
-        return PyErr_Format(PyExc_TypeError, "pixels are bytes, or the memory of floats");
-    if (!check_range(self, start, static_cast<long>(count)))
-        return nullptr;
-    if (count) // the pixels given may be the buffer's own
-        std::memmove(self.data() + start, raw.data(), raw.size());
-    Py_RETURN_NONE;
+PyObject *read(PixelBuffer &self, long start, long count) {
+    return check_range(self, start, count) ? read_many(self.data() + start, count, 1) : nullptr;
 }
 
 PyObject *read_bytes(PixelBuffer &self, long start, long count) {
-    if (!check_range(self, start, count))
+    return check_range(self, start, count) ? bytes_of(self.data() + start, count) : nullptr;
+}
+
+PyObject *write(PixelBuffer &self, long start, PyObject *data) {
+    const auto place = [&](size_t count, RV_PIXEL *&destination) {
+        if (!check_range(self, start, static_cast<long>(count)))
+            return false;
+        destination = self.data() + start;
+        return true;
+    };
+    if (!write_data<RV_PIXEL>(data, place))
         return nullptr;
-    return PyString_FromStringAndSize(reinterpret_cast<const char *>(self.data() + start),
-                                      count * static_cast<Py_ssize_t>(sizeof(RV_PIXEL)));
+    Py_RETURN_NONE;
 }
 
 void fill(PixelBuffer &self, ZColor const &color) {

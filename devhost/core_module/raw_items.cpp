@@ -18,8 +18,20 @@ bool is_array_of(PyObject *object, char format) {
     return code && PyString_Check(code.get()) && PyString_AS_STRING(code.get())[0] == format;
 }
 
-/// True for items of one byte, however they are told, and for those of the format.
-bool fits(const Py_buffer &view, char format) {
+/// How many items of a view belong together, as its shape tells; 1 where it has none.
+Py_ssize_t together_in(const Py_buffer &view) {
+    Py_ssize_t count = 1;
+    for (int i = 1; view.shape && i < view.ndim; ++i)
+        count *= view.shape[i];
+    return count;
+}
+
+/// True for items of one byte, however they are told, and for those of the format, side by side as
+/// they are wanted.
+bool fits(const Py_buffer &view, char format, int together) {
+    const Py_ssize_t side_by_side = together_in(view);
+    if (together != 1 && side_by_side != 1 && side_by_side != together)
+        return false;
     const char *told = view.format ? view.format : "B";
     if (*told == '@' || *told == '=' || *told == '<')
         ++told;
@@ -28,12 +40,12 @@ bool fits(const Py_buffer &view, char format) {
 
 } // namespace
 
-RawItems::RawItems(PyObject *object, char format) {
+RawItems::RawItems(PyObject *object, char format, int together) {
     if (PyString_Check(object) || PyByteArray_Check(object) || PyBuffer_Check(object) ||
         is_array_of(object, format))
         read_bytes(object);
     else if (PyObject_CheckBuffer(object))
-        read_view(object, format);
+        read_view(object, format, together);
 }
 
 void RawItems::read_bytes(PyObject *object) {
@@ -46,11 +58,11 @@ void RawItems::read_bytes(PyObject *object) {
     size_ = static_cast<size_t>(length);
 }
 
-void RawItems::read_view(PyObject *object, char format) {
+void RawItems::read_view(PyObject *object, char format, int together) {
     failed_ = PyObject_GetBuffer(object, &view_, PyBUF_CONTIG_RO | PyBUF_FORMAT) < 0;
     if (failed_)
         return;
-    if (fits(view_, format)) {
+    if (fits(view_, format, together)) {
         data_ = view_.len ? static_cast<const char *>(view_.buf) : "";
         size_ = static_cast<size_t>(view_.len);
         return;

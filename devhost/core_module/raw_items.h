@@ -42,11 +42,12 @@ constexpr char format_of() {
 }
 
 /// The memory of an object that holds bytes (a str, bytearray or buffer, or what tells that its
-/// items are bytes), or items of just the format (array.array, memoryview, a buffer of native
-/// memory). Valid while this object lives.
+/// items are bytes), or items of just the format (array.array, memoryview, native memory). What
+/// tells a shape must have the same number of them side by side, unless they are wanted one by one.
+/// Valid while this object lives.
 class RawItems {
   public:
-    RawItems(PyObject *object, char format);
+    RawItems(PyObject *object, char format, int together = 1);
     ~RawItems();
     RawItems(const RawItems &) = delete;
     RawItems &operator=(const RawItems &) = delete;
@@ -60,7 +61,7 @@ class RawItems {
 
   private:
     void read_bytes(PyObject *object);
-    void read_view(PyObject *object, char format);
+    void read_view(PyObject *object, char format, int together);
 
     const char *data_ = nullptr;
     size_t size_ = 0;

@@ -311,6 +311,38 @@ void RayTracer::intersect(std::span<const Ray> rays, Hit *hits) const {
     }
 }
 
+void RayTracer::hitPoints(std::span<const ZFloatVector> origins,
+                          std::span<const ZFloatVector> directions, ZFloatVector *points,
+                          bool *areHit) const {
+    constexpr size_t kStream = 128;
+    RTCRayHit queries[kStream];
+    for (size_t begin = 0; begin < origins.size(); begin += kStream) {
+        const size_t count = std::min(kStream, origins.size() - begin);
+        for (size_t i = 0; i < count; ++i) {
+            RTCRayHit &query = queries[i];
+            const ZFloatVector unit = directions[begin + i].normal();
+            if (!setRay(query.ray, origins[begin + i], unit, {})) {
+                setRay(query.ray, ZFloatVector(), ZFloatVector(0, 0, 1), {});
+                query.ray.tfar = -1; // which the library passes over
+            }
+            query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
+            query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
+        }
+        // Without the flag for coherent rays they go the way of single ones and come to the same
+        // numbers, bit by bit.
+        QueryContext context(*impl_, nullptr);
+        rtcIntersect1M(impl_->scene, &context.base, queries, unsigned(count), sizeof(RTCRayHit));
+        for (size_t i = 0; i < count; ++i) {
+            const size_t at = begin + i;
+            const RTCRay &ray = queries[i].ray;
+            const ZFloatVector unit(ray.dir_x, ray.dir_y, ray.dir_z);
+            areHit[at] = queries[i].hit.geomID != RTC_INVALID_GEOMETRY_ID;
+            if (areHit[at])
+                points[at] = origins[at] + unit * ray.tfar;
+        }
+    }
+}
+
 void RayTracer::reach(std::span<const Ray> rays, float *multiples,
                       const PassThrough *through) const {
     constexpr float nothing = std::numeric_limits<float>::infinity();

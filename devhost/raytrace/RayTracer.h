@@ -72,6 +72,10 @@ class OPENQUIL_API RayTracer {
     /// The nearest hits of up to kRaysTogether rays; those that lie close together take less time
     /// than one by one. Of a ray that hits nothing only Hit::hit is set.
     void intersect(std::span<const Ray> rays, Hit *hits) const;
+    /// The points that intersect() finds for single rays, of any number of them; in one stream,
+    /// which takes less time. A point is only set where something is hit.
+    void hitPoints(std::span<const ZFloatVector> origins, std::span<const ZFloatVector> directions,
+                   ZFloatVector *points, bool *areHit) const;
     /// How far up to kRaysTogether rays reach, in multiples of their directions; infinitely where
     /// they hit nothing.
     void reach(std::span<const Ray> rays, float *multiples,

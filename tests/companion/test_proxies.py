@@ -226,55 +226,205 @@ class NativeMethodTest(unittest.TestCase):
 
 
 class MemoryTest(unittest.TestCase):
-    """Buffers beside array.array, which holds the same items."""
-    KINDS = {'b': OpenQuil.SignedCharBuffer, 'B': OpenQuil.UnsignedCharBuffer,
-             'h': OpenQuil.ShortBuffer, 'H': OpenQuil.UnsignedShortBuffer, 'i': OpenQuil.IntBuffer,
-             'I': OpenQuil.UnsignedIntBuffer, 'l': OpenQuil.LongBuffer,
-             'L': OpenQuil.UnsignedLongBuffer, 'f': OpenQuil.FloatBuffer,
-             'd': OpenQuil.DoubleBuffer}
+    """Whatever is memory, beside lists and array.array with the same items: each class with the
+    code of its numbers and how many of them an item has."""
+    BUFFERS = {'SignedChar': 'b', 'UnsignedChar': 'B', 'Short': 'h', 'UnsignedShort': 'H',
+               'Int': 'i', 'UnsignedInt': 'I', 'Long': 'l', 'UnsignedLong': 'L', 'Float': 'f',
+               'Double': 'd'}
+    ARRAYS = {'Float': 'f', 'Double': 'd', 'Int': 'i', 'Uint': 'I', 'Uint64': 'L',
+              'FloatVector': 'fff', 'Vector': 'ddd', 'FloatPoint': 'ffff', 'Point': 'dddd',
+              'Color': 'ffff', 'Matrix': 'd' * 16}
+    KINDS = {name + 'Buffer': codes for name, codes in BUFFERS.items()}
+    KINDS.update(('Z%sArray' % name, codes) for name, codes in ARRAYS.items())
+    KINDS['PixelBuffer'] = 'ffff'
 
-    def test_slices_and_views(self):
-        chance = random.Random(7)
-        for code, kind in sorted(self.KINDS.items()):
-            model = array.array(code, [chance.randrange(100) for _ in range(9)])
-            raw = model.tostring()
-            for source in model, raw, bytearray(raw), buffer(raw), kind(model), list(model), \
-                    memoryview(kind(model)):
-                self.assertEqual(kind(source).readBytes(0, 9), raw, (code, source))
-            items = kind(model)
-            for _ in range(100):
-                part = slice(*[chance.choice([None] + range(-11, 11)) for _ in range(2)] +
-                             [chance.choice((None, 1, 2, 3, -1, -2))])
-                given = array.array(code, [chance.randrange(100) for _ in model[part]])
-                model[part], items[part] = given, given
-                found = items[part]
-                if code == 'B':
-                    self.assertEqual(items[part], given.tostring())
-                else:
-                    self.assertEqual(found, list(given))
-                self.assertEqual(str(buffer(items)), model.tostring())
+    def setUp(self):
+        self.chance = random.Random(7)
+
+    def kinds(self):
+        for name, codes in sorted(self.KINDS.items()):
+            yield getattr(OpenQuil, name), codes[0], len(codes)
+
+    def some(self, count, width):
+        """So many items, as a list of numbers or tuples."""
+        rows = [tuple(self.chance.randrange(100) for _ in range(width)) for _ in range(count)]
+        return [row[0] for row in rows] if width == 1 else rows
+
+    @staticmethod
+    def packed(code, items):
+        return array.array(code, [n for item in items for n in
+                                  (item if isinstance(item, tuple) else (item,))])
+
+    def made(self, kind, code, items):
+        if kind is not OpenQuil.PixelBuffer:
+            return kind(self.packed(code, items))
+        pixels = kind(len(items))
+        pixels.write(0, items)
+        return pixels
+
+    def sources(self, kind, code, items):
+        """All that can be written as these items."""
+        packed = self.packed(code, items)
+        raw, native = packed.tostring(), self.made(kind, code, items)
+        return [packed, raw, bytearray(raw), buffer(raw), native, native[:], memoryview(native),
+                memoryview(raw)]
+
+    @staticmethod
+    def outcome(operation, *arguments):
+        try:
+            return operation(*arguments)
+        except (IndexError, ValueError) as error:
+            return type(error)
+
+    def change(self, items, model, kind, code, width):
+        """One operation on both; what it yields of each."""
+        chance = self.chance
+        index, count = chance.randrange(-14, 14), chance.randrange(4)
+        part = slice(*[chance.choice([None] + range(-11, 11)) for _ in range(2)] +
+                     [chance.choice((None, 1, 2, 3, -1, -2))])
+        whole = slice(max(index, 0), max(index, 0) + count)
+        given = self.some(len(model[part]), width)
+        others = self.some(count, width)
+        inside = index >= 0 and index + count <= len(model)
+        what = chance.randrange(6)
+        if what == 0:
+            return list(map(self.plain(width), items[part])), model[part]
+        if what == 1:
+            items[part] = chance.choice(self.sources(kind, code, given))
+            model[part] = given
+        elif what == 2:
+            found = self.outcome(items.read, index, count)
+            return found, self.read_back(code, model[whole]) if inside else IndexError
+        elif what == 3:
+            source = chance.choice(self.sources(kind, code, others))
+            found = self.outcome(items.write, index, source)
+            if inside:
+                model[whole] = others
+            return found, None if inside else IndexError
+        elif what == 4:
+            found = self.outcome(items.__getitem__, index)
+            expected = self.outcome(model.__getitem__, index)
+            return found if found is IndexError else self.plain(width)(found), expected
+        else:
+            value = self.some(1, width)[0]
+            return self.outcome(items.__setitem__, index, value), \
+                self.outcome(model.__setitem__, index, value)
+        return None, None
+
+    @staticmethod
+    def plain(width):
+        """An item of a str, an object or a tuple as what the model has."""
+        return (lambda item: ord(item) if isinstance(item, str) else item) if width == 1 else tuple
+
+    @staticmethod
+    def read_back(code, items):
+        return ''.join(map(chr, items)) if code == 'B' else items
+
+    def test_random_operations(self):
+        for kind, code, width in self.kinds():
+            if width == 16:
+                continue  # slices have objects
+            model = self.some(9, width)
+            items = self.made(kind, code, model)
+            for _ in range(150):
+                found, expected = self.change(items, model, kind, code, width)
+                self.assertEqual(found, expected, kind)
+                raw = self.packed(code, model).tostring()
+                self.assertEqual((items.readBytes(0, len(model)), str(buffer(items))), (raw, raw))
+
+    def test_views(self):
+        for kind, code, width in self.kinds():
+            model = self.packed(code, self.some(9, width))
+            items = OpenQuil.PixelBuffer(9) if kind is OpenQuil.PixelBuffer else kind(model)
+            items.write(0, model)
             view = memoryview(items)
-            self.assertEqual((view.format, view.itemsize, view.shape, view.readonly),
-                             (code, model.itemsize, (9,), False))
-            view[:] = memoryview(kind(9))
-            self.assertEqual(items.readBytes(0, 9), '\0' * len(raw))
-            self.assertRaises(ValueError, items.__setitem__, slice(2), model)
-            self.assertRaises(TypeError, items.__setitem__, 'a', 1)
-        doubles = array.array('d', [1, 2])
-        self.assertEqual(list(OpenQuil.FloatBuffer(doubles)), [1, 2])  # numbers, converted
-        for wrong in memoryview(OpenQuil.DoubleBuffer(2)), memoryview(OpenQuil.ShortBuffer(2)):
-            self.assertRaisesRegexp(TypeError, 'of another type', OpenQuil.FloatBuffer, wrong)
-        self.assertRaises(ValueError, OpenQuil.IntBuffer(3).write, 0, 'abcde')
+            inner = {1: (), 16: (4, 4)}.get(width, (width,))
+            self.assertEqual((view.format, view.itemsize, view.shape, view.readonly, len(view)),
+                             (code, model.itemsize, (9,) + inner, False, 9))
+            self.assertEqual(view.strides[-1], model.itemsize)
+            self.assertEqual(view.strides[0], model.itemsize * width)
+            self.assertEqual(view.tobytes(), model.tostring())
+            struct.pack_into('=' + code, items, model.itemsize, 9)
+            self.assertEqual(struct.unpack_from(code, view.tobytes(), model.itemsize), (9,))
+            items.write(0, '\0' * len(view.tobytes()))
+            self.assertEqual(set(view.tobytes()), {'\0'})
 
-    def test_pixels(self):
-        pixels, numbers = OpenQuil.PixelBuffer(3), array.array('f', range(8))
-        pixels.write(1, numbers)
-        self.assertEqual((pixels[2].r, pixels.readBytes(1, 2)), (4, numbers.tostring()))
-        view = memoryview(pixels)
-        self.assertEqual((view.format, view.shape, view.strides), ('f', (3, 4), (16, 4)))
-        for start, data, error in ((2, numbers, IndexError), (0, 'a' * 15, ValueError),
-                                   (0, array.array('d', [1, 2]), TypeError), (0, None, TypeError)):
+    def test_a_viewed_array_keeps_its_length(self):
+        for name, codes in sorted(self.ARRAYS.items()):
+            kind = getattr(OpenQuil, 'Z%sArray' % name)
+            packed = array.array(codes[0], range(3 * len(codes)))
+            items, other = kind(packed), kind(packed)
+            view = memoryview(items)
+            for change in (lambda: items.append(other[0]), lambda: items.insert(other[0], 1),
+                           lambda: items.remove(0), items.clear, lambda: items.setLength(9),
+                           lambda: items.copy(kind(1)), lambda: items.__delitem__(0)):
+                self.assertRaisesRegexp(BufferError, '^the length cannot change while', change)
+            items.setLength(3)
+            other.write(0, '\0' * len(packed.tostring()))
+            items.copy(other)  # to the same place
+            self.assertEqual(set(view.tobytes()), {'\0'})
+            items.write(0, packed)
+            del view
+            items.append(other[0])
+            view = memoryview(items)
+            getattr(OpenQuil._native, 'delete_Z%sArray' % name)(items)
+            others = [kind(packed) for _ in range(50)]  # would take the place of freed memory
+            self.assertEqual(view.tobytes()[:-len(view.tobytes()) // 4], packed.tostring())
+            del others
+
+    def test_a_viewed_array_is_filled_by_the_host(self):
+        origins = OpenQuil.ZFloatVectorArray([(0, 0, 9)] * 2)
+        points, colors = (OpenQuil.ZFloatVectorArray([(7, 7, 7)] * 2) for _ in range(2))
+        same, other = memoryview(points), memoryview(origins)
+        trace = OpenQuilRender.ZRenderUtil.raytrace
+        trace(origins, origins, None, None, 1, points, colors)  # nothing is hit
+        self.assertEqual(same.tobytes(), struct.pack('6f', *[0] * 6))
+        trace(colors, origins, None, None, 1, origins, points)
+        short = OpenQuil.ZFloatVectorArray([(1, 1, 1)])
+        seen = memoryview(short)
+        trace(OpenQuil.ZFloatVectorArray([(0, 0, 9)] * 2),
+              OpenQuil.ZFloatVectorArray([(0, 0, 9)] * 2), None, None, 1, short, points)
+        self.assertEqual((len(short), seen.tobytes()), (2, struct.pack('3f', 1, 1, 1)))
+        self.assertEqual(other.tobytes(), struct.pack('6f', *[0] * 6))
+
+    def test_a_script_within_a_slice_may_change_the_array(self):
+        items = OpenQuil.ZFloatArray(range(1000))
+
+        class Vandal(object):
+            def __index__(self):
+                items.clear()
+                return 900
+        self.assertEqual(items[Vandal():], [])
+        self.assertRaises(ValueError, items.__setitem__, slice(Vandal(), None), [1.0])
+
+    def test_wrong_memory(self):
+        one = OpenQuil.ZFloatVectorArray([(1, 2, 3)])
+        four = OpenQuil.ZFloatVectorArray(4)
+        for kind, wrong, error in (
+                (OpenQuil.FloatBuffer, memoryview(OpenQuil.DoubleBuffer(2)), TypeError),
+                (OpenQuil.FloatBuffer, memoryview(OpenQuil.ShortBuffer(2)), TypeError),
+                (OpenQuil.ZVectorArray, memoryview(one), TypeError),
+                (OpenQuil.ZFloatPointArray, memoryview(four), TypeError),
+                (OpenQuil.ZFloatVectorArray, array.array('d', range(3)), TypeError),
+                (OpenQuil.ZFloatVectorArray, array.array('f', range(4)), ValueError),
+                (OpenQuil.ZIntArray, 'abcde', ValueError), (OpenQuil.IntBuffer, 'abc', ValueError),
+                (OpenQuil.ZTimeArray, 'abcd', TypeError)):
+            self.assertRaises(error, kind, wrong)
+        self.assertRaises(TypeError, memoryview, OpenQuil.ZTimeArray(2))
+        # Other classes' values and numbers are converted, as those of any sequence.
+        self.assertEqual(OpenQuil.ZFloatPointArray(four)[3].w, 1)
+        self.assertEqual(OpenQuil.ZVectorArray(one)[:], [(1, 2, 3)])
+        self.assertEqual(list(OpenQuil.FloatBuffer(array.array('d', [1, 2]))), [1, 2])
+        self.assertEqual(OpenQuil.ZFloatArray(one)[:], [1, 2, 3])
+        pixels = OpenQuil.PixelBuffer(3)
+        for start, data, error in ((2, array.array('f', range(8)), IndexError),
+                                   (0, 'a' * 15, ValueError), (0, None, TypeError),
+                                   (0, array.array('d', [1, 2]), TypeError),
+                                   (0, memoryview(four), TypeError)):
             self.assertRaises(error, pixels.write, start, data)
+        for items in pixels, four, OpenQuil.IntBuffer(3):
+            self.assertRaises(TypeError, items.__setitem__, 'a', items[0])
+            self.assertRaises(ValueError, items.__setitem__, slice(1), items[:2])
 
     def test_a_view_keeps_the_memory_and_the_host_s_is_not_viewed(self):
         view = memoryview(OpenQuil.IntBuffer([5, 6]))

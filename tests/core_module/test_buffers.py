@@ -67,7 +67,9 @@ class Buffers(unittest.TestCase):
             for index in (-1, 3, 2 ** 62, -2 ** 62):
                 self.assertRaises(IndexError, buffer.get, index)
                 self.assertRaises(IndexError, buffer.set, index, buffer[0])
+            for index in (-4, 3, 2 ** 62, -2 ** 62, 2 ** 70):
                 self.assertRaises(IndexError, lambda: buffer[index])
+                self.assertRaises(IndexError, buffer.__setitem__, index, buffer[0])
             for start, count in (0, 4), (3, 1), (-1, 1), (1, -1), (2, 2 ** 62), (2 ** 62, 2 ** 62):
                 self.assertRaises(IndexError, buffer.read, start, count)
                 self.assertRaises(IndexError, buffer.readBytes, start, count)
@@ -138,6 +140,7 @@ class Ownership(unittest.TestCase):
         self.assertEqual(image.readPixels(), '12345678')
         self.assertRaises(IndexError, pixels.read, 0, -1)
         self.assertRaises(TypeError, len, pixels)
+        self.assertRaises(IndexError, lambda: pixels[-1])
 
 
 class Pixels(unittest.TestCase):

@@ -71,7 +71,8 @@ LAYERS = {
     'devhost/core_module': ('devhost/api/render devhost/scene devhost/session wrappers/rows'
                             ' runtime host'
                             ' devhost/util/KnownMemory.h'  # lengths of what scripts make
-                            ' devhost/util/GuardedMemory.h',
+                            ' devhost/util/GuardedMemory.h'
+                            ' devhost/util/ViewedMemory.h',  # what sees it
                             'tests/core_module'),
     'devhost/app': ('devhost host'
                     ' runtime/pointer_object.h',  # counts objects by what modules return

@@ -31,16 +31,65 @@ class Buffer {
     /// Returns the number of items. Raises TypeError where it is not known.
     long __len__() const;
     /// Returns the item at the index, or the items of a slice as read() does; a null pointer is
-    /// None. Raises IndexError when there is no such item.
+    /// None. Negative indices count from the end, where the length is known. Raises IndexError when
+    /// there is no such item.
     Item __getitem__(PyObject *index) const;
     /// Replaces the item at the index, or the items of a slice by as many as write() takes. Raises
     /// IndexError when there is no such item, and ValueError where a slice has another length.
     void __setitem__(PyObject *index, PyObject *value);
     /// Returns where the items are: address, number of bytes, the code that the struct module has
-    /// for them, and how many belong together. What memoryview() and buffer() are made from.
+    /// for them, the shape of an item, which is empty for numbers, and an object that keeps the
+    /// memory. What memoryview() and buffer() are made from.
     PyObject *memory() const;
     /// Iterates over the items. Raises TypeError where the length is not known.
     PyObject *__iter__() const;
+};
+
+/// What scripts have of all arrays of numbers and of small values.
+///
+/// Those of numbers, and of vectors, points, colours and matrices, are memory: memoryview() sees
+/// their numbers, as "f" in two dimensions for vectors, say. While a view sees it, an array keeps
+/// its length: what would change it raises BufferError. Where an operation of the host fills the
+/// array with another number of items, the view keeps what it saw.
+template <class T>
+class ZArrayOf {
+    /// Makes an array from a sequence of items, from the bytes of a str, bytearray or buffer, or
+    /// from the memory of an array.array, memoryview or other native memory of the same numbers.
+    ZArrayOf(PyObject *data);
+    /// Returns `count` items from `start` on as a list, without making an object for each where
+    /// that is possible: vectors, points and colours are tuples of their numbers.
+    PyObject *read(long start, long count) const;
+    /// Returns the bytes of `count` items from `start` on as a str.
+    PyObject *readBytes(long start, long count) const;
+    /// Replaces the items from `start` on by whatever an array can be made from. Raises IndexError
+    /// when they do not fit.
+    void write(long start, PyObject *data);
+    /// Returns the item at the index; negative ones count from the end. Returns the items of a
+    /// slice as read() does. Raises IndexError when there is no such item.
+    T __getitem__(PyObject *index) const;
+    /// Replaces the item at the index, or the items of a slice by as many as write() takes. Raises
+    /// IndexError when there is no such item, and ValueError where a slice has another length.
+    void __setitem__(PyObject *index, PyObject *value);
+    /// Returns where the numbers are: address, number of bytes, the code that the struct module has
+    /// for them, the shape of an item, and an object that keeps the memory. What memoryview() and
+    /// buffer() are made from.
+    PyObject *memory() const;
+};
+
+class ZStringArray {
+    /// Makes an array from a sequence of texts.
+    ZStringArray(PyObject *data);
+    /// Returns `count` texts from `start` on as a list.
+    PyObject *read(long start, long count) const;
+    /// Replaces the texts from `start` on by those of a sequence. Raises IndexError when they do
+    /// not fit.
+    void write(long start, PyObject *data);
+    /// Returns the text at the index, negative ones count from the end, or the texts of a slice.
+    /// Raises IndexError when there is no such text.
+    ZString __getitem__(PyObject *index) const;
+    /// Replaces the text at the index, or the texts of a slice by as many. Raises IndexError when
+    /// there is no such text, and ValueError where a slice has another length.
+    void __setitem__(PyObject *index, PyObject *value);
 };
 
 /// Characters side by side: `char *`. See FloatBuffer for how buffers work.
@@ -99,12 +148,22 @@ class PixelBuffer {
     PixelBuffer(unsigned int count);
     /// Returns the number of pixels.
     unsigned int length() const;
-    /// Returns where the numbers are: address, number of bytes, "f", and 4 of them to a pixel. What
-    /// memoryview() and buffer() are made from.
+    /// Returns where the numbers are: address, number of bytes, "f", the shape of a pixel, which is
+    /// four of them, and an object that keeps the memory. What memoryview() and buffer() are made
+    /// from.
     PyObject *memory() const;
-    /// Replaces the pixels from `start` on by the four numbers of each: the bytes of a str,
-    /// bytearray or buffer, or the memory of an array.array or memoryview of "f". Raises IndexError
-    /// when they do not fit.
+    /// Returns the colour at the index; negative ones count from the end. Returns the pixels of a
+    /// slice as read() does. Raises IndexError when there is no such pixel.
+    ZColor __getitem__(PyObject *index) const;
+    /// Replaces the pixel at the index by a colour, or the pixels of a slice by as many as write()
+    /// takes. Raises IndexError when there is no such pixel, and ValueError where a slice has
+    /// another length.
+    void __setitem__(PyObject *index, PyObject *value);
+    /// Returns `count` pixels from `start` on as a list of tuples of four numbers.
+    PyObject *read(long start, long count) const;
+    /// Replaces the pixels from `start` on: by the four numbers of each, as the bytes of a str,
+    /// bytearray or buffer or the memory of an array.array, memoryview or other native memory of
+    /// "f", or by a sequence of colours. Raises IndexError when they do not fit.
     void write(long start, PyObject *data);
     /// Returns the bytes of `count` pixels from `start` on, four floats each, as a str.
     PyObject *readBytes(long start, long count) const;

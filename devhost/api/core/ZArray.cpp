@@ -5,6 +5,7 @@
 #include "devhost/util/Guarded.h"
 #include "devhost/util/Hidden.h"
 #include "devhost/util/Statuses.h"
+#include "devhost/util/ViewedMemory.h"
 #include "host/core/ZColorArray.h"
 #include "host/core/ZDagPathArray.h"
 #include "host/core/ZDoubleArray.h"
@@ -38,8 +39,29 @@ ZStatus outOfRange() {
 
 } // namespace
 
+/// What scripts see through views is left to these when the array frees it, or gets another length.
 template <class T>
-struct ZArrayOf<T>::Elements : std::vector<T> {};
+struct ZArrayOf<T>::Elements : std::vector<T> {
+    static void drop(Elements *elements) noexcept {
+        if (elements)
+            devhost::deleteUnlessViewed(elements->data(), elements);
+    }
+    /// The elements to change the number of.
+    static Elements &resizable(Elements *&elements) {
+        if (elements && devhost::isViewed(elements->data()))
+            drop(std::exchange(elements, new Elements(*elements)));
+        return made(elements);
+    }
+    /// Takes over the elements of another array, to the place of its own where that is viewed.
+    static void replace(Elements *&elements, Elements *&others) noexcept {
+        const bool staysInPlace = elements && others && elements->size() == others->size() &&
+                                  devhost::isViewed(elements->data());
+        if (staysInPlace)
+            std::swap_ranges(elements->begin(), elements->end(), others->begin());
+        else
+            std::swap(elements, others);
+    }
+};
 
 template <class T>
 ZArrayOf<T>::ZArrayOf() noexcept : elements_(nullptr), sizeIncrement_(8) {}
@@ -64,7 +86,7 @@ ZArrayOf<T>::ZArrayOf(ZArrayOf &&other) noexcept
 
 template <class T>
 ZArrayOf<T>::~ZArrayOf() {
-    delete elements_;
+    Elements::drop(elements_);
 }
 
 template <class T>
@@ -75,7 +97,7 @@ ZArrayOf<T> &ZArrayOf<T>::operator=(const ZArrayOf &other) {
 
 template <class T>
 ZArrayOf<T> &ZArrayOf<T>::operator=(ZArrayOf &&other) noexcept {
-    std::swap(elements_, other.elements_);
+    Elements::replace(elements_, other.elements_);
     sizeIncrement_ = other.sizeIncrement_;
     return *this;
 }
@@ -87,7 +109,10 @@ unsigned ZArrayOf<T>::length() const {
 
 template <class T>
 ZStatus ZArrayOf<T>::setLength(unsigned count) {
-    return guarded([&] { made(elements_).resize(count); });
+    return guarded([&] {
+        if (count != length())
+            Elements::resizable(elements_).resize(count);
+    });
 }
 
 template <class T>
@@ -102,7 +127,7 @@ ZStatus ZArrayOf<T>::insert(const T &value, unsigned index) {
     return guarded([&] {
         // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may lie in here
         const T kept = value;
-        Elements &all = made(elements_);
+        Elements &all = Elements::resizable(elements_);
         if (all.size() == all.capacity())
             all.reserve(all.size() + std::max<size_t>(all.size(), sizeIncrement_));
         all.insert(all.begin() + index, kept);
@@ -113,13 +138,15 @@ template <class T>
 ZStatus ZArrayOf<T>::remove(unsigned index) {
     if (index >= length())
         return outOfRange();
-    elements_->erase(elements_->begin() + index);
-    return ZStatus();
+    return guarded([&] {
+        Elements &all = Elements::resizable(elements_);
+        all.erase(all.begin() + index);
+    });
 }
 
 template <class T>
 ZStatus ZArrayOf<T>::clear() {
-    delete std::exchange(elements_, nullptr);
+    Elements::drop(std::exchange(elements_, nullptr));
     return ZStatus();
 }
 
@@ -135,7 +162,7 @@ template <class T>
 ZStatus ZArrayOf<T>::copy(const ZArrayOf &other) {
     return guarded([&] {
         ZArrayOf copied(other);
-        std::swap(elements_, copied.elements_);
+        Elements::replace(elements_, copied.elements_);
     });
 }
 

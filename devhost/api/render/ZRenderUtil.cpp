@@ -25,6 +25,7 @@
 #include <cmath>
 #include <memory>
 #include <optional>
+#include <span>
 
 using namespace devhost;
 
@@ -176,19 +177,28 @@ ZStatus ZRenderUtil::raytraceFirstGeometryIntersections(const ZFloatVectorArray 
         if (const ZStatus status = checkRays(rayOrigins, rayDirections); !status)
             return status;
         const RayTracer &tracer = rayTracer();
-        std::vector<Hit> hits(rayOrigins.length());
-        forBlocks(hits.size(), kRaysPerBlock, [&](size_t begin, size_t end) {
-            for (unsigned at = unsigned(begin); at < end; ++at)
-                tracer.intersect(rayOrigins[at], rayDirections[at], hits[at]);
+        const size_t count = rayOrigins.length();
+        const std::span origins(rayOrigins.data(), count), ways(rayDirections.data(), count);
+        std::vector<ZFloatVector> found(count);
+        const auto areHit = std::make_unique<bool[]>(count);
+        forBlocks(count, kRaysPerBlock, [&](size_t begin, size_t end) {
+            tracer.hitPoints(origins.subspan(begin, end - begin), ways.subspan(begin, end - begin),
+                             &found[begin], &areHit[begin]);
         });
-        points.clear();
-        indices.clear();
-        for (size_t at = 0; at < hits.size(); ++at) {
-            if (!hits[at].hit)
+        // Results of their own, as a caller may well give an input array as output.
+        const auto hits = unsigned(std::count(areHit.get(), areHit.get() + count, true));
+        ZFloatVectorArray hitPoints(hits);
+        ZIntArray numbers(hits);
+        if (hitPoints.length() != hits || numbers.length() != hits)
+            return ZStatus(ZStatus::kInsufficientMemory);
+        for (unsigned at = 0, next = 0; at < count; ++at) {
+            if (!areHit[at])
                 continue;
-            if (!points.append(hits[at].point) || !indices.append(int(at)))
-                return ZStatus(ZStatus::kInsufficientMemory);
+            hitPoints[next] = found[at];
+            numbers[next++] = int(at);
         }
+        points = std::move(hitPoints);
+        indices = std::move(numbers);
         return ZStatus();
     });
 }
