@@ -88,6 +88,7 @@ lint-fast: setup-checks
 	python3 tools/lint/layers.py .
 	python3 tools/lint/scripts.py build
 	cmake --preset debug -B build-lint
+	cmake --build build-lint --target second_host_headers
 	python3 tools/lint/native.py build-lint $(or $(CXX),c++) --changed
 
 # The same, clang-tidy (.clang-tidy) and cppcheck (tools/cppcheck.supp) on everything, whether the

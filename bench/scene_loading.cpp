@@ -58,7 +58,9 @@ std::string objText(const Grid &grid, bool all) {
     }
     for (size_t at = 0; at < grid.corners.size(); ++at) {
         const std::string index = std::to_string(grid.corners[at] + 1);
-        text += (at % 3 ? " " : "\nf ") + index + (all ? "/" + index + "/" + index : "");
+        text.append(at % 3 ? " " : "\nf ").append(index);
+        if (all)
+            text.append("/").append(index).append("/").append(index);
     }
     return text + "\n";
 }
@@ -101,6 +103,7 @@ void compare(const char *what, const std::string &file, const std::function<bool
 
 } // namespace
 
+// A file that cannot be written ends it. NOLINTNEXTLINE(bugprone-exception-escape)
 int main() {
     const TemporaryFolder folder;
     const Grid grid;

@@ -57,7 +57,7 @@ std::string countText(const std::string &what, const devhost::FrameList &frames)
     constexpr size_t kMostText = 200;
     std::string list = devhost::printFrames(frames);
     if (list.size() > kMostText)
-        list = list.substr(0, list.rfind(',', kMostText)) + ",...";
+        list.replace(list.rfind(',', kMostText), std::string::npos, ",...");
     return frames.empty() ? ""
                           : ", " + std::to_string(frames.size()) + " " + what + " (" + list + ")";
 }

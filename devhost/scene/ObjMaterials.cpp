@@ -135,7 +135,7 @@ class LibraryReader {
 
     /// Takes one to three numbers off the rest, the first two of which count.
     void readUpTo3(float target[2]) {
-        float third;
+        float third = 0;
         for (int k = 0; k < 3 && text_.takeNumber(k < 2 ? target[k] : third);)
             ++k;
     }

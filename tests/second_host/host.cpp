@@ -116,7 +116,7 @@ void TpythonLock::initLock(TpythonLockingInfo info) {
 
 TpythonInterpreter *TpythonInterpreter::fsInterpreter;
 
-TpythonInterpreter::TpythonInterpreter() {}
+TpythonInterpreter::TpythonInterpreter() = default;
 
 void TpythonInterpreter::catchAndReportException() {
     PySys_SetObject(const_cast<char *>("last_report"), PyErr_Occurred());
@@ -139,7 +139,7 @@ ZStatus::ZStatus(ZStatusCode code, const char *text)
 
 ZStatus::ZStatus(const ZStatus &) noexcept = default;
 ZStatus &ZStatus::operator=(const ZStatus &) noexcept = default;
-ZStatus::~ZStatus() {}
+ZStatus::~ZStatus() = default;
 
 bool ZStatus::error() const {
     return code_ != kSuccess;
@@ -156,13 +156,13 @@ ZString ZStatus::errorString() const {
     return result;
 }
 
-ZString::ZString() noexcept {}
+ZString::ZString() noexcept = default;
 
 const char *ZString::asChar() const {
     return asUTF8();
 }
 
-ZStringArray::ZStringArray() noexcept {}
+ZStringArray::ZStringArray() noexcept = default;
 
 unsigned ZStringArray::length() const {
     return TapiCast::stringArray(const_cast<ZStringArray &>(*this)).logicalSize();
@@ -211,8 +211,8 @@ ZStatus ZRenderView::endRender() {
     return {ZStatus::kUnknownParameter, "nobody sees this"};
 }
 
-ZHardwareRenderer::ZHardwareRenderer() {}
-ZHardwareRenderer::~ZHardwareRenderer() {}
+ZHardwareRenderer::ZHardwareRenderer() = default;
+ZHardwareRenderer::~ZHardwareRenderer() = default;
 
 ZHardwareRenderer *ZHardwareRenderer::theRenderer() {
     static ZHardwareRenderer renderer;
@@ -232,7 +232,7 @@ ZHardwareRenderer::getDrawProcedureListNames(ZString const &backEnd, CallLocatio
 static std::multimap<int, ZRenderCallback *> callbacks;
 
 ZRenderData::ZRenderData() : xsize(7), ysize(5) {}
-ZRenderCallback::ZRenderCallback() {}
+ZRenderCallback::ZRenderCallback() = default;
 ZRenderCallback::~ZRenderCallback() {
     removeCallback(this);
 }

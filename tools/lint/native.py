@@ -118,10 +118,11 @@ def main():
         os.makedirs(folder, exist_ok=True)
     with open(os.path.join(build, "compile_commands.json")) as file:
         every = json.load(file)
-    # Without what the build generates; a source that several programs compile is checked once.
+    # Without what the build generates; a source that several programs compile is checked
+    # once, as the first of them compiles it.
     inside = os.path.realpath(build) + os.sep
-    entries = {os.path.realpath(entry["file"]): entry for entry in every}
-    entries = [entries[path] for path in entries if not path.startswith(inside)]
+    entries = {os.path.realpath(entry["file"]): entry for entry in reversed(every)}
+    entries = [entry for path, entry in entries.items() if not path.startswith(inside)]
     if sys.argv[3:] == ["--changed"]:
         return 0 if tidy(changed(entries)) else 1
     results = [tidy(entries), cppcheck(entries)]

@@ -82,6 +82,7 @@ REPLACES void *realloc(void *ptr, size_t size) {
 
 // The interpreter's pools are cut from blocks of this size. Without them each of its allocations is
 // one of malloc's, also in builds of it where PyObject_Malloc cannot be replaced.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the system's are reserved
 REPLACES void *mmap64(void *addr, size_t length, int prot, int flags, int fd, off64_t offset) {
     constexpr size_t kArenaSize = 256 * 1024;
     if (length == kArenaSize && fd == -1) {
