@@ -1,8 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Half of what the compiler does here is to read the standard headers; compiled once for a target,
-# they cost little. Not with a compiler cache, which keeps nothing of files that use them. The debug
-# preset does without, as other tools read its compile commands and these headers are GCC's own; the
-# coverage preset too, as programs and libraries would disagree about their counters.
+# they cost little. Not with a compiler cache, which keeps nothing of files that use them, and not
+# where other tools read the compile commands (the debug preset): these headers are GCC's own.
 if(CMAKE_CXX_COMPILER_LAUNCHER)
   set(precompiled_headers OFF)
 else()
