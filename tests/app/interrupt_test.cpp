@@ -14,7 +14,9 @@ namespace {
 /// Writes more than may be written while the signal comes; 0 when the program goes on as it should.
 int writeAndRaise(const std::string &file, int signal) {
     const quilhost::SignalScope scope;
-    const rlimit small{4096, 4096};
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit small{4096, old.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
     devhost::AtomicFile atomic(file, devhost::AtomicFile::kNamed);
     std::fputs("half", atomic.stream());
@@ -25,6 +27,7 @@ int writeAndRaise(const std::string &file, int signal) {
         std::fputs(std::string(8192, 'x').c_str(), atomic.stream());
     const bool goesOn = signal == SIGXFSZ ? atomic.commit().error()
                                           : atomic.commit() && devhost::renderSession().cancelled;
+    setrlimit(RLIMIT_FSIZE, &old); // coverage is written when the process ends
     return goesOn ? 0 : 1;
 }
 
