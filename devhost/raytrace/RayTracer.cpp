@@ -359,8 +359,10 @@ void RayTracer::reach(std::span<const Ray> rays, float *multiples,
     alignas(64) RTCRayHit16 packet;
     impl_->follow(rays, packet);
     for (size_t i = 0; i < rays.size(); ++i)
-        multiples[i] =
-            packet.hit.geomID[i] == RTC_INVALID_GEOMETRY_ID ? nothing : packet.ray.tfar[i];
+        if (packet.hit.geomID[i] == RTC_INVALID_GEOMETRY_ID)
+            multiples[i] = nothing;
+        else
+            multiples[i] = packet.ray.tfar[i];
 }
 
 void RayTracer::occluded(std::span<const Ray> rays, bool *results,
