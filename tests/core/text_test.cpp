@@ -94,12 +94,14 @@ TEST(Text, NullsCountAndNullPointersAreEmpty) {
 }
 
 TEST(Text, ATerminalGetsNothingThatItObeys) {
+    // NOLINTBEGIN(misc-misleading-bidirectional): these are what it must not get
     const std::pair<const char *, const char *> cases[] = {
         {"plain \u00e4 \u200d\u2030", "plain \u00e4 \u200d\u2030"},
         {"\x1b]0;title\x07", "\\u001b]0;title\\u0007"},
         {"a\nb\x7f\u0085\u009f\u00a0", "a\\u000ab\\u007f\\u0085\\u009f\u00a0"},
         {"\u200e\u2027\u2028\u2029\u202e\u202f", "\\u200e\u2027\\u2028\\u2029\\u202e\u202f"},
         {"\u2065\u2066\u2069\u206a", "\u2065\\u2066\\u2069\u206a"}};
+    // NOLINTEND(misc-misleading-bidirectional)
     for (const auto &[text, shown] : cases)
         EXPECT_EQ(devhost::harmless(text), shown);
 }
