@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <ranges>
 #include <sstream>
 #include <system_error>
 
@@ -86,8 +85,7 @@ void Plugins::start(const std::string &file) {
 }
 
 void Plugins::end() {
-    for (const auto end : std::views::reverse(ends_))
-        end();
+    std::for_each(ends_.rbegin(), ends_.rend(), [](void (*end)()) { end(); });
     ends_.clear();
 }
 
