@@ -35,7 +35,7 @@ Rays cameraRays() {
               ZFloatVectorArray(kCount)};
     for (unsigned i = 0; i < kCount; ++i)
         rays.directions[i] = ZFloatVector((float(i % kWidth) - kWidth / 2) / kWidth,
-                                          (float(i / kWidth) - kHeight / 2) / kWidth, -1);
+                                          (float(i / kWidth) - kHeight / 2.0f) / kWidth, -1);
     return rays;
 }
 
