@@ -33,9 +33,11 @@ struct Rays {
 Rays cameraRays() {
     Rays rays{"camera", true, ZFloatVectorArray(kCount, ZFloatVector(0, 0, 3)),
               ZFloatVectorArray(kCount)};
-    for (unsigned i = 0; i < kCount; ++i)
-        rays.directions[i] = ZFloatVector((float(i % kWidth) - kWidth / 2) / kWidth,
-                                          (float(i / kWidth) - kHeight / 2.0f) / kWidth, -1);
+    for (unsigned i = 0; i < kCount; ++i) {
+        const unsigned column = i % kWidth, row = i / kWidth;
+        rays.directions[i] = ZFloatVector((float(column) - kWidth / 2.0f) / kWidth,
+                                          (float(row) - kHeight / 2.0f) / kWidth, -1);
+    }
     return rays;
 }
 

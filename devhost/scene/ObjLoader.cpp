@@ -190,12 +190,11 @@ class Reader {
                 continue;
             if (dropped++ == 0) {
                 place = "line " + std::to_string(faceLines_[number]);
-                found = what;
-                found += " index " + std::to_string(int64_t((*bad).*index) + 1) +
-                         " is out of range (there are " + std::to_string(count) + ")";
+                found = what + " index " + std::to_string(int64_t((*bad).*index) + 1) +
+                        " is out of range (there are " + std::to_string(count) + ")";
             }
             if (index == &Corner::position)
-                throw BadFile(place + ": " + found);
+                throw BadFile(place.append(": ").append(found));
             for (Corner &each : corners)
                 each.*index = -1;
         }
