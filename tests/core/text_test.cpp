@@ -156,6 +156,14 @@ TEST(ZString, ReadsAndWritesNumbers) {
     ZString number;
     number.set(0.1);
     EXPECT_EQ(number, ZString("0.1"));
+    EXPECT_TRUE(number.set(2.7, 0));
+    EXPECT_EQ(number, ZString("3"));
+    EXPECT_TRUE(number.set(2.7, 2));
+    EXPECT_EQ(number, ZString("2.70"));
+    EXPECT_EQ(number.set(1, -1), ZStatus::kInvalidParameter);
+    EXPECT_EQ(number.set(1, 100), ZStatus::kInvalidParameter);
+    EXPECT_EQ(number, ZString("2.70"));
+    EXPECT_TRUE(number.set(1, 99));
 }
 
 TEST(ZStringArray, IsTheBaseArray) {

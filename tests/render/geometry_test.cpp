@@ -5,12 +5,15 @@
 #include "host/core/ZObject.h"
 #include "host/render/ZGeometryList.h"
 #include "host/render/ZGeometryManager.h"
+#include "host/render/ZHardwareRenderer.h"
 #include "host/render/ZRenderingInfo.h"
 #include "host/render/ZViewportRenderer.h"
 #include "tests/scene/gltf_file.h"
 #include "tests/scene_files.h"
 
+#include <algorithm>
 #include <memory>
+#include <tuple>
 
 using namespace devhost;
 
@@ -177,6 +180,30 @@ TEST_F(GeometryTest, ListFollowsTheScene) {
         EXPECT_TRUE(list.isDone());
         EXPECT_EQ(list.geometry().primitiveArrayCount(), 0u);
     }
+}
+
+TEST_F(GeometryTest, VerticesOfShapesAreGivenBackAsOftenAsTheyWereTaken) {
+    ZHardwareRenderer &renderer = *ZHardwareRenderer::theRenderer();
+    const auto take = [&] {
+        unsigned streams = 0, count = 0, *indices = nullptr;
+        ZGeometryData *data = renderer.referenceDefaultGeometry(ZHardwareRenderer::kDefaultCube,
+                                                                streams, indices, count);
+        EXPECT_EQ(streams, 3u);
+        EXPECT_EQ(count, 36u) << "six sides of two triangles";
+        EXPECT_LT(*std::max_element(indices, indices + count), data[0].elementCount());
+        return data;
+    };
+    ZGeometryData *const first = take();
+    EXPECT_EQ(take(), first);
+    ZGeometryData other("own", ZGeometryData::kUserData, ZGeometryData::kFloat, ZGeometryData::kOne,
+                        0);
+    for (const auto &[data, streams, isRight] : {std::tuple(first, 2u, false),
+                                                 {&other, 3u, false},
+                                                 {first, 3u, true},
+                                                 {first, 3u, true},
+                                                 {first, 3u, false}})
+        EXPECT_EQ(renderer.dereferenceGeometry(data, streams),
+                  isRight ? ZStatus::kSuccess : ZStatus::kInvalidParameter);
 }
 
 TEST_F(GeometryTest, ShapesAreCountedByShapeAndRequirements) {
