@@ -96,6 +96,22 @@ TEST_F(Images, ExrKeepsFloatsAndNamedLayers) {
               ZStatus::kNotFound);
 }
 
+TEST_F(Images, FewerChannelsAreGreyAndOpaque) {
+    const unsigned char from[] = {10, 20, 30, 40};
+    const std::vector<unsigned char> written[] = {
+        {10, 10, 10, 255}, {10, 10, 10, 20}, {10, 20, 30, 255}, {10, 20, 30, 40}};
+    for (unsigned channels = 1; channels <= 4; ++channels) {
+        ZImage image;
+        ASSERT_TRUE(image.create(1, 1, channels));
+        std::copy_n(from, channels, image.pixels());
+        ASSERT_TRUE(image.writeToFile(text(path("a.png")), "png"));
+        unsigned width = 0, height = 0;
+        std::vector<unsigned char> bytes;
+        ASSERT_TRUE(devhost::readPng(path("a.png"), width, height, bytes));
+        EXPECT_EQ(bytes, written[channels - 1]) << channels;
+    }
+}
+
 TEST(ToByte, ClampsAndRounds) {
     const float infinity = std::numeric_limits<float>::infinity();
     const std::pair<float, int> cases[] = {
