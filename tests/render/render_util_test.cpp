@@ -14,7 +14,9 @@
 #include "host/render/ZRenderUtil.h"
 #include "tests/scene_files.h"
 
+#include <chrono>
 #include <cmath>
+#include <filesystem>
 #include <numbers>
 
 using namespace devhost;
@@ -154,6 +156,17 @@ TEST_F(UtilTest, LayeredPicturesAreConverted) {
         ZImage image;
         ASSERT_TRUE(image.readFromFile(name));
         EXPECT_EQ(image.pixels()[0], rgb[0]);
+    }
+    // Unless it is always to be converted, only where the source is newer than the result.
+    namespace fs = std::filesystem;
+    write("art.psd", picture("\x12\x20\x30"));
+    const auto written = fs::last_write_time(file("art.png"));
+    for (const auto &[later, red] : {std::pair(-1, 0x11), {1, 0x12}}) {
+        fs::last_write_time(file("art.psd"), written + std::chrono::hours(later));
+        ZImage image;
+        ASSERT_TRUE(
+            image.readFromFile(ZRenderUtil::convertPsdFile(object("four"), false, &status)));
+        EXPECT_EQ(image.pixels()[0], red);
     }
     write("art.psd", "8BPS damaged");
     ZRenderUtil::convertPsdFile(object("four"), true, &status);

@@ -110,6 +110,7 @@ TEST_F(SurfaceTest, LooksAsItsMaterialSays) {
          0.25, 0.75, white},
         {"a hole where its alpha is too low", alpha(Material::kMasked, 1, 0.5), 0.75, 0.5, red, -1},
         {"no hole elsewhere", alpha(Material::kMasked, 1, 0.5), 0.25, 0.5, black},
+        {"no hole at the very cutoff", alpha(Material::kMasked, 0.5, 0.5), 0.25, 0.5, black},
         {"a hole everywhere, as the factor counts too", alpha(Material::kMasked, 0.4, 0.5), 0.25,
          0.5, red, -1},
         {"see-through by its alpha", alpha(Material::kBlended, 1, 0), 0.75, 0.5, red},
