@@ -122,7 +122,10 @@ class Template(Case):
 
     def test_what_a_template_cannot_have(self):
         job = ("template", "reed.gltf", "--output", "#.png")
-        for words, arguments in [("1025 chunks|--chunk 3", ("--frames", "1-2050", "--chunk", "2")),
+        text, err = self.farm(*job, "--frames", "1-2048", "--chunk", "2")
+        [tasks] = json.loads(text)["steps"][0]["parameterSpace"]["taskParameterDefinitions"]
+        self.assertEqual(tasks["range"][1022:], ["2045-2046", "2047-2048"])  # all that fit
+        for words, arguments in [("1025 chunks|--chunk 3 or more", ("--frames", "1-2050", "--chunk", "2")),
                                  ("{{", ("--camera", "{{Param.X}}")),
                                  ("UTF-8", ("--camera", "\udcff")),
                                  ("--tiles", ("--tiles", "2x2"))]:

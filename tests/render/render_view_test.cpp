@@ -74,6 +74,20 @@ TEST_F(RenderView, RegionsKeepWhatIsOutside) {
     ASSERT_TRUE(ZRenderView::endRender());
 }
 
+TEST_F(RenderView, FeedbackTellsHowMuchOfTheRegionWasSent) {
+    std::vector<int> heard;
+    devhost::renderSession().progress = [&](const std::string &, int percent) {
+        heard.push_back(percent);
+    };
+    ASSERT_TRUE(ZRenderView::startRegionRender(8, 8, 2, 4, 3, 6, false, true)); // 12 pixels
+    EXPECT_TRUE(send(2, 2, 3, 5));
+    EXPECT_TRUE(send(3, 3, 3, 5));
+    EXPECT_TRUE(send(2, 4, 3, 6)); // some once more
+    devhost::renderSession().progress = nullptr;
+    EXPECT_EQ(heard, (std::vector{25, 50, 100}));
+    ASSERT_TRUE(ZRenderView::endRender());
+}
+
 TEST_F(RenderView, InconsistentCallsFail) {
     using Status = ZStatus::ZStatusCode;
     const auto code = [](const ZStatus &status) { return status.statusCode(); };
