@@ -213,5 +213,6 @@ TEST_F(PackedObject, ShowsItsBytesWhileTheyAreFewAndComparesThem) {
     EXPECT_EQ(compare(pack("aa"), pack("b")), 1);
     EXPECT_EQ(compare(pack("\x80\x7f"), pack("\x7f\x80")), 1);
     EXPECT_EQ(compare(pack("\x7f\x80"), pack("\x80\x7f")), -1);
+    EXPECT_EQ(compare(pack("same at first, b"), pack("same at first, a")), 1);
     EXPECT_EQ(compare(pack(std::string("a\0b", 3)), pack(std::string("a\0c", 3))), 0);
 }

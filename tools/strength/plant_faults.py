@@ -27,7 +27,8 @@ TEST_LIMIT = 300  # seconds for all others
 SLOW = 2  # seconds: tests that take longer come last
 SURVIVED = '**survived**'
 # What tests run that are scripts, beside their area's own targets.
-PROGRAMS = ['devhost/app/all', 'devhost/core_module/all', 'module/all', 'companion/all']
+PROGRAMS = ['devhost/app/all', 'devhost/core_module/all', 'devhost/farm/all', 'module/all',
+            'companion/all']
 GROUPS = collections.OrderedDict([
     ('binding', 'Planted in the binding'), ('host', 'Planted in the development host'),
     ('flips', 'Random operator flips')])
