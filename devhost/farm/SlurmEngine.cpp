@@ -25,7 +25,7 @@ size_t largestArray() {
 }
 
 /// What Slurm shows of a job's name: letters, digits and little else.
-std::string jobName(const Job &job) {
+std::string slurmName(const Job &job) {
     const std::string &file = job.scene.empty() ? job.script : job.scene;
     std::string name = std::filesystem::path(file).stem();
     std::replace_if(
@@ -59,7 +59,7 @@ std::string slurmScript(const Job &job, const std::string &logs) {
     // Each task opens its own log: Slurm would take marks in the names for its own.
     return "#!/bin/sh\n"
            "#SBATCH --job-name=" +
-           jobName(job) +
+           slurmName(job) +
            "\n"
            "#SBATCH --array=0-" +
            std::to_string(job.taskCount() - 1) +

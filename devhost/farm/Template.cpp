@@ -141,7 +141,7 @@ Json renderStep(const Job &job, const quilhost::Options &options) {
 }
 
 /// What a farm shows of the job: the scene's name, or the script's, with no control characters.
-std::string jobName(const Job &job) {
+std::string templateName(const Job &job) {
     std::string name;
     size_t characters = 0;
     for (const char c : fs::path(job.scene.empty() ? job.script : job.scene).stem().string()) {
@@ -168,7 +168,7 @@ int writeTemplate(const Arguments &arguments) try {
         throw Failure(kUsageError, "--tiles: the tasks of a template have whole pictures");
     const auto options = job->readHostOptions(job->task(0));
     const Json document = {{"specificationVersion", "jobtemplate-2023-09"},
-                           {"name", jobName(*job)},
+                           {"name", templateName(*job)},
                            {"parameterDefinitions", parameterDefinitions(*job, options)},
                            {"steps", Json::array({renderStep(*job, options)})}};
     std::printf("%s\n", document.dump(2).c_str());

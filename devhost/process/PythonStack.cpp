@@ -11,7 +11,7 @@ namespace devhost {
 namespace {
 
 /// Of a recursion without end, the innermost frames tell enough.
-constexpr int kMostFrames = 20;
+constexpr int kMostCallers = 20;
 
 /// The state of this thread, and else of the oldest. Python's own search takes a lock; the lists
 /// are as they are because the thread that changes them has the interpreter's lock, and most likely
@@ -58,7 +58,7 @@ void writePythonStack(int descriptor) {
     line << (isOwn ? "Python stack" : "Python stack of the main thread; this one is the host's own")
          << " (most recent call first):";
     line.writeLine(descriptor);
-    for (int count = 0; frame && count < kMostFrames; ++count, frame = frame->f_back)
+    for (int count = 0; frame && count < kMostCallers; ++count, frame = frame->f_back)
         writeFrame(descriptor, *frame);
     long long more = 0;
     for (; frame; frame = frame->f_back)

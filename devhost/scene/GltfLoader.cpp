@@ -52,10 +52,10 @@ void checkMatrix(const ZMatrix &matrix, bool vanishes) {
         throw BadFile("its transform has no inverse");
 }
 
-class Reader {
+class GltfReader {
   public:
-    Reader(const tinygltf::Model &model, const GltfImages &images, Scene &scene,
-           FileNotices &notices)
+    GltfReader(const tinygltf::Model &model, const GltfImages &images, Scene &scene,
+               FileNotices &notices)
         : model_(model), scene_(scene), notices_(notices),
           materials_(addGltfMaterials(model, images, scene, notices)), nodes_(model.nodes.size()),
           meshes_(model.meshes.size()) {}
@@ -213,7 +213,7 @@ void checkComplaints(const std::string &complaints, FileNotices &notices) {
 }
 
 /// What the parser says, without the numbers of its own: "line 3, column 5: ...".
-std::string withoutCode(const std::string &error) {
+std::string withoutNumber(const std::string &error) {
     const size_t line = error.rfind("[json", 0) == 0 ? error.find("line ") : 0;
     return line == std::string::npos ? error : error.substr(line);
 }
@@ -239,11 +239,11 @@ void loadGltf(const std::string &path, Scene &scene, FileNotices &notices) {
     const bool binary = path.back() == 'b' || path.back() == 'B';
     if (!(binary ? parser.LoadBinaryFromFile(&model, &error, &warning, path)
                  : parser.LoadASCIIFromFile(&model, &error, &warning, path)))
-        throw BadFile(error.empty() ? "it is no glTF file" : withoutCode(error));
+        throw BadFile(error.empty() ? "it is no glTF file" : withoutNumber(error));
     checkExtensions(model, notices);
     checkComplaints(error, notices);
     images.readBuffers(model);
-    Reader(model, images, scene, notices).read();
+    GltfReader(model, images, scene, notices).read();
 }
 
 } // namespace devhost

@@ -61,10 +61,10 @@ TexturePlacement placementOf(int texCoord, const tinygltf::ExtensionMap &extensi
     return result;
 }
 
-class Reader {
+class MaterialReader {
   public:
-    Reader(const tinygltf::Model &model, const GltfImages &images, Scene &scene,
-           FileNotices &notices)
+    MaterialReader(const tinygltf::Model &model, const GltfImages &images, Scene &scene,
+                   FileNotices &notices)
         : model_(model), images_(images), scene_(scene), notices_(notices) {}
 
     NodeId add(size_t index) {
@@ -248,7 +248,7 @@ void GltfImages::fill(int index, Texture &texture) const {
 
 std::vector<NodeId> addGltfMaterials(const tinygltf::Model &model, const GltfImages &images,
                                      Scene &scene, FileNotices &notices) {
-    Reader reader(model, images, scene, notices);
+    MaterialReader reader(model, images, scene, notices);
     std::vector<NodeId> result;
     for (size_t index = 0; index < model.materials.size(); ++index)
         result.push_back(reader.add(index));

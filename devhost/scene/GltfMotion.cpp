@@ -21,10 +21,10 @@ bool has(const std::vector<double> &value, size_t size, const char *what) {
     return true;
 }
 
-class Reader {
+class MotionReader {
   public:
-    Reader(const tinygltf::Model &model, const std::vector<GltfNode> &nodes,
-           const std::vector<std::shared_ptr<const Deformable>> &meshes, FileNotices &notices)
+    MotionReader(const tinygltf::Model &model, const std::vector<GltfNode> &nodes,
+                 const std::vector<std::shared_ptr<const Deformable>> &meshes, FileNotices &notices)
         : model_(model), nodes_(nodes), meshes_(meshes), notices_(notices) {}
 
     Motion read() {
@@ -235,7 +235,7 @@ Pose gltfPose(const tinygltf::Node &node) {
 Motion readGltfMotion(const tinygltf::Model &model, const std::vector<GltfNode> &nodes,
                       const std::vector<std::shared_ptr<const Deformable>> &meshes,
                       FileNotices &notices) {
-    return Reader(model, nodes, meshes, notices).read();
+    return MotionReader(model, nodes, meshes, notices).read();
 }
 
 } // namespace devhost

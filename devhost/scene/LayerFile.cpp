@@ -68,9 +68,9 @@ class Place {
     std::string where_;
 };
 
-class Reader {
+class LayerReader {
   public:
-    explicit Reader(Scene &scene) : scene_(scene) {}
+    explicit LayerReader(Scene &scene) : scene_(scene) {}
 
     void read(const Json &file) {
         const Place top(file, "");
@@ -254,7 +254,7 @@ ZStatus loadLayers(const std::string &path, Scene &scene) {
         std::ifstream stream(path);
         if (!stream)
             throw BadFile("it cannot be read");
-        Reader(scene).read(Json::parse(stream));
+        LayerReader(scene).read(Json::parse(stream));
         return ZStatus();
     } catch (const Json::parse_error &error) {
         return cannotLoad(path, syntaxError(error));

@@ -20,9 +20,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class Reader {
+class ObjReader {
   public:
-    Reader(const std::string &path, Scene &scene, FileNotices &notices)
+    ObjReader(const std::string &path, Scene &scene, FileNotices &notices)
         : folder_(fs::path(path).parent_path()), text_(path), scene_(scene), notices_(notices) {}
 
     void read() {
@@ -297,7 +297,7 @@ class Reader {
 } // namespace
 
 void loadObj(const std::string &path, Scene &scene, FileNotices &notices) {
-    Reader(path, scene, notices).read();
+    ObjReader(path, scene, notices).read();
 }
 
 } // namespace devhost

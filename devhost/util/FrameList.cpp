@@ -17,9 +17,11 @@ constexpr long long kMostFrames = 1'000'000;
 
 /// Reads the numbers and marks of a list of frames one after the other; blanks between them do not
 /// count.
-class Reader {
+class ListReader {
   public:
-    explicit Reader(const std::string &text) : text_(text), cursor_(text.data()) { skipBlanks(); }
+    explicit ListReader(const std::string &text) : text_(text), cursor_(text.data()) {
+        skipBlanks();
+    }
 
     bool atEnd() const { return cursor_ == end(); }
     bool isBehindBlank() const { return cursor_ != text_.data() && isBlank(cursor_[-1]); }
@@ -118,7 +120,7 @@ std::vector<Rest> bestRests(const FrameList &frames, char stepMark) {
 FrameList parseFrames(const std::string &text) {
     FrameList frames;
     std::unordered_set<int> seen;
-    Reader reader(text);
+    ListReader reader(text);
     for (bool more = true; more;) {
         const int first = reader.takeNumber();
         const bool isRange = reader.take('-');

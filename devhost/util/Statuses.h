@@ -19,6 +19,9 @@ inline void report(ZStatus *ReturnStatus, const ZStatus &status) {
 inline ZStatus invalid(const char *text) {
     return ZStatus(ZStatus::kInvalidParameter, text);
 }
+inline ZStatus outsideArray() {
+    return invalid("the index is outside the array");
+}
 
 /// The text of a failed status, "(kFailure): the text", without its code's name.
 inline std::string withoutCode(const std::string &text) {

@@ -31,14 +31,6 @@ using devhost::guarded;
 using devhost::made;
 using devhost::report;
 
-namespace {
-
-ZStatus outOfRange() {
-    return devhost::invalid("the index is outside the array");
-}
-
-} // namespace
-
 /// What scripts see through views is left to these when the array frees it, or gets another length.
 template <class T>
 struct ZArrayOf<T>::Elements : std::vector<T> {
@@ -123,7 +115,7 @@ ZStatus ZArrayOf<T>::append(const T &value) {
 template <class T>
 ZStatus ZArrayOf<T>::insert(const T &value, unsigned index) {
     if (index > length())
-        return outOfRange();
+        return devhost::outsideArray();
     return guarded([&] {
         // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may lie in here
         const T kept = value;
@@ -137,7 +129,7 @@ ZStatus ZArrayOf<T>::insert(const T &value, unsigned index) {
 template <class T>
 ZStatus ZArrayOf<T>::remove(unsigned index) {
     if (index >= length())
-        return outOfRange();
+        return devhost::outsideArray();
     return guarded([&] {
         Elements &all = Elements::resizable(elements_);
         all.erase(all.begin() + index);
@@ -153,7 +145,7 @@ ZStatus ZArrayOf<T>::clear() {
 template <class T>
 ZStatus ZArrayOf<T>::set(const T &value, unsigned index) {
     if (index >= length())
-        return outOfRange();
+        return devhost::outsideArray();
     (*this)[index] = value;
     return ZStatus();
 }

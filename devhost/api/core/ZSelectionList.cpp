@@ -26,7 +26,7 @@ struct Entry {
     ZPlug plug;
 };
 
-ZStatus outOfRange() {
+ZStatus outsideList() {
     return ZStatus(ZStatus::kInvalidParameter, "the index is outside the selection list");
 }
 
@@ -113,14 +113,14 @@ ZStatus ZSelectionList::add(const ZPlug &plug) {
 
 ZStatus ZSelectionList::remove(unsigned index) {
     if (index >= length())
-        return outOfRange();
+        return outsideList();
     entries_->erase(entries_->begin() + index);
     return ZStatus();
 }
 
 ZStatus ZSelectionList::getDependNode(unsigned index, ZObject &object) const {
     if (index >= length())
-        return outOfRange();
+        return outsideList();
     if ((*entries_)[index].node.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "the selected node was deleted");
     object = (*entries_)[index].node;
@@ -135,7 +135,7 @@ ZStatus ZSelectionList::getDagPath(unsigned index, ZDagPath &path) const {
 
 ZStatus ZSelectionList::getPlug(unsigned index, ZPlug &plug) const {
     if (index >= length())
-        return outOfRange();
+        return outsideList();
     if ((*entries_)[index].plug.isNull())
         return ZStatus(ZStatus::kInvalidParameter, "the selection list's entry is no plug");
     plug = (*entries_)[index].plug;

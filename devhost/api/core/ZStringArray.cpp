@@ -11,14 +11,6 @@
 
 using devhost::guarded;
 
-namespace {
-
-ZStatus outOfRange() {
-    return devhost::invalid("the index is outside the array");
-}
-
-} // namespace
-
 ZStringArray::ZStringArray() noexcept = default;
 
 ZStringArray::ZStringArray(unsigned count, const ZString &value, ZStatus *ReturnStatus) {
@@ -45,7 +37,7 @@ ZStatus ZStringArray::append(const ZString &value) {
 
 ZStatus ZStringArray::insert(const ZString &value, unsigned index) {
     if (index > length())
-        return outOfRange();
+        return devhost::outsideArray();
     return guarded([&] {
         TstringArray::append(value);
         std::rotate(&(*this)[index], &(*this)[length() - 1], &(*this)[0] + length());
@@ -54,7 +46,7 @@ ZStatus ZStringArray::insert(const ZString &value, unsigned index) {
 
 ZStatus ZStringArray::remove(unsigned index) {
     if (index >= length())
-        return outOfRange();
+        return devhost::outsideArray();
     std::move(&(*this)[index] + 1, &(*this)[0] + length(), &(*this)[index]);
     return setLength(length() - 1);
 }
@@ -65,7 +57,7 @@ ZStatus ZStringArray::clear() {
 
 ZStatus ZStringArray::set(const ZString &value, unsigned index) {
     if (index >= length())
-        return outOfRange();
+        return devhost::outsideArray();
     return guarded([&] { (*this)[index] = value; });
 }
 

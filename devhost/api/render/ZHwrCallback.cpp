@@ -6,7 +6,7 @@
 
 namespace {
 
-auto &registry() {
+auto &deviceCallbacks() {
     return devhost::callbackRegistry<ZHwrCallback>();
 }
 
@@ -15,16 +15,17 @@ auto &registry() {
 namespace devhost {
 
 void runDeviceNewCallbacks() {
-    registry().run("deviceNew", [](ZHwrCallback &callback) { callback.deviceNew(); });
+    deviceCallbacks().run("deviceNew", [](ZHwrCallback &callback) { callback.deviceNew(); });
 }
 void runDeviceLostCallbacks() {
-    registry().run("deviceLost", [](ZHwrCallback &callback) { callback.deviceLost(); });
+    deviceCallbacks().run("deviceLost", [](ZHwrCallback &callback) { callback.deviceLost(); });
 }
 void runDeviceResetCallbacks() {
-    registry().run("deviceReset", [](ZHwrCallback &callback) { callback.deviceReset(); });
+    deviceCallbacks().run("deviceReset", [](ZHwrCallback &callback) { callback.deviceReset(); });
 }
 void runDeviceDeletedCallbacks() {
-    registry().run("deviceDeleted", [](ZHwrCallback &callback) { callback.deviceDeleted(); });
+    deviceCallbacks().run("deviceDeleted",
+                          [](ZHwrCallback &callback) { callback.deviceDeleted(); });
 }
 
 } // namespace devhost
@@ -40,8 +41,8 @@ void ZHwrCallback::deviceReset() {}
 void ZHwrCallback::deviceDeleted() {}
 
 void ZHwrCallback::addCallback(ZHwrCallback *callback, int priority) {
-    registry().add(callback, priority);
+    deviceCallbacks().add(callback, priority);
 }
 void ZHwrCallback::removeCallback(ZHwrCallback *callback) {
-    registry().remove(callback);
+    deviceCallbacks().remove(callback);
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-auto &registry() {
+auto &renderCallbacks() {
     return devhost::callbackRegistry<ZRenderCallback>();
 }
 
@@ -28,7 +28,7 @@ void reportCallbackError(const char *callback, const char *what) {
 }
 
 bool hasRenderCallbacks() {
-    return !registry().isEmpty();
+    return !renderCallbacks().isEmpty();
 }
 
 namespace {
@@ -54,17 +54,17 @@ void withOwn(const Record &data, Call call) {
 } // namespace
 
 void runShadowCastCallbacks(const ZRenderShadowData &data) {
-    registry().run("shadowCastCallback", [&](ZRenderCallback &callback) {
+    renderCallbacks().run("shadowCastCallback", [&](ZRenderCallback &callback) {
         withOwn(data, [&](auto &own) { callback.shadowCastCallback(own); });
     });
 }
 void runRenderCallbacks(const ZRenderData &data) {
-    registry().run("renderCallback", [&](ZRenderCallback &callback) {
+    renderCallbacks().run("renderCallback", [&](ZRenderCallback &callback) {
         withOwn(data, [&](auto &own) { callback.renderCallback(own); });
     });
 }
 void runPostProcessCallbacks(const ZRenderData &data) {
-    registry().run("postProcessCallback", [&](ZRenderCallback &callback) {
+    renderCallbacks().run("postProcessCallback", [&](ZRenderCallback &callback) {
         withOwn(data, [&](auto &own) { callback.postProcessCallback(own); });
     });
 }
@@ -87,8 +87,8 @@ bool ZRenderCallback::postProcessCallback(ZRenderData const &) {
 }
 
 void ZRenderCallback::addCallback(ZRenderCallback *callback, int priority) {
-    registry().add(callback, priority);
+    renderCallbacks().add(callback, priority);
 }
 void ZRenderCallback::removeCallback(ZRenderCallback *callback) {
-    registry().remove(callback);
+    renderCallbacks().remove(callback);
 }

@@ -20,7 +20,7 @@ namespace {
 
 constexpr unsigned kMostBytes = 1024;
 constexpr unsigned kMostLevels = 8;
-constexpr int kMostValues = 4;
+constexpr int kMostDimensions = 4;
 
 unsigned nextUpdateId() {
     static std::atomic<unsigned> last = 0;
@@ -88,8 +88,8 @@ Description describe(const ZString &name, ZVaryingParameter::ZVaryingParameterTy
                      const ZString &destinationSet, bool invertTexCoords,
                      const ZString &semanticName) {
     const bool hasValues = devhost::valueSize(type) > 0;
-    const int least = hasValues ? std::clamp(minDimension, 1, kMostValues) : 1;
-    const int greatest = hasValues ? std::clamp(maxDimension, least, kMostValues) : 1;
+    const int least = hasValues ? std::clamp(minDimension, 1, kMostDimensions) : 1;
+    const int greatest = hasValues ? std::clamp(maxDimension, least, kMostDimensions) : 1;
     Description result;
     result.name = name;
     result.format.type = type;
@@ -158,7 +158,7 @@ ZVaryingParameter::ZVaryingParameter(ZString const &name, ZVaryingParameterType 
                                      int minDimension, int maxDimension,
                                      ZVaryingParameterSemantic semantic, bool invertTexCoords,
                                      ZString const &semanticName)
-    : data_(new Data(describe(name, type, minDimension, maxDimension, kMostValues, semantic,
+    : data_(new Data(describe(name, type, minDimension, maxDimension, kMostDimensions, semantic,
                               ZString(), invertTexCoords, semanticName))) {}
 
 ZVaryingParameter::ZVaryingParameter(ZString const &name, ZVaryingParameterType type,
