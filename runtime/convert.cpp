@@ -156,6 +156,9 @@ SwigPyObject *binding::pointer_of_proxy(PyObject *instance, const swig_type_info
 }
 
 SwigPyObject *SWIG_Python_GetSwigThis(PyObject *object) {
+    // What is asked most where a call has cases for objects and for numbers.
+    if (object && (PyFloat_CheckExact(object) || PyInt_CheckExact(object)))
+        return nullptr;
     LoopGuard guard;
     while (object && !SwigPyObject_Check(object)) {
         if (guard.came_back(object))
