@@ -27,9 +27,12 @@ struct Method {
     PyObject *module;   ///< the name of the module that made it
     PyObject *init;     ///< "swiginit", or null
     PyObject *weak_references;
-    bool takes_rest; ///< any number of further arguments
+    Py_ssize_t count; ///< of parameters
+    bool takes_rest;  ///< any number of further arguments
     bool is_part;
     bool checks_this;
+    bool is_reflected;
+    bool is_plain; ///< none of those, and no "swiginit"
 };
 
 Method *as_method(PyObject *object) {
@@ -44,7 +47,7 @@ PyObject *kept(PyObject *object) {
 // Arguments
 
 PyObject *wrong_count(const Method *self, Py_ssize_t given) {
-    const Py_ssize_t most = PyTuple_GET_SIZE(self->parameters);
+    const Py_ssize_t most = self->count;
     const Py_ssize_t least = most - PyTuple_GET_SIZE(self->defaults);
     const Py_ssize_t bound = given < least ? least : most;
     PyErr_Format(PyExc_TypeError, "%s() takes %s %zd argument%s (%zd given)",
@@ -101,18 +104,21 @@ bool place_defaults(const Method *self, PyObject *all, Py_ssize_t given) {
     return true;
 }
 
+/// True for so many arguments that need no defaults.
+bool are_enough(const Method *self, Py_ssize_t given) {
+    return given == self->count || (self->takes_rest && given > self->count);
+}
+
 /// True for arguments that need no names or defaults; `more` are not among them.
 bool are_complete(const Method *self, PyObject *arguments, PyObject *named, Py_ssize_t more = 0) {
-    const Py_ssize_t given = PyTuple_GET_SIZE(arguments) + more;
-    const Py_ssize_t count = PyTuple_GET_SIZE(self->parameters);
     return (!named || PyDict_Size(named) == 0) &&
-           (given == count || (self->takes_rest && given > count));
+           are_enough(self, PyTuple_GET_SIZE(arguments) + more);
 }
 
 /// All arguments in order: a new reference, or null with an exception set.
 PyObject *all_arguments(const Method *self, PyObject *arguments, PyObject *named) {
     const Py_ssize_t given = PyTuple_GET_SIZE(arguments);
-    const Py_ssize_t count = PyTuple_GET_SIZE(self->parameters);
+    const Py_ssize_t count = self->count;
     const bool has_named = named && PyDict_Size(named) > 0;
     if (self->takes_rest && has_named) {
         PyErr_Format(PyExc_TypeError, "%s() takes no keyword arguments",
@@ -139,7 +145,7 @@ PyObject *all_arguments(const Method *self, PyObject *arguments, PyObject *named
 // Calls
 
 /// Calls the flat function with a tuple.
-PyObject *call_function(PyObject *function, PyObject *arguments) {
+[[gnu::always_inline]] inline PyObject *call_function(PyObject *function, PyObject *arguments) {
     const int flags = PyCFunction_GET_FLAGS(function);
     const Py_ssize_t count = PyTuple_GET_SIZE(arguments);
     if (flags == METH_VARARGS)
@@ -190,7 +196,20 @@ PyObject *call_complete(const Method *self, PyObject *arguments) {
     if (self->checks_this && !has_this(PyTuple_GET_ITEM(arguments, 0)))
         return nullptr;
     PyObject *result = call_function(self->function, arguments);
+    if (!result && self->is_reflected && PyErr_ExceptionMatches(PyExc_TypeError)) {
+        PyErr_Clear(); // what it cannot take is for the other operand to judge
+        Py_INCREF(Py_NotImplemented);
+        return Py_NotImplemented;
+    }
     return self->is_part ? keep_whole(PyTuple_GET_ITEM(arguments, 0), result) : result;
+}
+
+[[gnu::noinline]] PyObject *call_with_names(const Method *self, PyObject *arguments,
+                                            PyObject *named) {
+    if (are_complete(self, arguments, named))
+        return call_complete(self, arguments);
+    const Reference all(all_arguments(self, arguments, named));
+    return all ? call_complete(self, all.get()) : nullptr;
 }
 
 // What functions have
@@ -325,6 +344,9 @@ PyObject *method_new(PyTypeObject *type, PyObject *arguments, PyObject *named) {
     self->init = kept(init);
     self->is_part = is_part;
     self->checks_this = checks_this;
+    self->count = self->parameters ? PyTuple_GET_SIZE(self->parameters) : 0;
+    self->is_reflected = PyString_AS_STRING(name) == std::string_view("__rmul__");
+    self->is_plain = !is_part && !checks_this && !init && !self->is_reflected;
     const bool needs_object = is_part || checks_this || init;
     if (self->parameters && self->defaults && needs_object && !PyTuple_GET_SIZE(self->parameters))
         PyErr_SetString(PyExc_ValueError, "a method of an object has the object as a parameter");
@@ -361,10 +383,9 @@ bool is_native_method(const PyObject *object) {
 
 PyObject *call_native_method(PyObject *method, PyObject *arguments, PyObject *named) {
     const Method *self = as_method(method);
-    if (are_complete(self, arguments, named)) [[likely]]
-        return call_complete(self, arguments);
-    const Reference all(all_arguments(self, arguments, named));
-    return all ? call_complete(self, all.get()) : nullptr;
+    if (self->is_plain && !named && are_enough(self, PyTuple_GET_SIZE(arguments))) [[likely]]
+        return call_function(self->function, arguments);
+    return call_with_names(self, arguments, named);
 }
 
 bool construct(PyObject *method, PyObject *instance, PyObject *arguments, PyObject *named) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "companion/native_property.h"
 
+#include "companion/argument_tuple.h"
 #include "companion/native_call.h"
 #include "companion/part.h"
 #include "runtime/object_holder.h"
@@ -53,8 +54,8 @@ int property_set(PyObject *self, PyObject *instance, PyObject *value) {
     PyObject *set = functions_of(self).set;
     if (!set || !value)
         return PyProperty_Type.tp_descr_set(self, instance, value);
-    const Reference both(PyTuple_Pack(2, instance, value));
-    const Reference none(both ? call_native(set, both.get()) : nullptr);
+    const ArgumentTuple both(instance, value);
+    const Reference none(both.get() ? call_native(set, both.get()) : nullptr);
     return none ? 0 : -1;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "companion/native_slots.h"
 
+#include "companion/argument_tuple.h"
 #include "companion/native_memory.h"
 #include "companion/native_method.h"
 #include "runtime/object_holder.h"
@@ -19,6 +20,8 @@ enum Special {
     kLen,
     kAdd,
     kSub,
+    kMul,
+    kReflectedMul,
     kDiv,
     kXor,
     kNeg,
@@ -29,8 +32,8 @@ enum Special {
 PyObject *name_of(Special special) {
     static PyObject *names[kSpecials];
     static const char *const texts[kSpecials] = {
-        "__init__", "__getitem__", "__setitem__", "__delitem__", "__len__", "__add__",
-        "__sub__",  "__div__",     "__xor__",     "__neg__",     "memory"};
+        "__init__", "__getitem__", "__setitem__", "__delitem__", "__len__", "__add__", "__sub__",
+        "__mul__",  "__rmul__",    "__div__",     "__xor__",     "__neg__", "memory"};
     if (!names[special])
         names[special] = PyString_InternFromString(texts[special]);
     return names[special];
@@ -57,8 +60,8 @@ PyObject *call_special(Special special, PyObject *self, Argument *...arguments) 
     const Reference method(native_method(Py_TYPE(self), name));
     if (!method)
         return name ? PyObject_CallMethodObjArgs(self, name, arguments..., nullptr) : nullptr;
-    const Reference all(PyTuple_Pack(1 + sizeof...(arguments), self, arguments...));
-    return all ? call_native_method(method.get(), all.get(), nullptr) : nullptr;
+    const ArgumentTuple all(self, arguments...);
+    return all.get() ? call_native_method(method.get(), all.get(), nullptr) : nullptr;
 }
 
 int status_of(PyObject *result) {
@@ -92,15 +95,46 @@ PyObject *negative(PyObject *self) {
     return call_special(kNeg, self);
 }
 
+/// True for an instance of a class whose operator is this function: one of those installed here.
+/// Derived classes have the interpreter's own functions, which look the methods up.
+template <binaryfunc PyNumberMethods::*slot>
+bool is_ours(PyObject *object, binaryfunc function) {
+    const PyNumberMethods *numbers = Py_TYPE(object)->tp_as_number;
+    return PyType_HasFeature(Py_TYPE(object), Py_TPFLAGS_HEAPTYPE) && numbers &&
+           numbers->*slot == function;
+}
+
+PyObject *not_implemented() {
+    Py_INCREF(Py_NotImplemented);
+    return Py_NotImplemented;
+}
+
 /// Classes have no reflected methods for these: what is not the left operand's affair is nobody's.
 template <Special special, binaryfunc PyNumberMethods::*slot>
 PyObject *binary(PyObject *left, PyObject *right) {
-    const PyNumberMethods *numbers = Py_TYPE(left)->tp_as_number;
-    if (PyType_HasFeature(Py_TYPE(left), Py_TPFLAGS_HEAPTYPE) && numbers &&
-        numbers->*slot == binary<special, slot>)
-        return call_special(special, left, right);
-    Py_INCREF(Py_NotImplemented);
-    return Py_NotImplemented;
+    return is_ours<slot>(left, binary<special, slot>) ? call_special(special, left, right)
+                                                      : not_implemented();
+}
+
+/// The product asks the left operand, and then the right one's reflected method where it is of
+/// another class.
+PyObject *product(PyObject *left, PyObject *right) {
+    constexpr auto slot = &PyNumberMethods::nb_multiply;
+    const bool has_left = is_ours<slot>(left, product);
+    if (has_left) {
+        PyObject *result = call_special(kMul, left, right);
+        if (result != Py_NotImplemented)
+            return result;
+        Py_DECREF(result);
+    }
+    const bool asks_right =
+        is_ours<slot>(right, product) && !(has_left && Py_TYPE(left) == Py_TYPE(right));
+    PyObject *name = name_of(kReflectedMul);
+    if (!name)
+        return nullptr;
+    return asks_right && _PyType_Lookup(Py_TYPE(right), name)
+               ? call_special(kReflectedMul, right, left)
+               : not_implemented();
 }
 
 template <Special special, binaryfunc PyNumberMethods::*slot>
@@ -129,6 +163,8 @@ PyObject *install_slots(PyObject *, PyObject *klass) {
         install_memory(type);
     install_binary<kAdd, &PyNumberMethods::nb_add>(type);
     install_binary<kSub, &PyNumberMethods::nb_subtract>(type);
+    if (has_native_method(type, kMul))
+        type->tp_as_number->nb_multiply = product;
     install_binary<kDiv, &PyNumberMethods::nb_divide>(type);
     install_binary<kXor, &PyNumberMethods::nb_xor>(type);
     Py_INCREF(klass);

@@ -197,8 +197,20 @@ class NativeMethodTest(unittest.TestCase):
 
         loud, plain = Loud(0, 3, 4), OpenQuil.ZVector(0, 3, 4)
         self.assertEqual((loud.length(), loud + plain, loud['a'], loud.y), (50, 'added', 'a', 3))
-        self.assertEqual(((plain + loud).y, plain * loud, plain[1], len(plain), -plain),
-                         (6, 25, 3, 3, OpenQuil.ZVector(0, -3, -4)))
+        self.assertEqual(((plain + loud).y, plain[1], len(plain), -plain),
+                         (6, 3, 3, OpenQuil.ZVector(0, -3, -4)))
+        self.assertEqual((plain * loud, loud * plain, (loud * 2).y, (2 * loud).z, (2 * plain).y),
+                         (25, 25, 6, 8, 6))
+        self.assertIs(plain.__rmul__('2'), NotImplemented)
+        self.assertRaises(TypeError, lambda: 'x' * plain)
+        matrix = OpenQuil.ZMatrix()
+        self.assertEqual((loud * matrix, plain * (2 * matrix)),
+                         (plain, OpenQuil.ZVector(0, 6, 8)))
+
+        class Product(Loud):
+            def __rmul__(self, other):
+                return 'reflected'
+        self.assertEqual((plain * Product(), loud * Product(), 2 * Product()), ('reflected',) * 3)
         own = vars(OpenQuil.ZVector)['__add__'], vars(OpenQuil.ZVector)['__init__']
         OpenQuil.ZVector.__add__ = lambda a, b: 'patched'
         OpenQuil.ZVector.__init__ = lambda self: own[1](self, 7, 0, 0)
