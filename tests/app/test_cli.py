@@ -84,7 +84,8 @@ class BadInput(Case):
         self.assertEqual(self.files(), before)
 
     def test_mistakes(self):
-        os.mkdir(os.path.join(self.folder, "folder.obj"))
+        for name in "folder.obj", "folder.png":
+            os.mkdir(os.path.join(self.folder, name))
         self.write("scene.abc", "?")
         with open(os.path.join(HERE, "refused.tsv"), encoding="utf-8") as table:
             rows = [line.rstrip("\n").split("\t") for line in table if line[0] != "#"]
@@ -366,6 +367,28 @@ class Told(Case):
         self.assertEqual(self.files(), ["tri.008.png", "tri.010.png", "tri.obj"])
         out, err = self.run_host("tri.obj", "--output", "q.png", "--quiet")
         self.assertEqual((out, err), ("", ""))
+
+    def test_version_and_what_verbose_tells(self):
+        version = self.run_host("--python-expr", "import OpenQuil; print OpenQuil.__version__")[0]
+        self.assertEqual(self.run_host("--version")[0], "quilhost " + version)
+        self.copy("lit.gltf")
+        out, err = self.run_host("lit.gltf", "--verbose", "--output", "a.png")
+        self.assertRegex(err, r"quilhost: lit.gltf: meshes: 1, triangles: 2, lights: 1\n")
+        self.assertRegex(err, r"quilhost: frame 1 took \d+\.\d\d s\n")
+
+    def test_pictures_that_a_script_asks_for(self):
+        out, err = self.run_host("tri.obj", "--python-expr", """
+import quilhost
+for arguments in ("a.jpg",), ("a.png", 16385, 1), ("a.png", 1, 16385), ("no/a.png", 4, 4):
+    try:
+        quilhost.render(*arguments)
+    except (ValueError, RuntimeError) as error:
+        print(type(error).__name__)
+quilhost.render("a.png", 5, 3)
+quilhost.render("b.png")
+""", "--resolution", "8", "4")
+        self.assertEqual(out.split(), ["ValueError"] * 3 + ["RuntimeError"])
+        self.assertEqual([self.png(name)[:2] for name in ("a.png", "b.png")], [(5, 3), (8, 4)])
 
     def test_messages_of_open_job_description(self):
         script = "import sys\ndef render(frame): sys.exit(7 if frame > %d else 0)"
