@@ -3,6 +3,7 @@
 these name beside the classes of both modules is defined here."""
 import ctypes
 import os
+import struct
 import sys
 import unittest
 
@@ -14,6 +15,13 @@ from OpenQuil import ZDagPath, ZFileIO, ZObject, ZPlug, ZSelectionList, ZStringA
 sys.path.insert(0, os.path.dirname(harness.FOLDER))
 
 import operation_table  # noqa: E402
+
+
+TRIANGLE = '''{"asset": {"version": "2.0"},
+"buffers": [{"byteLength": 36, "uri": "data:application/octet-stream;base64,%s"}],
+"bufferViews": [{"buffer": 0, "byteLength": 36}],
+"accessors": [{"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3"}],
+"meshes": [{"primitives": [{"attributes": {"POSITION": 0}}]}],'''
 
 
 def node(name):
@@ -58,6 +66,14 @@ def open_scene(folder, text, layers='{}'):
     ZFileIO.open(os.path.join(folder, 'room.obj'))
 
 
+def open_gltf(folder, members, layers='{}'):
+    """The same with a glTF file, whose mesh 0 has the corners 0 0 0, 1 0 0 and 0 1 0."""
+    corners = struct.pack('9f', 0, 0, 0, 1, 0, 0, 0, 1, 0).encode('base64').replace('\n', '')
+    write(folder, 'room.layers.json', layers)
+    write(folder, 'room.gltf', TRIANGLE % corners + members + '}')
+    ZFileIO.open(os.path.join(folder, 'room.gltf'))
+
+
 def floats(buffer, count):
     """Numbers of memory whose length the buffer does not know."""
     return [buffer[i] for i in range(count)]
@@ -70,7 +86,7 @@ def memory(address, kind, count):
 
 shared = dict(vars(OpenQuil), os=os, **vars(OpenQuilRender))
 shared.update((each.__name__, each) for each in (
-    floats, harness.run, memory, names, node, open_scene, path, plug, write))
+    floats, harness.run, memory, names, node, open_gltf, open_scene, path, plug, write))
 TABLES = os.path.join(harness.FOLDER, 'operations')
 for _name in sorted(os.listdir(TABLES)):
     _title = os.path.splitext(_name)[0].title()
