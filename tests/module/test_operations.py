@@ -2,7 +2,9 @@
 """What the operations of the render module come to, by the tables in the folder operations. What
 these name beside the classes of both modules is defined here."""
 import ctypes
+import math
 import os
+import re
 import struct
 import sys
 import unittest
@@ -84,14 +86,24 @@ def memory(address, kind, count):
     return list((getattr(ctypes, 'c_' + kind) * count).from_address(int(address)))
 
 
-shared = dict(vars(OpenQuil), os=os, **vars(OpenQuilRender))
+def clean_up():
+    """Leaves no picture open that a failure left, and no scene."""
+    try:
+        OpenQuilRender.ZRenderView.endRender()
+    except RuntimeError:
+        pass
+    ZFileIO.newScene()
+
+
+shared = dict(vars(OpenQuil), libraries=os.path.join(os.path.dirname(OpenQuil.__file__), '../lib'),
+              ctypes=ctypes, math=math, os=os, re=re, **vars(OpenQuilRender))
 shared.update((each.__name__, each) for each in (
     floats, harness.run, memory, names, node, open_gltf, open_scene, path, plug, write))
 TABLES = os.path.join(harness.FOLDER, 'operations')
 for _name in sorted(os.listdir(TABLES)):
     _title = os.path.splitext(_name)[0].title()
     globals()[_title] = operation_table.test_case(os.path.join(TABLES, _name), shared,
-                                                  ZFileIO.newScene)
+                                                  clean_up)
 
 if __name__ == '__main__':
     unittest.main()
