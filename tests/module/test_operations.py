@@ -1,0 +1,109 @@
+# SPDX-License-Identifier: MIT
+"""What the operations of the render module come to, by the tables in the folder operations. What
+these name beside the classes of both modules is defined here."""
+import ctypes
+import math
+import os
+import re
+import struct
+import sys
+import unittest
+
+import harness
+import OpenQuil
+import OpenQuilRender
+from OpenQuil import ZDagPath, ZFileIO, ZObject, ZPlug, ZSelectionList, ZStringArray
+
+sys.path.insert(0, os.path.dirname(harness.FOLDER))
+
+import operation_table  # noqa: E402
+
+
+TRIANGLE = '''{"asset": {"version": "2.0"},
+"buffers": [{"byteLength": 36, "uri": "data:application/octet-stream;base64,%s"}],
+"bufferViews": [{"buffer": 0, "byteLength": 36}],
+"accessors": [{"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3"}],
+"meshes": [{"primitives": [{"attributes": {"POSITION": 0}}]}],'''
+
+
+def node(name):
+    found, result = ZSelectionList(), ZObject()
+    found.add(name)
+    found.getDependNode(0, result)
+    return result
+
+
+def path(name):
+    result = ZDagPath()
+    ZDagPath.getAPathTo(node(name), result)
+    return result
+
+
+def plug(name):
+    owner, attribute = name.rsplit('.', 1)
+    return ZPlug(node(owner), attribute)
+
+
+def names(found):
+    """The names of what is in a selection list, or of the nodes or paths in an array."""
+    listed = found
+    if not isinstance(found, ZSelectionList):
+        listed = ZSelectionList()
+        for each in found:
+            listed.add(each)
+    texts = ZStringArray()
+    listed.getSelectionStrings(texts)
+    return [text.lstrip('|') for text in texts]
+
+
+def write(folder, name, text):
+    with open(os.path.join(folder, name), 'wb') as file:
+        file.write(text)
+
+
+def open_scene(folder, text, layers='{}'):
+    """Opens an OBJ file of the text, beside which lies a layer file."""
+    write(folder, 'room.layers.json', layers)
+    write(folder, 'room.obj', text)
+    ZFileIO.open(os.path.join(folder, 'room.obj'))
+
+
+def open_gltf(folder, members, layers='{}'):
+    """The same with a glTF file, whose mesh 0 has the corners 0 0 0, 1 0 0 and 0 1 0."""
+    corners = struct.pack('9f', 0, 0, 0, 1, 0, 0, 0, 1, 0).encode('base64').replace('\n', '')
+    write(folder, 'room.layers.json', layers)
+    write(folder, 'room.gltf', TRIANGLE % corners + members + '}')
+    ZFileIO.open(os.path.join(folder, 'room.gltf'))
+
+
+def floats(buffer, count):
+    """Numbers of memory whose length the buffer does not know."""
+    return [buffer[i] for i in range(count)]
+
+
+def memory(address, kind, count):
+    """Numbers of a C type, such as 'int16', at a typed or untyped pointer."""
+    return list((getattr(ctypes, 'c_' + kind) * count).from_address(int(address)))
+
+
+def clean_up():
+    """Leaves no picture open that a failure left, and no scene."""
+    try:
+        OpenQuilRender.ZRenderView.endRender()
+    except RuntimeError:
+        pass
+    ZFileIO.newScene()
+
+
+shared = dict(vars(OpenQuil), libraries=os.path.join(os.path.dirname(OpenQuil.__file__), '../lib'),
+              ctypes=ctypes, math=math, os=os, re=re, **vars(OpenQuilRender))
+shared.update((each.__name__, each) for each in (
+    floats, harness.run, memory, names, node, open_gltf, open_scene, path, plug, write))
+TABLES = os.path.join(harness.FOLDER, 'operations')
+for _name in sorted(os.listdir(TABLES)):
+    _title = os.path.splitext(_name)[0].title()
+    globals()[_title] = operation_table.test_case(os.path.join(TABLES, _name), shared,
+                                                  clean_up)
+
+if __name__ == '__main__':
+    unittest.main()
