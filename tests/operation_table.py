@@ -19,7 +19,7 @@ import shutil
 import tempfile
 import unittest
 
-TITLE = re.compile(r'\[([^][]+)\]$')
+TITLE = re.compile(r'\[((?!.* [=!]> ).+)\]$')
 TOLERANCE = 1e-6
 PLAIN = int, type(1 << 64), str, type(u'')  # equal also where their types differ
 

@@ -175,9 +175,8 @@ void RenderJob::loadScene() {
     const auto meshes = scene.meshes();
     for (const auto id : meshes)
         triangles += scene.node(id)->mesh()->triangleCount();
-    devhost::tell(options_.scene + ": " + std::to_string(meshes.size()) + " meshes, " +
-                  std::to_string(triangles) + " triangles, " +
-                  std::to_string(scene.lights().size()) + " lights");
+    devhost::tell(options_.scene + ": meshes: " + std::to_string(meshes.size()) + ", triangles: " +
+                  std::to_string(triangles) + ", lights: " + std::to_string(scene.lights().size()));
 }
 
 void RenderJob::chooseCamera() {

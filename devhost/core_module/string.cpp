@@ -44,8 +44,11 @@ ZStatus split(ZString &self, ZString const &separator, ZStringArray &parts) {
     return self.split(static_cast<char>(separator.asW()[0]), parts);
 }
 
-int last_index(ZString &self, ZString const &character) {
-    return character.length() == 1 ? self.rindexW(character.asW()[0]) : -1;
+using Search = int (ZString::*)(wchar_t) const;
+
+template <Search search>
+int place_of(ZString &self, ZString const &character) {
+    return character.length() == 1 ? (self.*search)(character.asW()[0]) : -1;
 }
 
 } // namespace

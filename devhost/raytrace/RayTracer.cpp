@@ -140,6 +140,9 @@ struct RayTracer::Impl {
 
     /// Has the library look for the nearest hits.
     void follow(std::span<const Ray> rays, RTCRayHit16 &packet) const;
+    /// Has it look for those of up to kRaysInStream rays, as single ones.
+    void stream(std::span<const ZFloatVector> origins, std::span<const ZFloatVector> directions,
+                RTCRayHit *queries) const;
     /// Fills in all but the distance and what depends on it.
     void describe(const RTCHit &found, Hit &hit) const;
 
@@ -311,35 +314,61 @@ void RayTracer::intersect(std::span<const Ray> rays, Hit *hits) const {
     }
 }
 
+void RayTracer::Impl::stream(std::span<const ZFloatVector> origins,
+                             std::span<const ZFloatVector> directions, RTCRayHit *queries) const {
+    for (size_t i = 0; i < origins.size(); ++i) {
+        RTCRayHit &query = queries[i];
+        if (!setRay(query.ray, origins[i], directions[i].normal(), {})) {
+            setRay(query.ray, ZFloatVector(), ZFloatVector(0, 0, 1), {});
+            query.ray.tfar = -1; // which the library passes over
+        }
+        query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
+        query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
+    }
+    // Without the flag for coherent rays they go the way of single ones and come to the same
+    // numbers, bit by bit.
+    QueryContext context(*this, nullptr);
+    rtcIntersect1M(scene, &context.base, queries, unsigned(origins.size()), sizeof(RTCRayHit));
+}
+
+namespace {
+
+bool isHit(const RTCRayHit &query) {
+    return query.hit.geomID != RTC_INVALID_GEOMETRY_ID;
+}
+
+ZFloatVector pointOf(const RTCRay &ray, const ZFloatVector &origin) {
+    return origin + ZFloatVector(ray.dir_x, ray.dir_y, ray.dir_z) * ray.tfar;
+}
+
+} // namespace
+
 void RayTracer::hitPoints(std::span<const ZFloatVector> origins,
                           std::span<const ZFloatVector> directions, ZFloatVector *points,
                           bool *areHit) const {
-    constexpr size_t kStream = 128;
-    RTCRayHit queries[kStream];
-    for (size_t begin = 0; begin < origins.size(); begin += kStream) {
-        const size_t count = std::min(kStream, origins.size() - begin);
+    RTCRayHit queries[kRaysInStream];
+    for (size_t begin = 0; begin < origins.size(); begin += kRaysInStream) {
+        const size_t count = std::min(kRaysInStream, origins.size() - begin);
+        impl_->stream(origins.subspan(begin, count), directions.subspan(begin, count), queries);
         for (size_t i = 0; i < count; ++i) {
-            RTCRayHit &query = queries[i];
-            const ZFloatVector unit = directions[begin + i].normal();
-            if (!setRay(query.ray, origins[begin + i], unit, {})) {
-                setRay(query.ray, ZFloatVector(), ZFloatVector(0, 0, 1), {});
-                query.ray.tfar = -1; // which the library passes over
-            }
-            query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
-            query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
+            areHit[begin + i] = isHit(queries[i]);
+            if (areHit[begin + i])
+                points[begin + i] = pointOf(queries[i].ray, origins[begin + i]);
         }
-        // Without the flag for coherent rays they go the way of single ones and come to the same
-        // numbers, bit by bit.
-        QueryContext context(*impl_, nullptr);
-        rtcIntersect1M(impl_->scene, &context.base, queries, unsigned(count), sizeof(RTCRayHit));
-        for (size_t i = 0; i < count; ++i) {
-            const size_t at = begin + i;
-            const RTCRay &ray = queries[i].ray;
-            const ZFloatVector unit(ray.dir_x, ray.dir_y, ray.dir_z);
-            areHit[at] = queries[i].hit.geomID != RTC_INVALID_GEOMETRY_ID;
-            if (areHit[at])
-                points[at] = origins[at] + unit * ray.tfar;
-        }
+    }
+}
+
+void RayTracer::intersectEach(std::span<const ZFloatVector> origins,
+                              std::span<const ZFloatVector> directions, Hit *hits) const {
+    RTCRayHit queries[kRaysInStream];
+    impl_->stream(origins, directions, queries);
+    for (size_t i = 0; i < origins.size(); ++i) {
+        hits[i] = Hit();
+        if (!isHit(queries[i]))
+            continue;
+        hits[i].distance = queries[i].ray.tfar;
+        hits[i].point = pointOf(queries[i].ray, origins[i]);
+        impl_->describe(queries[i].hit, hits[i]);
     }
 }
 

@@ -54,6 +54,9 @@ struct Ray {
 /// So many rays are followed together at most.
 inline constexpr size_t kRaysTogether = 16;
 
+/// So many rays go in one stream.
+inline constexpr size_t kRaysInStream = 128;
+
 /// How much of the light a surface stops where it is hit: 1 for all of it.
 using Opacity = std::function<float(const Hit &)>;
 
@@ -72,10 +75,13 @@ class OPENQUIL_API RayTracer {
     /// The nearest hits of up to kRaysTogether rays; those that lie close together take less time
     /// than one by one. Of a ray that hits nothing only Hit::hit is set.
     void intersect(std::span<const Ray> rays, Hit *hits) const;
-    /// The points that intersect() finds for single rays, of any number of them; in one stream,
-    /// which takes less time. A point is only set where something is hit.
+    /// The points that intersect() finds for single rays, of any number of them; in streams, which
+    /// take less time. A point is only set where something is hit.
     void hitPoints(std::span<const ZFloatVector> origins, std::span<const ZFloatVector> directions,
                    ZFloatVector *points, bool *areHit) const;
+    /// The hits that intersect() finds for single rays, of up to kRaysInStream, in one stream.
+    void intersectEach(std::span<const ZFloatVector> origins,
+                       std::span<const ZFloatVector> directions, Hit *hits) const;
     /// How far up to kRaysTogether rays reach, in multiples of their directions; infinitely where
     /// they hit nothing.
     void reach(std::span<const Ray> rays, float *multiples,

@@ -299,6 +299,31 @@ void Shader::trace(std::span<const Ray> rays, int depth, Hit *hits, Sight *sight
         shade(rays, {found, count}, depth, hits, sights);
 }
 
+void Shader::traceEach(std::span<const ZFloatVector> origins,
+                       std::span<const ZFloatVector> directions, int depth, ZFloatVector *points,
+                       ZFloatVector *colors) const {
+    ZFloatVector units[kRaysInStream];
+    Hit hits[kRaysInStream];
+    for (size_t begin = 0; begin < origins.size(); begin += kRaysInStream) {
+        const size_t count = std::min(kRaysInStream, origins.size() - begin);
+        for (size_t i = 0; i < count; ++i)
+            units[i] = directions[begin + i].normal();
+        tracer_.intersectEach(origins.subspan(begin, count), {units, count}, hits);
+        for (size_t i = 0; i < count; ++i) {
+            // Shaded one by one, as shadow rays that go together come to other numbers.
+            const Ray ray{origins[begin + i], units[i], {}};
+            if (masked_ && hits[i].hit)
+                passHoles(ray, hits[i]);
+            Sight sight = background();
+            constexpr size_t first = 0;
+            if (hits[i].hit)
+                shade({&ray, 1}, {&first, 1}, depth, &hits[i], &sight);
+            points[begin + i] = hits[i].point;
+            colors[begin + i] = sight.color;
+        }
+    }
+}
+
 namespace {
 
 /// Whether a surface mirrors something or may be seen through.

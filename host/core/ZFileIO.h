@@ -15,7 +15,7 @@ class OPENQUIL_API ZFileIO {
     /// unchanged: kNotFound when there is no such file, kInvalidParameter for an unknown extension,
     /// kFailure when the file cannot be read or holds no usable mesh.
     static ZStatus open(const ZString &fileName);
-    /// Replaces the scene by one that holds the default camera and light only.
+    /// Replaces the scene by one that holds the default camera, lights and layer only.
     static ZStatus newScene();
     /// The absolute name of the scene's file; empty for a new scene.
     static ZString currentFile();

@@ -10,7 +10,7 @@ import subprocess
 import sys
 import unittest
 
-from host import HostCase, LIMIT, TRIANGLE
+from host import HAS_PLAIN_INTERPRETER, HostCase, LIMIT, TRIANGLE
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 QUILHOST = os.path.abspath(sys.argv.pop(1))
@@ -84,7 +84,8 @@ class BadInput(Case):
         self.assertEqual(self.files(), before)
 
     def test_mistakes(self):
-        os.mkdir(os.path.join(self.folder, "folder.obj"))
+        for name in "folder.obj", "folder.png":
+            os.mkdir(os.path.join(self.folder, name))
         self.write("scene.abc", "?")
         with open(os.path.join(HERE, "refused.tsv"), encoding="utf-8") as table:
             rows = [line.rstrip("\n").split("\t") for line in table if line[0] != "#"]
@@ -367,6 +368,28 @@ class Told(Case):
         out, err = self.run_host("tri.obj", "--output", "q.png", "--quiet")
         self.assertEqual((out, err), ("", ""))
 
+    def test_version_and_what_verbose_tells(self):
+        version = self.run_host("--python-expr", "import OpenQuil; print OpenQuil.__version__")[0]
+        self.assertEqual(self.run_host("--version")[0], "quilhost " + version)
+        self.copy("lit.gltf")
+        out, err = self.run_host("lit.gltf", "--verbose", "--output", "a.png")
+        self.assertRegex(err, r"quilhost: lit.gltf: meshes: 1, triangles: 2, lights: 1\n")
+        self.assertRegex(err, r"quilhost: frame 1 took \d+\.\d\d s\n")
+
+    def test_pictures_that_a_script_asks_for(self):
+        out, err = self.run_host("tri.obj", "--python-expr", """
+import quilhost
+for arguments in ("a.jpg",), ("a.png", 16385, 1), ("a.png", 1, 16385), ("no/a.png", 4, 4):
+    try:
+        quilhost.render(*arguments)
+    except (ValueError, RuntimeError) as error:
+        print(type(error).__name__)
+quilhost.render("a.png", 5, 3)
+quilhost.render("b.png")
+""", "--resolution", "8", "4")
+        self.assertEqual(out.split(), ["ValueError"] * 3 + ["RuntimeError"])
+        self.assertEqual([self.png(name)[:2] for name in ("a.png", "b.png")], [(5, 3), (8, 4)])
+
     def test_messages_of_open_job_description(self):
         script = "import sys\ndef render(frame): sys.exit(7 if frame > %d else 0)"
         options = ("tri.obj", "--frames", "1-4", "--output", "a.#.png", "--progress", "openjd",
@@ -464,13 +487,14 @@ class Moving(Case):
                              [str((frame, min(5 * frame / float(rate), 5), unit, starts))
                               for frame in (12, 24)])
 
+    TOLD = ("moving.gltf: material 0 'paint\\u001b': its normal texture is not supported; it "
+            "is left out")
+
     def test_what_is_not_honoured_is_told(self):
-        told = ("moving.gltf: material 0 'paint\\u001b': its normal texture is not supported; it "
-                "is left out")
         out, err = self.run_host("moving.gltf", "--fps", "7.5", "--python-expr", "0")
         self.assertEqual(err.splitlines(), [
             "quilhost: notice: --fps: ZTime has no unit for this frame rate; its frames are those "
-            "of 24 a second", "quilhost: notice: " + told, "quilhost: 2 notices; see above"])
+            "of 24 a second", "quilhost: notice: " + self.TOLD, "quilhost: 2 notices; see above"])
         out, err = self.run_host("moving.gltf", "--progress", "json", "--python-expr", "0")
         self.assertEqual([json.loads(line) for line in err.splitlines()], [
             {"event": "notice", "kind": "normal texture", "file": "moving.gltf",
@@ -481,16 +505,19 @@ class Moving(Case):
             out, err = self.run_host("moving.gltf", "--output", "a.png", *options,
                                      code=3 if lines else 0)
             self.assertEqual(err.splitlines(), [
-                "quilhost: notice: " + told,
+                "quilhost: notice: " + self.TOLD,
                 "quilhost: with --strict, the notice is an error"][:lines])
             self.assertEqual("a.png" in self.files(), not lines)
-        # A plain interpreter has standard error.
+
+    @unittest.skipUnless(HAS_PLAIN_INTERPRETER, "no plain interpreter")
+    def test_plain_interpreter_has_standard_error(self):
         modules = os.path.join(os.path.dirname(os.path.dirname(QUILHOST)), "python")
         code = "import OpenQuil; OpenQuil.ZFileIO.open('moving.gltf')"
         child = subprocess.run([PYTHON2, "-c", code],
                                cwd=self.folder, env=dict(os.environ, PYTHONPATH=modules),
                                stderr=subprocess.PIPE, text=True, timeout=LIMIT)
-        self.assertEqual((child.returncode, child.stderr), (0, "OpenQuil: " + told + "\n"))
+        self.assertEqual((child.returncode, child.stderr), (
+            0, "OpenQuil: %s\n" % self.TOLD))
 
     def test_script_asks_for_a_texture_that_is_not_there(self):
         self.write("tri.mtl", "newmtl paint\nKd 1 1 1\nmap_Kd here.png\n")

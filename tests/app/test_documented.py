@@ -9,7 +9,7 @@ import subprocess
 import sys
 import unittest
 
-from host import HostCase, LIMIT, ROOT
+from host import HAS_PLAIN_INTERPRETER, HostCase, LIMIT, ROOT
 
 sys.path.insert(0, os.path.join(ROOT, "docs", "site"))
 import guides  # noqa: E402
@@ -77,6 +77,7 @@ class ReadmeTest(DocumentedCase):
         self.shell(many + " --resolution 8 8")
         self.assertEqual(len([name for name in self.files() if name.startswith("frame.")]), 10)
 
+    @unittest.skipUnless(HAS_PLAIN_INTERPRETER, "no plain interpreter")
     def test_plain_interpreter(self):
         line, = [block.strip() for block in blocks("README.md", "sh") if "PYTHONPATH" in block]
         path = os.path.join(self.folder, "build", "python2.path")

@@ -74,6 +74,12 @@ TEST_F(Director, FailsWithoutAnInstance) {
     EXPECT_THROW(call(none), Swig::DirectorException);
     EXPECT_EQ(pending(), "RuntimeError: 'self' uninitialized, maybe you forgot to call "
                          "ZRenderCallback.__init__.");
+    Ref gone = eval("type('Gone', (object,), {})()");
+    SwigDirector_ZRenderCallback left(gone);
+    gone.drop();
+    left.swig_disown(); // keeps nothing
+    EXPECT_THROW(call(left), Swig::DirectorException);
+    PyErr_Clear();
     const KeepsEarlierException earlier;
     EXPECT_STREQ(Swig::DirectorException(PyExc_ValueError, "header", "text").what(), "header text");
 }
@@ -87,7 +93,7 @@ TEST_F(Director, AnInstanceWithoutWeakReferencesIsHeld) {
     for (const bool disowned : {false, true}) {
         Ref bare = eval("Bare()");
         auto director = std::make_unique<SwigDirector_ZRenderCallback>(bare);
-        if (disowned)
+        for (int times = 0; disowned && times < 2; ++times)
             director->swig_disown();
         bare.drop();
         expect({{"Bare.died", "[]"}});

@@ -68,6 +68,16 @@ TEST_F(Edges, ChecksWithoutAPlaceForTheValue) {
               SWIG_OK);
 }
 
+TEST_F(Edges, ResultCodesHaveTheirExceptions) {
+    PyObject *const expected[] = {
+        PyExc_RuntimeError, PyExc_IOError,           PyExc_RuntimeError,   PyExc_IndexError,
+        PyExc_TypeError,    PyExc_ZeroDivisionError, PyExc_OverflowError,  PyExc_SyntaxError,
+        PyExc_ValueError,   PyExc_SystemError,       PyExc_AttributeError, PyExc_MemoryError,
+        PyExc_RuntimeError};
+    for (int code = -1; code >= -13; --code)
+        EXPECT_EQ(SWIG_Python_ErrorType(code), expected[-code - 1]) << code;
+}
+
 TEST_F(Edges, FunctionsThatNameAConstantGetItsAddress) {
     swig_type_info type = {"_p_f", nullptr, nullptr, nullptr, nullptr, 0}, *slot = &type;
     const swig_const_info constants[] = {
@@ -195,6 +205,16 @@ class Number(int): pass
     // A class whose "__new__" is another built-in's is asked for its instances.
     SwigPyClientData *data = SwigPyClientData_New(eval("Number"));
     EXPECT_EQ(repr(Ref(SWIG_Python_NewShadowInstance(data, eval("pointer(16, '_p_int')")))), "0");
+    // So is an abstract one, which has none.
+    run("import abc\n"
+        "class Abstract(object):\n"
+        "    __metaclass__ = abc.ABCMeta\n"
+        "    @abc.abstractmethod\n"
+        "    def method(self): pass");
+    data = SwigPyClientData_New(eval("Abstract"));
+    EXPECT_FALSE(SWIG_Python_NewShadowInstance(data, eval("pointer(16, '_p_int')")));
+    EXPECT_EQ(pending(),
+              "TypeError: Can't instantiate abstract class Abstract with abstract methods method");
 }
 
 TEST_F(Edges, AnOwnerWithoutATypeSaysThatItLeaks) {

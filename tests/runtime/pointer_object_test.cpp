@@ -158,6 +158,18 @@ TEST_F(PointerObject, DeathOfAnOwnerDestroysTheNativeObjectOnce) {
     }
 }
 
+TEST_F(PointerObject, DestroyMayKeepTheObject) {
+    run("saved = []");
+    const Ref destroy = eval("saved.append");
+    SwigPyClientData data{nullptr, nullptr, nullptr, destroy, 0, 0};
+    swig_type_info kept = record("_p_D");
+    kept.clientdata = &data;
+    make(0x10, &kept, 1).drop();
+    expect({{"len(saved), int(saved[0]), saved[0].own()", "(1, 16, False)"}});
+    run("del saved[:]"); // which does not bring it back
+    expect({{"saved", "[]"}});
+}
+
 TEST_F(PointerObject, AChainMayBeLongerThanTheStackIsDeep) {
     EXPECT_SURVIVES({
         import_module();

@@ -39,12 +39,13 @@ ZString ZDagPath::partialPathName() const {
     const std::string full = scene().path(scene().id(node_));
     if (full.empty())
         return ZString();
-    // Try ever longer ends of the path until no other path has the same end.
+    // Try ever longer ends of the path until no other path has the same end. What is no part of the
+    // hierarchy goes by its mere name.
     for (size_t bar = full.rfind('|'); bar != 0; bar = full.rfind('|', bar - 1)) {
         const std::string end = full.substr(bar);
         int matches = 0;
         for (NodeId id : scene().nodes())
-            matches += scene().path(id).ends_with(end);
+            matches += ("|" + scene().path(id)).ends_with(end);
         if (matches == 1)
             return ZString(full.c_str() + bar + 1);
     }

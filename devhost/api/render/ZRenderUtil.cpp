@@ -154,13 +154,11 @@ ZStatus ZRenderUtil::raytrace(const ZFloatVectorArray &rayOrigins,
         if (points.length() != rayOrigins.length() || colors.length() != rayOrigins.length())
             return ZStatus(ZStatus::kInsufficientMemory);
         const Shader &shader = sceneShader(castShadows);
-        forBlocks(rayOrigins.length(), kRaysPerBlock, [&](size_t begin, size_t end) {
-            for (unsigned at = unsigned(begin); at < end; ++at) {
-                Hit hit;
-                colors[at] =
-                    shader.trace(rayOrigins[at], rayDirections[at], maxRayDepth, &hit).color;
-                points[at] = hit.point;
-            }
+        const std::span origins(rayOrigins.data(), rayOrigins.length());
+        const std::span ways(rayDirections.data(), rayOrigins.length());
+        forBlocks(origins.size(), kRaysPerBlock, [&](size_t begin, size_t end) {
+            shader.traceEach(origins.subspan(begin, end - begin), ways.subspan(begin, end - begin),
+                             maxRayDepth, points.data() + begin, colors.data() + begin);
         });
         resultPoints = std::move(points);
         resultColors = std::move(colors);
