@@ -107,7 +107,7 @@ def clean_up():
 
 shared = dict(vars(OpenQuil), libraries=os.path.join(os.path.dirname(OpenQuil.__file__), '../lib'),
               ctypes=ctypes, flat=harness.module, math=math, os=os, re=re,
-              **vars(OpenQuilRender))
+              struct=struct, **vars(OpenQuilRender))
 shared.update((each.__name__, each) for each in (
     draw_by, floats, harness.run, memory, names, node, open_gltf, open_scene, path, plug, write))
 TABLES = os.path.join(harness.FOLDER, 'operations')
