@@ -8,6 +8,7 @@ import re
 import struct
 import sys
 import unittest
+import zlib
 
 import harness
 import OpenQuil
@@ -107,7 +108,7 @@ def clean_up():
 
 shared = dict(vars(OpenQuil), libraries=os.path.join(os.path.dirname(OpenQuil.__file__), '../lib'),
               ctypes=ctypes, flat=harness.module, math=math, os=os, re=re,
-              struct=struct, **vars(OpenQuilRender))
+              struct=struct, zlib=zlib, **vars(OpenQuilRender))
 shared.update((each.__name__, each) for each in (
     draw_by, floats, harness.run, memory, names, node, open_gltf, open_scene, path, plug, write))
 TABLES = os.path.join(harness.FOLDER, 'operations')
