@@ -15,9 +15,9 @@ class FileNotices;
 class Scene;
 
 /// Replaces the scene by the contents of an .obj, .gltf or .glb file, with the default camera and
-/// lights where the file has none, and with the layers and links that a file NAME.layers.json beside
-/// it describes, at the time that the scene was at. What is not honoured is told as notices. On
-/// failure the scene is unchanged and the status says in one line what is wrong.
+/// lights where the file has none, and with the layers and links that a file NAME.layers.json
+/// beside it describes, at the time that the scene was at. What is not honoured is told as notices.
+/// On failure the scene is unchanged and the status says in one line what is wrong.
 OPENQUIL_API ZStatus loadScene(const std::string &path);
 
 /// Replaces the scene by an empty one with the default camera, lights and layer.

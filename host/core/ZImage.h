@@ -76,8 +76,8 @@ class OPENQUIL_API ZImage {
     ZStatus writeToFile(const ZString &path, const ZString &format = "png") const;
 
     /// Scales the pixels to the new size; with preserveAspectRatio, to the greatest size of the
-    /// same proportions that fits. The depth map is dropped. Fails with kFailure without pixels and
-    /// kInvalidParameter when a size is 0.
+    /// same proportions that fits. The depth map is dropped. Fails with kFailure without pixels,
+    /// else as create() does.
     ZStatus resize(unsigned width, unsigned height, bool preserveAspectRatio = true);
     /// Turns pixels and depth map upside down.
     void verticalFlip();

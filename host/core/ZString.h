@@ -48,7 +48,7 @@ class OPENQUIL_API ZString : public Tstring {
     ZString operator+(const ZString &other) const;
 
     /// Returns the characters from start to end, both included; an end past the last character
-    /// means the last. Empty when start is past the end.
+    /// means the last, a start before the first the first. Empty when start is past the end.
     ZString substring(int start, int end) const;
     /// Returns the place of the first such character, or -1.
     int index(char character) const;

@@ -24,6 +24,10 @@ namespace {
 
 constexpr unsigned kMaximumChannels = 4;
 
+bool tooMany(std::size_t width, std::size_t height) {
+    return width * height > devhost::kMaximumPixels;
+}
+
 ZStatus noPixels() {
     return ZStatus(ZStatus::kFailure, "the image has no pixels");
 }
@@ -57,18 +61,34 @@ void resample(const float *from, std::size_t oldCount, float *to, std::size_t ne
     }
 }
 
+std::vector<float> scaledAcross(std::span<const float> pixels, std::size_t oldWidth,
+                                std::size_t width, std::size_t rows, std::size_t channels) {
+    std::vector<float> result(width * rows * channels);
+    for (std::size_t row = 0; row < rows; ++row)
+        for (std::size_t c = 0; c < channels; ++c)
+            resample(&pixels[row * oldWidth * channels + c], oldWidth,
+                     &result[row * width * channels + c], width, channels);
+    return result;
+}
+
+std::vector<float> scaledUp(std::span<const float> pixels, std::size_t oldHeight,
+                            std::size_t height, std::size_t rowLength) {
+    std::vector<float> result(rowLength * height);
+    for (std::size_t column = 0; column < rowLength; ++column)
+        resample(&pixels[column], oldHeight, &result[column], height, rowLength);
+    return result;
+}
+
+/// In the order that makes the smaller picture in between, which is then no larger than the larger
+/// one of the old and the new.
 std::vector<float> scaled(std::span<const float> pixels, std::size_t oldWidth,
                           std::size_t oldHeight, std::size_t width, std::size_t height,
                           std::size_t channels) {
-    std::vector<float> wide(width * oldHeight * channels);
-    for (std::size_t row = 0; row < oldHeight; ++row)
-        for (std::size_t c = 0; c < channels; ++c)
-            resample(&pixels[row * oldWidth * channels + c], oldWidth,
-                     &wide[row * width * channels + c], width, channels);
-    std::vector<float> result(width * height * channels);
-    for (std::size_t column = 0; column < width * channels; ++column)
-        resample(&wide[column], oldHeight, &result[column], height, width * channels);
-    return result;
+    if (width * oldHeight <= oldWidth * height)
+        return scaledUp(scaledAcross(pixels, oldWidth, width, oldHeight, channels), oldHeight,
+                        height, width * channels);
+    return scaledAcross(scaledUp(pixels, oldHeight, height, oldWidth * channels), oldWidth, width,
+                        height, channels);
 }
 
 /// Spreads 1 to 4 channels to four: grey fills the colours, an absent opacity is one.
@@ -127,7 +147,7 @@ ZStatus ZImage::create(unsigned width, unsigned height, unsigned channels, ZPixe
         return invalid("an image has 1 to 4 channels");
     if (type != kByte && type != kFloat)
         return invalid("the pixel type is not known");
-    if (std::size_t{width} * height > devhost::kMaximumPixels)
+    if (tooMany(width, height))
         return ZStatus::kInsufficientMemory;
     return guarded([&] {
         const std::size_t count = std::size_t{width} * height * channels;
@@ -302,6 +322,8 @@ ZStatus ZImage::resize(unsigned width, unsigned height, bool preserveAspectRatio
         width = std::max(1u, static_cast<unsigned>(std::lround(old.width * scale)));
         height = std::max(1u, static_cast<unsigned>(std::lround(old.height * scale)));
     }
+    if (tooMany(width, height))
+        return ZStatus::kInsufficientMemory;
     return guarded([&] {
         const ZPixelType type = old.type;
         ZImage result(*this);
