@@ -185,7 +185,8 @@ bool parse(CLI::App &app, const std::vector<std::string> &arguments) {
     }
 }
 
-std::optional<Job> readJob(CLI::App &app, const std::vector<std::string> &arguments) {
+std::optional<Job> readJob(CLI::App &app, const std::vector<std::string> &arguments,
+                           const std::string &refused) {
     Job job;
     job.arguments = arguments;
     const auto dashes = std::find(arguments.begin(), arguments.end(), "--");
@@ -201,6 +202,8 @@ std::optional<Job> readJob(CLI::App &app, const std::vector<std::string> &argume
     app.add_option("--region", job.region, "The columns and rows to render, as quilhost takes them")
         ->expected(4)
         ->allow_extra_args(false);
+    if (!refused.empty())
+        app.get_option(refused)->group(""); // which no help shows
     app.allow_extras();
     app.footer(
         "What is no option above is quilhost's; SCENE or SCRIPT.py stands before such options.");

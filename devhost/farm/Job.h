@@ -77,8 +77,10 @@ void checkPictures(const Pictures &pictures);
 bool parse(CLI::App &app, const std::vector<std::string> &arguments);
 
 /// Reads a job, whose options stand beside those of the command that `app` has already. Empty where
-/// the help was asked for. Throws Failure with kUsageError where the words make no sense.
-std::optional<Job> readJob(CLI::App &app, const std::vector<std::string> &arguments);
+/// the help was asked for, which leaves `refused` out, an option that the command refuses. Throws
+/// Failure with kUsageError where the words make no sense.
+std::optional<Job> readJob(CLI::App &app, const std::vector<std::string> &arguments,
+                           const std::string &refused = "");
 
 /// Throws Failure with kUsageError where quilhost would not take the job's tasks: a file or folder
 /// is not there, an option is unknown.

@@ -160,7 +160,7 @@ int writeTemplate(const Arguments &arguments) try {
         "Writes a job template of Open Job Description to standard output. quilfarm template "
         "[options] [SCENE|SCRIPT.py] [options of quilhost] [-- script arguments]",
         "quilfarm template");
-    const auto job = readJob(app, arguments);
+    const auto job = readJob(app, arguments, "--tiles");
     if (!job)
         return quilhost::kOk;
     checkJob(*job);

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
-// What only native code can do to the hardware renderer, for test_hardware.py: make draw procedures
-// and draw. Every call of theirs is written down.
+// What only native code can do: make draw procedures of the hardware renderer and draw, for
+// test_hardware.py, which sees every call written down; and make a viewport renderer, for
+// test_operations.py, which draws by a function of the script.
 
 #include "devhost/gl/HardwareRendering.h"
 #include "host/render/ZDrawProcedureBase.h"
 #include "host/render/ZHardwareRenderer.h"
+#include "host/render/ZRenderingInfo.h"
+#include "host/render/ZViewportRenderer.h"
 
 #include <string>
 
@@ -22,6 +25,16 @@ struct Procedure : ZDrawProcedureBase {
         calls += name().asChar() + std::to_string(exposure) + "/" + std::to_string(count) + " ";
         return true;
     }
+};
+
+struct Renderer : ZViewportRenderer {
+    using ZViewportRenderer::ZViewportRenderer;
+    ZStatus initialize() override { return {}; }
+    ZStatus uninitialize() override { return {}; }
+    bool nativelySupports(RenderingAPI api, float) override { return api == kSoftware; }
+    bool override(RenderingOverride) override { return true; }
+    ZStatus render(ZRenderingInfo const &info) override { return draw(&info), ZStatus(); }
+    void (*draw)(const ZRenderingInfo *) = nullptr;
 };
 
 } // namespace
@@ -44,4 +57,11 @@ EXPORTED const char *take_calls() {
     taken = std::move(calls);
     calls.clear();
     return taken.c_str();
+}
+/// A renderer that takes over all drawing; it goes with the process.
+EXPORTED ZViewportRenderer *make_renderer(const char *name, void (*draw)(const ZRenderingInfo *)) {
+    auto *renderer = new Renderer(name);
+    renderer->draw = draw;
+    renderer->setRenderingOverride(ZViewportRenderer::kOverrideAllDrawing);
+    return renderer;
 }

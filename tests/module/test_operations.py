@@ -8,6 +8,7 @@ import re
 import struct
 import sys
 import unittest
+import zlib
 
 import harness
 import OpenQuil
@@ -86,6 +87,16 @@ def memory(address, kind, count):
     return list((getattr(ctypes, 'c_' + kind) * count).from_address(int(address)))
 
 
+def draw_by(draw):
+    """A native viewport renderer "native", and what has to live as long: it calls the function
+    with the description of what is to be drawn, for the flat functions."""
+    handed = ctypes.CFUNCTYPE(None, ctypes.c_void_p)(
+        lambda address: draw(harness.pointer('ZRenderingInfo', address)))
+    native = ctypes.CDLL(os.environ['NATIVE_PROCEDURES'])
+    native.make_renderer.restype = ctypes.c_void_p
+    return harness.pointer('ZViewportRenderer', native.make_renderer('native', handed)), handed
+
+
 def clean_up():
     """Leaves no picture open that a failure left, and no scene."""
     try:
@@ -96,9 +107,10 @@ def clean_up():
 
 
 shared = dict(vars(OpenQuil), libraries=os.path.join(os.path.dirname(OpenQuil.__file__), '../lib'),
-              ctypes=ctypes, math=math, os=os, re=re, **vars(OpenQuilRender))
+              ctypes=ctypes, flat=harness.module, math=math, os=os, re=re,
+              struct=struct, zlib=zlib, **vars(OpenQuilRender))
 shared.update((each.__name__, each) for each in (
-    floats, harness.run, memory, names, node, open_gltf, open_scene, path, plug, write))
+    draw_by, floats, harness.run, memory, names, node, open_gltf, open_scene, path, plug, write))
 TABLES = os.path.join(harness.FOLDER, 'operations')
 for _name in sorted(os.listdir(TABLES)):
     _title = os.path.splitext(_name)[0].title()
