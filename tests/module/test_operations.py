@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What the operations of the render module come to, by the tables in the folder operations. What
 these name beside the classes of both modules is defined here."""
+import collections
 import ctypes
 import math
 import os
@@ -107,7 +108,7 @@ def clean_up():
 
 
 shared = dict(vars(OpenQuil), libraries=os.path.join(os.path.dirname(OpenQuil.__file__), '../lib'),
-              ctypes=ctypes, flat=harness.module, math=math, os=os, re=re,
+              collections=collections, ctypes=ctypes, flat=harness.module, math=math, os=os, re=re,
               struct=struct, zlib=zlib, **vars(OpenQuilRender))
 shared.update((each.__name__, each) for each in (
     draw_by, floats, harness.run, memory, names, node, open_gltf, open_scene, path, plug, write))
