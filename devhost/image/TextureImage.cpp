@@ -32,7 +32,8 @@ std::string resolveFile(const std::string &name) {
 
 namespace {
 
-/// High dynamic range is lost: textures have eight bits.
+/// High dynamic range is lost: textures have eight bits. Nor are their colours multiplied by the
+/// opacity, as those of OpenEXR files are.
 ZStatus readExrImage(const std::string &path, size_t fileBytes,
                      std::shared_ptr<const Pixels> &pixels) {
     auto image = std::make_shared<Pixels>();
@@ -44,10 +45,13 @@ ZStatus readExrImage(const std::string &path, size_t fileBytes,
     image->rgba.resize(values.size());
     const size_t row = size_t(4) * image->width;
     for (size_t y = 0; y < image->height; ++y) // the file's reader puts row 0 at the bottom
-        for (size_t x = 0; x < row; ++x) {
-            const float value = values[row * y + x];
-            image->rgba[row * (image->height - 1 - y) + x] =
-                x % 4 == 3 ? toByte(value) : srgbByte(value);
+        for (size_t x = 0; x < row; x += 4) {
+            const float *const from = &values[row * y + x];
+            unsigned char *const to = &image->rgba[row * (image->height - 1 - y) + x];
+            const float opacity = from[3] > 0 ? std::min(from[3], 1.0f) : 1;
+            for (size_t channel = 0; channel < 3; ++channel)
+                to[channel] = srgbByte(from[channel] / opacity);
+            to[3] = toByte(from[3]);
         }
     pixels = std::move(image);
     return ZStatus();
