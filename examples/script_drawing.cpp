@@ -13,6 +13,9 @@
 #include "host/render/ZRenderingInfo.h"
 #include "host/render/ZViewportRenderer.h"
 
+#include <memory>
+#include <vector>
+
 namespace {
 
 struct Procedure : ZDrawProcedureBase {
@@ -50,9 +53,14 @@ OPENQUIL_API int add_draw_procedure(const char *name, int location, bool (*draw)
 /// Registers a renderer that draws with OpenGL before the host draws the meshes. False when there
 /// is one of the name.
 OPENQUIL_API bool add_viewport_renderer(const char *name, bool (*draw)(int width, int height)) {
-    auto *renderer = new Renderer(name);
+    // The host has none of them: they live as long as the process.
+    static auto *const registered = new std::vector<std::unique_ptr<Renderer>>;
+    auto renderer = std::make_unique<Renderer>(name);
     renderer->draw = draw;
     renderer->setRenderingOverride(ZViewportRenderer::kOverrideThenStandard);
-    return !renderer->registerRenderer().error();
+    if (renderer->registerRenderer().error())
+        return false;
+    registered->push_back(std::move(renderer));
+    return true;
 }
 }

@@ -58,7 +58,7 @@ EXPORTED const char *take_calls() {
     calls.clear();
     return taken.c_str();
 }
-/// A renderer that takes over all drawing; it goes with the process.
+/// A renderer that takes over all drawing.
 EXPORTED ZViewportRenderer *make_renderer(const char *name, void (*draw)(const ZRenderingInfo *)) {
     auto *renderer = new Renderer(name);
     renderer->draw = draw;

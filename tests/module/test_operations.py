@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What the operations of the render module come to, by the tables in the folder operations. What
 these name beside the classes of both modules is defined here."""
+import collections
 import ctypes
 import math
 import os
@@ -87,14 +88,14 @@ def memory(address, kind, count):
     return list((getattr(ctypes, 'c_' + kind) * count).from_address(int(address)))
 
 
-def draw_by(draw):
-    """A native viewport renderer "native", and what has to live as long: it calls the function
-    with the description of what is to be drawn, for the flat functions."""
+def native_renderer(name, draw):
+    """A viewport renderer of native code, which its user deletes, and what has to live as long: it
+    calls the function with the description of what is to be drawn, for the flat functions."""
     handed = ctypes.CFUNCTYPE(None, ctypes.c_void_p)(
         lambda address: draw(harness.pointer('ZRenderingInfo', address)))
     native = ctypes.CDLL(os.environ['NATIVE_PROCEDURES'])
     native.make_renderer.restype = ctypes.c_void_p
-    return harness.pointer('ZViewportRenderer', native.make_renderer('native', handed)), handed
+    return harness.pointer('ZViewportRenderer', native.make_renderer(name, handed)), handed
 
 
 def clean_up():
@@ -106,11 +107,11 @@ def clean_up():
     ZFileIO.newScene()
 
 
-shared = dict(vars(OpenQuil), libraries=os.path.join(os.path.dirname(OpenQuil.__file__), '../lib'),
-              ctypes=ctypes, flat=harness.module, math=math, os=os, re=re,
+shared = dict(vars(OpenQuil), collections=collections, flat=harness.module, math=math, os=os, re=re,
               struct=struct, zlib=zlib, **vars(OpenQuilRender))
 shared.update((each.__name__, each) for each in (
-    draw_by, floats, harness.run, memory, names, node, open_gltf, open_scene, path, plug, write))
+    floats, harness.run, memory, names, native_renderer, node, open_gltf, open_scene, path, plug,
+    write))
 TABLES = os.path.join(harness.FOLDER, 'operations')
 for _name in sorted(os.listdir(TABLES)):
     _title = os.path.splitext(_name)[0].title()
