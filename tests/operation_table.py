@@ -30,7 +30,7 @@ def alike(found, named):
         return found is named
     if isinstance(found, float) or isinstance(named, float):
         return found == named or (found != found and named != named) or (
-            abs(found - named) <= TOLERANCE * max(1, abs(named)))
+            abs(found - named) < TOLERANCE * max(1, abs(named)))
     if type(found) not in PLAIN and type(found) is not type(named):
         return False
     if type(found) in PLAIN + (dict,) or not hasattr(found, '__getitem__'):
