@@ -9,6 +9,8 @@
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Timeline.h"
 
+#include <Python.h>
+
 #include <atomic>
 #include <optional>
 
@@ -30,13 +32,17 @@ struct RunningRender {
 } // namespace
 
 ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
-    std::optional<NativeSection> unlocked;
-    const RunningRender running;
     std::optional<InterruptScope> interrupts;
+    std::optional<NativeSection> unlocked;
     if (hasInterpreterLock) {
-        unlocked.emplace();
         interrupts.emplace();
+        if (PyErr_CheckSignals() < 0) { // of what came before
+            devhost::renderSession().cancelled = true;
+            return ZStatus(ZStatus::kFailure, "the render was interrupted");
+        }
+        unlocked.emplace();
     }
+    const RunningRender running;
     devhost::Frame image;
     const devhost::Stage stage("render");
     const ZStatus status = devhost::renderSessionFrame(image, devhost::holdsDepth(file));

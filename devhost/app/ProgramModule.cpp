@@ -75,7 +75,7 @@ PyObject *render(PyObject *, PyObject *arguments, PyObject *keywords) {
     const SizeScope size(width, height);
     const devhost::RenderStateScope rendering(ZRenderUtil::kBatchRender);
     const ZStatus status = renderToFile(file, true);
-    if (PyErr_CheckSignals() < 0)
+    if (PyErr_Occurred() || PyErr_CheckSignals() < 0)
         return nullptr;
     if (status.error())
         return PyErr_Format(PyExc_RuntimeError, "%s", status.errorString().asChar());

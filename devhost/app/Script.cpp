@@ -61,9 +61,10 @@ int exitCodeOf(PyObject *value) {
 }
 
 /// Turns the result of a call, or the exception pending instead of it, into the end that it means.
-/// A native function may leave an exception beside its result, which nothing has met since.
+/// A native function may leave an exception beside its result, which nothing has met since; nor has
+/// the interpreter met a signal that came at the very end.
 ScriptEnd endOf(const Reference &result) {
-    if (result && !PyErr_Occurred())
+    if (result && !PyErr_Occurred() && PyErr_CheckSignals() == 0)
         return {};
     if (PyErr_ExceptionMatches(PyExc_SystemExit)) {
         PyObject *type, *value, *traceback;
