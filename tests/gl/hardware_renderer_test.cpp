@@ -160,8 +160,12 @@ TEST_F(HardwareBuffers, ExposuresAddUpBetweenTheProcedures) {
     for (const auto &[procedure, place] : added)
         renderer().addDrawProcedure("", procedure, place);
     last.setEnabled(false);
+    std::vector<int> progress;
+    session().progress = [&](const std::string &, int percent) { progress.push_back(percent); };
     devhost::ViewportImage image;
     ASSERT_FALSE(devhost::drawHardwareFrame(view, &image).error());
+    session().progress = nullptr;
+    EXPECT_EQ(progress, (std::vector{50, 100}));
     EXPECT_EQ(order, "rbApbBp");
     // The mean light of the blue exposure and the red one, which began as all did.
     EXPECT_EQ(std::vector(image.rgba.begin(), image.rgba.begin() + 8),
