@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-# Most of what the compiler does here is to read headers. A clean build takes half as long when it
+# Most of what the compiler does here is to read headers. A clean build takes a third less when it
 # reads them less often: sources of a library are compiled several at once, and the standard headers
 # of what cannot be put together are compiled once for a target. Not with a compiler cache, which
-# does better without, and not where other tools read the compile commands (the debug preset).
+# does better without, and not in the presets whose sources others name or read one by one.
 if(CMAKE_CXX_COMPILER_LAUNCHER)
   set(quick OFF)
 else()
