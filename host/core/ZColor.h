@@ -29,9 +29,7 @@ class OPENQUIL_API ZColor {
         return index == 0 ? r : index == 1 ? g : index == 2 ? b : a;
     }
     /// Returns r, g, b or a for the index 0 to 3.
-    float operator[](unsigned index) const {
-        return index == 0 ? r : index == 1 ? g : index == 2 ? b : a;
-    }
+    float operator[](unsigned index) const { return const_cast<ZColor &>(*this)[index]; }
     /// Copies r, g, b and a to the destination.
     ZStatus get(float destination[4]) const;
 

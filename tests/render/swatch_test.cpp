@@ -75,6 +75,14 @@ TEST(SwatchTest, MaterialBallShowsTheMaterialAlone) {
     const unsigned char black[] = {0, 0, 0, 255};
     EXPECT_EQ(std::memcmp(image.pixels() + 4 * (4 * 9 + 4), black, 4), 0);
 
+    // Two of the floor's squares meet at x = 1: on row 12, where z is 0.5 and the floor 5.95 away,
+    // that is between the columns 235 and 236.
+    ASSERT_TRUE(renderSwatch(kMaterialBall, material, 256, image, 0));
+    const auto grey = [&](int column) { return image.pixels()[4 * (12 * 256 + column)]; };
+    EXPECT_LT(grey(237), grey(234) / 2 + 20) << "70 beside 150, as the lamps light them";
+    EXPECT_NEAR(grey(234), grey(228), 8);
+    EXPECT_NEAR(grey(237), grey(244), 8);
+
     const auto ofQuality = [&](int quality) {
         EXPECT_TRUE(renderSwatch(kMaterialBall, material, 9, image, quality));
         return std::vector(image.pixels(), image.pixels() + 4 * 9 * 9);
