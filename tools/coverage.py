@@ -6,9 +6,9 @@ Branches that only an exception of a called function takes (the compiler adds th
 are not counted: gcovr's --exclude-throw-branches. Nor are those of a line that only changes a
 reference count (the interpreter's macro asks whether it was the last one) or makes a function's
 static variable (the compiler's guard asks whether another thread does). The copy of the sources for
-the second host is left out: of what it does not run, nothing tells which branches throw. A line of the list is the
-file, how many branches of the source line are not taken, the source line itself, and the reason,
-with tabs between.
+the second host is left out: of what it does not run, nothing tells which branches throw. A line of
+the list is the file, how many branches of the source line are not taken, the source line itself,
+and the reason, with tabs between.
 
 Usage: coverage.py BUILD_DIR UNREACHED.tsv MINIMUM_PERCENT
 """

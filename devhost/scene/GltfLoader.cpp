@@ -66,7 +66,8 @@ class GltfReader {
             todo.emplace_back(root, kNoNode);
         std::set<int> seen;
         for (size_t at = 0; at < todo.size(); ++at) {
-            const auto [index, parent] = todo[at];
+            const int index = todo[at].first;
+            const NodeId parent = todo[at].second;
             const tinygltf::Node &node = gltfElement(model_.nodes, index, "node");
             const std::string place = gltfPlace("node", size_t(index), node.name);
             if (!seen.insert(index).second)

@@ -127,7 +127,8 @@ class Template(Case):
         self.assertEqual(tasks["range"][1022:], ["2045-2046", "2047-2048"])  # all that fit
         for command, shows in ("template", False), ("submit", True):
             self.assertEqual("--tiles" in self.farm(command, "--help")[0], shows)
-        for words, arguments in [("1025 chunks|--chunk 3 or more", ("--frames", "1-2050", "--chunk", "2")),
+        for words, arguments in [("1025 chunks|--chunk 3 or more",
+                                  ("--frames", "1-2050", "--chunk", "2")),
                                  ("{{", ("--camera", "{{Param.X}}")),
                                  ("UTF-8", ("--camera", "\udcff")),
                                  ("--tiles", ("--tiles", "2x2"))]:
