@@ -48,6 +48,17 @@ TEST(Text, SetAndAppendMayUseTheTextItself) {
     EXPECT_EQ(wide(text).substr(70), L"2345623456");
 }
 
+TEST(Text, GrowsByDoubling) {
+    Tstring text;
+    int moves = 0;
+    for (unsigned i = 0; i < 10000; ++i) {
+        const wchar_t *const before = text.asW();
+        text.append(L"x", 1);
+        moves += text.asW() != before;
+    }
+    EXPECT_LE(moves, 14); // of 2^14 characters
+}
+
 TEST(Text, ConvertsUtf8BothWays) {
     const struct {
         std::wstring characters;
