@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
 # Day-to-day commands; CMake does the work. PYTHON2=/path/to/python2.7 chooses the interpreter.
 SCENE ?= /usr/share/glmark2/models/bunny.obj
-# What ctest runs at once.
+# What is compiled at once, more of which takes longer in all, and what ctest runs at once.
+export CMAKE_BUILD_PARALLEL_LEVEL ?= $(shell nproc)
 export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 
 PREFIX ?= /usr/local
