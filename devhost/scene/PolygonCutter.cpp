@@ -75,11 +75,19 @@ void cutPolygon(Corners corners, std::vector<unsigned> &triangles) {
         return addFan(count, bestOfFour(corners, normal), triangles);
     if (count == 3 || isFan(corners, 0, normal))
         return addFan(count, 0, triangles);
-    const auto swept = sweepPolygon(flattened(corners, normal));
-    if (swept.empty())
-        return addFan(count, 0, triangles);
-    for (const auto &triangle : swept)
-        triangles.insert(triangles.end(), triangle.begin(), triangle.end());
+    // Sides that lie on one another, as on the way to a hole and back, cross in some directions of
+    // the sweep and in others they do not.
+    std::vector<PlanePoint> plane = flattened(corners, normal);
+    for (int quarter = 0; quarter < 4; ++quarter) {
+        const auto swept = sweepPolygon(plane);
+        for (const auto &triangle : swept)
+            triangles.insert(triangles.end(), triangle.begin(), triangle.end());
+        if (!swept.empty())
+            return;
+        for (PlanePoint &point : plane)
+            point = {point.y, -point.x};
+    }
+    addFan(count, 0, triangles);
 }
 
 } // namespace devhost

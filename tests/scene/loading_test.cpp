@@ -225,14 +225,20 @@ TEST_F(LoadingTest, ManyCornersAndManyFacesAroundAPoint) {
 
 TEST_F(LoadingTest, PolygonsThatAreNoFanAreCutWithoutOverlaps) {
     // By hand: a zigzag with a spike and a corner that is there twice; an arrow; a quadrilateral
-    // whose shorter diagonal lies outside.
-    const std::array<std::pair<const char *, double>, 3> cases = {{
+    // whose shorter diagonal lies outside; holes, from the left and from above.
+    const std::array<std::pair<const char *, double>, 5> cases = {{
         {"v 0 0 0\nv 1 2 0\nv 2 0 0\nv 3 2 0\nv 4 0 0\nv 4 0 0\nv 4 3 0\nv 4 4 0\nv 4 3 0\nv 0 3 "
          "0\n"
          "f 1 2 3 4 5 6 7 8 9 10\n",
          8},
         {"v 0 0 5\nv 4 0 5\nv 4 4 5\nv 2 1 5\nv 0 4 5\nf 5 4 3 2 1\n", 10},
         {"v 0 0 0\nv 3 1 0\nv 0 2 0\nv 2 1 0\nf 1 2 3 4\n", 1},
+        {"v 0 0 0\nv 10 0 0\nv 10 10 0\nv 0 10 0\nv 0 4 0\nv 4 4 0\nv 4 6 0\nv 6 6 0\nv 6 4 0\n"
+         "f 1 2 3 4 5 6 7 8 9 6 5\n",
+         96},
+        {"v 0 0 0\nv 10 0 0\nv 10 10 0\nv 4 10 0\nv 4 6 0\nv 6 6 0\nv 6 4 0\nv 4 4 0\nv 0 10 0\n"
+         "f 1 2 3 4 5 6 7 8 5 4 9\n",
+         96},
     }};
     for (const auto &[text, wanted] : cases) {
         load("polygon.obj", text);
