@@ -35,17 +35,14 @@ class ArgumentTuple {
     ~ArgumentTuple() {
         if (!tuple_)
             return;
-        if (tuple_->ob_refcnt > 1 || spare_tuple<length>) [[unlikely]] {
-            Py_DECREF(tuple_);
-            return;
-        }
+        const bool is_kept = tuple_->ob_refcnt > 1;
         // What dies here may call in turn: the tuple is given back last.
-        for (Py_ssize_t i = 0; i < length; ++i) {
+        for (Py_ssize_t i = 0; i < length && !is_kept; ++i) {
             PyObject *argument = PyTuple_GET_ITEM(tuple_, i);
             PyTuple_SET_ITEM(tuple_, i, nullptr);
             Py_DECREF(argument);
         }
-        if (spare_tuple<length>) [[unlikely]]
+        if (is_kept || spare_tuple<length>) [[unlikely]]
             Py_DECREF(tuple_);
         else
             spare_tuple<length> = tuple_;

@@ -27,8 +27,7 @@ struct Method {
     PyObject *module;   ///< the name of the module that made it
     PyObject *init;     ///< "swiginit", or null
     PyObject *weak_references;
-    Py_ssize_t count; ///< of parameters
-    bool takes_rest;  ///< any number of further arguments
+    bool takes_rest; ///< any number of further arguments
     bool is_part;
     bool checks_this;
     bool is_reflected;
@@ -47,7 +46,7 @@ PyObject *kept(PyObject *object) {
 // Arguments
 
 PyObject *wrong_count(const Method *self, Py_ssize_t given) {
-    const Py_ssize_t most = self->count;
+    const Py_ssize_t most = PyTuple_GET_SIZE(self->parameters);
     const Py_ssize_t least = most - PyTuple_GET_SIZE(self->defaults);
     const Py_ssize_t bound = given < least ? least : most;
     PyErr_Format(PyExc_TypeError, "%s() takes %s %zd argument%s (%zd given)",
@@ -106,7 +105,8 @@ bool place_defaults(const Method *self, PyObject *all, Py_ssize_t given) {
 
 /// True for so many arguments that need no defaults.
 bool are_enough(const Method *self, Py_ssize_t given) {
-    return given == self->count || (self->takes_rest && given > self->count);
+    const Py_ssize_t count = PyTuple_GET_SIZE(self->parameters);
+    return given == count || (self->takes_rest && given > count);
 }
 
 /// True for arguments that need no names or defaults; `more` are not among them.
@@ -118,7 +118,7 @@ bool are_complete(const Method *self, PyObject *arguments, PyObject *named, Py_s
 /// All arguments in order: a new reference, or null with an exception set.
 PyObject *all_arguments(const Method *self, PyObject *arguments, PyObject *named) {
     const Py_ssize_t given = PyTuple_GET_SIZE(arguments);
-    const Py_ssize_t count = self->count;
+    const Py_ssize_t count = PyTuple_GET_SIZE(self->parameters);
     const bool has_named = named && PyDict_Size(named) > 0;
     if (self->takes_rest && has_named) {
         PyErr_Format(PyExc_TypeError, "%s() takes no keyword arguments",
@@ -344,7 +344,6 @@ PyObject *method_new(PyTypeObject *type, PyObject *arguments, PyObject *named) {
     self->init = kept(init);
     self->is_part = is_part;
     self->checks_this = checks_this;
-    self->count = self->parameters ? PyTuple_GET_SIZE(self->parameters) : 0;
     self->is_reflected = PyString_AS_STRING(name) == std::string_view("__rmul__");
     self->is_plain = !is_part && !checks_this && !init && !self->is_reflected;
     const bool needs_object = is_part || checks_this || init;

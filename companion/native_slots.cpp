@@ -127,14 +127,13 @@ PyObject *product(PyObject *left, PyObject *right) {
             return result;
         Py_DECREF(result);
     }
-    const bool asks_right =
-        is_ours<slot>(right, product) && !(has_left && Py_TYPE(left) == Py_TYPE(right));
+    if (!is_ours<slot>(right, product) || (has_left && Py_TYPE(left) == Py_TYPE(right)))
+        return not_implemented();
     PyObject *name = name_of(kReflectedMul);
     if (!name)
         return nullptr;
-    return asks_right && _PyType_Lookup(Py_TYPE(right), name)
-               ? call_special(kReflectedMul, right, left)
-               : not_implemented();
+    return _PyType_Lookup(Py_TYPE(right), name) ? call_special(kReflectedMul, right, left)
+                                                : not_implemented();
 }
 
 template <Special special, binaryfunc PyNumberMethods::*slot>

@@ -10,7 +10,8 @@
                    9) => True
 
 Numbers that are not both whole may differ by a millionth; all else has the type and the elements
-that are named. In every section, `folder` is an empty folder of its own."""
+that are named. In every section, `folder` is an empty folder of its own, and node(name) and
+path(name) are those of the scene."""
 import ast
 import io
 import os
@@ -18,6 +19,8 @@ import re
 import shutil
 import tempfile
 import unittest
+
+import OpenQuil
 
 TITLE = re.compile(r'\[((?!.* [=!]> ).+)\]$')
 TOLERANCE = 1e-6
@@ -104,7 +107,20 @@ def sections(path):
     return found
 
 
-def test_case(path, names, clean_up=None):
+def node(name):
+    found, selection = OpenQuil.ZObject(), OpenQuil.ZSelectionList()
+    selection.add(name)
+    selection.getDependNode(0, found)
+    return found
+
+
+def path(name):
+    found = OpenQuil.ZDagPath()
+    OpenQuil.ZDagPath.getAPathTo(node(name), found)
+    return found
+
+
+def test_case(table, names, clean_up=None):
     """A class of tests, one for each section of the table. `names` are those that all have;
     `clean_up` is called behind each."""
 
@@ -114,13 +130,13 @@ def test_case(path, names, clean_up=None):
             self.addCleanup(shutil.rmtree, folder)
             if clean_up:
                 self.addCleanup(clean_up)
-            own = dict(names, folder=folder)
+            own = dict(names, folder=folder, node=node, path=path)
             for row in rows:
                 row.run(self, own)
 
-    for title, rows in sections(path):
+    for title, rows in sections(table):
         name = 'test_' + re.sub(r'\W+', '_', title)
         if hasattr(Operations, name) or not any(row.sign for row in rows):
-            raise ValueError('%s: [%s] is there twice, or expects nothing' % (path, title))
+            raise ValueError('%s: [%s] is there twice, or expects nothing' % (table, title))
         setattr(Operations, name, lambda self, rows=rows: self.go_through(rows))
     return Operations

@@ -7,6 +7,7 @@
 #include "devhost/raytrace/SoftwareRenderer.h"
 #include "devhost/session/FrameRenderer.h"
 #include "devhost/session/RenderSession.h"
+#include "devhost/util/Statuses.h"
 #include "devhost/util/Timeline.h"
 
 #include <Python.h>
@@ -38,7 +39,7 @@ ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
         interrupts.emplace();
         if (PyErr_CheckSignals() < 0) { // of what came before
             devhost::renderSession().cancelled = true;
-            return ZStatus(ZStatus::kFailure, "the render was interrupted");
+            return devhost::renderInterrupted();
         }
         unlocked.emplace();
     }

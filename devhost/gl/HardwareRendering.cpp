@@ -8,6 +8,7 @@
 #include "devhost/gl/HardwareFrame.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/Guarded.h"
+#include "devhost/util/Statuses.h"
 #include "host/render/ZGLFunctionTable.h"
 
 #include <GL/gl.h>
@@ -191,7 +192,7 @@ ZStatus drawHardwareFrame(const HardwareView &view, ViewportImage *result) {
         matrices.look(view, centre);
         scope.run(DrawPlace::kPreRendering);
         if (!expose(view, scope, matrices, image))
-            return {ZStatus::kFailure, "the render was interrupted"};
+            return renderInterrupted();
         matrices.look(view, centre);
         scope.run(DrawPlace::kPostRendering);
         if (result)

@@ -143,6 +143,8 @@ struct RayTracer::Impl {
     /// Has it look for those of up to kRaysInStream rays, as single ones.
     void stream(std::span<const ZFloatVector> origins, std::span<const ZFloatVector> directions,
                 RTCRayHit *queries) const;
+    /// Fills in what was found for a single ray.
+    void take(const RTCRayHit &query, const ZFloatVector &origin, Hit &hit) const;
     /// Fills in all but the distance and what depends on it.
     void describe(const RTCHit &found, Hit &hit) const;
 
@@ -273,23 +275,44 @@ RayTracer::RayTracer(const Scene &scene) : impl_(std::make_unique<Impl>()) {
 
 RayTracer::~RayTracer() = default;
 
-bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direction, Hit &hit,
-                          RaySpan span, const PassThrough *through) const {
-    hit = Hit();
-    RTCRayHit query;
-    const ZFloatVector unit = direction.normal();
-    if (!setRay(query.ray, origin, unit, span))
-        return false;
+namespace {
+
+/// Asks for the nearest hit of a single ray; false for a ray that can hit nothing.
+bool setQuery(RTCRayHit &query, const ZFloatVector &origin, const ZFloatVector &direction,
+              RaySpan span) {
     query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
     query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
-    QueryContext context(*impl_, through);
-    rtcIntersect1(impl_->scene, &context.base, &query);
-    if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
-        return false;
+    return setRay(query.ray, origin, direction.normal(), span);
+}
+
+bool isHit(const RTCRayHit &query) {
+    return query.hit.geomID != RTC_INVALID_GEOMETRY_ID;
+}
+
+ZFloatVector pointOf(const RTCRay &ray, const ZFloatVector &origin) {
+    return origin + ZFloatVector(ray.dir_x, ray.dir_y, ray.dir_z) * ray.tfar;
+}
+
+} // namespace
+
+void RayTracer::Impl::take(const RTCRayHit &query, const ZFloatVector &origin, Hit &hit) const {
+    hit = Hit();
+    if (!isHit(query))
+        return;
     hit.distance = query.ray.tfar;
-    hit.point = origin + unit * hit.distance;
-    impl_->describe(query.hit, hit);
-    return true;
+    hit.point = pointOf(query.ray, origin);
+    describe(query.hit, hit);
+}
+
+bool RayTracer::intersect(const ZFloatVector &origin, const ZFloatVector &direction, Hit &hit,
+                          RaySpan span, const PassThrough *through) const {
+    RTCRayHit query;
+    if (setQuery(query, origin, direction, span)) {
+        QueryContext context(*impl_, through);
+        rtcIntersect1(impl_->scene, &context.base, &query);
+    }
+    impl_->take(query, origin, hit);
+    return hit.hit;
 }
 
 void RayTracer::intersect(std::span<const Ray> rays, Hit *hits) const {
@@ -316,32 +339,16 @@ void RayTracer::intersect(std::span<const Ray> rays, Hit *hits) const {
 
 void RayTracer::Impl::stream(std::span<const ZFloatVector> origins,
                              std::span<const ZFloatVector> directions, RTCRayHit *queries) const {
-    for (size_t i = 0; i < origins.size(); ++i) {
-        RTCRayHit &query = queries[i];
-        if (!setRay(query.ray, origins[i], directions[i].normal(), {})) {
-            setRay(query.ray, ZFloatVector(), ZFloatVector(0, 0, 1), {});
-            query.ray.tfar = -1; // which the library passes over
+    for (size_t i = 0; i < origins.size(); ++i)
+        if (!setQuery(queries[i], origins[i], directions[i], {})) {
+            setQuery(queries[i], ZFloatVector(), ZFloatVector(0, 0, 1), {});
+            queries[i].ray.tfar = -1; // which the library passes over
         }
-        query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
-        query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
-    }
     // Without the flag for coherent rays they go the way of single ones and come to the same
     // numbers, bit by bit.
     QueryContext context(*this, nullptr);
     rtcIntersect1M(scene, &context.base, queries, unsigned(origins.size()), sizeof(RTCRayHit));
 }
-
-namespace {
-
-bool isHit(const RTCRayHit &query) {
-    return query.hit.geomID != RTC_INVALID_GEOMETRY_ID;
-}
-
-ZFloatVector pointOf(const RTCRay &ray, const ZFloatVector &origin) {
-    return origin + ZFloatVector(ray.dir_x, ray.dir_y, ray.dir_z) * ray.tfar;
-}
-
-} // namespace
 
 void RayTracer::hitPoints(std::span<const ZFloatVector> origins,
                           std::span<const ZFloatVector> directions, ZFloatVector *points,
@@ -362,14 +369,8 @@ void RayTracer::intersectEach(std::span<const ZFloatVector> origins,
                               std::span<const ZFloatVector> directions, Hit *hits) const {
     RTCRayHit queries[kRaysInStream];
     impl_->stream(origins, directions, queries);
-    for (size_t i = 0; i < origins.size(); ++i) {
-        hits[i] = Hit();
-        if (!isHit(queries[i]))
-            continue;
-        hits[i].distance = queries[i].ray.tfar;
-        hits[i].point = pointOf(queries[i].ray, origins[i]);
-        impl_->describe(queries[i].hit, hits[i]);
-    }
+    for (size_t i = 0; i < origins.size(); ++i)
+        impl_->take(queries[i], origins[i], hits[i]);
 }
 
 void RayTracer::reach(std::span<const Ray> rays, float *multiples,

@@ -9,6 +9,7 @@
 #include "devhost/session/RenderCallbacks.h"
 #include "devhost/session/RenderSession.h"
 #include "devhost/util/KnownMemory.h"
+#include "devhost/util/Statuses.h"
 
 #include <algorithm>
 #include <atomic>
@@ -23,10 +24,6 @@ namespace {
 
 /// Enough for the panes of a scene; two mirrors may face each other.
 constexpr int kRayDepth = 8;
-
-ZStatus cancelled() {
-    return {ZStatus::kFailure, "the render was interrupted"};
-}
 
 void describe(const CameraView &view, const PixelRegion &region, ZRenderData &data) {
     const ViewRays &rays = view.rays;
@@ -147,7 +144,7 @@ ZStatus renderPixels(const Frame &frame, const PixelRenderer &renderer) {
     const size_t band = std::clamp<size_t>(height / 20, 1, 64);
     for (size_t done = 0; done < height;) {
         if (session.cancelled)
-            return cancelled();
+            return renderInterrupted();
         const size_t rows = std::min(band, height - done);
         const size_t bottom = height - done - rows;
         forBlocks(rows * width, 64, [&](size_t begin, size_t end) {
@@ -164,7 +161,7 @@ ZStatus tellShadows() {
     const bool defaultLights = renderSession().settings.enableDefaultLight;
     for (const auto &light : worldLights(scene(), defaultLights)) {
         if (renderSession().cancelled)
-            return cancelled();
+            return renderInterrupted();
         if (!light.castsShadows)
             continue;
         const ShadowMaps maps = makeShadowMaps(light, scene(), rayTracer());
@@ -227,7 +224,7 @@ ZStatus renderFrame(Frame &frame, bool withDepth) try {
         return status;
     if (withCallbacks)
         runFrameCallbacks(frame);
-    return session.cancelled ? cancelled() : ZStatus();
+    return session.cancelled ? renderInterrupted() : ZStatus();
 } catch (const std::bad_alloc &) {
     return {ZStatus::kInsufficientMemory, "not enough memory for the image"};
 }

@@ -23,6 +23,11 @@ inline ZStatus outsideArray() {
     return invalid("the index is outside the array");
 }
 
+/// The status of a render that was stopped from outside.
+inline ZStatus renderInterrupted() {
+    return ZStatus(ZStatus::kFailure, "the render was interrupted");
+}
+
 /// The text of a failed status, "(kFailure): the text", without its code's name.
 inline std::string withoutCode(const std::string &text) {
     const size_t end = text.find("): ");

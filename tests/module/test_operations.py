@@ -14,11 +14,12 @@ import zlib
 import harness
 import OpenQuil
 import OpenQuilRender
-from OpenQuil import ZDagPath, ZFileIO, ZObject, ZPlug, ZSelectionList, ZStringArray
+from OpenQuil import ZFileIO, ZPlug, ZSelectionList, ZStringArray
 
 sys.path.insert(0, os.path.dirname(harness.FOLDER))
 
 import operation_table  # noqa: E402
+from operation_table import node, path  # noqa: E402, F401: for the scripts that rows run, too
 
 
 TRIANGLE = '''{"asset": {"version": "2.0"},
@@ -26,19 +27,6 @@ TRIANGLE = '''{"asset": {"version": "2.0"},
 "bufferViews": [{"buffer": 0, "byteLength": 36}],
 "accessors": [{"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3"}],
 "meshes": [{"primitives": [{"attributes": {"POSITION": 0}}]}],'''
-
-
-def node(name):
-    found, result = ZSelectionList(), ZObject()
-    found.add(name)
-    found.getDependNode(0, result)
-    return result
-
-
-def path(name):
-    result = ZDagPath()
-    ZDagPath.getAPathTo(node(name), result)
-    return result
 
 
 def plug(name):
@@ -110,8 +98,7 @@ def clean_up():
 shared = dict(vars(OpenQuil), collections=collections, flat=harness.module, math=math, os=os, re=re,
               struct=struct, zlib=zlib, **vars(OpenQuilRender))
 shared.update((each.__name__, each) for each in (
-    floats, harness.run, memory, names, native_renderer, node, open_gltf, open_scene, path, plug,
-    write))
+    floats, harness.run, memory, names, native_renderer, open_gltf, open_scene, plug, write))
 TABLES = os.path.join(harness.FOLDER, 'operations')
 for _name in sorted(os.listdir(TABLES)):
     _title = os.path.splitext(_name)[0].title()
