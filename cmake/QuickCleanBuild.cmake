@@ -10,23 +10,30 @@ else()
 endif()
 option(OPENQUIL_QUICK_CLEAN_BUILD "compile sources together, and standard headers once" ${quick})
 
-# Compiles the target's sources fourteen at once. They have no two names alike, but for `ALONE` ones.
+# Compiles the target's sources together, in as many parts as there are processors, of twenty
+# sources or more. They have no two names alike, but for `ALONE` ones.
+cmake_host_system_information(RESULT processors QUERY NUMBER_OF_LOGICAL_CORES)
 function(compile_together target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "ALONE")
   if(OPENQUIL_QUICK_CLEAN_BUILD)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 14)
+    get_target_property(sources ${target} SOURCES)
+    list(LENGTH sources count)
+    math(EXPR part "(${count} + ${processors} - 1) / ${processors}")
+    if(part LESS 20)
+      set(part 20)
+    endif()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${part})
     set_source_files_properties(${arg_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
     # The compiler takes a source that another includes for a header.
     target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
   endif()
 endfunction()
 
-# Gives the target further headers, and the usual standard ones. Its sources include what they need
-# all the same.
+# Compiles headers, and the standard ones that most sources need, once for the target. Its sources
+# include what they need all the same.
 function(precompile_headers target)
   if(OPENQUIL_QUICK_CLEAN_BUILD)
-    target_precompile_headers(${target} PRIVATE ${ARGN} <algorithm> <array> <atomic> <cmath>
-      <filesystem> <fstream> <functional> <map> <memory> <mutex> <optional> <span> <string>
-      <string_view> <unordered_map> <vector>)
+    target_precompile_headers(${target} PRIVATE ${ARGN} <algorithm> <cstring> <memory> <string>
+      <string_view> <vector>)
   endif()
 endfunction()

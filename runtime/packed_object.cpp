@@ -67,7 +67,7 @@ void SwigPyPacked_dealloc(PyObject *object) {
     PyObject_DEL(object);
 }
 
-constexpr PyTypeObject type_object() {
+constexpr PyTypeObject make_packed_type() {
     PyTypeObject type = static_type("SwigPyPacked", sizeof(SwigPyPacked), kPointerDoc);
     type.tp_dealloc = SwigPyPacked_dealloc;
     type.tp_print = SwigPyPacked_print;
@@ -77,7 +77,7 @@ constexpr PyTypeObject type_object() {
     return type;
 }
 
-constinit PyTypeObject packed_object_type = type_object();
+constinit PyTypeObject packed_object_type = make_packed_type();
 
 } // namespace
 

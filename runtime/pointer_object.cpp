@@ -215,7 +215,7 @@ constexpr PyNumberMethods number_methods() {
 
 constinit PyNumberMethods SwigPyObject_as_number = number_methods();
 
-constexpr PyTypeObject type_object() {
+constexpr PyTypeObject make_pointer_type() {
     PyTypeObject type = static_type("SwigPyObject", sizeof(SwigPyObject), kPointerDoc);
     type.tp_dealloc = SwigPyObject_dealloc;
     type.tp_print = SwigPyObject_print;
@@ -230,7 +230,7 @@ constexpr PyTypeObject type_object() {
 
 } // namespace
 
-constinit PyTypeObject binding::pointer_object_type = type_object();
+constinit PyTypeObject binding::pointer_object_type = make_pointer_type();
 constinit PyTypeObject *binding::other_pointer_object_type = nullptr;
 
 PyTypeObject *SwigPyObject_type() {
