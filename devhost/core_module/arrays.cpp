@@ -61,29 +61,27 @@ ItemOf<Array> *items_of(Array &array) {
     return array.length() ? &array[0] : nullptr;
 }
 
-/// Reads the items of an array of the same class, or whatever read_data() takes; false with an
-/// exception set.
+/// The items of an array of the same class.
 template <class Array>
-bool read_array_data(PyObject *data, std::vector<ItemOf<Array>> &items) {
-    const Array *other = comparable<Array>(data);
-    if (!other)
-        return read_data(data, items);
-    items.reserve(other->length());
-    for (unsigned i = 0; i < other->length(); ++i)
-        items.push_back((*other)[i]);
-    return true;
+std::vector<ItemOf<Array>> copies_of(const Array &array) {
+    std::vector<ItemOf<Array>> copies;
+    copies.reserve(array.length());
+    for (unsigned i = 0; i < array.length(); ++i)
+        copies.push_back(array[i]);
+    return copies;
 }
 
 template <class Array>
 PyObject *array_from_data(PyObject *data) {
-    std::unique_ptr<Array> array;
-    const auto place = [&](size_t count, ItemOf<Array> *&destination) {
-        array.reset(array_of_length<Array>(count));
-        destination = array ? items_of(*array) : nullptr;
-        return array != nullptr;
-    };
-    if (refuse_length(data) || !write_data<ItemOf<Array>>(data, place))
+    if (refuse_length(data))
         return nullptr;
+    GivenItems<ItemOf<Array>> given(data);
+    if (given.failed())
+        return nullptr;
+    std::unique_ptr<Array> array(array_of_length<Array>(given.count()));
+    if (!array)
+        return nullptr;
+    given.store(items_of(*array));
     return constructed(array.release());
 }
 
@@ -201,12 +199,20 @@ template <class Array>
 PyObject *set_subscript(Array &self, PyObject *key, PyObject *value, const char *wrong_value) {
     if (!PySlice_Check(key))
         return set_item(self, key, value, wrong_value);
-    Slice slice;
     std::vector<ItemOf<Array>> items;
-    if (!read_array_data<Array>(value, items) || !read_slice(
-                                                     key, [&] { return self.length(); }, slice))
-        return nullptr;
-    return write_many(items_of(self), slice, items);
+    if (const Array *other = comparable<Array>(value)) {
+        items = copies_of(*other);
+    } else {
+        GivenItems<ItemOf<Array>> given(value);
+        if (given.failed())
+            return nullptr;
+        items = given.take();
+    }
+    Slice slice;
+    return read_slice(
+               key, [&] { return self.length(); }, slice)
+               ? write_many(items_of(self), slice, items)
+               : nullptr;
 }
 
 template <class Array>
@@ -231,21 +237,17 @@ PyObject *read_bytes(Array &self, long start, long count) {
 
 template <class Array>
 PyObject *write(Array &self, long start, PyObject *data) {
-    const auto place = [&](size_t count, ItemOf<Array> *&destination) {
-        if (!check_range(self, start, static_cast<long>(count)))
-            return false;
-        destination = items_of(self) + start;
-        return true;
-    };
     if (const Array *other = comparable<Array>(data)) {
-        ItemOf<Array> *destination = nullptr;
-        if (!place(other->length(), destination))
-            return nullptr;
         const Array items(*other); // which may be this one
+        if (!check_range(self, start, items.length()))
+            return nullptr;
         for (unsigned i = 0; i < items.length(); ++i)
-            destination[i] = items[i];
-    } else if (!write_data<ItemOf<Array>>(data, place)) {
-        return nullptr;
+            self[static_cast<unsigned>(start) + i] = items[i];
+    } else {
+        GivenItems<ItemOf<Array>> given(data);
+        if (given.failed() || !check_range(self, start, static_cast<long>(given.count())))
+            return nullptr;
+        given.store(items_of(self) + start);
     }
     Py_RETURN_NONE;
 }

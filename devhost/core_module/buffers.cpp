@@ -111,16 +111,22 @@ const T *same_buffer(PyObject *data) {
                : static_cast<const T *>(address);
 }
 
-/// Reads the items of such a buffer, or whatever read_data() takes; false with an exception set.
+/// Reads the items of such a buffer, or those that are given otherwise; false with an exception
+/// set.
 template <class T>
 bool read_buffer_data(PyObject *data, std::vector<T> &items) {
-    const T *buffer = same_buffer<T>(data);
-    if (!buffer)
-        return read_data(data, items);
-    const long length = known_length(*buffer);
-    if (length >= 0)
+    if (const T *buffer = same_buffer<T>(data)) {
+        const long length = known_length(*buffer);
+        if (length < 0)
+            return false;
         items.assign(buffer, buffer + length);
-    return length >= 0;
+        return true;
+    }
+    GivenItems<T> given(data);
+    if (given.failed())
+        return false;
+    items = given.take();
+    return true;
 }
 
 template <class T>
@@ -216,21 +222,16 @@ PyObject *read_buffer(T &buffer, long start, long count) {
 
 template <class T>
 PyObject *write_buffer(T &buffer, long start, PyObject *data) {
-    const auto place = [&](size_t count, T *&destination) {
-        if (!check_range(buffer, start, static_cast<long>(count)))
-            return false;
-        destination = &buffer + start;
-        return true;
-    };
     if (const T *other = same_buffer<T>(data)) {
         const long length = known_length(*other);
-        T *destination = nullptr;
-        if (length < 0 || !place(static_cast<size_t>(length), destination))
+        if (length < 0 || !check_range(buffer, start, length))
             return nullptr;
-        if (length)
-            std::memmove(destination, other, static_cast<size_t>(length) * sizeof(T));
-    } else if (!write_data<T>(data, place)) {
-        return nullptr;
+        std::memmove(&buffer + start, other, static_cast<size_t>(length) * sizeof(T));
+    } else {
+        GivenItems<T> given(data);
+        if (given.failed() || !check_range(buffer, start, static_cast<long>(given.count())))
+            return nullptr;
+        given.store(&buffer + start);
     }
     Py_RETURN_NONE;
 }

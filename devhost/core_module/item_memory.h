@@ -88,45 +88,53 @@ PyObject *tell_memory(const T *items, size_t count) {
 
 // Writing
 
-/// Writes the memory of numbers of the items' type, bytes as they are, or a sequence of items, to
-/// where place(count, destination) tells, which returns false with an exception set where there is
-/// no place for them. It is asked when no script can change the place any more. False with an
-/// exception set.
-template <class T, class Place>
-bool write_data(PyObject *data, Place place) {
-    T *destination = nullptr;
-    if constexpr (HasNumbers<T>) {
-        const RawItems raw(data, format_of<NumberOf<T>>(), numbers_in_item<T>);
-        size_t count;
-        if (raw.failed() || (raw && !whole_items(raw.size(), sizeof(T), count)))
-            return false;
-        if (raw) {
-            if (!place(count, destination))
-                return false;
-            if (count) // the memory may be the destination's own
-                std::memmove(static_cast<void *>(destination), raw.data(), raw.size());
-            return true;
-        }
-    }
-    const swig::SwigPtr_PyObject tuple(PySequence_Tuple(data));
-    if (!tuple)
-        return false;
-    std::vector<T> items(static_cast<size_t>(PyTuple_GET_SIZE(tuple.get())));
-    if (!read_items(tuple.get(), items) || !place(items.size(), destination))
-        return false;
-    std::move(items.begin(), items.end(), destination);
-    return true;
-}
-
-/// Reads the same; false with an exception set.
+/// The items that a script gives: memory of numbers of their type, bytes as they are, or a
+/// sequence, which is read at once. So no script runs any more when their place is looked for.
 template <class T>
-bool read_data(PyObject *data, std::vector<T> &items) {
-    return write_data<T>(data, [&](size_t count, T *&destination) {
-        items.resize(count);
-        destination = items.data();
-        return true;
-    });
-}
+class GivenItems {
+  public:
+    [[gnu::noinline]] explicit GivenItems(PyObject *data) : raw_(data, format_of<NumberOf<T>>(), numbers_in_item<T>) {
+        failed_ = raw_.failed() ||
+                  !(raw_ ? whole_items(raw_.size(), sizeof(T), count_) : read_sequence(data));
+    }
+
+    /// True with an exception set.
+    bool failed() const { return failed_; }
+    size_t count() const { return count_; }
+
+    /// Moves them to so many items, which may lie in the given memory.
+    [[gnu::noinline]] void store(T *destination) {
+        if (!raw_)
+            std::move(items_.begin(), items_.end(), destination);
+        else if constexpr (HasNumbers<T>)
+            if (count_)
+                std::memmove(static_cast<void *>(destination), raw_.data(), raw_.size());
+    }
+
+    /// Moves them out; what is given may be changed by scripts afterwards.
+    [[gnu::noinline]] std::vector<T> take() {
+        if (raw_) {
+            items_.resize(count_);
+            store(items_.data());
+        }
+        return std::move(items_);
+    }
+
+  private:
+    bool read_sequence(PyObject *data) {
+        const swig::SwigPtr_PyObject tuple(PySequence_Tuple(data));
+        if (!tuple)
+            return false;
+        count_ = static_cast<size_t>(PyTuple_GET_SIZE(tuple.get()));
+        items_.resize(count_);
+        return read_items(tuple.get(), items_);
+    }
+
+    RawItems raw_;
+    std::vector<T> items_;
+    size_t count_ = 0;
+    bool failed_;
+};
 
 // Places
 

@@ -38,7 +38,7 @@ template <class T>
 concept HasNumbers = format_of<NumberOf<T>>()
 != 0;
 
-template <HasNumbers T>
+template <class T>
 inline constexpr int numbers_in_item = sizeof(T) / sizeof(NumberOf<T>);
 
 } // namespace binding

@@ -69,24 +69,31 @@ PyObject *subscript(PixelBuffer &self, PyObject *key) {
     return make_item(ZColor(pixel.r, pixel.g, pixel.b, pixel.a));
 }
 
-PyObject *set_subscript(PixelBuffer &self, PyObject *key, PyObject *value) {
-    std::vector<RV_PIXEL> pixels(1);
+PyObject *set_slice(PixelBuffer &self, PyObject *key, PyObject *value) {
+    GivenItems<RV_PIXEL> given(value);
+    if (given.failed())
+        return nullptr;
+    const std::vector<RV_PIXEL> pixels = given.take();
     Slice slice;
+    return read_slice(
+               key, [&] { return self.length(); }, slice)
+               ? write_many(self.data(), slice, pixels)
+               : nullptr;
+}
+
+PyObject *set_subscript(PixelBuffer &self, PyObject *key, PyObject *value) {
     if (PySlice_Check(key))
-        return read_data(value, pixels) && read_slice(
-                                               key, [&] { return self.length(); }, slice)
-                   ? write_many(self.data(), slice, pixels)
-                   : nullptr;
+        return set_slice(self, key, value);
+    RV_PIXEL pixel;
     long index;
-    if (const ReadResult result = read_item(value, pixels[0]); result.failed()) {
+    if (const ReadResult result = read_item(value, pixel); result.failed())
         raise_value(result, "in method 'PixelBuffer___setitem__', argument 3 of type "
                             "'ZColor const &'");
-        return nullptr;
+    else if (find_position(self, key, index)) {
+        self.data()[index] = pixel;
+        Py_RETURN_NONE;
     }
-    if (!find_position(self, key, index))
-        return nullptr;
-    self.data()[index] = pixels[0];
-    Py_RETURN_NONE;
+    return nullptr;
 }
 
 PyObject *memory(PixelBuffer &self) {
@@ -102,14 +109,10 @@ PyObject *read_bytes(PixelBuffer &self, long start, long count) {
 }
 
 PyObject *write(PixelBuffer &self, long start, PyObject *data) {
-    const auto place = [&](size_t count, RV_PIXEL *&destination) {
-        if (!check_range(self, start, static_cast<long>(count)))
-            return false;
-        destination = self.data() + start;
-        return true;
-    };
-    if (!write_data<RV_PIXEL>(data, place))
+    GivenItems<RV_PIXEL> pixels(data);
+    if (pixels.failed() || !check_range(self, start, static_cast<long>(pixels.count())))
         return nullptr;
+    pixels.store(self.data() + start);
     Py_RETURN_NONE;
 }
 

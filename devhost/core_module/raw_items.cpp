@@ -41,6 +41,8 @@ bool fits(const Py_buffer &view, char format, int together) {
 } // namespace
 
 RawItems::RawItems(PyObject *object, char format, int together) {
+    if (!format)
+        return;
     if (PyString_Check(object) || PyByteArray_Check(object) || PyBuffer_Check(object) ||
         is_array_of(object, format))
         read_bytes(object);

@@ -42,9 +42,9 @@ constexpr char format_of() {
 }
 
 /// The memory of an object that holds bytes (a str, bytearray or buffer, or what tells that its
-/// items are bytes), or items of just the format (array.array, memoryview, native memory). What
-/// tells a shape must have the same number of them side by side, unless they are wanted one by one.
-/// Valid while this object lives.
+/// items are bytes), or items of just the format (array.array, memoryview, native memory); no
+/// memory for format 0. What tells a shape must have the same number of them side by side, unless
+/// they are wanted one by one. Valid while this object lives.
 class RawItems {
   public:
     RawItems(PyObject *object, char format, int together = 1);

@@ -42,6 +42,9 @@ using Native = typename NativeOf<T>::type;
 template <class Object>
 struct Embedded;
 
+/// The object that an extension acts on, of a type that the call names.
+struct AnyObject;
+
 // Numbers
 
 template <>
@@ -184,19 +187,32 @@ template <class T>
 concept HasRecord = type_index<std::remove_cv_t<T>>
 >= 0 && !std::is_void_v<T>;
 
+/// The address of a pointer object of just that type, or of such a proxy's; false for others.
+[[gnu::always_inline]] inline bool read_pointer(PyObject *object, swig_type_info *type,
+                                                void *&pointer) {
+    auto *self = reinterpret_cast<SwigPyObject *>(object);
+    if (!is_bare_pointer(object, type)) {
+        self = pointer_of_proxy(object, type);
+        if (!self)
+            return false;
+    }
+    pointer = self->ptr;
+    return true;
+}
+
+/// The same of any object that may stand for one of the type, but null.
+inline ReadResult read_reference(PyObject *object, swig_type_info *type, void *&pointer) {
+    const int code = SWIG_Python_ConvertPtrAndOwn(object, &pointer, type, 0);
+    if (code >= 0 && !pointer)
+        return {SWIG_ValueError, ReadResult::kNullReference};
+    return code;
+}
+
 template <class T>
 struct PointerArgument {
     void *pointer;
     [[gnu::always_inline]] bool read_fast(PyObject *object) {
-        swig_type_info *type = type_of<std::remove_cv_t<T>>();
-        auto *self = reinterpret_cast<SwigPyObject *>(object);
-        if (!is_bare_pointer(object, type)) {
-            self = pointer_of_proxy(object, type);
-            if (!self)
-                return false;
-        }
-        pointer = self->ptr;
-        return true;
+        return read_pointer(object, type_of<std::remove_cv_t<T>>(), pointer);
     }
     int read(PyObject *object, int) {
         return SWIG_Python_ConvertPtrAndOwn(object, &pointer, type_of<std::remove_cv_t<T>>(), 0);
@@ -249,11 +265,8 @@ struct ReferenceArgument : PointerArgument<T> {
     [[gnu::always_inline]] bool read_fast(PyObject *object) {
         return PointerArgument<T>::read_fast(object) && this->pointer;
     }
-    ReadResult read(PyObject *object, int position) {
-        const int code = PointerArgument<T>::read(object, position);
-        if (code >= 0 && !this->pointer)
-            return {SWIG_ValueError, ReadResult::kNullReference};
-        return code;
+    ReadResult read(PyObject *object, int) {
+        return read_reference(object, type_of<std::remove_cv_t<T>>(), this->pointer);
     }
     T &get() const { return *static_cast<T *>(this->pointer); }
 };
@@ -263,6 +276,17 @@ struct Argument<T &> : ReferenceArgument<T> {};
 
 template <HasRecord T>
 struct Argument<Embedded<T>> : ReferenceArgument<T> {};
+
+template <>
+struct Argument<AnyObject> {
+    swig_type_info *type;
+    void *pointer;
+    [[gnu::always_inline]] bool read_fast(PyObject *object) {
+        return read_pointer(object, type, pointer) && pointer;
+    }
+    ReadResult read(PyObject *object, int) { return read_reference(object, type, pointer); }
+    void use_default(double) {}
+};
 
 /// An address that the host finds: it is written into the caller's "void **".
 template <>

@@ -132,12 +132,16 @@ bool report_status(Argument<T> &argument) {
     return true;
 }
 
-/// Converts the arguments to A... and hands them to `invoke`, which makes the result object.
+/// Converts the arguments to A... and hands them to `invoke`, which makes the result object. Where
+/// the first is any object, `type` is its type.
 template <int flags, class... A, class Invoke>
 [[gnu::always_inline]] inline PyObject *with_arguments(const Function &function,
-                                                       PyObject *arguments, Invoke invoke) {
+                                                       PyObject *arguments, Invoke invoke,
+                                                       swig_type_info *type = nullptr) {
     return [&]<int... i>(std::integer_sequence<int, i...> indices)->PyObject * {
         Arguments<A...> values;
+        if constexpr ((std::is_same_v<A, AnyObject> || ...))
+            std::get<0>(values).type = type;
         if (!read_all<flags, A...>(function, arguments, values, indices))
             return nullptr;
         PyObject *result = invoke(std::get<i>(values)...);
@@ -256,6 +260,27 @@ PyObject *call_extension(Call call) {
     }
 }
 
+/// The worker of extensions, which classes share: they are many, and have many rows alike.
+template <class... A>
+struct ExtensionCall {
+    using Target = void (*)();
+    /// Calls the target as the function that it is, and makes the result object.
+    using Invoke = PyObject *(*)(Target target, void *object, A... values);
+
+    template <int flags>
+    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
+                                            swig_type_info *type, Target target, Invoke invoke) {
+        return with_arguments<flags, AnyObject, A...>(
+            function, arguments,
+            [=](Argument<AnyObject> &self, Argument<A> &...values) {
+                return lacks_text<A...>() ? nullptr : call_extension([&] {
+                    return invoke(target, self.pointer, values.get()...);
+                });
+            },
+            type);
+    }
+};
+
 /// A free function that acts on an object. Its result is the declared one, or a finished Python
 /// object.
 template <class Object, class Signature>
@@ -263,21 +288,39 @@ struct Extension;
 template <class Object, class R, class... A>
 struct Extension<Object, R(A...)> {
     using Parameters = Pack<Embedded<Object>, A...>;
+    using Call = ExtensionCall<A...>;
+
+    template <class Result>
+    static PyObject *invoke(typename Call::Target target, void *object, A... values) {
+        return result_of<Result>([&]() -> Result {
+            return reinterpret_cast<Result (*)(Object &, A...)>(target)(
+                *static_cast<Object *>(object), values...);
+        });
+    }
     template <int flags, class Result = R>
-    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
-                                            Result (*target)(Object &, A...)) {
+    [[gnu::always_inline]] static PyObject *call(const Function &function, PyObject *arguments,
+                                                 Result (*target)(Object &, A...)) {
         static_assert(std::is_same_v<Result, R> || std::is_same_v<Result, PyObject *>);
-        return with_arguments<flags, Embedded<Object>, A...>(
-            function, arguments, [=](Argument<Embedded<Object>> &self, Argument<A> &...values) {
-                return lacks_text<A...>() ? nullptr : call_extension([&] {
-                    return result_of<Result>(
-                        [&]() -> Result { return target(self.get(), values.get()...); });
-                });
-            });
+        return Call::template call<flags>(function, arguments, type_of<Object>(),
+                                          reinterpret_cast<typename Call::Target>(target),
+                                          &invoke<Result>);
     }
 };
 template <class Object, class R, class... A>
 struct Extension<Object, R(A...) const> : Extension<Object, R(A...)> {};
+
+/// The worker of constructors that are functions, which classes share too.
+template <class... A>
+struct MakerCall {
+    template <int flags>
+    [[gnu::noinline]] static PyObject *call(const Function &function, PyObject *arguments,
+                                            PyObject *(*maker)(A...)) {
+        return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
+            return lacks_text<A...>() ? nullptr
+                                      : call_extension([&] { return maker(values.get()...); });
+        });
+    }
+};
 
 template <class Signature>
 struct Constructor;
@@ -294,12 +337,9 @@ struct Constructor<Object(A...)> {
     }
     /// With a function that makes the pointer object.
     template <int flags>
-    [[gnu::noinline]] static PyObject *make(const Function &function, PyObject *arguments,
-                                            PyObject *(*maker)(A...)) {
-        return with_arguments<flags, A...>(function, arguments, [=](Argument<A> &...values) {
-            return lacks_text<A...>() ? nullptr
-                                      : call_extension([&] { return maker(values.get()...); });
-        });
+    [[gnu::always_inline]] static PyObject *make(const Function &function, PyObject *arguments,
+                                                 PyObject *(*maker)(A...)) {
+        return MakerCall<A...>::template call<flags>(function, arguments, maker);
     }
 };
 
