@@ -1,24 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "devhost/util/FramePlaces.h"
 
+#include <regex.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <regex>
+#include <cstdlib>
 
 namespace devhost {
 
 std::string hashPlaces(const std::string &name) {
-    static const std::regex place(R"(%(?:0(\d\d?))?d|\$F(\d\d?)?)");
+    static const regex_t place = [] {
+        regex_t compiled;
+        regcomp(&compiled, R"(%(0[0-9][0-9]?)?d|\$F([0-9][0-9]?)?)", REG_EXTENDED);
+        return compiled;
+    }();
     std::string result;
-    auto behind = name.cbegin();
-    for (std::sregex_iterator each(name.begin(), name.end(), place), end; each != end; ++each) {
-        const std::string digits = (*each)[1].str() + (*each)[2].str();
-        result.append(behind, (*each)[0].first);
-        result.append(digits.empty() ? 1 : std::max<size_t>(std::stoul(digits), 1), '#');
-        behind = (*each)[0].second;
+    const char *at = name.c_str();
+    for (regmatch_t found[3]; regexec(&place, at, 3, found, 0) == 0; at += found[0].rm_eo) {
+        const regoff_t digits = std::max(found[1].rm_so, found[2].rm_so); // -1 for none
+        const unsigned long count = digits < 0 ? 1 : std::strtoul(at + digits, nullptr, 10);
+        result.append(at, static_cast<size_t>(found[0].rm_so));
+        result.append(std::max(count, 1ul), '#');
     }
-    return result.append(behind, name.cend());
+    return result + at;
 }
 
 std::string frameText(double number, unsigned padding) {
