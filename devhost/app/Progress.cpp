@@ -15,7 +15,7 @@ namespace quilhost {
 namespace {
 
 constexpr int kBarWidth = 30;
-/// A line is worth writing when the render is this many percent further.
+/// A line is worth writing when the render is this many percent further, or does something else.
 constexpr int kPlainStep = 25;
 
 /// A terminal that can draw over a line, and a user who wants it.
@@ -24,6 +24,12 @@ bool obeysEscapeCodes() {
     const char *const terminal = std::getenv("TERM");
     return isatty(STDERR_FILENO) && !(plain && *plain) &&
            !(terminal && std::string_view(terminal) == "dumb");
+}
+
+/// What stays the same in "tile 3 of 80".
+std::string withoutNumbers(std::string message) {
+    std::erase_if(message, [](char c) { return c >= '0' && c <= '9'; });
+    return message;
 }
 
 void writeJson(const nlohmann::json &object) {
@@ -44,8 +50,9 @@ void Progress::update(const std::string &message, int percent) {
     percent = std::clamp(percent, 0, 100);
     if (message == lastMessage_ && percent == lastPercent_)
         return;
-    const bool isStep = message != lastMessage_ || percent < lastPercent_ ||
-                        percent / kPlainStep != lastPercent_ / kPlainStep;
+    const bool isStep = lastPercent_ < 0 || percent < lastPercent_ ||
+                        percent / kPlainStep != lastPercent_ / kPlainStep ||
+                        withoutNumbers(message) != withoutNumbers(lastMessage_);
     lastMessage_ = message;
     lastPercent_ = percent;
     switch (style_) {

@@ -405,6 +405,15 @@ quilhost.render("b.png")
         self.assertEqual(err.splitlines()[-1],
                          "openjd_fail: with --strict, the notice is an error")
 
+    def test_plain_lines_are_few(self):
+        told = [("tile 1 of 9", 0), ("tile 2 of 9", 11), ("tile 3 of 9", 24), ("tile 4 of 9", 25),
+                ("lights 1", 26), ("lights 2", 27), ("7", 27), ("7", 3)]
+        out, err = self.run_host("--progress", "plain", "--python-expr",
+                                 "import OpenQuilRender as r\nfor each in %r: "
+                                 "r.ZRenderUtil.sendRenderProgressInfo(*each)" % told)
+        self.assertEqual(err.splitlines(), ["frame 1: " + line for line in (
+            "tile 1 of 9 0%", "tile 4 of 9 25%", "lights 1 26%", "7 27%", "7 3%")])
+
     def test_texts_of_others_do_not_steer_the_terminal(self):
         title, shown = "\\x1b]0;a\\x07\\nquilhost: b", "\\u001b]0;a\\u0007\\u000aquilhost: b"
         send = "import OpenQuilRender as r; r.ZRenderUtil.sendRenderProgressInfo('%s', 7)" % title
