@@ -5,12 +5,14 @@ stand-in here; tools/check_farm.py has a real one.
 Usage: test_commands.py QUILFARM
 """
 import json
+import os
 import pathlib
+import re
 import subprocess
 import sys
 import unittest
 
-from farm_case import LIMIT, Case
+from farm_case import LIMIT, ROOT, Case
 
 Case.quilfarm = pathlib.Path(sys.argv.pop(1)).resolve()
 SMALL = ("--resolution", "32", "24")
@@ -209,6 +211,27 @@ class Tiles(Case):
         tile.write_bytes(whole)
         self.farm(*job, "1x2", code=3)
         self.farm(*job, "2x2")
+
+
+class Guide(Case):
+    SMALLER = [("quilfarm submit", "quilfarm submit --engine local"), ("1-1000", "1-4"),
+               ("--chunk 10", "--chunk 2"), ("1920 1080", "16 12"), ("16384 16384", "16 12"),
+               ("hall.glb", "layers.gltf"), (" 57", " local-1")]
+
+    def test_commands_as_printed(self):
+        text = (ROOT / "docs/farm.md").read_text(encoding="utf-8")
+        path = "%s:%s" % (self.quilfarm.parent, os.environ["PATH"])
+        said = []
+        for block in re.findall("```sh\n(.*?)```", text, re.DOTALL):
+            for printed, smaller in self.SMALLER:
+                block = block.replace(printed, smaller)
+            if said:  # a picture that was there
+                (self.folder / "out.0002.exr").unlink()
+            said.append(self.run_program("sh", "-ec", block, PATH=path)[0].splitlines())
+        self.assertEqual(said, [["local-1"] + 2 * ["4 frames: 4 whole"], ["local-2"], ["local-3"]])
+        self.host("layers.gltf", "--output", "whole.exr", "--resolution", "16", "12")
+        self.assertEqual((self.folder / "still.exr").read_bytes(),
+                         (self.folder / "whole.exr").read_bytes())
 
 
 class Slurm(Case):

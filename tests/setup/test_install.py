@@ -5,6 +5,7 @@ what a native plug-in is built against.
 Usage: test_install.py CMAKE BUILD_FOLDER SOURCE_FOLDER
 """
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -36,12 +37,15 @@ class InstalledTest(unittest.TestCase):
         assert installed.returncode == 0, installed.stderr
         os.rename(first, cls.prefix)
         cls.quilhost = os.path.join(cls.prefix, "bin", "quilhost")
-        plugin = os.path.join(cls.folder, "plugin")
-        for step in [("-S", os.path.join(SOURCE, "examples", "plugin"), "-B", plugin,
-                      "-DCMAKE_PREFIX_PATH=" + cls.prefix), ("--build", plugin)]:
-            built = run(CMAKE, *step)
-            assert built.returncode == 0, built.stdout + built.stderr
-        cls.plugin = os.path.join(plugin, "sample_plugin.so")
+        # The guide's commands, as printed.
+        with open(os.path.join(SOURCE, "docs", "plugins.md"), encoding="utf-8") as page:
+            commands, = re.findall("```sh\n(.*?)```", page.read(), re.DOTALL)
+        os.symlink(os.path.join(SOURCE, "examples"), os.path.join(cls.folder, "examples"))
+        built = run("sh", "-ec", "cd '%s'\n%s" % (
+            cls.folder, commands.replace("/usr/local", cls.prefix)), PATH="%s:%s:%s" % (
+                os.path.dirname(cls.quilhost), os.path.dirname(CMAKE), os.environ["PATH"]))
+        assert built.returncode == 0, built.stdout + built.stderr
+        cls.plugin = os.path.join(cls.folder, "build_plugin", "sample_plugin.so")
 
     def path(self, name):
         return os.path.join(self.folder, name)
@@ -84,11 +88,13 @@ class InstalledTest(unittest.TestCase):
                 self.assertIn(text, file.read())
 
     def test_plugin(self):
-        parts = self.path("parts.png")
+        parts = self.path("from_folder.png")
         child = run(self.quilhost, SCENE, "--quiet", "--resolution", "64", "64", "--python",
                     os.path.join(SOURCE, "examples", "plugin", "four_parts.py"), "--", parts,
                     QUILHOST_PLUGINS=os.path.dirname(self.plugin))
         self.assertEqual((child.returncode, child.stderr), (0, ""))
+        with open(parts, "rb") as one, open(self.path("parts.png"), "rb") as other:
+            self.assertEqual(one.read(), other.read())
         look = ("from OpenQuil import ZImage\nimage = ZImage()\nimage.readFromFile(%r)\n"
                 "pixels = bytearray(image.readPixels())\n"
                 "print([tuple(pixels[4 * (128 * y + x):][:3]) for x, y in "
