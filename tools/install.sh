@@ -13,15 +13,22 @@ readonly version_file=$home/version files=$home/files
 
 die() { printf '%s: %s\n' "${action:-install.sh}" "$*" >&2; exit 1; }
 
+# The folders of a file as far as they are empty, below the prefix.
+remove_folders() {
+    local folder
+    folder=$(dirname "${1#"$root"/}")
+    (cd "$root" && rmdir -p --ignore-fail-on-non-empty -- "$folder" 2>/dev/null) || true
+}
+
 remove() {
-    local file folder
+    local file
     while IFS= read -r file; do
+        [[ -n $file ]] || continue
         rm -f -- "${DESTDIR:-}$file"
-        folder=$(dirname "${DESTDIR:-}$file")
-        rmdir -p --ignore-fail-on-non-empty -- "$folder" 2>/dev/null || true
+        remove_folders "${DESTDIR:-}$file"
     done <"$files"
     rm -f -- "$files" "$version_file"
-    rmdir -p --ignore-fail-on-non-empty -- "$home" 2>/dev/null || true
+    remove_folders "$version_file"
 }
 
 [[ $action == install || $action == uninstall ]] || die "usage: install.sh install|uninstall PREFIX"
@@ -46,5 +53,5 @@ installed=$(cat "$version_file" 2>/dev/null || true)
 cmake --install build --prefix "$prefix" --strip >build/install.log || die "see build/install.log"
 mkdir -p "$home"
 printf '%s\n' "$built" >"$version_file"
-cp build/install_manifest.txt "$files"
+{ cat build/install_manifest.txt && printf '\n'; } >"$files"
 printf 'Installed version %s: %s/bin/quilhost\n' "$built" "$root"

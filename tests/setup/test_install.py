@@ -149,6 +149,18 @@ class InstallerTest(unittest.TestCase):
             self.assertIn("no files can be made in " + prefix + "/file",
                           self.refused("install", prefix + "/file/deeper"))
 
+    @unittest.skipUnless(BUILD == os.path.join(SOURCE, "build"), "another build")
+    def test_all_that_comes_goes(self):
+        with tempfile.TemporaryDirectory() as prefix:
+            mine = os.path.join(prefix, "share", "mine")
+            os.makedirs(mine)
+            for action in ("install", "install", "uninstall"):
+                child = run(os.path.join(SOURCE, "tools", "install.sh"), action, prefix)
+                self.assertEqual((child.returncode, child.stderr), (0, ""))
+                self.assertEqual(os.path.exists(os.path.join(prefix, "bin")), action == "install")
+            self.assertEqual([folder for folder, _, _ in os.walk(prefix)],
+                             [prefix, os.path.dirname(mine), mine])
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])
