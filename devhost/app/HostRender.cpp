@@ -32,7 +32,7 @@ struct RunningRender {
 
 } // namespace
 
-ZStatus renderToFile(const std::string &file, bool hasInterpreterLock) {
+ZStatus renderInterruptibly(const std::string &file, bool hasInterpreterLock) {
     std::optional<InterruptScope> interrupts;
     std::optional<NativeSection> unlocked;
     if (hasInterpreterLock) {

@@ -12,7 +12,7 @@ namespace quilhost {
 /// Renders the scene as the session says, by its renderer and with the registered callbacks, into a
 /// file. Where the caller has the interpreter lock, it is given away meanwhile. Nothing is written
 /// when the session is cancelled, or a callback was interrupted.
-ZStatus renderToFile(const std::string &file, bool hasInterpreterLock);
+ZStatus renderInterruptibly(const std::string &file, bool hasInterpreterLock);
 
 /// Stops what threads of a script render still, and waits for it. Called when the interpreter has
 /// ended, so that none begins anew.

@@ -74,7 +74,7 @@ PyObject *render(PyObject *, PyObject *arguments, PyObject *keywords) {
     const unsigned errors = callbackErrors();
     const SizeScope size(width, height);
     const devhost::RenderStateScope rendering(ZRenderUtil::kBatchRender);
-    const ZStatus status = renderToFile(file, true);
+    const ZStatus status = renderInterruptibly(file, true);
     if (PyErr_Occurred() || PyErr_CheckSignals() < 0)
         return nullptr;
     if (status.error())

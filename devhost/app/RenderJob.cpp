@@ -314,7 +314,7 @@ ScriptEnd RenderJob::renderByScript(int frame, const std::string &outputFile) {
 }
 
 void RenderJob::renderByHost(const std::string &outputFile) {
-    const ZStatus status = renderToFile(outputFile, script_.has_value());
+    const ZStatus status = renderInterruptibly(outputFile, script_.has_value());
     if (interrupted())
         return;
     if (status.error())

@@ -81,8 +81,9 @@ bool mapPages(Block &block) {
 
 void tellFull() {
     static std::once_flag told;
-    std::call_once(
-        told, [] { tell("the guard has no more pages: what is lent from now on is not guarded"); });
+    std::call_once(told, [] {
+        tell("the guard has no more pages: not all that is lent is guarded from now on");
+    });
 }
 
 void addOffset(SafeText &text, const Block &block, uintptr_t address) {
@@ -132,8 +133,9 @@ bool closeGuarded(const void *address, const char *when) noexcept {
     block.closedAt = nanoseconds();
     block.closedWhen = when;
     // Fresh pages: the memory goes, and closed neighbours become one mapping.
-    static_cast<void>(mmap(reinterpret_cast<void *>(block.mapping), block.mapped, PROT_NONE,
-                           MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED, -1, 0));
+    if (mmap(reinterpret_cast<void *>(block.mapping), block.mapped, PROT_NONE,
+             MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED, -1, 0) == MAP_FAILED)
+        tellFull();
     blocks().open.erase(found);
     return true;
 }
