@@ -89,14 +89,15 @@ PyObject *tell_memory(const T *items, size_t count) {
 // Writing
 
 /// The items that a script gives: memory of numbers of their type, bytes as they are, or a
-/// sequence, which is read at once. So no script runs any more when their place is looked for.
+/// sequence, which is read at once. So no script runs any more when their place is looked for. Not
+/// inlined, as most classes use it three times.
 template <class T>
 class GivenItems {
   public:
-    [[gnu::noinline]] explicit GivenItems(PyObject *data) : raw_(data, format_of<NumberOf<T>>(), numbers_in_item<T>) {
-        failed_ = raw_.failed() ||
-                  !(raw_ ? whole_items(raw_.size(), sizeof(T), count_) : read_sequence(data));
-    }
+    [[gnu::noinline]] explicit GivenItems(PyObject *data)
+        : raw_(data, format_of<NumberOf<T>>(), numbers_in_item<T>),
+          failed_(raw_.failed() ||
+                  !(raw_ ? whole_items(raw_.size(), sizeof(T), count_) : read_sequence(data))) {}
 
     /// True with an exception set.
     bool failed() const { return failed_; }
