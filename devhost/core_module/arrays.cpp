@@ -57,18 +57,8 @@ PyObject *array_of_copies(unsigned int count, Item value) {
 
 /// The first item, null where there is none.
 template <class Array>
-ItemOf<Array> *items_of(Array &array) {
+auto *items_of(Array &array) {
     return array.length() ? &array[0] : nullptr;
-}
-
-/// The items of an array of the same class.
-template <class Array>
-std::vector<ItemOf<Array>> copies_of(const Array &array) {
-    std::vector<ItemOf<Array>> copies;
-    copies.reserve(array.length());
-    for (unsigned i = 0; i < array.length(); ++i)
-        copies.push_back(array[i]);
-    return copies;
 }
 
 template <class Array>
@@ -201,7 +191,7 @@ PyObject *set_subscript(Array &self, PyObject *key, PyObject *value, const char 
         return set_item(self, key, value, wrong_value);
     std::vector<ItemOf<Array>> items;
     if (const Array *other = comparable<Array>(value)) {
-        items = copies_of(*other);
+        items.assign(items_of(*other), items_of(*other) + other->length());
     } else {
         GivenItems<ItemOf<Array>> given(value);
         if (given.failed())
@@ -238,11 +228,10 @@ PyObject *read_bytes(Array &self, long start, long count) {
 template <class Array>
 PyObject *write(Array &self, long start, PyObject *data) {
     if (const Array *other = comparable<Array>(data)) {
-        const Array items(*other); // which may be this one
-        if (!check_range(self, start, items.length()))
+        if (!check_range(self, start, other->length()))
             return nullptr;
-        for (unsigned i = 0; i < items.length(); ++i)
-            self[static_cast<unsigned>(start) + i] = items[i];
+        const Array items(*other); // which may be this one
+        std::copy_n(items_of(items), items.length(), items_of(self) + start);
     } else {
         GivenItems<ItemOf<Array>> given(data);
         if (given.failed() || !check_range(self, start, static_cast<long>(given.count())))
