@@ -4,6 +4,7 @@
 #include "companion/native_call.h"
 #include "companion/part.h"
 #include "runtime/object_holder.h"
+#include "runtime/single_entry.h"
 #include "runtime/static_type.h"
 
 #include <structmember.h>
@@ -162,8 +163,8 @@ bool attach(const Method *self, PyObject *instance, PyObject *pointer) {
     static PyObject *const name = PyString_InternFromString("this");
     PyObject **dictionary = _PyObject_GetDictPtr(instance);
     if (name && dictionary && !*dictionary) {
-        *dictionary = PyDict_New();
-        return *dictionary && PyDict_SetItem(*dictionary, name, pointer) == 0;
+        *dictionary = binding::single_entry(name, pointer);
+        return *dictionary;
     }
     const Reference both(PyTuple_Pack(2, instance, pointer));
     const Reference none(both ? call_function(self->init, both.get()) : nullptr);

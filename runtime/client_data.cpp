@@ -2,7 +2,9 @@
 #include "runtime/client_data.h"
 
 #include "runtime/convert.h"
+#include "runtime/object_holder.h"
 #include "runtime/pending_error.h"
+#include "runtime/single_entry.h"
 
 #include <cstdlib>
 
@@ -33,27 +35,27 @@ PyObject *make_instance(SwigPyClientData *data) {
     return type->tp_alloc(type, 0);
 }
 
+/// An instance's dictionary; null with an exception set.
+PyObject *only_this(PyObject *pointer_object) {
+    PyObject *name = SWIG_This();
+    return name ? binding::single_entry(name, pointer_object) : nullptr;
+}
+
 PyObject *new_style_instance(SwigPyClientData *data, PyObject *pointer_object) {
     PyObject *instance = make_instance(data);
     PyObject **dictionary = instance ? _PyObject_GetDictPtr(instance) : nullptr;
     if (!dictionary || *dictionary)
         return instance;
-    *dictionary = PyDict_New();
-    if (*dictionary && SWIG_SetThis(*dictionary, pointer_object))
+    *dictionary = only_this(pointer_object);
+    if (*dictionary)
         return instance;
     Py_DECREF(instance);
     return nullptr;
 }
 
 PyObject *classic_instance(SwigPyClientData *data, PyObject *pointer_object) {
-    PyObject *dictionary = PyDict_New();
-    if (!dictionary)
-        return nullptr;
-    PyObject *instance = nullptr;
-    if (SWIG_SetThis(dictionary, pointer_object))
-        instance = PyInstance_NewRaw(data->newargs, dictionary);
-    Py_DECREF(dictionary);
-    return instance;
+    const swig::SwigPtr_PyObject dictionary(only_this(pointer_object));
+    return dictionary ? PyInstance_NewRaw(data->newargs, dictionary.get()) : nullptr;
 }
 
 } // namespace

@@ -135,11 +135,6 @@ PyObject *SWIG_This() {
     return swig_this;
 }
 
-bool SWIG_SetThis(PyObject *dictionary, PyObject *pointer_object) {
-    PyObject *name = SWIG_This();
-    return name && PyDict_SetItem(dictionary, name, pointer_object) == 0;
-}
-
 void SWIG_ForgetThis() {
     swig_this = nullptr;
 }

@@ -30,9 +30,6 @@ inline constexpr int kNewObject = 512;
 /// The interned name "this" (borrowed), made on first use.
 PyObject *SWIG_This();
 
-/// Stores `pointer_object` as the "this" of an instance's dictionary; false with an exception set.
-bool SWIG_SetThis(PyObject *dictionary, PyObject *pointer_object);
-
 /// Forgets the interned name at teardown; the next SWIG_This makes it again.
 void SWIG_ForgetThis();
 

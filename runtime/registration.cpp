@@ -5,6 +5,7 @@
 #include "runtime/client_data.h"
 #include "runtime/convert.h"
 #include "runtime/hex.h"
+#include "runtime/object_holder.h"
 #include "runtime/packed_object.h"
 
 #include <cstdlib>
@@ -30,12 +31,9 @@ PyObject *dictionary_of(PyObject *instance) {
 /// Gives an instance its first pointer object; false with an exception set when it has no place
 /// for one.
 bool set_this(PyObject *instance, PyObject *pointer_object) {
-    PyObject *dictionary = dictionary_of(instance);
-    if (!dictionary)
-        return false;
-    const bool is_set = SWIG_SetThis(dictionary, pointer_object);
-    Py_DECREF(dictionary);
-    return is_set;
+    PyObject *name = SWIG_This();
+    const swig::SwigPtr_PyObject dictionary(dictionary_of(instance));
+    return name && dictionary && PyDict_SetItem(dictionary.get(), name, pointer_object) == 0;
 }
 
 const swig_const_info *named_in(const swig_const_info *constants, const char *text) {

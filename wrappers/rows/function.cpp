@@ -178,10 +178,14 @@ PyObject *dispatch(const Function &overloaded, const Probes *probes, PyObject *s
                    PyObject *arguments) {
     if (!arguments || !PyTuple_Check(arguments))
         return raise_no_overload(overloaded);
+    const Py_ssize_t given = PyTuple_GET_SIZE(arguments);
     Candidates candidates;
     for (const Function &function : overloaded.cases()) {
-        if (takes(function, PyTuple_GET_SIZE(arguments)))
+        if (takes(function, given)) {
+            if (given == 0) // nothing tells it from the others
+                return call_case(function, self, arguments);
             candidates.candidates[candidates.count++] = {&function, *probes};
+        }
         ++probes;
     }
     if (candidates.count == 0)
