@@ -255,10 +255,12 @@ PyObject *delete_item(Array &self, long index) {
 
 template <class Array>
 PyObject *item_list(Array &self) {
+    if constexpr (std::is_arithmetic_v<ItemOf<Array>>)
+        return read_many(items_of(self), self.length(), 1);
     // Making an item may run a script that changes the array.
     const Array items(self);
-    return make_list(items.length(),
-                     [&](Py_ssize_t i) { return ItemOf<Array>(items[static_cast<unsigned>(i)]); });
+    const auto *const first = items_of(items);
+    return make_list(items.length(), [=](Py_ssize_t i) { return ItemOf<Array>(first[i]); });
 }
 
 template <class Array>
