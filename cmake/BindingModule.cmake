@@ -10,7 +10,6 @@ function(add_binding_module name)
   set_target_properties(${name} PROPERTIES
     PREFIX ""
     LIBRARY_OUTPUT_DIRECTORY "${OPENQUIL_PYTHON_DIR}"
-    BUILD_RPATH "$ORIGIN/../lib"
     LINK_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/exports.map")
   target_link_options(${name} PRIVATE
     "-Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/exports.map")

@@ -4,21 +4,26 @@
 # build, wherever the prefix is; bin has links to the programs.
 set(home lib/openquil)
 
-# The loader looks into the system's own folders by itself.
-get_target_property(interpreter_library Python2::Interpreter IMPORTED_LOCATION)
-cmake_path(GET interpreter_library PARENT_PATH interpreter_folder)
-if(interpreter_folder MATCHES "^(/usr)?/lib(/|$)")
-  set(interpreter_folder "")
-endif()
-
 set(installed_programs quilhost quilfarm)
 set(installed_libraries OpenQuilFoundation OpenQuilScripting OpenQuil OpenQuilRender)
-set_target_properties(${installed_programs} PROPERTIES
-  INSTALL_RPATH "$ORIGIN/../lib;${interpreter_folder}")
-set_target_properties(_OpenQuil _OpenQuilRender PROPERTIES INSTALL_RPATH "$ORIGIN/../lib")
-set_target_properties(script_drawing PROPERTIES INSTALL_RPATH "$ORIGIN")
+set(installed_modules _OpenQuil _OpenQuilRender)
+
+# The loader looks into the system's own folders by itself.
+set(program_path "$ORIGIN/../lib")
+get_target_property(interpreter_library Python2::Interpreter IMPORTED_LOCATION)
+cmake_path(GET interpreter_library PARENT_PATH interpreter_folder)
+if(NOT interpreter_folder MATCHES "^(/usr)?/lib(/|$)")
+  list(APPEND program_path "${interpreter_folder}")
+endif()
+set_target_properties(${installed_programs} PROPERTIES INSTALL_RPATH "${program_path}")
+set_target_properties(${installed_modules} PROPERTIES INSTALL_RPATH "$ORIGIN/../lib")
+set_target_properties(${installed_libraries} script_drawing PROPERTIES INSTALL_RPATH "$ORIGIN")
+# A path for the build alone would end in an empty folder, which CMake adds to tell the two apart:
+# the loader takes it for the current folder.
+set_target_properties(${installed_programs} ${installed_modules} ${installed_libraries}
+  script_drawing PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
 install(TARGETS ${installed_programs} DESTINATION ${home}/bin)
-install(TARGETS _OpenQuil _OpenQuilRender _openquil_proxy DESTINATION ${home}/python)
+install(TARGETS ${installed_modules} _openquil_proxy DESTINATION ${home}/python)
 install(TARGETS script_drawing DESTINATION ${home}/lib)
 foreach(program IN LISTS installed_programs)
   install(CODE "

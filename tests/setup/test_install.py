@@ -4,6 +4,7 @@ what a native plug-in is built against.
 
 Usage: test_install.py CMAKE BUILD_FOLDER SOURCE_FOLDER
 """
+import glob
 import os
 import re
 import shutil
@@ -64,6 +65,15 @@ class InstalledTest(unittest.TestCase):
                     text = content.read()
                 for place in (BUILD, SOURCE):
                     self.assertNotIn(place.encode() + b"/", text, file)
+
+    def test_the_current_folder_is_no_place_for_libraries(self):
+        for folder in (BUILD, os.path.join(self.prefix, "lib", "openquil")):
+            for files in ("bin/quilhost", "bin/quilfarm", "lib/lib*.so", "python/*.so"):
+                found = glob.glob(os.path.join(folder, files))
+                self.assertTrue(found, files)
+                for file in found:
+                    path = re.search(r"RUNPATH.*\[(.*)\]", run("readelf", "-d", file).stdout)
+                    self.assertNotIn("", path[1].split(":") if path else ["none"], file)
 
     def test_renders_as_the_build_does(self):
         pictures = []
