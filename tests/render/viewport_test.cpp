@@ -127,7 +127,7 @@ TEST_F(Viewport, OverrideDecidesWhoDraws) {
         const auto image = drawn();
         EXPECT_EQ(at(image, 2, 2), c.rendererDraws ? back : kNothing); // beside the square
         const float depth = image.depth[24 * 64 + 28];                 // on the square, left
-        EXPECT_EQ(depth, c.hostDraws ? 5 : 100) << c.mode << c.exclusion;
+        EXPECT_FLOAT_EQ(depth, c.hostDraws ? 5 : 100) << c.mode << c.exclusion;
         EXPECT_EQ(at(image, 28, 24) == back, !c.hostDraws);
         EXPECT_EQ(at(image, 36, 24) == front, c.rendererDraws); // nearer than the square
     }
@@ -219,7 +219,7 @@ TEST_F(Viewport, OpenGLDrawsIntoTheTarget) {
     const auto image = drawn();
     EXPECT_EQ(at(image, 60, 5), (Pixel{255, 0, 0, 255}));
     EXPECT_EQ(at(image, 60, 20), kNothing);
-    EXPECT_EQ(image.depth[24 * 64 + 28], 5); // the square, drawn by the host
+    EXPECT_FLOAT_EQ(image.depth[24 * 64 + 28], 5); // the square, drawn by the host
     EXPECT_TRUE(std::isinf(image.depth[20 * 64 + 60]));
     EXPECT_EQ(at(image, 1, 1), (Pixel{7, 7, 7, 255}));
     EXPECT_NEAR(image.depth[64 + 1], 4, 1e-3);
