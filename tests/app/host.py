@@ -41,9 +41,10 @@ class HostCase(unittest.TestCase):
     def start(self, *arguments, environment=(), **options):
         options.setdefault("stdin", subprocess.DEVNULL)
         options.setdefault("stderr", subprocess.PIPE)
+        # A module that is written again within a second is taken for the one that was compiled.
+        variables = dict(os.environ, PYTHONDONTWRITEBYTECODE="1", **dict(environment))
         return subprocess.Popen([self.QUILHOST] + list(arguments), cwd=self.folder,
-                                stdout=subprocess.PIPE, text=True, encoding="utf-8",
-                                env=dict(os.environ, **dict(environment)),
+                                stdout=subprocess.PIPE, text=True, encoding="utf-8", env=variables,
                                 preexec_fn=_leave_no_core_dump, **options)
 
     def run_host(self, *arguments, code=0, input=None, environment=()):
