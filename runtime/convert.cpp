@@ -4,6 +4,7 @@
 #include "runtime/client_data.h"
 #include "runtime/pending_error.h"
 #include "runtime/result_codes.h"
+#include "runtime/single_entry.h"
 
 using namespace binding;
 
@@ -42,9 +43,7 @@ PyObject *this_attribute(PyObject *object) {
 
 /// "this" in a dictionary (borrowed), or null. Nearly always it is where its hash says.
 PyObject *this_in(PyObject *dictionary) {
-    const auto *table = reinterpret_cast<PyDictObject *>(dictionary);
-    const long hash = reinterpret_cast<PyStringObject *>(swig_this)->ob_shash;
-    const PyDictEntry &likely = table->ma_table[hash & table->ma_mask];
+    const PyDictEntry &likely = first_place(dictionary, swig_this);
     return likely.me_key == swig_this ? likely.me_value : PyDict_GetItem(dictionary, swig_this);
 }
 

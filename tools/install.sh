@@ -22,8 +22,7 @@ remove_folders() {
 
 remove() {
     local file
-    while IFS= read -r file; do
-        [[ -n $file ]] || continue
+    while IFS= read -r file || [[ -n $file ]]; do # the last line has no end
         rm -f -- "${DESTDIR:-}$file"
         remove_folders "${DESTDIR:-}$file"
     done <"$files"
@@ -53,5 +52,5 @@ installed=$(cat "$version_file" 2>/dev/null || true)
 cmake --install build --prefix "$prefix" --strip >build/install.log || die "see build/install.log"
 mkdir -p "$home"
 printf '%s\n' "$built" >"$version_file"
-{ cat build/install_manifest.txt && printf '\n'; } >"$files"
+cp build/install_manifest.txt "$files"
 printf 'Installed version %s: %s/bin/quilhost\n' "$built" "$root"
