@@ -258,6 +258,7 @@ PyObject *item_list(Array &self) {
     if constexpr (std::is_arithmetic_v<ItemOf<Array>>)
         return read_many(items_of(self), self.length(), 1);
     // Making an item may run a script that changes the array.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const Array items(self);
     const auto *const first = items_of(items);
     return make_list(items.length(), [=](Py_ssize_t i) { return ItemOf<Array>(first[i]); });
